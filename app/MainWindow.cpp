@@ -1,0 +1,132 @@
+// The main window: life and assembly.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include <QAudioOutput>
+#include <QBuffer>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include <limits>
+
+namespace {
+
+/// Creates a widget that is found by its member's name. The layouts give it its parent.
+template <typename Widget, typename... Arguments>
+Widget* named(const char* memberName, Arguments&&... arguments) {
+    auto* widget = new Widget(std::forward<Arguments>(arguments)...);
+    widget->setObjectName(QLatin1String(memberName));
+    return widget;
+}
+
+QLabel* label(const char* memberName, const char* text) {
+    return named<QLabel>(memberName, QLatin1String(text));
+}
+
+QLineEdit* lineEdit(const char* memberName, const char* text) {
+    return named<QLineEdit>(memberName, QLatin1String(text));
+}
+
+QPushButton* pushButton(const char* memberName, const char* text) {
+    return named<QPushButton>(memberName, QLatin1String(text));
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent), pendingPresentations(std::make_unique<QObject>()) {
+    setObjectName(QStringLiteral("MainWindow"));
+    createWidgets();
+    createLayouts();
+    connectWidgets();
+    setupGUIMainWindow();
+    initParameters();
+    displayEmptyWav();
+    displayEmptyFFT();
+    displayEmptyTrend();
+}
+
+MainWindow::~MainWindow() {
+    cancelPresentation();
+    deleteCharts();
+}
+
+void MainWindow::createWidgets() {
+    labelSessionType.reset(label("labelSessionType", "Session type"));
+    labelSoundType.reset(label("labelSoundType", "Sound type"));
+    labelMainParameter.reset(label("labelMainParameter", "Main parameter"));
+    labelSoundFileInformation = label("labelSoundFileInformation", "Sound File Information");
+    labelSamplingRate = label("labelSamplingRate", "Sampling rate");
+    labelSoundDuration = label("labelSoundDuration", "Sound duration (ms)");
+    labelSilentInterval = label("labelSilentInterval", "Silent interval (ms)");
+    labelSubjectCode = label("labelSubjectCode", "Subject code");
+    labelFileNumber = label("labelFileNumber", "File number");
+    labelWavFilePath = label("labelWavFilePath", "WAV filepath");
+    labelWavFileName = label("labelWavFileName", "WAV filename");
+    labelOutputFilePath = label("labelOutputFilePath", "Output filepath");
+    labelOutputFileName = label("labelOutputFileName", "Output filename");
+    labelFrequencyMatched = label("labelFrequencyMatched", "Frequency matched (Hz)");
+
+    comboBoxSesType.reset(named<QComboBox>("comboBoxSesType"));
+    comboBoxSoundType.reset(named<QComboBox>("comboBoxSoundType"));
+    comboBoxMainParameter.reset(named<QComboBox>("comboBoxMainParameter"));
+
+    lineEditSamplingRate = lineEdit("lineEditSamplingRate", "40000");
+    lineEditSoundDuration = lineEdit("lineEditSoundDuration", "250.00");
+    lineEditSilentInterval = lineEdit("lineEditSilentInterval", "1000.00");
+    lineEditSubCode = lineEdit("lineEditSubCode", "SUB001");
+    spinBoxFileNumber = named<QSpinBox>("spinBoxFileNumber");
+    // One below the largest int, so that the number after the last still fits; the toolkit's own
+    // maximum of 99 would have session 100 silently replace the file of session 99.
+    spinBoxFileNumber->setMaximum(std::numeric_limits<int>::max() - 1);
+    lineEditWavFilePath = lineEdit("lineEditWavFilePath", ".");
+    lineEditWavFileName = lineEdit("lineEditWavFileName", "File001.wav");
+    lineEditOutputFilePath = lineEdit("lineEditOutputFilePath", ".");
+    lineEditOutputFileName = lineEdit("lineEditOutputFileName", "SUB001.dat");
+    lineEditFrequencyMatched = lineEdit("lineEditFrequencyMatched", "");
+
+    pushButtonPractice = pushButton("pushButtonPractice", "Practice");
+    pushButtonExperiment = pushButton("pushButtonExperiment", "Experiment");
+    pushButtonGo = pushButton("pushButtonGo", "Go");
+    pushButtonQuit = pushButton("pushButtonQuit", "Quit");
+    checkBoxSaveData = named<QCheckBox>("checkBoxSaveData", QStringLiteral("Save data to file"));
+}
+
+void MainWindow::createLayouts() {
+    constexpr int rowsOfSeveralControls = 11;
+    for (int row = 0; row < rowsOfSeveralControls; ++row)
+        rowLayouts.append(new QHBoxLayout);
+    layoutControls = new QGridLayout;
+    layoutCharts = new QGridLayout;
+    layoutOuter = new QGridLayout;
+    widgetCentral = named<QWidget>("widgetCentral");
+}
+
+void MainWindow::connectWidgets() {
+    connect(pushButtonPractice, SIGNAL(clicked(bool)), this, SLOT(on_pushButtonPractice_clicked()));
+    connect(pushButtonExperiment, SIGNAL(clicked(bool)), this,
+            SLOT(on_pushButtonExperiment_clicked()));
+    connect(pushButtonGo, SIGNAL(clicked(bool)), this, SLOT(on_pushButtonGo_clicked()));
+    connect(pushButtonQuit, SIGNAL(clicked(bool)), this, SLOT(close()));
+    connect(comboBoxSesType.get(), SIGNAL(currentIndexChanged(int)), this,
+            SLOT(on_comboBoxSesType_currentIndexChanged(int)));
+    connect(comboBoxSoundType.get(), SIGNAL(currentIndexChanged(int)), this,
+            SLOT(on_comboBoxSoundType_currentIndexChanged(int)));
+    connect(comboBoxMainParameter.get(), SIGNAL(currentIndexChanged(int)), this,
+            SLOT(on_comboBoxMainParameter_currentIndexChanged(int)));
+    connect(lineEditSubCode, SIGNAL(textChanged(QString)), this,
+            SLOT(on_lineEditSubCode_textChanged(QString)));
+    connect(spinBoxFileNumber, SIGNAL(valueChanged(int)), this,
+            SLOT(on_spinBoxFileNumber_valueChanged(int)));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(isEnabled());
+}

@@ -1,0 +1,367 @@
+// The experimenter's main window.
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// One class, implemented in several folders, one subject a file:
+//
+//   1  Life and assembly         app/MainWindow.cpp
+//   2  Layout and placement      app/WindowLayout.cpp
+//   3  Settings                  app/WindowSettings.cpp
+//   4  Session control           session/SessionControl.cpp
+//   5  Responses                 session/ResponseHandling.cpp
+//   6  Results file              session/ResultsFile.cpp
+//   7  Target                    sound/TargetSelection.cpp
+//   8  Playback                  sound/Playback.cpp
+//   9  Charts                    charts/ChartScaffolding.cpp, WaveformChart.cpp,
+//                                SpectrumChart.cpp, TrendChart.cpp
+//
+// The road of a session: "Practice" or "Experiment" prepares it (getReadyToGo: read the controls,
+// choose a target, load it, draw it); "Go" opens the listener's window. Each of the listener's
+// requests arrives in updateMainwindow, which synthesises what is needed and, after a pause,
+// lets playOneSound play it. handleStateChanged notices the sound's end and unlocks the
+// listener's window. When that window is closed, refreshMainWindow saves the results and frees
+// the main window for the next session.
+//
+// The members translate between widgets, settings and plain types; what can be computed without
+// a window is a plain function in the folder of its subject.
+#pragma once
+
+#include "app/Data.h"
+#include "sound/CWav.h"
+
+#include <QAudio>
+#include <QAudioFormat>
+#include <QFont>
+#include <QMainWindow>
+#include <QPointF>
+#include <QVector>
+
+#include <initializer_list>
+#include <memory>
+#include <optional>
+
+#include <QtCharts/QChartGlobal>
+
+class QAudioOutput;
+class QBuffer;
+class QCheckBox;
+class QComboBox;
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QSpinBox;
+class SubjectWindow;
+
+QT_CHARTS_BEGIN_NAMESPACE
+class QChart;
+class QChartView;
+class QLineSeries;
+class QValueAxis;
+QT_CHARTS_END_NAMESPACE
+
+/// The experimenter's console: prepares sessions, shows the target and the trend of the matches,
+/// plays what the listener asks for, and writes the results.
+///
+/// Each widget carries its member's name as its object name, for tests, screen readers and
+/// drivers from outside. connectSlotsByName must therefore never be called: every slot would be
+/// connected twice.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget* parent = nullptr);
+    ~MainWindow() override;
+    MainWindow(const MainWindow&) = delete;
+    MainWindow(MainWindow&&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+    MainWindow& operator=(MainWindow&&) = delete;
+
+    // 2 Layout and placement
+
+    /// Places and titles the window and lays out its widgets.
+    void setupGUIMainWindow();
+
+    /// Covers the given fractions (limited to 0..1) of the primary screen's available size.
+    void centerAndResizeMainWindow(bool center, double widthFraction, double heightFraction);
+
+    // 3 Settings
+
+    /// Copies the settings into the widgets and sizes the vectors for them. Called once.
+    void initParameters();
+
+    /// Copies the widgets back into the settings and recomputes the sample counts. A text that is
+    /// no number counts as 0.
+    void getParameters();
+
+    // 4 Session control
+
+    /// Prepares a session: reads the controls, lets the experimenter choose a target, loads and
+    /// draws it and empties the trend. Where no target could be had, charts, trend and texts
+    /// stay as they are and nFiles is 0.
+    void getReadyToGo();
+
+    /// Draws the order of the targets afresh: nRepetitions x nFiles entries.
+    void genRandomSequence();
+
+    /// Saves the results, if wanted, and advances the file number, without freeing the window.
+    void finishIt();
+
+    /// Disables the whole window.
+    void disableAllComponents();
+
+    // 5 Responses
+
+    /// Shows the match of the first record in its field.
+    void updateFrequencyMatched();
+
+    // 6 Results file
+
+    /// Proposes a name for the results file from subject code, session type and file number.
+    void updateOutputFileName();
+
+    /// Asks where to save and writes the results there. Path and name of the settings become
+    /// those of the chosen file, empty when the dialog was cancelled; a file that cannot be
+    /// opened is reported in a warning box.
+    void writeDataToTxt();
+
+    // 7 Target
+
+    /// Lets the experimenter choose a target file, which becomes the only record.
+    void selectWavFile();
+
+    /// Loads the target of the current trial, copies its first channel and sizes the charts'
+    /// buffers. A file that fails to load leaves the earlier target in use. One that cannot be
+    /// a target is refused: nFiles becomes 0, trialSequence empty, nothing else changes.
+    void genWav();
+
+    /// Shows the folder and file name of the current target.
+    void updateWavTextFields();
+
+    // 8 Playback
+
+    /// Synthesises the comparison sinusoid at frequencyCurrent.
+    void genSinusoid();
+
+    /// Schedules playOneSound as a response does, if a trial is left, and moves on to the next
+    /// trial. Returns its position.
+    int playWav();
+
+    // 9 Charts
+
+    void displayEmptyWav();   ///< Creates the empty waveform chart, once.
+    void displayEmptyFFT();   ///< Creates the empty spectrum chart, once.
+    void displayEmptyTrend(); ///< Creates the empty trend chart, once.
+
+    /// Draws the first stretch of the target, one point a sample; the y axis spans the whole sound.
+    void displayWav();
+
+    /// Recomputes the number of waveform samples to draw, at most those of the sound.
+    void updateNPointsToPlot();
+
+    /// Computes the target's amplitude spectrum. An analysis window is applied to the target in
+    /// place.
+    void genFFT();
+
+    /// Draws the spectrum up to fftMaxFrequency; the y axis spans all of its bins.
+    void displayFFT();
+
+    /// Adds the match of the first record to the trend.
+    void updateTrend();
+
+    /// Empties the trend. Its x axis stays until the next response.
+    void resetTrend();
+
+    // The order of signals and slots is the order of their meta-object indices: additions go to
+    // the end.
+signals:
+    /// Tells a new subject window the frequencies that the listener can set, in Hz.
+    void transferParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
+                            int frequencyStepSize);
+
+    /// A sound has started: the count of sounds of this request. -1: the last one has ended.
+    void soundPlaying(int index);
+
+    /// Declared for listeners of the audio state; never emitted.
+    void stateChanged(QAudio::State audioState);
+
+public slots:
+    void on_pushButtonPractice_clicked();
+    void on_pushButtonExperiment_clicked();
+    void on_pushButtonGo_clicked();
+
+    /// Answers a request of the listener: 2 plays the target, 4 a sinusoid at `frequency` (Hz),
+    /// 0 only logs the start, anything else is reported in a warning box.
+    void updateMainwindow(int response, int frequency);
+
+    /// Plays the sound that is due: the sinusoid or the target.
+    void playOneSound();
+
+    void doNothing();
+
+    /// Releases the audio output when it has drained, and reports one that failed on the log.
+    void handleStateChanged(QAudio::State audioState);
+
+    void on_comboBoxSesType_currentIndexChanged(int index);
+    void on_comboBoxSoundType_currentIndexChanged(int index);
+    void on_comboBoxMainParameter_currentIndexChanged(int index);
+    void on_lineEditSubCode_textChanged(const QString& arg1);
+    void on_spinBoxFileNumber_valueChanged(int newFileNumber);
+
+    /// Ends a session: cancels what is still pending or playing, saves the results if wanted,
+    /// advances the file number and frees the main window.
+    void refreshMainWindow();
+
+protected:
+    /// Ignored while the window is disabled for a session: a window manager's close button reaches
+    /// disabled windows too, and would take the unsaved responses with it.
+    void closeEvent(QCloseEvent* event) override;
+
+    // 1 Life and assembly: the phases of the constructor
+    void createWidgets();
+    void createLayouts();
+    void connectWidgets();
+
+    // 2 Layout and placement
+    void layOutControls();
+    void layOutRow(QHBoxLayout* row, int gridRow, std::initializer_list<QWidget*> widgets);
+
+    // 3 Settings
+    void sizeSpectrum();
+    void setUpFonts();
+    void setUpAudioFormat();
+
+    // 4 Session control
+    void prepareSession(int repetitions, int sessionTypeIndex);
+    void saveResultsAndAdvanceFileNumber();
+
+    // 7 Target
+    bool loadTarget(Record& record);
+    void refuseTarget();
+    void sizeTargetBuffers();
+
+    // 8 Playback
+    void schedulePresentation();
+    void cancelPresentation();
+    void startAudioOutput(const QVector<double>& samples, int length);
+    void releaseAudioOutput();
+
+    // 9 Charts
+    void deleteCharts();
+
+    // Widgets, in the order of their creation. The three labels and combo boxes that are owned
+    // here have no place in the window: the experimenter never sees them, yet they hold the
+    // selections.
+    std::unique_ptr<QLabel> labelSessionType;
+    std::unique_ptr<QLabel> labelSoundType;
+    std::unique_ptr<QLabel> labelMainParameter;
+    QLabel* labelSoundFileInformation = nullptr;
+    QLabel* labelSamplingRate = nullptr;
+    QLabel* labelSoundDuration = nullptr;
+    QLabel* labelSilentInterval = nullptr;
+    QLabel* labelSubjectCode = nullptr;
+    QLabel* labelFileNumber = nullptr;
+    QLabel* labelWavFilePath = nullptr;
+    QLabel* labelWavFileName = nullptr;
+    QLabel* labelOutputFilePath = nullptr;
+    QLabel* labelOutputFileName = nullptr;
+    QLabel* labelFrequencyMatched = nullptr;
+    std::unique_ptr<QComboBox> comboBoxSesType;
+    std::unique_ptr<QComboBox> comboBoxSoundType;
+    std::unique_ptr<QComboBox> comboBoxMainParameter;
+    QLineEdit* lineEditSamplingRate = nullptr;     ///< Hz.
+    QLineEdit* lineEditSoundDuration = nullptr;    ///< Milliseconds.
+    QLineEdit* lineEditSilentInterval = nullptr;   ///< Milliseconds.
+    QLineEdit* lineEditSubCode = nullptr;          ///< Editable.
+    QSpinBox* spinBoxFileNumber = nullptr;         ///< Editable, from 1.
+    QLineEdit* lineEditWavFilePath = nullptr;      ///< Folder of the target.
+    QLineEdit* lineEditWavFileName = nullptr;      ///< Name of the target without folder.
+    QLineEdit* lineEditOutputFilePath = nullptr;   ///< Folder of the results file.
+    QLineEdit* lineEditOutputFileName = nullptr;   ///< Proposed name of the results file.
+    QLineEdit* lineEditFrequencyMatched = nullptr; ///< Hz, of the last sinusoid played.
+    QPushButton* pushButtonPractice = nullptr;
+    QPushButton* pushButtonExperiment = nullptr;
+    QPushButton* pushButtonGo = nullptr;
+    QPushButton* pushButtonQuit = nullptr;
+    QCheckBox* checkBoxSaveData = nullptr;
+
+    QVector<QHBoxLayout*> rowLayouts;      ///< One for each row of several controls, top to bottom.
+    QGridLayout* layoutControls = nullptr; ///< Left column: the controls.
+    QGridLayout* layoutCharts = nullptr;   ///< Right column: the charts.
+    QGridLayout* layoutOuter = nullptr;    ///< Both columns.
+    QWidget* widgetCentral = nullptr;      ///< Carries the layouts.
+
+    // Settings
+    Data data;
+
+    // Samples, spectrum and points of the charts
+    QVector<double> targetSamples;    ///< The target, full scale -1 to +1.
+    QVector<double> sinusoidSamples;  ///< The comparison sinusoid, full scale -1 to +1.
+    QVector<double> timeAxisMs;       ///< Milliseconds of each plotted sample.
+    QVector<double> fftFrequencies;   ///< Hz, of each bin.
+    QVector<double> fftAmplitudes;    ///< Of each bin, on the scale of the samples.
+    QVector<double> fftPhases;        ///< Radians, of each bin.
+    QVector<QPointF> pointsWav;       ///< Waveform: milliseconds, sample value.
+    QVector<QPointF> pointsFFT;       ///< Spectrum: Hz, amplitude.
+    QVector<double> trendTrials;      ///< Count of responses at each request of a sinusoid.
+    QVector<double> trendFrequencies; ///< Hz, of each request of a sinusoid in the session.
+    QVector<double> rangeWav;         ///< Least and largest sample of the target.
+    QVector<double> rangeFFT;         ///< Least and largest amplitude of the spectrum.
+    QVector<double> rangeTrend;       ///< Hz, lower and upper end of the trend's y range.
+    int windowType = 0;               ///< Analysis window: 0 none, 1 Hann. Nothing changes it.
+    qint64 fftLength = 1024;          ///< Values transformed, a power of two; sized before use.
+    double fftFrameDuration = 0.6;    ///< Seconds: fftLength / samplingRate; sized before use.
+    double frequencyResolution = 1.6666666666666667; ///< Hz per bin.
+
+    // Session
+    SubjectWindow* subjectWindow = nullptr; ///< The one opened by the last "Go"; a child.
+    QVector<int> trialSequence;     ///< Indices into the records, in the order of presentation.
+    QString currentTargetPath;      ///< Folder and name of the prepared target.
+    int sequencePosition = 0;       ///< In trialSequence; 0 unless a response is being handled.
+    int currentFileIndex = 0;       ///< Index of the prepared target's record.
+    int nRepetitions = 0;           ///< Of each target in this session.
+    int nRepetitionsPractice = 1;   ///< Of each target in a practice session.
+    int nRepetitionsExperiment = 1; ///< Of each target in an experiment session.
+    int nFiles = 0;                 ///< Targets chosen; 0 unless a session is prepared.
+    bool playSinusoidNext = false;  ///< Whether the sinusoid is due, or the target.
+    int soundsPerPresentation = 0;  ///< Sounds played for one request.
+    int soundsPlayed = 0;           ///< Sounds started since the last request.
+
+    QFont fontAxisLabels;
+    QFont fontAxisTitles;
+    QFont fontChartTitle;
+
+    // Target file
+    CWav wav;                          ///< The accepted target, as loaded.
+    std::optional<Record> targetInUse; ///< Names the file that `wav` holds.
+
+    // Playback. Output, buffer and bytes live from the start of a sound until it has ended.
+    std::unique_ptr<QByteArray> audioBytes; ///< What the output plays.
+    std::unique_ptr<QBuffer> audioBuffer;   ///< The device it is pulled from.
+    QAudioOutput* audioOutput = nullptr;    ///< A child of this window; null between sounds.
+    QAudioFormat audioFormat;
+    /// Context of the timers that wait for a presentation; replacing it cancels them.
+    std::unique_ptr<QObject> pendingPresentations;
+
+    // Placement
+    bool isCentered = true;
+    double widthRatio = 0.8;  ///< Of the available screen.
+    double heightRatio = 0.9; ///< Of the available screen.
+
+    // Charts, deleted by deleteCharts() in a fixed order
+    QtCharts::QLineSeries* seriesWav = nullptr;
+    QtCharts::QLineSeries* seriesFFT = nullptr;
+    QtCharts::QLineSeries* seriesTrend = nullptr;
+    QtCharts::QValueAxis* axisXWav = nullptr;
+    QtCharts::QValueAxis* axisXFFT = nullptr;
+    QtCharts::QValueAxis* axisXTrend = nullptr;
+    QtCharts::QValueAxis* axisYWav = nullptr;
+    QtCharts::QValueAxis* axisYFFT = nullptr;
+    QtCharts::QValueAxis* axisYTrend = nullptr;
+    QtCharts::QChart* chartWav = nullptr;
+    QtCharts::QChart* chartFFT = nullptr;
+    QtCharts::QChart* chartTrend = nullptr;
+    QtCharts::QChartView* chartViewWav = nullptr;
+    QtCharts::QChartView* chartViewFFT = nullptr;
+    QtCharts::QChartView* chartViewTrend = nullptr;
+};

@@ -1,0 +1,70 @@
+// The main window: layout and placement.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "app/WindowPlacement.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace {
+constexpr int columnsOfControls = 4;
+}
+
+void MainWindow::setupGUIMainWindow() {
+    centerAndResizeMainWindow(isCentered, widthRatio, heightRatio);
+    setWindowTitle(QStringLiteral("Vantaro Lab | Pellion (v014) | Main Window"));
+    layOutControls();
+
+    layoutOuter->addLayout(layoutControls, 0, 0);
+    layoutOuter->addLayout(layoutCharts, 0, 1);
+    layoutOuter->setColumnStretch(0, 1);
+    layoutOuter->setColumnStretch(1, 2);
+    widgetCentral->setLayout(layoutOuter);
+    setCentralWidget(widgetCentral);
+
+    constexpr int narrowestHeading = 100;
+    labelSoundFileInformation->setAlignment(Qt::AlignHCenter);
+    labelSoundFileInformation->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    labelSoundFileInformation->setMinimumWidth(narrowestHeading);
+    constexpr int lowestButton = 60;
+    for (QPushButton* button :
+         {pushButtonPractice, pushButtonExperiment, pushButtonGo, pushButtonQuit})
+        button->setMinimumHeight(lowestButton);
+    spinBoxFileNumber->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void MainWindow::layOutControls() {
+    layoutControls->addWidget(labelSoundFileInformation, 1, 0, 1, columnsOfControls);
+    auto row = rowLayouts.cbegin();
+    int gridRow = 2;
+    for (const auto& widgets : std::initializer_list<std::initializer_list<QWidget*>>{
+             {labelWavFilePath, lineEditWavFilePath},
+             {labelWavFileName, lineEditWavFileName},
+             {labelSamplingRate, lineEditSamplingRate},
+             {labelSoundDuration, lineEditSoundDuration},
+             {labelSilentInterval, lineEditSilentInterval},
+             {pushButtonPractice, pushButtonExperiment, pushButtonGo, pushButtonQuit},
+             {labelSubjectCode, lineEditSubCode, checkBoxSaveData},
+             {labelFileNumber, spinBoxFileNumber},
+             {labelOutputFilePath, lineEditOutputFilePath},
+             {labelOutputFileName, lineEditOutputFileName},
+             {labelFrequencyMatched, lineEditFrequencyMatched}})
+        layOutRow(*row++, gridRow++, widgets);
+}
+
+void MainWindow::layOutRow(QHBoxLayout* row, int gridRow, std::initializer_list<QWidget*> widgets) {
+    for (QWidget* widget : widgets)
+        row->addWidget(widget);
+    layoutControls->addLayout(row, gridRow, 0, 1, columnsOfControls);
+}
+
+void MainWindow::centerAndResizeMainWindow(bool center, double widthFraction,
+                                           double heightFraction) {
+    placeOnPrimaryScreen(*this, center, widthFraction, heightFraction);
+}

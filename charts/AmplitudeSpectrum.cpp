@@ -1,0 +1,47 @@
+// The one-sided amplitude spectrum of a sound.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "charts/AmplitudeSpectrum.h"
+
+#include "FFTReal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+void applyAnalysisWindow(QVector<double>& samples, int windowType, int nSamples) {
+    if (windowType == NoWindow)
+        return;
+    constexpr double twoPi = 6.283185307179586;
+    int i = 0;
+    for (double& sample : samples) {
+        const double weight =
+            windowType == HannWindow ? 0.5 * (1 - std::cos(twoPi * i / (nSamples - 1))) : 0.0;
+        sample *= weight;
+        ++i;
+    }
+}
+
+void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int nSamples,
+                              double frequencyResolution, const SpectrumVectors& spectrum) {
+    const FFTReal<double> transform(length);
+    std::vector<double> input(static_cast<std::size_t>(length), 0.0);
+    std::vector<double> output(static_cast<std::size_t>(length));
+    const qint64 copied = std::min<qint64>(samples.size(), length);
+    std::copy_n(samples.cbegin(), copied, input.begin());
+    transform.do_fft(output.data(), input.data());
+
+    const int bins = static_cast<int>(length / 2);
+    const double* real = output.data();
+    const double* negatedImaginary = output.data() + bins;
+    const auto halfSound = static_cast<double>(nSamples / 2);
+    double* frequency = spectrum.frequencies.data();
+    double* amplitude = spectrum.amplitudes.data();
+    double* phase = spectrum.phases.data();
+    for (int k = 0; k < bins; ++k) {
+        const double re = real[k];
+        const double im = -negatedImaginary[k];
+        frequency[k] = frequencyResolution * k;
+        amplitude[k] = std::sqrt(im * im + re * re) / halfSound;
+        phase[k] = std::atan2(im, re);
+    }
+}

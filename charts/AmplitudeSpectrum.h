@@ -1,0 +1,34 @@
+// The one-sided amplitude spectrum of a sound.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QVector>
+
+/// The window that is laid over a sound before its transform. Any other number zeroes the sound.
+enum AnalysisWindow : int { NoWindow = 0, HannWindow = 1 };
+
+/// Multiplies the samples in place by an analysis window; NoWindow leaves them as they are. The
+/// Hann window is 0.5 x (1 - cos(2 pi i / (nSamples - 1))), nSamples being the sample count of
+/// the settings, not the vector's length.
+void applyAnalysisWindow(QVector<double>& samples, int windowType, int nSamples);
+
+/// The vectors that a spectrum is written to, element k holding bin k.
+struct SpectrumVectors {
+    QVector<double>& frequencies; ///< Hz.
+    QVector<double>& amplitudes;  ///< A sinusoid of peak amplitude A that falls on a bin shows A.
+    QVector<double>& phases;      ///< Radians, -pi to pi.
+};
+
+/// Transforms `samples`, zero-padded at their end or cut off to `length`, and fills the first
+/// length / 2 elements of each vector of `spectrum`, which must have them.
+///
+/// Amplitudes are sqrt(re^2 + im^2) divided by nSamples / 2 in integer division: half the length
+/// of the sound, not of the padded transform, so that padding does not lower them. Bin 0 takes
+/// the component at half the sampling rate for its imaginary part, deliberately; that component
+/// has no bin of its own. A length below 2 leaves the vectors as they are.
+///
+/// @param length               a power of two from 1 to 2^30
+/// @param nSamples             the sample count of the sound
+/// @param frequencyResolution  Hz per bin
+void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int nSamples,
+                              double frequencyResolution, const SpectrumVectors& spectrum);

@@ -1,0 +1,23 @@
+// What the waveform and the spectrum chart have in common.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "charts/ChartPoints.h"
+
+#include <algorithm>
+
+void pairPoints(const QVector<double>& x, const QVector<double>& y, int count,
+                QVector<QPointF>& points) {
+    if (count < 1)
+        return;
+    const int available = std::min({count, x.size(), y.size()});
+    points.resize(available);
+    for (int i = 0; i < available; ++i)
+        points[i] = QPointF(x[i], y[i]);
+}
+
+bool findRange(const QVector<double>& values, QVector<double>& range) {
+    if (values.isEmpty())
+        return false;
+    const auto [smallest, largest] = std::minmax_element(values.cbegin(), values.cend());
+    range = {*smallest, *largest};
+    return true;
+}

@@ -1,0 +1,25 @@
+// The main window: the target's amplitude spectrum.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "charts/AmplitudeSpectrum.h"
+#include "charts/ChartPoints.h"
+
+#include <QtCharts/QLineSeries>
+#include <QtCharts/QValueAxis>
+
+void MainWindow::genFFT() {
+    applyAnalysisWindow(targetSamples, windowType, data.nSamples);
+    fftFrameDuration = static_cast<double>(fftLength) / data.samplingRate;
+    frequencyResolution = 1 / fftFrameDuration;
+    computeAmplitudeSpectrum(targetSamples, fftLength, data.nSamples, frequencyResolution,
+                             {fftFrequencies, fftAmplitudes, fftPhases});
+}
+
+void MainWindow::displayFFT() {
+    pairPoints(fftFrequencies, fftAmplitudes, data.nFFTPointsToPlot, pointsFFT);
+    seriesFFT->replace(pointsFFT);
+    // All bins, also those above the frequencies drawn.
+    if (findRange(fftAmplitudes, rangeFFT))
+        axisYFFT->setRange(rangeFFT[0], rangeFFT[1]);
+}

@@ -1,0 +1,35 @@
+// The main window: the trend of the matches.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "charts/ChartPoints.h"
+
+#include <QtCharts/QLineSeries>
+#include <QtCharts/QValueAxis>
+
+void MainWindow::updateTrend() {
+    if (data.records.isEmpty())
+        return;
+    trendTrials.append(data.nResponses);
+    trendFrequencies.append(data.records[0].frequencyMatched);
+    seriesTrend->append(trendTrials.last(), trendFrequencies.last());
+    axisXTrend->setRange(0, data.nResponses);
+    axisXTrend->setLabelFormat(QStringLiteral("%g"));
+    // One tick for each response; the toolkit ignores fewer than two.
+    axisXTrend->setTickCount(data.nResponses + 1);
+    findRange(trendFrequencies, rangeTrend);
+    // The first response leaves the axis at its empty range: deliberate.
+    if (trendFrequencies.size() >= 2)
+        axisYTrend->setRange(rangeTrend[0], rangeTrend[1]);
+}
+
+void MainWindow::resetTrend() {
+    constexpr double emptyRangeTop = 4;
+    trendTrials.clear();
+    trendFrequencies.clear();
+    data.nResponses = 0;
+    data.reserved = 0;
+    seriesTrend->clear();
+    rangeTrend = {0, emptyRangeTop};
+    axisYTrend->setRange(rangeTrend[0], rangeTrend[1]);
+}

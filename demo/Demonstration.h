@@ -1,0 +1,42 @@
+// A whole session without hands: what a newcomer sees first.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/SoundRecorder.h"
+
+#include <QDir>
+#include <QString>
+#include <QVector>
+
+class MainWindow;
+
+namespace testsupport {
+class SessionDriver;
+}
+
+/// Runs a practice session on the real windows, with a target file made on the spot, a simulated
+/// listener and a recorder at the sound device; says what it does on standard output, and checks
+/// what it got.
+class Demonstration {
+public:
+    /// The folder takes pictures, results file and recording; it must exist.
+    explicit Demonstration(const QString& folderPath);
+
+    /// Returns whether everything came out right; what did not is said on standard output.
+    bool run();
+
+private:
+    bool makeTarget();
+    bool holdSession(MainWindow& window, testsupport::SessionDriver& session);
+    bool matchPitch(testsupport::SessionDriver& session);
+    bool savePicture(QWidget& window, const QString& fileName);
+    bool checkResults(const QString& fileName);
+    bool checkSound();
+    QString pathOf(const QString& fileName) const { return folder.filePath(fileName); }
+
+    QDir folder;
+    testsupport::SoundRecorder recorder;
+    QVector<float> targetSamples;
+    QVector<int> requests;            ///< Hz, of the listener.
+    QVector<QVector<float>> expected; ///< Everything that the sound device should receive.
+};

@@ -1,0 +1,92 @@
+# What this tree's commands share: the package lists, installing, configuring, listing sources.
+# SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck shell=bash
+
+# Names of Debian 12. "build" is what CMake looks for, "run" what the program and ./run itself use,
+# "desk" a screen and a sound device without hardware, "test" what only the tests call.
+packages_to_build=(g++ cmake ninja-build qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
+    libfftw3-dev libsndfile1-dev)
+packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
+packages_for_desk=(xvfb xauth openbox pulseaudio sox procps)
+packages_to_test=(ffmpeg imagemagick locales)
+packages_to_check=(git clang-format-14 clang-tidy-14)
+export packages_to_build packages_to_run packages_for_desk packages_to_test packages_to_check
+
+root=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
+
+say() { printf '%s: %s\n' "${0##*/}" "$*"; }
+complain() { say "$@" >&2; }
+
+# need_packages NAME...: installs those that are missing. Where that cannot be done it says so and
+# returns 0 all the same: another system may have the same things under other names.
+need_packages() {
+    local missing=() name
+    for name in "$@"; do
+        [[ $(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null) == installed ]] ||
+            missing+=("$name")
+    done
+    ((${#missing[@]})) || return 0
+    if ! command -v apt-get dpkg-query >/dev/null; then
+        complain "needed, under these names on Debian 12: ${missing[*]}; going on with what is here"
+        return 0
+    fi
+    local as_root=()
+    if ((EUID != 0)); then
+        if ! command -v sudo >/dev/null; then
+            complain "to be installed by root: ${missing[*]}; going on with what is here"
+            return 0
+        fi
+        as_root=(sudo)
+    fi
+    say "installing ${missing[*]} (this may take minutes)"
+    update_package_lists
+    # Not a single package of the user's desktop may go: PulseAudio's server, for one, would push
+    # out PipeWire's.
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-remove \
+        --no-install-recommends "${missing[@]}" </dev/null >/dev/null ||
+        complain "could not install ${missing[*]}; going on with what is here"
+}
+
+# Once for each command is enough. To be called by need_packages only.
+update_package_lists() {
+    [[ -z ${package_lists_updated:-} ]] || return 0
+    package_lists_updated=yes
+    "${as_root[@]}" apt-get update -qq </dev/null ||
+        complain "no fresh package lists to be had; trying the old ones"
+}
+
+# configure DIRECTORY CMAKE-ARGUMENT...: DIRECTORY is relative to the tree. A directory once
+# configured keeps its generator.
+configure() {
+    local directory=$root/$1 generator=()
+    if [[ ! -e $directory/CMakeCache.txt ]] && command -v ninja >/dev/null; then
+        generator=(-G Ninja)
+    fi
+    cmake -S "$root" -B "$directory" "${generator[@]}" "${@:2}"
+}
+
+# Warnings stop a build where nobody reads them.
+configure_release() {
+    local fatal_warnings=OFF
+    [[ ${CI:-} != true ]] || fatal_warnings=ON
+    configure build -DCMAKE_BUILD_TYPE=Release -DPELLION_WARNINGS_AS_ERRORS=$fatal_warnings
+}
+
+# build DIRECTORY [TARGET...]: everything where no target is named.
+build() {
+    local targets=()
+    (($# == 1)) || targets=(--target "${@:2}")
+    cmake --build "$root/$1" --parallel "$(nproc)" "${targets[@]}"
+}
+
+# list_sources PATTERN...: the tree's own files, tracked or about to be, each ended by a zero byte.
+# Fails where there is none, so that a check never passes by having looked at nothing.
+list_sources() {
+    local file count=0
+    while IFS= read -r -d '' file; do
+        [[ -f $root/$file ]] || continue
+        printf '%s\0' "$root/$file"
+        ((++count))
+    done < <(git -C "$root" ls-files -z --cached --others --exclude-standard -- "$@")
+    ((count)) || { complain "found no source to check in $root"; return 1; }
+}

@@ -1,0 +1,50 @@
+// The main window: answering the listener.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "app/SettingsText.h"
+
+#include <QDebug>
+#include <QLineEdit>
+#include <QMessageBox>
+
+namespace {
+/// What the listener's window can say.
+enum ResponseCode : int { SessionStarted = 0, PlayTarget = 2, PlaySinusoid = 4 };
+} // namespace
+
+void MainWindow::updateMainwindow(int response, int frequency) {
+    soundsPlayed = 0;
+    switch (response) {
+    case PlaySinusoid:
+        qDebug("response: %d", response);
+        playSinusoidNext = true;
+        data.frequencyCurrent = frequency;
+        // The session's match lives in the first record, whichever target is played.
+        if (!data.records.isEmpty())
+            data.records[0].frequencyMatched = frequency;
+        genSinusoid();
+        schedulePresentation();
+        ++sequencePosition;
+        updateTrend();
+        sequencePosition = 0;
+        break;
+    case PlayTarget:
+        qDebug("response: %d", response);
+        playSinusoidNext = false;
+        schedulePresentation();
+        sequencePosition = 0;
+        break;
+    case SessionStarted:
+        qDebug("Test just started");
+        break;
+    default:
+        QMessageBox::warning(nullptr, QStringLiteral("Warning"), QStringLiteral("Invalid response"),
+                             QMessageBox::Ok);
+    }
+}
+
+void MainWindow::updateFrequencyMatched() {
+    if (!data.records.isEmpty())
+        lineEditFrequencyMatched->setText(hertzText(data.records[0].frequencyMatched));
+}

@@ -1,0 +1,27 @@
+// The order in which the targets of a session are presented.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QVector>
+
+#include <random>
+#include <utility>
+
+/// Returns the indices 0 to nFiles - 1 in order, nRepetitions times over.
+QVector<int> orderedTrials(int nRepetitions, int nFiles);
+
+/// Shuffles a sequence in place, each order equally likely as far as the generator goes
+/// (Fisher-Yates from the front). Written out because the library's own shuffle draws differently
+/// from one vendor to the next. A sequence of 0 or 1 entries draws nothing and stays as it is.
+template <typename Generator> void shuffleTrials(QVector<int>& trials, Generator& generator) {
+    for (int i = 0; i + 1 < trials.size(); ++i) {
+        std::uniform_int_distribution<int> offset(0, trials.size() - 1 - i);
+        const int j = offset(generator);
+        if (j != 0)
+            std::swap(trials[i], trials[i + j]);
+    }
+}
+
+/// Returns orderedTrials() in an order drawn afresh from the system's random device. It cannot be
+/// replayed.
+QVector<int> randomTrials(int nRepetitions, int nFiles);

@@ -1,0 +1,91 @@
+// The main window: synthesising and playing sounds.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "sound/Presentation.h"
+#include "sound/Sinusoid.h"
+#include "sound/SoundBytes.h"
+
+#include <QAudioOutput>
+#include <QBuffer>
+#include <QDebug>
+#include <QTimer>
+
+void MainWindow::genSinusoid() {
+    if (sequencePosition == 0 && soundsPlayed == 0)
+        sinusoidSamples = QVector<double>(data.nSamples, 0.0);
+    writeSinusoid(sinusoidSamples, data.nSamples, data.frequencyCurrent, data.samplingRate);
+}
+
+int MainWindow::playWav() {
+    schedulePresentation();
+    return ++sequencePosition;
+}
+
+void MainWindow::schedulePresentation() {
+    if (sequencePosition >= trialSequence.size())
+        return;
+    const PresentationPause pause = presentationPause(data.soundDuration, data.silentInterval);
+    QTimer::singleShot(pause.milliseconds, pause.timerType, pendingPresentations.get(),
+                       [this] { playOneSound(); });
+}
+
+void MainWindow::cancelPresentation() {
+    pendingPresentations = std::make_unique<QObject>();
+    releaseAudioOutput();
+}
+
+void MainWindow::playOneSound() {
+    QVector<double> samples;
+    int length = 0;
+    if (soundsPlayed < soundsPerPresentation) {
+        length = data.nSamples;
+        if (playSinusoidNext) {
+            updateFrequencyMatched();
+            ++data.nResponses;
+            samples = sinusoidSamples;
+        } else {
+            samples = targetSamples;
+        }
+    }
+    startAudioOutput(samples, length);
+    ++soundsPlayed;
+    emit soundPlaying(soundsPlayed);
+}
+
+void MainWindow::startAudioOutput(const QVector<double>& samples, int length) {
+    // Still alive when a sound is asked for out of turn, or when the last one stopped with an
+    // error.
+    releaseAudioOutput();
+    audioBytes = std::make_unique<QByteArray>(soundBytes(samples, length));
+    audioBuffer = std::make_unique<QBuffer>(audioBytes.get());
+    audioBuffer->open(QIODevice::ReadOnly);
+    audioOutput = new QAudioOutput(audioFormat, this);
+    connect(audioOutput, SIGNAL(stateChanged(QAudio::State)), this,
+            SLOT(handleStateChanged(QAudio::State)));
+    audioOutput->start(audioBuffer.get());
+}
+
+void MainWindow::releaseAudioOutput() {
+    if (audioOutput == nullptr)
+        return;
+    audioOutput->disconnect(this);
+    audioOutput->stop();
+    audioBuffer->close();
+    audioBytes.reset();
+    audioBuffer.reset();
+    // Called from within the output's own signal: it is deleted once it has returned.
+    audioOutput->deleteLater();
+    audioOutput = nullptr;
+}
+
+void MainWindow::handleStateChanged(QAudio::State audioState) {
+    if (audioState == QAudio::StoppedState) {
+        if (audioOutput != nullptr && audioOutput->error() != QAudio::NoError)
+            qWarning() << "Audio stopped unexpectedly";
+    } else if (audioState == QAudio::IdleState) {
+        releaseAudioOutput();
+        if (soundsPlayed == soundsPerPresentation)
+            emit soundPlaying(-1);
+    }
+}

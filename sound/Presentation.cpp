@@ -1,0 +1,15 @@
+// The pause before a sound.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sound/Presentation.h"
+
+#include "sound/SampleCount.h"
+
+#include <algorithm>
+
+PresentationPause presentationPause(double soundDuration, double silentInterval) {
+    constexpr double millisecondsPerSecond = 1000.0;
+    constexpr int coarseFrom = 2000;
+    const double pause = (soundDuration + silentInterval) * millisecondsPerSecond;
+    const int milliseconds = std::max(truncatedToInt(pause), 0);
+    return {milliseconds, milliseconds < coarseFrom ? Qt::PreciseTimer : Qt::CoarseTimer};
+}

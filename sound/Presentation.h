@@ -1,0 +1,16 @@
+// The pause before a sound.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <qnamespace.h>
+
+/// How long to wait from a request until its sound, and how precisely.
+struct PresentationPause {
+    int milliseconds;
+    Qt::TimerType timerType;
+};
+
+/// Returns the pause of one sound's length plus the silent interval, both in seconds, truncated to
+/// whole milliseconds and limited to 0 and the largest int. Pauses under two seconds ask for
+/// a precise timer, longer ones for a coarse one.
+PresentationPause presentationPause(double soundDuration, double silentInterval);

@@ -1,0 +1,31 @@
+// Whether a loaded file can be a target, and its samples as they are played.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QVector>
+
+class CWav;
+
+/// Returns the number of samples per channel that the file's header declares; 0 when it declares
+/// no channel.
+qint64 samplesPerChannel(const CWav& wav);
+
+/// Returns the length of one channel in seconds at the file's own sampling rate, which must not
+/// be 0.
+double durationSeconds(const CWav& wav);
+
+/// Tells whether a file can be prepared, shown and played as a target at the given sampling rate
+/// of the settings (Hz).
+///
+/// It cannot when it has no channels, no sampling rate or no samples; when its number of samples,
+/// as loaded or as the duration shown in milliseconds with two decimals gives it again when
+/// a session starts, is below 1 or beyond what a vector holds (an output that gets nothing to
+/// play never reports that it is idle); or when the memory that preparing and playing it take
+/// cannot be had.
+bool isUsableTarget(const CWav& wav, double samplingRate);
+
+/// Copies up to `count` samples of one channel into the beginning of `target`, which is grown when
+/// it is shorter than `count`: the only channel of a mono file, the first (left) of a stereo file.
+/// Nothing is copied from files with more channels. Where the file holds fewer samples than that,
+/// the rest of `count` becomes 0.
+void copyFirstChannel(const CWav& wav, int count, QVector<double>& target);

@@ -1,0 +1,114 @@
+// The main window: choosing and loading the target sound.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "app/SettingsText.h"
+#include "charts/PlottedStretch.h"
+#include "sound/TargetSamples.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+
+#include <iostream>
+#include <utility>
+
+namespace {
+QString pathOf(const Record& record) {
+    return record.filePath + u'/' + record.fileName;
+}
+} // namespace
+
+void MainWindow::selectWavFile() {
+    bool isLookingOn = true;
+    while (isLookingOn) {
+        data.wavFolder = desktopFolder();
+        // A cancelled dialog is stored like any choice: an empty name, which then fails to load.
+        const QFileInfo chosen(
+            QFileDialog::getOpenFileName(this, QStringLiteral("Select a target sound file"),
+                                         data.wavFolder, QStringLiteral("Sound files (*.wav)")));
+        data.wavFilePath = chosen.path();
+        data.wavFileName = chosen.fileName();
+        Record record;
+        record.filePath = data.wavFilePath;
+        record.fileName = data.wavFileName;
+        data.records = {record};
+        isLookingOn = data.records.isEmpty() &&
+                      QMessageBox::question(this, QStringLiteral("Question"),
+                                            QStringLiteral("This folder contains no .wav files.\n"
+                                                           "Do you want to select another folder?"),
+                                            QMessageBox::Yes | QMessageBox::No,
+                                            QMessageBox::Yes) == QMessageBox::Yes;
+    }
+    nFiles = data.records.size();
+}
+
+void MainWindow::genWav() {
+    currentFileIndex = trialSequence.value(sequencePosition);
+    if (currentFileIndex >= data.records.size()) {
+        refuseTarget();
+        return;
+    }
+    Record& record = data.records[currentFileIndex];
+    if (!loadTarget(record)) {
+        refuseTarget();
+        return;
+    }
+    data.wavFilePath = record.filePath;
+    data.wavFileName = record.fileName;
+    currentTargetPath = pathOf(record);
+
+    data.nSamples = static_cast<int>(samplesPerChannel(wav));
+    data.soundDuration = durationSeconds(wav);
+    lineEditSoundDuration->setText(millisecondsText(data.soundDuration));
+    limitPlotToSound(data);
+    sizeSpectrum();
+
+    const bool isFirstPresentation = sequencePosition == 0 && soundsPlayed == 0;
+    if (isFirstPresentation)
+        targetSamples = QVector<double>(data.nSamples, 0.0);
+    copyFirstChannel(wav, data.nSamples, targetSamples);
+    if (!isFirstPresentation)
+        return;
+    timeAxisMs.resize(data.nPointsToPlot);
+    for (int i = 0; i < data.nPointsToPlot; ++i)
+        timeAxisMs[i] = i / data.samplingRate * 1000;
+}
+
+/// Loads the file of a record into `wav`. A file that fails to load leaves the earlier target in
+/// use, and the record then names that one, so that nothing shown or saved is mislabelled.
+/// Returns false, with `wav` as it was, when there is nothing to play.
+bool MainWindow::loadTarget(Record& record) {
+    const QString path = pathOf(record);
+    CWav loaded;
+    const bool isLoaded = loaded.LoadWav(path.toStdString());
+    const bool isCancelled = record.fileName.isEmpty();
+    if (isCancelled)
+        return false;
+    if (!isUsableTarget(isLoaded ? loaded : wav, data.samplingRate)) {
+        std::cerr << "Unusable WAV file: " << path.toStdString() << std::endl;
+        return false;
+    }
+    if (isLoaded) {
+        wav = std::move(loaded);
+        targetInUse = record;
+    } else {
+        record = *targetInUse;
+        std::cerr << "Keeping the earlier target: " << pathOf(record).toStdString() << std::endl;
+    }
+    return true;
+}
+
+/// Ends a preparation that has no target, so that no session can be started on it.
+void MainWindow::refuseTarget() {
+    nFiles = 0;
+    trialSequence.clear();
+    currentFileIndex = 0;
+}
+
+void MainWindow::updateWavTextFields() {
+    lineEditWavFilePath->setText(data.wavFilePath);
+    if (currentFileIndex < data.records.size())
+        lineEditWavFileName->setText(data.records[currentFileIndex].fileName);
+}

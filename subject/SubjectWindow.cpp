@@ -1,0 +1,276 @@
+// The listener's window.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "subject/SubjectWindow.h"
+
+#include "app/WindowPlacement.h"
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+namespace {
+
+/// What the listener asks the main window for.
+enum ResponseCode : int { PlayTarget = 2, PlaySinusoid = 4 };
+
+/// Passed to updateSubjectWindow when the last sound of a request has ended.
+constexpr int soundsEnded = -1;
+
+// The range and value before the main window has sent its own; the members' defaults.
+constexpr int leastFrequency = 10;
+constexpr int mostFrequency = 1000;
+constexpr int firstFrequency = 500;
+
+QString hoverStyle() {
+    return QStringLiteral(
+        "QPushButton:hover {background-color: rgb(0, 255, 255); border: 1px solid blue;}");
+}
+
+QString greyStyle() {
+    return QStringLiteral("QPushButton {background-color: rgb(190, 190, 190); border: none;} ");
+}
+
+/// Large arrows, to be hit without looking.
+QString spinBoxStyle() {
+    return QStringLiteral(
+        "QSpinBox::up-arrow { border-left: 17px solid none; border-right: 17px solid none; "
+        "border-bottom: 17px solid black; width: 0px; height: 0px; }"
+        "QSpinBox::up-arrow:hover { border-left: 17px solid none; border-right: 17px solid none; "
+        "border-bottom: 17px solid black; width: 0px; height: 0px; }"
+        "QSpinBox::up-button { width: 60px; height: 100px; background-color: rgb(190, 190, 190); }"
+        "QSpinBox::up-button:hover { width: 60px; height: 100px; "
+        "background-color: rgb(0, 255, 255); }"
+        "QSpinBox::down-arrow { border-left: 17px solid none; border-right: 17px solid none; "
+        "border-top: 17px solid black; width: 0px; height: 0px; }"
+        "QSpinBox::down-arrow:hover { border-left: 17px solid none; border-right: 17px solid none; "
+        "border-top: 17px solid black; width: 0px; height: 0px; }"
+        "QSpinBox::down-button { width: 60px; height: 100px; "
+        "background-color: rgb(190, 190, 190); }"
+        "QSpinBox::down-button:hover { width: 60px; height: 100px; "
+        "background-color: rgb(0, 255, 255); }");
+}
+
+/// Sets range, value and step of a spin box or slider, in Hz.
+template <typename Control>
+void setFrequencies(Control* control, int least, int most, int current, int step) {
+    control->setRange(least, most);
+    control->setValue(current);
+    control->setSingleStep(step);
+}
+
+/// Deletes an object and forgets it.
+template <typename Object> void release(Object*& object) {
+    delete object;
+    object = nullptr;
+}
+
+} // namespace
+
+SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
+    setObjectName(QStringLiteral("SubjectWindow"));
+    createWidgets();
+    setFrequencies(spinBoxFrequency, leastFrequency, mostFrequency, frequencyCurrent,
+                   frequencyStepSize);
+    setFrequencies(sliderFrequency, frequencyMin, frequencyMax, frequencyCurrent,
+                   frequencyStepSize);
+    connectWidgets();
+    setupGUISubjectWindow();
+}
+
+SubjectWindow::~SubjectWindow() {
+    release(pushButtonPlayTarget);
+    release(labelCurrentValue);
+    release(spinBoxFrequency);
+    release(pushButtonPlaySinusoid);
+    release(sliderFrequency);
+    release(pushButtonIAmReady);
+    release(pushButtonDone);
+    release(layoutFrequency);
+    release(layoutUnused);
+    release(layoutWindow);
+    release(widgetCentral);
+}
+
+void SubjectWindow::createWidgets() {
+    pushButtonPlayTarget = new QPushButton(QStringLiteral("Play target"));
+    pushButtonPlayTarget->setObjectName(QStringLiteral("pushButtonPlayTarget"));
+    labelCurrentValue = new QLabel(QStringLiteral("Current Value"));
+    labelCurrentValue->setObjectName(QStringLiteral("labelCurrentValue"));
+    spinBoxFrequency = new QSpinBox;
+    spinBoxFrequency->setObjectName(QStringLiteral("spinBoxFrequency"));
+    pushButtonPlaySinusoid = new QPushButton(QStringLiteral("Play sinusoid"));
+    pushButtonPlaySinusoid->setObjectName(QStringLiteral("pushButtonPlaySinusoid"));
+    sliderFrequency = new QSlider(Qt::Vertical);
+    sliderFrequency->setObjectName(QStringLiteral("sliderFrequency"));
+    pushButtonIAmReady = new QPushButton(QStringLiteral("I am ready"));
+    pushButtonIAmReady->setObjectName(QStringLiteral("pushButtonIAmReady"));
+    pushButtonDone = new QPushButton(QStringLiteral("Done"));
+    pushButtonDone->setObjectName(QStringLiteral("pushButtonDone"));
+    layoutFrequency = new QHBoxLayout;
+    layoutUnused = new QVBoxLayout;
+    layoutWindow = new QGridLayout;
+    widgetCentral = new QWidget;
+    widgetCentral->setObjectName(QStringLiteral("widgetCentral"));
+}
+
+void SubjectWindow::connectWidgets() {
+    connect(pushButtonIAmReady, SIGNAL(clicked(bool)), this, SLOT(on_pushButtonIAmReady_clicked()));
+    connect(pushButtonDone, SIGNAL(clicked(bool)), this, SLOT(close()));
+    connect(pushButtonPlayTarget, SIGNAL(clicked(bool)), this,
+            SLOT(on_pushButtonPlayTarget_clicked()));
+    connect(pushButtonPlaySinusoid, SIGNAL(clicked(bool)), this,
+            SLOT(on_pushButtonPlaySinusoid_clicked()));
+    connect(spinBoxFrequency, SIGNAL(valueChanged(qint32)), sliderFrequency,
+            SLOT(setValue(qint32)));
+    connect(sliderFrequency, SIGNAL(valueChanged(qint32)), spinBoxFrequency,
+            SLOT(setValue(qint32)));
+}
+
+void SubjectWindow::setupGUISubjectWindow() {
+    centerAndResizeSubjectWindow(isCentered, widthRatio, heightRatio);
+    setWindowTitle(QStringLiteral("Vantaro Lab | Pellion (v014) | Subject Window"));
+    placeWidgets();
+    sizeWidgets();
+    spinBoxFrequency->setRange(leastFrequency, mostFrequency);
+    spinBoxFrequency->setValue(firstFrequency);
+    sliderFrequency->setRange(leastFrequency, mostFrequency);
+    sliderFrequency->setValue(firstFrequency);
+    pushButtonPlayTarget->hide();
+    labelCurrentValue->hide();
+    spinBoxFrequency->hide();
+    pushButtonPlaySinusoid->hide();
+    sliderFrequency->hide();
+    pushButtonDone->hide();
+}
+
+void SubjectWindow::placeWidgets() {
+    layoutFrequency->addWidget(labelCurrentValue);
+    layoutFrequency->addWidget(spinBoxFrequency);
+    layoutWindow->addWidget(pushButtonPlayTarget, 0, 0, 2, 1);
+    layoutWindow->addLayout(layoutFrequency, 0, 1, 1, 1);
+    layoutWindow->addWidget(pushButtonPlaySinusoid, 1, 1, 1, 1);
+    layoutWindow->addWidget(sliderFrequency, 0, 2, 2, 1);
+    // Shares its cell with the spin box: the two are never visible together.
+    layoutWindow->addWidget(pushButtonIAmReady, 0, 1, 1, 2);
+    layoutWindow->addWidget(pushButtonDone, 2, 0, 1, 4);
+    widgetCentral->setLayout(layoutWindow);
+    setCentralWidget(widgetCentral);
+}
+
+void SubjectWindow::sizeWidgets() {
+    constexpr int lowestSpinBox = 200;
+    constexpr int narrowestSlider = 100;
+    constexpr int lowestDone = 100;
+    for (QPushButton* button : {pushButtonPlayTarget, pushButtonPlaySinusoid, pushButtonIAmReady})
+        button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    spinBoxFrequency->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    spinBoxFrequency->setMinimumHeight(lowestSpinBox);
+    spinBoxFrequency->setStyleSheet(spinBoxStyle());
+    sliderFrequency->setMinimumWidth(narrowestSlider);
+    sliderFrequency->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    pushButtonDone->setMinimumHeight(lowestDone);
+    pushButtonDone->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    labelCurrentValue->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+void SubjectWindow::centerAndResizeSubjectWindow(bool center, double widthFraction,
+                                                 double heightFraction) {
+    placeOnPrimaryScreen(*this, center, widthFraction, heightFraction);
+}
+
+void SubjectWindow::setSliderParameters() {
+    setFrequencies(spinBoxFrequency, frequencyMin, frequencyMax, frequencyCurrent,
+                   frequencyStepSize);
+    setFrequencies(sliderFrequency, frequencyMin, frequencyMax, frequencyCurrent,
+                   frequencyStepSize);
+}
+
+// The declaration's parameter names stand in the meta-object; here they would hide the members.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+void SubjectWindow::receiveParameters(int least, int most, int current, int step) {
+    frequencyMin = least;
+    frequencyMax = most;
+    frequencyCurrent = current;
+    frequencyStepSize = step;
+    setSliderParameters();
+}
+
+void SubjectWindow::enableAllChoiceButtons() {
+    pushButtonPlayTarget->setEnabled(true);
+    pushButtonPlaySinusoid->setEnabled(true);
+}
+
+void SubjectWindow::disableAllChoiceButtons() {
+    pushButtonPlayTarget->setEnabled(false);
+    pushButtonPlaySinusoid->setEnabled(false);
+}
+
+void SubjectWindow::on_pushButtonIAmReady_clicked() {
+    setEnabled(false);
+    pushButtonPlayTarget->setEnabled(true);
+    // The target must be heard before a frequency can be set. The label stays grey for good.
+    labelCurrentValue->setEnabled(false);
+    spinBoxFrequency->setEnabled(false);
+    pushButtonPlaySinusoid->setEnabled(false);
+    sliderFrequency->setEnabled(false);
+    pushButtonPlayTarget->show();
+    labelCurrentValue->show();
+    spinBoxFrequency->show();
+    pushButtonPlaySinusoid->show();
+    sliderFrequency->show();
+    pushButtonIAmReady->hide();
+    pushButtonDone->hide();
+    pushButtonPlayTarget->setStyleSheet(hoverStyle());
+    setEnabled(true);
+}
+
+void SubjectWindow::on_pushButtonPlayTarget_clicked() {
+    setEnabled(false);
+    emit subjectResponded(PlayTarget, 0);
+}
+
+void SubjectWindow::on_pushButtonPlaySinusoid_clicked() {
+    setEnabled(false);
+    pushButtonDone->setEnabled(true);
+    pushButtonDone->show();
+    pushButtonDone->setStyleSheet(hoverStyle());
+    frequencyCurrent = spinBoxFrequency->value();
+    emit subjectResponded(PlaySinusoid, frequencyCurrent);
+}
+
+void SubjectWindow::updateSubjectWindow(int index) {
+    setEnabled(false);
+    // Disabling a window disables its dialogs too, but the listener must still be able to answer.
+    if (closeQuestion != nullptr)
+        closeQuestion->setEnabled(true);
+    disableAllChoiceButtons();
+    if (index != soundsEnded)
+        return;
+    pushButtonPlaySinusoid->setStyleSheet(greyStyle());
+    pushButtonPlayTarget->setStyleSheet(hoverStyle());
+    pushButtonPlaySinusoid->setStyleSheet(hoverStyle());
+    pushButtonPlayTarget->setEnabled(true);
+    spinBoxFrequency->setEnabled(true);
+    pushButtonPlaySinusoid->setEnabled(true);
+    sliderFrequency->setEnabled(true);
+    setEnabled(true);
+}
+
+void SubjectWindow::closeEvent(QCloseEvent* event) {
+    QMessageBox question(QMessageBox::Question, QStringLiteral("Confirmation MessageBox"),
+                         tr("Do you want to close this window?\n"),
+                         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, this);
+    question.setDefaultButton(QMessageBox::Yes);
+    closeQuestion = &question;
+    const bool isConfirmed = question.exec() == QMessageBox::Yes;
+    closeQuestion = nullptr;
+    if (isConfirmed)
+        emit subjectWindowClosed();
+    event->setAccepted(isConfirmed);
+}

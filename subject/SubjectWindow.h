@@ -1,0 +1,112 @@
+// The listener's window.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QMainWindow>
+
+#include <array>
+
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QMessageBox;
+class QPushButton;
+class QSlider;
+class QSpinBox;
+class QVBoxLayout;
+
+/// The window in which the listener asks for the target and for sinusoids until both match in
+/// pitch. It plays nothing itself: each request goes out as subjectResponded() and leaves the
+/// window disabled until updateSubjectWindow(-1) tells that the sound has ended.
+///
+/// Each widget carries its member's name as its object name.
+class SubjectWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit SubjectWindow(QWidget* parent = nullptr);
+    ~SubjectWindow() override;
+    SubjectWindow(const SubjectWindow&) = delete;
+    SubjectWindow(SubjectWindow&&) = delete;
+    SubjectWindow& operator=(const SubjectWindow&) = delete;
+    SubjectWindow& operator=(SubjectWindow&&) = delete;
+
+    /// Places and titles the window, lays out its widgets, and shows "I am ready" alone.
+    void setupGUISubjectWindow();
+
+    /// Sets range, value and step of the spin box, then of the slider, from the members.
+    void setSliderParameters();
+
+    /// Disables both buttons that ask for a sound.
+    void disableAllChoiceButtons();
+
+    /// Covers the given fractions (limited to 0..1) of the primary screen's available size.
+    void centerAndResizeSubjectWindow(bool center, double widthFraction, double heightFraction);
+
+    // The order of signals and slots is the order of their meta-object indices: additions go to
+    // the end.
+signals:
+    /// The listener asks for the target (response 2, frequency 0) or for a sinusoid (response 4,
+    /// frequency in Hz).
+    void subjectResponded(int response, int frequency);
+
+    /// The listener has confirmed that the session is over.
+    void subjectWindowClosed();
+
+public slots:
+    void on_pushButtonIAmReady_clicked();
+
+    /// Enables both buttons that ask for a sound.
+    void enableAllChoiceButtons();
+
+    /// Takes over the frequencies that can be set, in Hz. They are not checked; the spin box and
+    /// the slider limit what they are given.
+    void receiveParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
+                           int frequencyStepSize);
+
+    /// Locks the window while sounds play: `index` is the count of sounds started for this request,
+    /// or -1 when the last one has ended, which unlocks it.
+    void updateSubjectWindow(int index);
+
+    void on_pushButtonPlayTarget_clicked();
+    void on_pushButtonPlaySinusoid_clicked();
+
+protected:
+    /// Asks for confirmation; closing goes on only with Yes.
+    void closeEvent(QCloseEvent* event) override;
+
+    void createWidgets();
+    void connectWidgets();
+    void placeWidgets();
+    void sizeWidgets();
+
+    QPushButton* pushButtonPlayTarget = nullptr;
+    QLabel* labelCurrentValue = nullptr;
+    QSpinBox* spinBoxFrequency = nullptr; ///< Hz.
+    QPushButton* pushButtonPlaySinusoid = nullptr;
+    QSlider* sliderFrequency = nullptr; ///< Hz; always equal to the spin box.
+    QPushButton* pushButtonIAmReady = nullptr;
+    QPushButton* pushButtonDone = nullptr;
+    QHBoxLayout* layoutFrequency = nullptr; ///< Label and spin box.
+    QVBoxLayout* layoutUnused = nullptr;    ///< Part of the window, holds nothing.
+    QGridLayout* layoutWindow = nullptr;
+    QWidget* widgetCentral = nullptr;
+    int reserved = 0; ///< Read by nothing.
+
+    int frequencyMin = 10;      ///< Hz.
+    int frequencyMax = 1000;    ///< Hz.
+    int frequencyCurrent = 500; ///< Hz; the last one asked for.
+    int frequencyStepSize = 1;  ///< Hz.
+
+    // Colours, read by nothing: the style sheets name their own.
+    std::array<int, 3> colourGrey = {240, 240, 240};
+    std::array<int, 3> colourWhite = {255, 255, 255};
+    int colourLeast = 0;
+    int colourMost = 255;
+
+    bool isCentered = true;
+    double widthRatio = 0.7;  ///< Of the available screen.
+    double heightRatio = 0.8; ///< Of the available screen.
+
+    QMessageBox* closeQuestion = nullptr; ///< While the listener is asked; null otherwise.
+};

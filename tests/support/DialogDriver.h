@@ -1,0 +1,66 @@
+// Answers modal dialogs as a person would.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QMessageBox>
+#include <QObject>
+#include <QPointer>
+#include <QQueue>
+#include <QStringList>
+#include <QTimer>
+
+#include <functional>
+
+namespace testsupport {
+
+/// Waits for modal dialogs while the program runs and answers each with the next answer that has
+/// been laid ready. A dialog that nobody expects is closed and reported, so that no test hangs.
+class DialogDriver : public QObject {
+public:
+    using Answer = std::function<void(QWidget*)>;
+
+    explicit DialogDriver(QObject* parent = nullptr);
+
+    /// Lays an answer of one's own ready for the next dialog, which must have this title. The
+    /// answer must close the dialog.
+    void expect(const QString& title, Answer answer);
+
+    /// Chooses a file in the next target or save dialog by typing its path.
+    void chooseTarget(const QString& path);
+    void saveAs(const QString& path);
+
+    /// Accepts the name that the save dialog proposes.
+    void saveAsProposed();
+
+    void cancelTarget();
+    void cancelSaving();
+
+    /// Clicks a button of the next message box, which must have this title, and, when a text is
+    /// given, that text.
+    void click(const QString& title, QMessageBox::StandardButton button,
+               const QString& text = QString());
+
+    /// What the dialogs held when they were answered: for a save dialog the path proposed.
+    QStringList seen() const { return answered; }
+
+    /// What went wrong: dialogs that were not expected, answers that were not needed. Empties it.
+    QStringList takeComplaints();
+
+private:
+    struct Expectation {
+        QString title;
+        Answer answer;
+    };
+
+    void answerDialog();
+    void chooseFile(const QString& title, const QString& path);
+    void cancelFile(const QString& title);
+
+    QTimer timer;
+    QQueue<Expectation> expectations;
+    QPointer<QWidget> current; ///< The dialog that is being answered.
+    QStringList answered;
+    QStringList complaints;
+};
+
+} // namespace testsupport

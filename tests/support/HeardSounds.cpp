@@ -1,0 +1,64 @@
+// Compares a recording with the sounds that should be in it.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/HeardSounds.h"
+
+#include <algorithm>
+
+namespace testsupport {
+
+namespace {
+
+bool isSound(float sample) {
+    return sample != 0.0F;
+}
+
+/// Index of the first sample from `from` on that is not silent, or the size when there is none.
+int firstSound(const QVector<float>& samples, int from) {
+    return int(std::find_if(samples.cbegin() + from, samples.cend(), isSound) - samples.cbegin());
+}
+
+} // namespace
+
+HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds) {
+    HeardSounds heard;
+    int position = 0;
+    for (const QVector<float>& sound : sounds) {
+        const int number = heard.starts.size() + 1;
+        const int onset = firstSound(recording, position);
+        if (onset == recording.size()) {
+            heard.difference = QStringLiteral("sound %1 is missing").arg(number);
+            return heard;
+        }
+        const int start = onset - firstSound(sound, 0);
+        if (start < position || start + sound.size() > recording.size()) {
+            heard.difference =
+                QStringLiteral("sound %1 is cut at sample %2").arg(number).arg(onset);
+            return heard;
+        }
+        const auto [expected, received] =
+            std::mismatch(sound.cbegin(), sound.cend(), recording.cbegin() + start);
+        if (expected != sound.cend()) {
+            heard.difference = QStringLiteral("sound %1 differs at its sample %2: %3 for %4")
+                                   .arg(number)
+                                   .arg(expected - sound.cbegin())
+                                   .arg(double(*received), 0, 'g', 9)
+                                   .arg(double(*expected), 0, 'g', 9);
+            return heard;
+        }
+        heard.starts.append(start);
+        position = start + sound.size();
+    }
+    const int extra = firstSound(recording, position);
+    if (extra != recording.size())
+        heard.difference = QStringLiteral("a sound too many, at sample %1").arg(extra);
+    return heard;
+}
+
+QVector<float> asFloats(const QVector<double>& samples) {
+    QVector<float> floats(samples.size());
+    std::transform(samples.cbegin(), samples.cend(), floats.begin(),
+                   [](double sample) { return static_cast<float>(sample); });
+    return floats;
+}
+
+} // namespace testsupport

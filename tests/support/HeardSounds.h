@@ -1,0 +1,24 @@
+// Compares a recording with the sounds that should be in it.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+namespace testsupport {
+
+/// Where the sounds of a recording start, and what is wrong with it.
+struct HeardSounds {
+    QVector<int> starts; ///< Index of each sound's first sample in the recording.
+    QString difference;  ///< Empty when the recording holds the sounds and silence, nothing else.
+};
+
+/// Looks for the given sounds in a recording, one after the other, each complete and equal in every
+/// sample, with silence before, between and after them. A sound that is silent throughout cannot
+/// be told from silence and must not be among them.
+HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds);
+
+/// Returns samples as they are sent to the sound device.
+QVector<float> asFloats(const QVector<double>& samples);
+
+} // namespace testsupport

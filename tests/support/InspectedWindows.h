@@ -1,0 +1,93 @@
+// The program's windows with their members open to inspection.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/MainWindow.h"
+#include "subject/SubjectWindow.h"
+
+namespace testsupport {
+
+/// Opens what is protected, so that tests can look at what no widget shows. Nothing is overridden.
+class InspectedMainWindow : public MainWindow {
+public:
+    using MainWindow::MainWindow;
+
+    using MainWindow::audioBuffer;
+    using MainWindow::audioBytes;
+    using MainWindow::audioFormat;
+    using MainWindow::audioOutput;
+    using MainWindow::axisXFFT;
+    using MainWindow::axisXTrend;
+    using MainWindow::axisXWav;
+    using MainWindow::axisYFFT;
+    using MainWindow::axisYTrend;
+    using MainWindow::axisYWav;
+    using MainWindow::chartFFT;
+    using MainWindow::chartTrend;
+    using MainWindow::chartViewFFT;
+    using MainWindow::chartViewTrend;
+    using MainWindow::chartViewWav;
+    using MainWindow::chartWav;
+    using MainWindow::comboBoxMainParameter;
+    using MainWindow::comboBoxSesType;
+    using MainWindow::comboBoxSoundType;
+    using MainWindow::currentFileIndex;
+    using MainWindow::currentTargetPath;
+    using MainWindow::data;
+    using MainWindow::fftAmplitudes;
+    using MainWindow::fftFrameDuration;
+    using MainWindow::fftFrequencies;
+    using MainWindow::fftLength;
+    using MainWindow::fftPhases;
+    using MainWindow::fontAxisLabels;
+    using MainWindow::fontAxisTitles;
+    using MainWindow::fontChartTitle;
+    using MainWindow::frequencyResolution;
+    using MainWindow::labelMainParameter;
+    using MainWindow::labelSessionType;
+    using MainWindow::labelSoundType;
+    using MainWindow::layoutCharts;
+    using MainWindow::layoutControls;
+    using MainWindow::layoutOuter;
+    using MainWindow::nFiles;
+    using MainWindow::nRepetitions;
+    using MainWindow::nRepetitionsExperiment;
+    using MainWindow::nRepetitionsPractice;
+    using MainWindow::playSinusoidNext;
+    using MainWindow::pointsFFT;
+    using MainWindow::pointsWav;
+    using MainWindow::rangeFFT;
+    using MainWindow::rangeTrend;
+    using MainWindow::rangeWav;
+    using MainWindow::sequencePosition;
+    using MainWindow::seriesFFT;
+    using MainWindow::seriesTrend;
+    using MainWindow::seriesWav;
+    using MainWindow::sinusoidSamples;
+    using MainWindow::soundsPerPresentation;
+    using MainWindow::soundsPlayed;
+    using MainWindow::subjectWindow;
+    using MainWindow::targetSamples;
+    using MainWindow::timeAxisMs;
+    using MainWindow::trendFrequencies;
+    using MainWindow::trendTrials;
+    using MainWindow::trialSequence;
+    using MainWindow::wav;
+    using MainWindow::windowType;
+};
+
+/// Opens what is protected in the listener's window.
+class InspectedSubjectWindow : public SubjectWindow {
+public:
+    using SubjectWindow::SubjectWindow;
+
+    using SubjectWindow::frequencyCurrent;
+    using SubjectWindow::frequencyMax;
+    using SubjectWindow::frequencyMin;
+    using SubjectWindow::frequencyStepSize;
+    using SubjectWindow::heightRatio;
+    using SubjectWindow::isCentered;
+    using SubjectWindow::widthRatio;
+};
+
+} // namespace testsupport

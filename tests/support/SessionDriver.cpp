@@ -1,0 +1,87 @@
+// Walks through a session by the widgets that a person uses.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/SessionDriver.h"
+
+#include "app/MainWindow.h"
+#include "subject/SubjectWindow.h"
+
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace testsupport {
+
+namespace {
+
+QString confirmationTitle() {
+    return QStringLiteral("Confirmation MessageBox");
+}
+
+SubjectWindow* visibleListener(const MainWindow& window) {
+    for (auto* candidate : window.findChildren<SubjectWindow*>())
+        if (candidate->isVisible())
+            return candidate;
+    return nullptr;
+}
+
+} // namespace
+
+void click(QWidget& window, const char* memberName) {
+    QTest::mouseClick(find<QPushButton>(window, memberName), Qt::LeftButton);
+}
+
+SessionDriver::SessionDriver(MainWindow& mainWindow) : window(mainWindow) {}
+
+void SessionDriver::prepare(Session session, const QString& targetPath) {
+    dialogs.chooseTarget(targetPath);
+    click(window, session == Session::Practice ? "pushButtonPractice" : "pushButtonExperiment");
+}
+
+SubjectWindow* SessionDriver::go() {
+    click(window, "pushButtonGo");
+    subjectWindow = visibleListener(window);
+    if (subjectWindow != nullptr && !QTest::qWaitForWindowExposed(subjectWindow))
+        subjectWindow = nullptr;
+    return subjectWindow;
+}
+
+void SessionDriver::beReady() {
+    click(*subjectWindow, "pushButtonIAmReady");
+}
+
+bool SessionDriver::playTarget() {
+    return playAndWait("pushButtonPlayTarget");
+}
+
+bool SessionDriver::playSinusoid(int frequency) {
+    auto* spinBox = find<QSpinBox>(*subjectWindow, "spinBoxFrequency");
+    spinBox->setFocus();
+    spinBox->selectAll();
+    QTest::keyClicks(spinBox, QString::number(frequency));
+    return playAndWait("pushButtonPlaySinusoid");
+}
+
+bool SessionDriver::playAndWait(const char* buttonName) {
+    constexpr int patienceMs = 20000;
+    QSignalSpy sounds(&window, &MainWindow::soundPlaying);
+    click(*subjectWindow, buttonName);
+    return QTest::qWaitFor([&] { return sounds.count() >= 2; }, patienceMs) &&
+           sounds.at(0).at(0).toInt() == 1 && sounds.at(1).at(0).toInt() == -1;
+}
+
+void SessionDriver::finish(const QString& resultsPath) {
+    dialogs.click(confirmationTitle(), QMessageBox::Yes);
+    if (resultsPath.isEmpty())
+        dialogs.saveAsProposed();
+    else
+        dialogs.saveAs(resultsPath);
+    click(*subjectWindow, "pushButtonDone");
+    subjectWindow = nullptr;
+}
+
+void SessionDriver::finishWithoutSaving() {
+    dialogs.click(confirmationTitle(), QMessageBox::Yes);
+    click(*subjectWindow, "pushButtonDone");
+    subjectWindow = nullptr;
+}
+
+} // namespace testsupport

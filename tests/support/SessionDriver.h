@@ -1,0 +1,70 @@
+// Walks through a session by the widgets that a person uses.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/DialogDriver.h"
+
+#include <QSignalSpy>
+#include <QString>
+#include <QtTest>
+
+class MainWindow;
+class SubjectWindow;
+
+namespace testsupport {
+
+/// Finds a widget of a window by its member's name. A name that is not there ends the test.
+template <typename Widget> Widget* find(QWidget& window, const char* memberName) {
+    auto* widget = window.findChild<Widget*>(QLatin1String(memberName));
+    if (widget == nullptr)
+        qFatal("no widget is called %s", memberName);
+    return widget;
+}
+
+/// Clicks a button of a window as a person would. A disabled or hidden button takes no click.
+void click(QWidget& window, const char* memberName);
+
+/// The experimenter and the listener of one main window.
+class SessionDriver {
+public:
+    explicit SessionDriver(MainWindow& mainWindow);
+
+    enum class Session { Practice, Experiment };
+
+    /// Clicks "Practice" or "Experiment" and chooses the target in the dialog that opens.
+    void prepare(Session session, const QString& targetPath);
+
+    /// Clicks "Go" and waits until the listener's window is on the screen. Returns it, or null
+    /// when none came.
+    SubjectWindow* go();
+
+    /// "I am ready".
+    void beReady();
+
+    /// "Play target"; returns whether the sound has started and ended.
+    bool playTarget();
+
+    /// Types a frequency (Hz) into the spin box and presses "Play sinusoid"; returns whether the
+    /// sound has started and ended.
+    bool playSinusoid(int frequency);
+
+    /// "Done", confirmed, the results saved under the given path; an empty path accepts the one
+    /// that is proposed.
+    void finish(const QString& resultsPath = QString());
+
+    /// "Done", confirmed, with nothing to save.
+    void finishWithoutSaving();
+
+    /// The listener's window that is open; null when there is none.
+    SubjectWindow* listener() const { return subjectWindow; }
+
+    DialogDriver dialogs;
+
+private:
+    bool playAndWait(const char* buttonName);
+
+    MainWindow& window;
+    SubjectWindow* subjectWindow = nullptr;
+};
+
+} // namespace testsupport

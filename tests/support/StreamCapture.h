@@ -1,0 +1,43 @@
+// What a standard stream is given while an object lives.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <ostream>
+#include <sstream>
+#include <string>
+
+namespace testsupport {
+
+/// Takes over a stream such as std::cerr from construction to destruction.
+class StreamCapture {
+public:
+    explicit StreamCapture(std::ostream& stream)
+        : stream_(stream), original_(stream.rdbuf(&buffer_)) {}
+    ~StreamCapture() { stream_.rdbuf(original_); }
+    StreamCapture(const StreamCapture&) = delete;
+    StreamCapture& operator=(const StreamCapture&) = delete;
+    StreamCapture(StreamCapture&&) = delete;
+    StreamCapture& operator=(StreamCapture&&) = delete;
+
+    /// Returns everything written so far.
+    std::string text() const { return buffer_.str(); }
+
+    /// Returns the part of it that has been flushed.
+    std::string flushedText() const { return buffer_.str().substr(0, buffer_.flushedSize); }
+
+private:
+    struct Buffer : std::stringbuf {
+        std::size_t flushedSize = 0;
+
+        int sync() override {
+            flushedSize = str().size();
+            return 0;
+        }
+    };
+
+    std::ostream& stream_;
+    Buffer buffer_;
+    std::streambuf* original_;
+};
+
+} // namespace testsupport

@@ -1,0 +1,57 @@
+// The test classes of the real FFT, by subject; each is defined in the file that its comment names.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+/// Known transforms, lengths 1, 2 and 4, what a transform leaves alone (test_fft.cpp).
+class TestFftValues : public QObject {
+    Q_OBJECT
+
+private slots:
+    void impulseOfLength8HasOnesAndNoImaginaryParts();
+    void delayedImpulseOfLength4HasThePositiveImaginarySlot();
+    void lengthsBelowEight_data();
+    void lengthsBelowEight();
+    void cosineOfWholePeriodsFillsOneRealBin_data();
+    void cosineOfWholePeriodsFillsOneRealBin();
+    void sineOfWholePeriodsFillsOneImaginarySlotPositively();
+    void constantAndAlternationGoToTheEnds();
+    void oneObjectServesManyTransforms();
+    void inputIsOnlyRead();
+    void nothingBeyondTheOutputIsWritten();
+};
+
+/// Tables, oscillators, array, memory (test_fft_parts.cpp).
+class TestFftParts : public QObject {
+    Q_OBJECT
+
+private slots:
+    void typesAreAsTheirUsersExpect();
+    void powersOfTwoAreTold();
+    void sizesOfTheTables_data();
+    void sizesOfTheTables();
+    void bitReversal();
+    void cosineLevelsLieBackToBack();
+    void oscillatorsStepByTheUnitOfTheirPass();
+    void oscillatorTurnsAndResets();
+    void arrayOfDefaultSizeIsEmpty();
+    void arrayKeepsWhatIsWritten();
+    void resizingLosesContentsAndZeroChangesNothing();
+    void transformAllocatesNothing();
+    void memoryIsWhatTheTablesNeed();
+    void arraysAreFreedInOrder();
+};
+
+/// Every value against other ways to the same spectrum (test_fft_accuracy.cpp).
+class TestFftAccuracy : public QObject {
+    Q_OBJECT
+
+private slots:
+    void equalsThePlainPassesToTheLastBit_data();
+    void equalsThePlainPassesToTheLastBit();
+    void agreesWithTheDirectTransform_data();
+    void agreesWithTheDirectTransform();
+    void agreesWithFftw_data();
+    void agreesWithFftw();
+};

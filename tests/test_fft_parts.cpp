@@ -1,0 +1,297 @@
+// Tables, oscillators, array and memory of the real FFT.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_fft.h"
+
+#include "FFTReal.h"
+
+#include <QtTest>
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <new>
+#include <type_traits>
+#include <vector>
+
+namespace {
+
+/// What the program's own operators new and delete, below, saw while `on`.
+struct HeapLog {
+    bool on = false;
+    std::size_t allocations = 0;
+    std::size_t bytes = 0;
+    std::size_t frees = 0;
+    std::array<const void*, 16> freed{};
+};
+
+HeapLog heapLog;
+
+void startHeapLog() {
+    heapLog = HeapLog();
+    heapLog.on = true;
+}
+
+HeapLog stopHeapLog() {
+    heapLog.on = false;
+    return heapLog;
+}
+
+void* allocate(std::size_t size) {
+    if (heapLog.on) {
+        ++heapLog.allocations;
+        heapLog.bytes += size;
+    }
+    if (void* const memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void release(void* memory) {
+    if (heapLog.on && memory != nullptr && heapLog.frees < heapLog.freed.size()) {
+        heapLog.freed.at(heapLog.frees) = memory;
+        ++heapLog.frees;
+    }
+    std::free(memory);
+}
+
+} // namespace
+
+// All forms of them: a sanitizer's own forms for arrays would pass the log by.
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory) noexcept {
+    release(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    release(memory);
+}
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+    release(memory);
+}
+
+namespace {
+
+/// The transform with its tables in reach.
+class OpenFft : public FFTReal<double> {
+public:
+    using FFTReal<double>::FFTReal;
+    using FFTReal<double>::_fft_len;
+    using FFTReal<double>::_nbr_bits;
+    using FFTReal<double>::_bitrev_table;
+    using FFTReal<double>::_cos_table;
+    using FFTReal<double>::_work_buf;
+    using FFTReal<double>::_rot_osc;
+    using FFTReal<double>::use_buffer;
+};
+
+} // namespace
+
+void TestFftParts::typesAreAsTheirUsersExpect() {
+    static_assert(std::has_virtual_destructor_v<FFTReal<double>>);
+    static_assert(!std::is_copy_constructible_v<FFTReal<double>>);
+    static_assert(!std::is_copy_assignable_v<FFTReal<double>>);
+    static_assert(!std::is_copy_constructible_v<DynArray<double>>);
+    static_assert(!std::is_copy_assignable_v<DynArray<double>>);
+    static_assert(std::is_constructible_v<FFTReal<double>, std::int64_t>);
+    static_assert(std::is_same_v<decltype(&FFTReal<double>::do_fft),
+                                 void (FFTReal<double>::*)(double*, const double*) const>);
+    static_assert(sizeof(RotationOsc) == 4 * sizeof(double));
+    static_assert(sizeof(DynArray<double>) == sizeof(double*) + sizeof(std::int64_t));
+    QCOMPARE(int{FFTReal<double>::MAX_BIT_DEPTH}, 30);
+    QCOMPARE(int{FFTReal<double>::TRIGO_BD_LIMIT}, 12);
+}
+
+void TestFftParts::powersOfTwoAreTold() {
+    for (int bit = 0; bit < 63; ++bit)
+        QVERIFY(FFTReal_is_pow2(std::int64_t{1} << bit));
+    for (int bit = 2; bit < 63; ++bit) {
+        QVERIFY(!FFTReal_is_pow2((std::int64_t{1} << bit) - 1));
+        QVERIFY(!FFTReal_is_pow2((std::int64_t{1} << bit) + 1));
+    }
+    QVERIFY(!FFTReal_is_pow2(std::numeric_limits<std::int64_t>::max()));
+}
+
+void TestFftParts::sizesOfTheTables_data() {
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<qint64>("cosines");
+    QTest::addColumn<qint64>("oscillators");
+    QTest::newRow("1") << 0 << qint64{0} << qint64{0};
+    QTest::newRow("2") << 1 << qint64{0} << qint64{0};
+    QTest::newRow("4") << 2 << qint64{0} << qint64{0};
+    QTest::newRow("8: pass 3 needs no table") << 3 << qint64{0} << qint64{0};
+    QTest::newRow("16: the first level") << 4 << qint64{4} << qint64{0};
+    QTest::newRow("32") << 5 << qint64{12} << qint64{0};
+    QTest::newRow("4096: the last without oscillators") << 12 << qint64{2044} << qint64{0};
+    QTest::newRow("8192: an oscillator that no pass reads") << 13 << qint64{4092} << qint64{1};
+    QTest::newRow("16384") << 14 << qint64{8188} << qint64{2};
+    QTest::newRow("2^20") << 20 << qint64{524284} << qint64{8};
+}
+
+void TestFftParts::sizesOfTheTables() {
+    QFETCH(int, bits);
+    QFETCH(qint64, cosines);
+    QFETCH(qint64, oscillators);
+    const qint64 length = qint64{1} << bits;
+    const OpenFft fft(length);
+    QCOMPARE(qint64{fft._fft_len}, length);
+    QCOMPARE(int{fft._nbr_bits}, bits);
+    QCOMPARE(qint64{fft._bitrev_table.size()}, length);
+    QCOMPARE(qint64{fft._cos_table.size()}, cosines);
+    QCOMPARE(qint64{fft._work_buf.size()}, length);
+    QCOMPARE(qint64{fft._rot_osc.size()}, oscillators);
+    QVERIFY(fft.use_buffer() == &fft._work_buf[0]);
+}
+
+void TestFftParts::bitReversal() {
+    for (int bits = 0; bits <= 16; ++bits) {
+        const std::int64_t length = std::int64_t{1} << bits;
+        const OpenFft fft(length);
+        for (std::int64_t i = 0; i < length; ++i) {
+            std::int64_t reversed = 0;
+            for (int bit = 0; bit < bits; ++bit)
+                reversed |= ((i >> bit) & 1) << (bits - 1 - bit);
+            QCOMPARE(qint64{fft._bitrev_table[i]}, qint64{reversed});
+        }
+    }
+}
+
+void TestFftParts::cosineLevelsLieBackToBack() {
+    const double pi = 3.14159265358979323846;
+    const OpenFft fft(1 << 15);
+    std::int64_t index = 0;
+    for (int level = 3; level <= 14; ++level)
+        for (int i = 0; i < 1 << (level - 1); ++i, ++index)
+            QVERIFY(fft._cos_table[index] == std::cos(i * (pi / (1 << level))));
+    QCOMPARE(qint64{index}, qint64{fft._cos_table.size()});
+}
+
+void TestFftParts::oscillatorsStepByTheUnitOfTheirPass() {
+    const double pi = 3.14159265358979323846;
+    OpenFft fft(1 << 18);
+    QCOMPARE(qint64{fft._rot_osc.size()}, qint64{6});
+    for (int j = 0; j < 6; ++j) {
+        RotationOsc oscillator = fft._rot_osc[j];
+        QVERIFY(oscillator.cos_value() == 1);
+        QVERIFY(oscillator.sin_value() == 0);
+        oscillator.advance();
+        const double angle = pi / 2 / (4096 << j);
+        QVERIFY(oscillator.cos_value() == std::cos(angle));
+        QVERIFY(oscillator.sin_value() == std::sin(angle));
+    }
+}
+
+void TestFftParts::oscillatorTurnsAndResets() {
+    RotationOsc oscillator;
+    oscillator.advance(); // by nothing, as long as no angle is set
+    QVERIFY(oscillator.cos_value() == 1);
+    QVERIFY(oscillator.sin_value() == 0);
+
+    const double angle = 0.3;
+    oscillator.set_angle_step(angle);
+    QVERIFY(oscillator.cos_value() == 1);
+    double cosine = 1;
+    double sine = 0;
+    for (int step = 1; step <= 100; ++step) {
+        oscillator.advance();
+        const double nextCosine = cosine * std::cos(angle) - sine * std::sin(angle);
+        sine = cosine * std::sin(angle) + sine * std::cos(angle);
+        cosine = nextCosine;
+        QVERIFY(oscillator.cos_value() == cosine);
+        QVERIFY(oscillator.sin_value() == sine);
+        // Half a unit for each constant and some two for the operations of each step.
+        QVERIFY(std::abs(cosine - std::cos(step * angle)) <= step * 3e-16);
+        QVERIFY(std::abs(sine - std::sin(step * angle)) <= step * 3e-16);
+    }
+
+    oscillator.reset();
+    QVERIFY(oscillator.cos_value() == 1);
+    QVERIFY(oscillator.sin_value() == 0);
+    oscillator.advance(); // the step has outlived the reset
+    QVERIFY(oscillator.sin_value() == std::sin(angle));
+}
+
+void TestFftParts::arrayOfDefaultSizeIsEmpty() {
+    const DynArray<double> none;
+    QCOMPARE(qint64{none.size()}, qint64{0});
+    const DynArray<double> alsoNone(0);
+    QCOMPARE(qint64{alsoNone.size()}, qint64{0});
+}
+
+void TestFftParts::arrayKeepsWhatIsWritten() {
+    DynArray<int> array(3);
+    QCOMPARE(qint64{array.size()}, qint64{3});
+    for (int i = 0; i < 3; ++i)
+        array[i] = 10 + i;
+    const DynArray<int>& constant = array;
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(constant[i], 10 + i);
+    QVERIFY(&constant[2] == &array[0] + 2);
+}
+
+void TestFftParts::resizingLosesContentsAndZeroChangesNothing() {
+    DynArray<RotationOsc> array(2);
+    array[0].set_angle_step(1.0);
+    const RotationOsc* const old = &array[0];
+
+    // The new array is there before the old one goes, so the two cannot share an address.
+    array.resize(5);
+    QCOMPARE(qint64{array.size()}, qint64{5});
+    QVERIFY(&array[0] != old);
+    array[0].advance();
+    QVERIFY(array[0].sin_value() == 0); // a fresh element, not the one whose step was set
+
+    const RotationOsc* const kept = &array[0];
+    array.resize(0);
+    QCOMPARE(qint64{array.size()}, qint64{5});
+    QVERIFY(&array[0] == kept);
+}
+
+void TestFftParts::transformAllocatesNothing() {
+    for (std::int64_t length = 1; length <= 1 << 16; length *= 2) {
+        const FFTReal<double> fft(length);
+        const std::vector<double> x(static_cast<std::size_t>(length), 0.5);
+        std::vector<double> f(x.size());
+        startHeapLog();
+        fft.do_fft(f.data(), x.data());
+        const HeapLog log = stopHeapLog();
+        QCOMPARE(log.allocations, std::size_t{0});
+        QCOMPARE(log.frees, std::size_t{0});
+    }
+}
+
+void TestFftParts::memoryIsWhatTheTablesNeed() {
+    for (int bits = 0; bits <= 16; ++bits) {
+        startHeapLog();
+        { const FFTReal<double> fft(std::int64_t{1} << bits); }
+        const HeapLog log = stopHeapLog();
+
+        const std::size_t length = std::size_t{1} << bits;
+        const std::size_t cosines = bits > 3 ? length / 2 - 4 : 0;
+        const std::size_t oscillators = bits > 12 ? static_cast<std::size_t>(bits) - 12 : 0;
+        QCOMPARE(log.bytes, 8 * length + 8 * length + 8 * cosines + 32 * oscillators);
+        QCOMPARE(log.frees, log.allocations);
+    }
+}
+
+void TestFftParts::arraysAreFreedInOrder() {
+    auto* const fft = new OpenFft(1 << 14);
+    const std::array<const void*, 5> expected = {&fft->_rot_osc[0], fft->use_buffer(),
+                                                 &fft->_cos_table[0], &fft->_bitrev_table[0], fft};
+    FFTReal<double>* const base = fft;
+    startHeapLog();
+    delete base;
+    const HeapLog log = stopHeapLog();
+    QCOMPARE(log.frees, expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        QVERIFY2(log.freed.at(i) == expected.at(i), qPrintable(QString::number(i)));
+}

@@ -1,0 +1,136 @@
+// The test classes of the WAV files, by subject; each is defined in the file that its comment
+// names. SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "sound/CWav.h"
+#include "support/StreamCapture.h"
+#include "support/WavBytes.h"
+
+#include <QObject>
+#include <QTemporaryDir>
+
+#include <iostream>
+#include <string>
+
+/// A folder for the files of one test.
+class WavFolder {
+public:
+    QString path(const QString& name) const { return folder_.filePath(name); }
+
+    /// Writes a file and returns its path; an empty one when that fails.
+    std::string write(const QByteArray& bytes, const QString& name = "target.wav") const {
+        const bool isWritten = testsupport::writeBytes(path(name), bytes);
+        return isWritten ? path(name).toStdString() : std::string();
+    }
+
+private:
+    QTemporaryDir folder_;
+};
+
+/// Returns what a function writes to standard error.
+template <typename Function> std::string errorsOf(Function&& function) {
+    const testsupport::StreamCapture errors(std::cerr);
+    function();
+    return errors.text();
+}
+
+/// Samples, header fields and members after a load (test_wav.cpp).
+class TestWavLoading : public QObject {
+    Q_OBJECT
+
+private slots:
+    void freshObjectIsZeroNullAndEmpty();
+    void operationsHaveTheirTypes();
+    void headerIsKeptAsInTheFile();
+    void wordBehindTheHeaderIsNotTheAudioFormat();
+    void twentyThousandSamplesOf16Bits();
+    void samplesAreScaledExactly_data();
+    void samplesAreScaledExactly();
+    void everyCodeOf8And16Bits();
+    void every24BitCodeOfACoarseSweep();
+    void channelsStayInterleaved();
+    void dataSizeOfOddBytesGivesWholeSamples_data();
+    void dataSizeOfOddBytesGivesWholeSamples();
+    void bytesBehindTheDataAreLeftAlone();
+    void nextLoadReplacesThePrevious();
+    void dataSizeZeroKeepsPreviousSamples();
+    void uncheckedIdentifiersMayBeAnything();
+};
+
+/// Refused files and their messages, and what they leave behind (test_wav_refusals.cpp).
+class TestWavRefusals : public QObject {
+    Q_OBJECT
+
+private slots:
+    void messageOfEachBadHeader_data();
+    void messageOfEachBadHeader();
+    void checksHaveTheirOrder();
+    void missingFileLeavesTheObjectAsItWas();
+    void unreadableFileCannotBeOpened();
+    void emptyFileZeroesTheHeader();
+    void failedLoadKeepsSamplesAndTheHeaderRead();
+    void shortHeaderInheritsNothing_data();
+    void shortHeaderInheritsNothing();
+    void onlyRegularFilesAreOpened_data();
+    void onlyRegularFilesAreOpened();
+    void linksToRegularFilesAreFollowed();
+    void convertingUnknownSizesSaysSo_data();
+    void convertingUnknownSizesSaysSo();
+    void messagesAreFlushed();
+};
+
+/// Files written, and printed headers and samples (test_wav_output.cpp).
+class TestWavOutput : public QObject {
+    Q_OBJECT
+
+private slots:
+    void writtenFileEqualsTheOneRead_data();
+    void writtenFileEqualsTheOneRead();
+    void writingTwiceAppends();
+    void freshObjectWritesAHeaderOfZeros();
+    void shortDataAreWrittenAsFarAsHeld();
+    void changedHeaderIsWrittenWithItsDataSize_data();
+    void changedHeaderIsWrittenWithItsDataSize();
+    void pathsThatCannotBeWritten_data();
+    void pathsThatCannotBeWritten();
+    void headerIsPrintedInTwelveLines();
+    void identifiersArePrintedAsFourCharacters();
+    void samplesArePrintedOneALine();
+    void nothingIsPrintedForNoSamples();
+    void printingIgnoresTheFormatOfStandardOutput();
+};
+
+/// Sizes that lie, memory that ends, moves (test_wav_robustness.cpp).
+class TestWavRobustness : public QObject {
+    Q_OBJECT
+
+private slots:
+    void shortDataLoadWithoutSamples_data();
+    void shortDataLoadWithoutSamples();
+    void sizesAroundThePiecesAreReadWhole_data();
+    void sizesAroundThePiecesAreReadWhole();
+    void hugeDeclaredSizeCostsWhatTheFileHolds_data();
+    void hugeDeclaredSizeCostsWhatTheFileHolds();
+    void hugeDeclaredSizeFitsIntoLittleMemory();
+    void memoryEndingWhileReadingIsAShortRead();
+    void memoryEndingWhileConvertingLeavesNoSamples();
+    void changedHeaderConvertsOnlyHeldBytes_data();
+    void changedHeaderConvertsOnlyHeldBytes();
+    void movedObjectTakesEverything();
+    void randomHeadersAgreeWithAPlainReader();
+};
+
+/// Files of common programs, and another reader (test_wav_programs.cpp).
+class TestWavPrograms : public QObject {
+    Q_OBJECT
+
+private slots:
+    void canonicalFilesAreLoaded_data();
+    void canonicalFilesAreLoaded();
+    void otherHeadersAreRefused_data();
+    void otherHeadersAreRefused();
+    void chunkBeforeTheDataIsMisread();
+    void handmadeFilesAgreeWithLibsndfile_data();
+    void handmadeFilesAgreeWithLibsndfile();
+    void writtenFileIsReadBySox();
+};

@@ -1,0 +1,168 @@
+// WAV files made by sox and ffmpeg, and libsndfile as another reader.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_wav.h"
+
+#include <QProcess>
+#include <QtTest>
+
+#include <cmath>
+#include <vector>
+
+#include <sndfile.h>
+
+using testsupport::readBytes;
+using testsupport::wavWithSamples;
+
+namespace {
+
+using Samples = std::vector<double>;
+
+/// Runs a command line split at blanks, with %1 as the path of the file to make; returns whether
+/// it succeeded.
+bool make(const QString& commandLine, const QString& path) {
+    QStringList arguments = commandLine.split(' ');
+    const QString program = arguments.takeFirst();
+    arguments.replaceInStrings("%1", path);
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(program, arguments);
+    return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit &&
+           process.exitCode() == 0;
+}
+
+/// Returns a file's samples as libsndfile sees them; none when it cannot read the file.
+Samples otherReadersSamples(const QString& path) {
+    SF_INFO info{};
+    SNDFILE* const file = sf_open(path.toUtf8().constData(), SFM_READ, &info);
+    if (file == nullptr)
+        return {};
+    Samples samples(static_cast<std::size_t>(info.frames * info.channels));
+    const sf_count_t count =
+        sf_read_double(file, samples.data(), static_cast<sf_count_t>(samples.size()));
+    samples.resize(static_cast<std::size_t>(count));
+    sf_close(file);
+    return samples;
+}
+
+const QString ffmpeg =
+    "ffmpeg -v error -y -f lavfi -i sine=frequency=440:sample_rate=40000 -t 0.25 ";
+
+} // namespace
+
+void TestWavPrograms::canonicalFilesAreLoaded_data() {
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<int>("samplingRate");
+    QTest::addColumn<int>("channelCount");
+    QTest::addColumn<int>("bits");
+    QTest::newRow("sox, 16 bits") << "sox -n -r 40000 -b 16 -c 1 %1 synth 0.25 sine 440" << 40000
+                                  << 1 << 16;
+    QTest::newRow("sox, 16 bits, stereo")
+        << "sox -n -r 44100 -b 16 -c 2 %1 synth 0.25 sine 440 sine 550" << 44100 << 2 << 16;
+    QTest::newRow("sox, 8 bits")
+        << "sox -n -r 8000 -b 8 -e unsigned-integer -c 1 %1 synth 0.25 sine 440" << 8000 << 1 << 8;
+    QTest::newRow("ffmpeg, 16 bits")
+        << ffmpeg + "-c:a pcm_s16le -bitexact -ac 2 %1" << 40000 << 2 << 16;
+    QTest::newRow("ffmpeg, 8 bits") << ffmpeg + "-c:a pcm_u8 -bitexact %1" << 40000 << 1 << 8;
+}
+
+void TestWavPrograms::canonicalFilesAreLoaded() {
+    QFETCH(QString, commandLine);
+    QFETCH(int, samplingRate);
+    QFETCH(int, channelCount);
+    QFETCH(int, bits);
+    const WavFolder folder;
+    const QString path = folder.path("made.wav");
+    QVERIFY(make(commandLine, path));
+    CWav wav;
+    QCOMPARE(errorsOf([&] { QVERIFY(wav.LoadWav(path.toStdString())); }), std::string());
+    QCOMPARE(wav.header.samplingRate, static_cast<std::uint32_t>(samplingRate));
+    QCOMPARE(wav.header.numberOfChannels, static_cast<std::uint16_t>(channelCount));
+    QCOMPARE(wav.header.bitsPerSample, static_cast<std::uint16_t>(bits));
+    QCOMPARE(wav.numberOfSamples, static_cast<std::uint32_t>(samplingRate * channelCount / 4));
+    QCOMPARE(wav.header.riffChunkSize, static_cast<std::uint32_t>(readBytes(path).size() - 8));
+    QVERIFY(wav.samples == otherReadersSamples(path));
+    double peak = 0.0;
+    for (const double sample : wav.samples)
+        peak = std::max(peak, std::abs(sample));
+    QVERIFY(peak > 0.05 && peak <= 1.0);
+}
+
+void TestWavPrograms::otherHeadersAreRefused_data() {
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<QString>("message");
+    const QString notPcm = "Not a PCM (linear quantitation) WAV file: ";
+    QTest::newRow("sox, 24 bits with a longer header")
+        << "sox -n -r 40000 -b 24 -c 1 %1 synth 0.25 sine 440" << notPcm;
+    QTest::newRow("sox, floating point")
+        << "sox -n -r 40000 -b 32 -e floating-point -c 1 %1 synth 0.25 sine 440" << notPcm;
+    QTest::newRow("sox, AIFF") << "sox -n -r 40000 -b 16 -c 1 -t aiff %1 synth 0.25 sine 440"
+                               << "Not a WAV file: ";
+    QTest::newRow("ffmpeg, 24 bits with a longer header")
+        << ffmpeg + "-c:a pcm_s24le -bitexact %1" << notPcm;
+    QTest::newRow("ffmpeg, A-law") << ffmpeg + "-c:a pcm_alaw -bitexact %1" << notPcm;
+}
+
+void TestWavPrograms::otherHeadersAreRefused() {
+    QFETCH(QString, commandLine);
+    QFETCH(QString, message);
+    const WavFolder folder;
+    const QString path = folder.path("made.wav");
+    QVERIFY(make(commandLine, path));
+    CWav wav;
+    QCOMPARE(errorsOf([&] { QVERIFY(!wav.LoadWav(path.toStdString())); }),
+             (message + path + "\n").toStdString());
+    QVERIFY(wav.samples.empty());
+}
+
+void TestWavPrograms::chunkBeforeTheDataIsMisread() {
+    const WavFolder folder;
+    const QString path = folder.path("made.wav");
+    QVERIFY(make(ffmpeg + "-c:a pcm_s16le %1", path));
+    CWav wav;
+    QVERIFY(wav.LoadWav(path.toStdString()));
+    QCOMPARE(QByteArray(wav.header.dataChunkIdentifier.data(), 4), QByteArray("LIST"));
+    QCOMPARE(QByteArray(wav.rawData.data(), 4), QByteArray("INFO"));
+    QCOMPARE(wav.rawData.size(), std::size_t{wav.header.dataSize});
+    QVERIFY(wav.numberOfSamples < 100U);
+}
+
+void TestWavPrograms::handmadeFilesAgreeWithLibsndfile_data() {
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<int>("channelCount");
+    for (const int bits : {8, 16, 24})
+        for (const int channelCount : {1, 2, 3})
+            QTest::addRow("%d bits, %d channels", bits, channelCount) << bits << channelCount;
+}
+
+void TestWavPrograms::handmadeFilesAgreeWithLibsndfile() {
+    QFETCH(int, bits);
+    QFETCH(int, channelCount);
+    QVector<int> codes;
+    quint32 state = 1;
+    for (int i = 0; i < 30000; ++i) {
+        state = state * 1664525U + 1013904223U;
+        // The code with only the sign set is read as +1.0 here and as -1.0 there.
+        const auto code = static_cast<int>(state >> static_cast<quint32>(32 - bits));
+        codes.append(bits == 24 && code == 0x800000 ? 0 : code);
+    }
+    const WavFolder folder;
+    const std::string path = folder.write(wavWithSamples(
+        {48000, static_cast<quint16>(channelCount), static_cast<quint16>(bits)}, codes));
+    CWav wav;
+    QVERIFY(wav.LoadWav(path));
+    QCOMPARE(wav.samples.size(), static_cast<std::size_t>(codes.size()));
+    QVERIFY(wav.samples == otherReadersSamples(QString::fromStdString(path)));
+}
+
+void TestWavPrograms::writtenFileIsReadBySox() {
+    const WavFolder folder;
+    const QString original = folder.path("made.wav");
+    QVERIFY(make("sox -n -r 40000 -b 16 -c 1 %1 synth 0.25 sine 440", original));
+    CWav wav;
+    QVERIFY(wav.LoadWav(original.toStdString()));
+    const QString copy = folder.path("copy.wav");
+    QVERIFY(wav.WriteWav(copy.toStdString()));
+    const QString again = folder.path("again.wav");
+    QVERIFY(make("sox -D " + copy + " %1", again));
+    QCOMPARE(readBytes(again), readBytes(original));
+}

@@ -1,0 +1,412 @@
+// WAV files whose sizes lie, memory that cannot be had, headers changed by a caller, moves.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_wav.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define BUILT_WITH_ADDRESS_SANITIZER 1
+#else
+#define BUILT_WITH_ADDRESS_SANITIZER 0
+#endif
+
+namespace wavoffset = testsupport::wavoffset;
+using testsupport::setUnsigned16;
+using testsupport::wavHeader;
+using testsupport::wavWithData;
+using testsupport::wavWithSamples;
+
+namespace {
+
+using Samples = std::vector<double>;
+
+std::atomic<std::size_t> largestAllocation{0};
+std::atomic<std::size_t> allocationLimit{std::numeric_limits<std::size_t>::max()};
+
+/// Watches the sizes of allocations, and lets larger ones than the limit fail, while it lives.
+class AllocationWatch {
+public:
+    explicit AllocationWatch(std::size_t limit = std::numeric_limits<std::size_t>::max()) {
+        largestAllocation = 0;
+        allocationLimit = limit;
+    }
+    ~AllocationWatch() { allocationLimit = std::numeric_limits<std::size_t>::max(); }
+    AllocationWatch(const AllocationWatch&) = delete;
+    AllocationWatch& operator=(const AllocationWatch&) = delete;
+    AllocationWatch(AllocationWatch&&) = delete;
+    AllocationWatch& operator=(AllocationWatch&&) = delete;
+};
+
+constexpr std::size_t mebibyte = 1024 * 1024;
+
+QByteArray headerImage(const CWav& wav) {
+    return {reinterpret_cast<const char*>(&wav.header), static_cast<int>(sizeof(wav.header))};
+}
+
+QByteArray rawBytes(const CWav& wav) {
+    return {wav.rawData.data(), static_cast<int>(wav.rawData.size())};
+}
+
+/// Returns bytes without a period that a block or piece could share.
+QByteArray unevenBytes(int count) {
+    QByteArray bytes(count, '\0');
+    quint32 state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<char>(state >> 24U);
+    }
+    return bytes;
+}
+
+quint32 littleEndian(const QByteArray& bytes, int offset, int byteCount) {
+    quint32 number = 0;
+    for (int i = byteCount - 1; i >= 0; --i)
+        number = number * 256U + static_cast<unsigned char>(bytes[offset + i]);
+    return number;
+}
+
+/// One sample after another, by division.
+Samples plainSamples(const QByteArray& data, int bitsPerSample) {
+    Samples samples;
+    const int width = bitsPerSample / 8;
+    for (int offset = 0; offset + width <= data.size(); offset += width) {
+        const auto code = static_cast<double>(littleEndian(data, offset, width));
+        if (bitsPerSample == 8)
+            samples.push_back((code - 128.0) / 128.0);
+        else if (bitsPerSample == 16)
+            samples.push_back((code >= 32768.0 ? code - 65536.0 : code) / 32768.0);
+        else
+            samples.push_back((code > 8388608.0 ? code - 16777216.0 : code) / 8388608.0);
+    }
+    return samples;
+}
+
+/// What a whole file is to give, found with all of it at hand.
+struct PlainReading {
+    explicit PlainReading(const QByteArray& file)
+        : header(file.left(wavoffset::data).leftJustified(wavoffset::data, '\0')) {
+        const auto bits = static_cast<int>(littleEndian(header, wavoffset::bitsPerSample, 2));
+        isLoaded = header.mid(wavoffset::format, 4) == "WAVE" &&
+                   littleEndian(header, wavoffset::audioFormat, 2) == 1 &&
+                   (bits == 8 || bits == 16 || bits == 24);
+        if (!isLoaded)
+            return;
+        const QByteArray rest = file.mid(wavoffset::data);
+        const quint32 declared = littleEndian(header, wavoffset::dataSize, 4);
+        const bool isComplete = declared <= static_cast<quint32>(rest.size());
+        data = isComplete ? rest.left(static_cast<int>(declared)) : rest;
+        if (isComplete)
+            samples = plainSamples(data, bits);
+    }
+
+    QByteArray header;
+    bool isLoaded = false;
+    QByteArray data;
+    Samples samples;
+};
+
+/// Files that are WAV files more or less.
+class RandomFiles {
+public:
+    QByteArray next() {
+        const auto held = below(50);
+        const auto bits = pick({8, 8, 16, 16, 24, 24, 0, 32, anything()});
+        const auto declared = pick({held, held, held + 1, held / 2, 0, 0xFFFFFFFF, anything()});
+        QByteArray bytes = wavHeader(
+            {anything(), static_cast<quint16>(anything()), static_cast<quint16>(bits)}, declared);
+        setUnsigned16(bytes, wavoffset::audioFormat, static_cast<quint16>(pick({1, 1, 1, 1, 3})));
+        bytes += unevenBytes(static_cast<int>(held));
+        if (below(8) == 0)
+            bytes.truncate(1 + static_cast<int>(below(60)));
+        if (below(8) == 0)
+            bytes[below(static_cast<quint32>(bytes.size()))] = '\x7F';
+        return bytes;
+    }
+
+private:
+    quint32 anything() { return static_cast<quint32>(random_()); }
+    quint32 below(quint32 limit) { return anything() % limit; }
+    quint32 pick(const std::vector<quint32>& choices) {
+        return choices[below(static_cast<quint32>(choices.size()))];
+    }
+
+    std::mt19937 random_{20240229};
+};
+
+bool isFresh(const CWav& wav) {
+    return headerImage(wav) == QByteArray(44, '\0') && wav.audioFormatWord == 0 &&
+           wav.rawData.empty() && wav.bytesRead == 0 && wav.numberOfSamples == 0 &&
+           wav.samplePointer == nullptr && wav.samples.empty();
+}
+
+} // namespace
+
+// For the whole test program, so that the class under test is seen whatever it calls.
+void* operator new(std::size_t size) {
+    if (size > allocationLimit)
+        throw std::bad_alloc();
+    if (size > largestAllocation)
+        largestAllocation = size;
+    if (void* memory = std::malloc(size == 0 ? 1 : size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+void TestWavRobustness::shortDataLoadWithoutSamples_data() {
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<quint32>("declared");
+    QTest::addColumn<int>("held");
+    for (const int bits : {8, 16, 24}) {
+        QTest::addRow("%d bits, none", bits) << bits << 6U << 0;
+        QTest::addRow("%d bits, one missing", bits) << bits << 6U << 5;
+        QTest::addRow("%d bits, a piece missing", bits) << bits << 3145728U << 2097152;
+        QTest::addRow("%d bits, 4 GiB", bits) << bits << 0xFFFFFFFFU << 600;
+    }
+}
+
+void TestWavRobustness::shortDataLoadWithoutSamples() {
+    QFETCH(int, bits);
+    QFETCH(quint32, declared);
+    QFETCH(int, held);
+    const WavFolder folder;
+    CWav wav;
+    QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, QVector<int>(1000, 3)))));
+    const QByteArray data = unevenBytes(held);
+    const std::string path =
+        folder.write(wavHeader({40000, 1, static_cast<quint16>(bits)}, declared) + data);
+    QCOMPARE(errorsOf([&] { QVERIFY(wav.LoadWav(path)); }), std::string());
+    QVERIFY(rawBytes(wav) == data);
+    QCOMPARE(wav.bytesRead, static_cast<std::int64_t>(held));
+    QCOMPARE(wav.numberOfSamples, declared / static_cast<quint32>(bits / 8));
+    QVERIFY(wav.samples.empty());
+    QVERIFY(wav.samplePointer == nullptr);
+    QCOMPARE(errorsOf([&] { wav.ConvertData(); }), std::string());
+    QVERIFY(wav.samples.empty());
+}
+
+void TestWavRobustness::sizesAroundThePiecesAreReadWhole_data() {
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<int>("byteCount");
+    for (const int bits : {8, 16, 24})
+        for (const int byteCount : {1023, 1024, 1025, 2048, 3072, 3075, 1048575, 1048576, 1048577,
+                                    2097152, 3145728, 3145734})
+            QTest::addRow("%d bits, %d bytes", bits, byteCount) << bits << byteCount;
+}
+
+void TestWavRobustness::sizesAroundThePiecesAreReadWhole() {
+    QFETCH(int, bits);
+    QFETCH(int, byteCount);
+    const WavFolder folder;
+    const QByteArray data = unevenBytes(byteCount);
+    CWav wav;
+    QVERIFY(wav.LoadWav(
+        folder.write(wavWithData({40000, 1, static_cast<quint16>(bits)}, data) + "more")));
+    QVERIFY(rawBytes(wav) == data);
+    QCOMPARE(wav.bytesRead, static_cast<std::int64_t>(byteCount));
+    QVERIFY(wav.samples == plainSamples(data, bits));
+}
+
+void TestWavRobustness::hugeDeclaredSizeCostsWhatTheFileHolds_data() {
+    QTest::addColumn<int>("held");
+    QTest::addColumn<quint32>("limitMebibytes");
+    QTest::newRow("empty data") << 0 << 1U;
+    QTest::newRow("small file") << 1000 << 1U;
+    QTest::newRow("file of five pieces") << 5 * 1048576 << 10U;
+}
+
+void TestWavRobustness::hugeDeclaredSizeCostsWhatTheFileHolds() {
+    QFETCH(int, held);
+    QFETCH(quint32, limitMebibytes);
+    const WavFolder folder;
+    for (const quint16 bits : {quint16{8}, quint16{16}, quint16{24}}) {
+        const std::string path =
+            folder.write(wavHeader({40000, 1, bits}, 0xFFFFFFFF) + QByteArray(held, 'x'));
+        const AllocationWatch watch;
+        CWav wav;
+        QVERIFY(wav.LoadWav(path));
+        QVERIFY2(largestAllocation <= limitMebibytes * mebibyte,
+                 qPrintable(QString::number(largestAllocation)));
+        QCOMPARE(wav.rawData.size(), static_cast<std::size_t>(held));
+        QCOMPARE(wav.samples.capacity(), std::size_t{0});
+    }
+}
+
+void TestWavRobustness::hugeDeclaredSizeFitsIntoLittleMemory() {
+    if (BUILT_WITH_ADDRESS_SANITIZER)
+        QSKIP("a limit of the address space leaves the sanitizer none");
+    const WavFolder folder;
+    const std::string path = folder.write(wavHeader({}, 0xFFFFFFFF) + QByteArray(1000, 'x'));
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const rlim_t pages = testsupport::readBytes("/proc/self/statm").split(' ')[0].toULong();
+        const rlim_t limit = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + 16 * mebibyte;
+        const rlimit limits{limit, limit};
+        CWav wav;
+        const bool isRight = ::setrlimit(RLIMIT_AS, &limits) == 0 && wav.LoadWav(path) &&
+                             wav.bytesRead == 1000 && wav.samples.empty();
+        ::_exit(isRight ? 42 : 1);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QVERIFY(WIFEXITED(status));
+    QCOMPARE(WEXITSTATUS(status), 42);
+}
+
+void TestWavRobustness::memoryEndingWhileReadingIsAShortRead() {
+    const WavFolder folder;
+    const std::string path = folder.write(wavWithData({40000, 1, 8}, QByteArray(3000000, 'x')));
+    CWav wav;
+    QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, {1, 2}), "other.wav")));
+    {
+        const AllocationWatch watch(2 * mebibyte);
+        QCOMPARE(errorsOf([&] { QVERIFY(wav.LoadWav(path)); }), std::string());
+    }
+    QVERIFY(wav.bytesRead < 3000000);
+    QCOMPARE(wav.rawData.size(), static_cast<std::size_t>(wav.bytesRead));
+    QCOMPARE(rawBytes(wav), QByteArray(rawBytes(wav).size(), 'x'));
+    QCOMPARE(wav.numberOfSamples, 3000000U);
+    QVERIFY(wav.samples.empty());
+    QVERIFY(wav.samplePointer == nullptr);
+    QVERIFY(wav.LoadWav(path));
+    QCOMPARE(wav.samples.size(), std::size_t{3000000});
+}
+
+void TestWavRobustness::memoryEndingWhileConvertingLeavesNoSamples() {
+    const WavFolder folder;
+    for (const quint16 bits : {quint16{8}, quint16{16}, quint16{24}}) {
+        const std::string path =
+            folder.write(wavWithData({40000, 1, bits}, QByteArray(3000000, 'x')));
+        CWav wav;
+        QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, {1, 2}), "other.wav")));
+        {
+            const AllocationWatch watch(5 * mebibyte);
+            QCOMPARE(errorsOf([&] { QVERIFY(wav.LoadWav(path)); }), std::string());
+        }
+        QCOMPARE(wav.bytesRead, std::int64_t{3000000});
+        QVERIFY(wav.samples.empty());
+        QVERIFY(wav.samplePointer == nullptr);
+        wav.ConvertData();
+        QCOMPARE(wav.samples.size(), std::size_t{3000000U * 8U / bits});
+        QVERIFY(wav.samplePointer == wav.samples.data());
+    }
+}
+
+void TestWavRobustness::changedHeaderConvertsOnlyHeldBytes_data() {
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<quint32>("dataSize");
+    QTest::addColumn<qint64>("bytesRead");
+    QTest::addColumn<quint32>("numberOfSamples");
+    QTest::addColumn<int>("sampleCount");
+    constexpr quint32 most = 0xFFFFFFFF;
+    // Six bytes are held, read as three samples of 16 bits.
+    QTest::newRow("unchanged") << 16 << 6U << qint64{6} << 3U << 3;
+    QTest::newRow("more samples than held") << 16 << 6U << qint64{6} << most << 3;
+    QTest::newRow("more 8-bit samples than held") << 8 << 6U << qint64{6} << most << 6;
+    QTest::newRow("fewer samples") << 16 << 6U << qint64{6} << 2U << 2;
+    QTest::newRow("no samples") << 16 << 6U << qint64{6} << 0U << 0;
+    QTest::newRow("no 8-bit samples") << 8 << 6U << qint64{6} << 0U << 0;
+    QTest::newRow("24 bits go by the data size") << 24 << 6U << qint64{6} << 0U << 2;
+    QTest::newRow("larger data size") << 16 << 8U << qint64{6} << 3U << 0;
+    QTest::newRow("smaller data size") << 16 << 4U << qint64{6} << 3U << 0;
+    QTest::newRow("data size 0") << 16 << 0U << qint64{0} << 3U << 0;
+    QTest::newRow("data size 0 at 24 bits") << 24 << 0U << qint64{0} << 3U << 0;
+    QTest::newRow("negative count of bytes") << 16 << most << qint64{-1} << 3U << 0;
+    for (const int bits : {8, 16, 24})
+        QTest::addRow("all sizes huge at %d bits", bits)
+            << bits << most << qint64{most} << most << 48 / bits;
+    QTest::newRow("all sizes smaller") << 16 << 4U << qint64{4} << 3U << 2;
+    QTest::newRow("24 bits, not whole") << 24 << 5U << qint64{5} << 3U << 1;
+}
+
+void TestWavRobustness::changedHeaderConvertsOnlyHeldBytes() {
+    QFETCH(int, bits);
+    QFETCH(quint32, dataSize);
+    QFETCH(qint64, bytesRead);
+    QFETCH(quint32, numberOfSamples);
+    QFETCH(int, sampleCount);
+    const WavFolder folder;
+    const QByteArray data = "uvwxyz";
+    CWav wav;
+    QVERIFY(wav.LoadWav(folder.write(wavWithData({}, data))));
+    wav.header.bitsPerSample = static_cast<std::uint16_t>(bits);
+    wav.header.dataSize = dataSize;
+    wav.bytesRead = bytesRead;
+    wav.numberOfSamples = numberOfSamples;
+    const AllocationWatch watch(mebibyte);
+    QCOMPARE(errorsOf([&] { wav.ConvertData(); }), std::string());
+    QCOMPARE(wav.samples, plainSamples(data.left(sampleCount * bits / 8), bits));
+    QCOMPARE(wav.samplePointer, std::as_const(wav.samples).empty() ? nullptr : wav.samples.data());
+}
+
+void TestWavRobustness::movedObjectTakesEverything() {
+    const QByteArray bytes = wavWithSamples({22050, 1, 16}, {16384, 8192});
+    const WavFolder folder;
+    CWav source;
+    QVERIFY(source.LoadWav(folder.write(bytes)));
+    source.audioFormatWord = 5;
+    const auto hasEverything = [&](const CWav& wav) {
+        return headerImage(wav) == bytes.left(44) && wav.audioFormatWord == 5 &&
+               rawBytes(wav) == bytes.mid(44) && wav.bytesRead == 4 && wav.numberOfSamples == 2 &&
+               wav.samples == Samples{0.5, 0.25} && wav.samplePointer == wav.samples.data();
+    };
+    CWav constructed(std::move(source));
+    QVERIFY(hasEverything(constructed));
+    QVERIFY(isFresh(source)); // NOLINT(bugprone-use-after-move): what it is then is promised
+
+    CWav assigned;
+    QVERIFY(assigned.LoadWav(folder.write(wavWithSamples({}, QVector<int>(100, 1)))));
+    assigned = std::move(constructed);
+    QVERIFY(hasEverything(assigned));
+    QVERIFY(isFresh(constructed)); // NOLINT(bugprone-use-after-move)
+
+    CWav& same = assigned;
+    assigned = std::move(same);
+    QVERIFY(hasEverything(assigned));
+    QVERIFY(source.LoadWav(folder.write(bytes)));
+    QCOMPARE(source.samples, (Samples{0.5, 0.25}));
+}
+
+void TestWavRobustness::randomHeadersAgreeWithAPlainReader() {
+    RandomFiles files;
+    const WavFolder folder;
+    const QString copy = folder.path("copy.wav");
+    int loadedCount = 0;
+    for (int round = 0; round < 3000; ++round) {
+        const QByteArray bytes = files.next();
+        const PlainReading expected(bytes);
+        CWav wav;
+        bool isLoaded = false;
+        const std::string path = folder.write(bytes);
+        errorsOf([&] { isLoaded = wav.LoadWav(path); });
+        QCOMPARE(isLoaded, expected.isLoaded);
+        QCOMPARE(headerImage(wav), expected.header);
+        QCOMPARE(rawBytes(wav), expected.data);
+        QCOMPARE(wav.samples, expected.samples);
+        QVERIFY(wav.WriteWav(copy.toStdString()));
+        QCOMPARE(testsupport::readBytes(copy), expected.header + expected.data);
+        QVERIFY(QFile::remove(copy));
+        loadedCount += isLoaded ? 1 : 0;
+    }
+    QVERIFY2(loadedCount > 1000 && loadedCount < 2500, qPrintable(QString::number(loadedCount)));
+}
