@@ -224,7 +224,7 @@ protected:
 
     // 2 Layout and placement
     void layOutControls();
-    void layOutRow(QHBoxLayout* row, int gridRow, std::initializer_list<QWidget*> widgets);
+    void layOutRow(int row, std::initializer_list<QWidget*> widgets);
 
     // 3 Settings
     void sizeSpectrum();

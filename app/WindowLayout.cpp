@@ -14,7 +14,8 @@
 
 namespace {
 constexpr int columnsOfControls = 4;
-}
+constexpr int headingRow = 1;
+} // namespace
 
 void MainWindow::setupGUIMainWindow() {
     centerAndResizeMainWindow(isCentered, widthRatio, heightRatio);
@@ -40,9 +41,8 @@ void MainWindow::setupGUIMainWindow() {
 }
 
 void MainWindow::layOutControls() {
-    layoutControls->addWidget(labelSoundFileInformation, 1, 0, 1, columnsOfControls);
-    auto row = rowLayouts.cbegin();
-    int gridRow = 2;
+    layoutControls->addWidget(labelSoundFileInformation, headingRow, 0, 1, columnsOfControls);
+    int row = 0;
     for (const auto& widgets : std::initializer_list<std::initializer_list<QWidget*>>{
              {labelWavFilePath, lineEditWavFilePath},
              {labelWavFileName, lineEditWavFileName},
@@ -55,13 +55,13 @@ void MainWindow::layOutControls() {
              {labelOutputFilePath, lineEditOutputFilePath},
              {labelOutputFileName, lineEditOutputFileName},
              {labelFrequencyMatched, lineEditFrequencyMatched}})
-        layOutRow(*row++, gridRow++, widgets);
+        layOutRow(row++, widgets);
 }
 
-void MainWindow::layOutRow(QHBoxLayout* row, int gridRow, std::initializer_list<QWidget*> widgets) {
+void MainWindow::layOutRow(int row, std::initializer_list<QWidget*> widgets) {
     for (QWidget* widget : widgets)
-        row->addWidget(widget);
-    layoutControls->addLayout(row, gridRow, 0, 1, columnsOfControls);
+        rowLayouts[row]->addWidget(widget);
+    layoutControls->addLayout(rowLayouts[row], headingRow + 1 + row, 0, 1, columnsOfControls);
 }
 
 void MainWindow::centerAndResizeMainWindow(bool center, double widthFraction,

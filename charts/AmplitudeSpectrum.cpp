@@ -33,7 +33,7 @@ void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int
     const int bins = static_cast<int>(length / 2);
     const double* real = output.data();
     const double* negatedImaginary = output.data() + bins;
-    const auto halfSound = static_cast<double>(nSamples / 2);
+    const int halfSound = nSamples / 2; // whole samples, deliberately
     double* frequency = spectrum.frequencies.data();
     double* amplitude = spectrum.amplitudes.data();
     double* phase = spectrum.phases.data();

@@ -3,7 +3,6 @@
 option(PELLION_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 
 add_library(pellion_options INTERFACE)
-target_compile_features(pellion_options INTERFACE cxx_std_17)
 # Contracted multiply-adds would make results depend on the machine.
 target_compile_options(
     pellion_options

@@ -4,7 +4,7 @@
 
 # Names of Debian 12. "build" is what CMake looks for, "run" what the program and ./run itself use,
 # "desk" a screen and a sound device without hardware, "test" what only the tests call.
-packages_to_build=(g++ cmake ninja-build qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
+packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
     libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
 packages_for_desk=(xvfb xauth openbox pulseaudio sox procps)
@@ -26,7 +26,7 @@ need_packages() {
             missing+=("$name")
     done
     ((${#missing[@]})) || return 0
-    if ! command -v apt-get dpkg-query >/dev/null; then
+    if ! command -v apt-get >/dev/null; then
         complain "needed, under these names on Debian 12: ${missing[*]}; going on with what is here"
         return 0
     fi
@@ -44,7 +44,7 @@ need_packages() {
     # out PipeWire's.
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-remove \
         --no-install-recommends "${missing[@]}" </dev/null >/dev/null ||
-        complain "could not install ${missing[*]}; going on with what is here"
+        complain "could not install all of ${missing[*]}; going on with what is here"
 }
 
 # Once for each command is enough. To be called by need_packages only.

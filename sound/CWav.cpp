@@ -60,7 +60,8 @@ struct Signed24Bit {
     }
 };
 
-/// Appends the samples that the bytes hold, at most `maximum`. Throws when there is no room.
+/// Appends the samples that the bytes hold, at most `maximum`; throws, and appends none of them,
+/// when there is no room.
 template <typename Encoding>
 void appendSamples(std::string_view bytes, std::size_t maximum, std::vector<double>& samples) {
     std::size_t remaining = std::min(maximum, bytes.size() / Encoding::byteCount);
@@ -185,10 +186,11 @@ bool CWav::LoadWav(std::string fileName) {
 void CWav::ConvertData() {
     samples.clear();
     // A caller may have changed any of these since the file was read.
-    const bool isComplete = bytesRead >= 1 && bytesRead == header.dataSize;
+    const bool isComplete = bytesRead == header.dataSize;
     const std::size_t heldBytes = std::min<std::size_t>(header.dataSize, rawData.size());
     const std::string_view bytes(rawData.data(), isComplete ? heldBytes : 0);
-    const bool hasRoom = hasMemoryFor([&] {
+    // Without memory there are no samples, as after a short read.
+    hasMemoryFor([&] {
         switch (header.bitsPerSample) {
         case 8:
             return appendSamples<Unsigned8Bit>(bytes, numberOfSamples, samples);
@@ -203,8 +205,6 @@ void CWav::ConvertData() {
             std::cerr << "Not recognizable bits per sample. " << std::endl;
         }
     });
-    if (!hasRoom)
-        samples.clear();
     samplePointer = samples.empty() ? nullptr : samples.data();
 }
 

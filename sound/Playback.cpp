@@ -11,9 +11,11 @@
 #include <QDebug>
 #include <QTimer>
 
+#include <algorithm>
+
 void MainWindow::genSinusoid() {
     if (sequencePosition == 0 && soundsPlayed == 0)
-        sinusoidSamples = QVector<double>(data.nSamples, 0.0);
+        sinusoidSamples = QVector<double>(std::max(data.nSamples, 0), 0.0);
     writeSinusoid(sinusoidSamples, data.nSamples, data.frequencyCurrent, data.samplingRate);
 }
 

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -71,7 +72,7 @@ void MainWindow::genWav() {
     copyFirstChannel(wav, data.nSamples, targetSamples);
     if (!isFirstPresentation)
         return;
-    timeAxisMs.resize(data.nPointsToPlot);
+    timeAxisMs.resize(std::max(data.nPointsToPlot, 0));
     for (int i = 0; i < data.nPointsToPlot; ++i)
         timeAxisMs[i] = i / data.samplingRate * 1000;
 }

@@ -191,8 +191,6 @@ void SubjectWindow::setSliderParameters() {
                    frequencyStepSize);
 }
 
-// The declaration's parameter names stand in the meta-object; here they would hide the members.
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 void SubjectWindow::receiveParameters(int least, int most, int current, int step) {
     frequencyMin = least;
     frequencyMax = most;

@@ -60,7 +60,9 @@ public slots:
     void enableAllChoiceButtons();
 
     /// Takes over the frequencies that can be set, in Hz. They are not checked; the spin box and
-    /// the slider limit what they are given.
+    /// the slider limit what they are given. (The names stand in the meta-object; in the definition
+    /// they would hide the members.)
+    // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
     void receiveParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
                            int frequencyStepSize);
 

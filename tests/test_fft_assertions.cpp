@@ -46,7 +46,7 @@ Ending endingOf(const Action& action) {
         // The test library catches fatal signals to report them; here they have to end the child.
         signal(SIGABRT, SIG_DFL);
         signal(SIGALRM, SIG_DFL);
-        alarm(60);
+        alarm(20);
         dup2(ends.back(), STDERR_FILENO);
         close(ends.front());
         close(ends.back());

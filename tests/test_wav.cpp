@@ -258,5 +258,5 @@ void TestWavLoading::uncheckedIdentifiersMayBeAnything() {
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return testsupport::runAll<TestWavLoading, TestWavRefusals, TestWavOutput, TestWavRobustness,
-                               TestWavPrograms>(argc, argv);
+                               TestWavMemory, TestWavPrograms>(argc, argv);
 }

@@ -15,10 +15,11 @@
 /// A folder for the files of one test.
 class WavFolder {
 public:
-    QString path(const QString& name) const { return folder_.filePath(name); }
+    [[nodiscard]] QString path(const QString& name) const { return folder_.filePath(name); }
 
     /// Writes a file and returns its path; an empty one when that fails.
-    std::string write(const QByteArray& bytes, const QString& name = "target.wav") const {
+    [[nodiscard]] std::string write(const QByteArray& bytes,
+                                    const QString& name = "target.wav") const {
         const bool isWritten = testsupport::writeBytes(path(name), bytes);
         return isWritten ? path(name).toStdString() : std::string();
     }
@@ -32,6 +33,14 @@ template <typename Function> std::string errorsOf(Function&& function) {
     const testsupport::StreamCapture errors(std::cerr);
     function();
     return errors.text();
+}
+
+inline QByteArray headerImage(const CWav& wav) {
+    return {reinterpret_cast<const char*>(&wav.header), static_cast<int>(sizeof(wav.header))};
+}
+
+inline QByteArray rawBytes(const CWav& wav) {
+    return {wav.rawData.data(), static_cast<int>(wav.rawData.size())};
 }
 
 /// Samples, header fields and members after a load (test_wav.cpp).
@@ -100,7 +109,7 @@ private slots:
     void printingIgnoresTheFormatOfStandardOutput();
 };
 
-/// Sizes that lie, memory that ends, moves (test_wav_robustness.cpp).
+/// Sizes that lie, headers changed by a caller, moves (test_wav_robustness.cpp).
 class TestWavRobustness : public QObject {
     Q_OBJECT
 
@@ -109,15 +118,22 @@ private slots:
     void shortDataLoadWithoutSamples();
     void sizesAroundThePiecesAreReadWhole_data();
     void sizesAroundThePiecesAreReadWhole();
+    void changedHeaderConvertsOnlyHeldBytes_data();
+    void changedHeaderConvertsOnlyHeldBytes();
+    void movedObjectTakesEverything();
+    void randomHeadersAgreeWithAPlainReader();
+};
+
+/// The memory that a load takes, and what happens when it cannot be had (test_wav_memory.cpp).
+class TestWavMemory : public QObject {
+    Q_OBJECT
+
+private slots:
     void hugeDeclaredSizeCostsWhatTheFileHolds_data();
     void hugeDeclaredSizeCostsWhatTheFileHolds();
     void hugeDeclaredSizeFitsIntoLittleMemory();
     void memoryEndingWhileReadingIsAShortRead();
     void memoryEndingWhileConvertingLeavesNoSamples();
-    void changedHeaderConvertsOnlyHeldBytes_data();
-    void changedHeaderConvertsOnlyHeldBytes();
-    void movedObjectTakesEverything();
-    void randomHeadersAgreeWithAPlainReader();
 };
 
 /// Files of common programs, and another reader (test_wav_programs.cpp).

@@ -17,14 +17,13 @@ namespace {
 
 using Samples = std::vector<double>;
 
-/// Runs a command line split at blanks, with %1 as the path of the file to make; returns whether
-/// it succeeded.
-bool make(const QString& commandLine, const QString& path) {
+/// Runs a command line, split at blanks, in a folder; returns whether it succeeded.
+bool run(const QString& commandLine, const WavFolder& folder) {
     QStringList arguments = commandLine.split(' ');
     const QString program = arguments.takeFirst();
-    arguments.replaceInStrings("%1", path);
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setWorkingDirectory(folder.path(""));
     process.start(program, arguments);
     return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit &&
            process.exitCode() == 0;
@@ -54,15 +53,16 @@ void TestWavPrograms::canonicalFilesAreLoaded_data() {
     QTest::addColumn<int>("samplingRate");
     QTest::addColumn<int>("channelCount");
     QTest::addColumn<int>("bits");
-    QTest::newRow("sox, 16 bits") << "sox -n -r 40000 -b 16 -c 1 %1 synth 0.25 sine 440" << 40000
-                                  << 1 << 16;
+    QTest::newRow("sox, 16 bits") << "sox -n -r 40000 -b 16 -c 1 made.wav synth 0.25 sine 440"
+                                  << 40000 << 1 << 16;
     QTest::newRow("sox, 16 bits, stereo")
-        << "sox -n -r 44100 -b 16 -c 2 %1 synth 0.25 sine 440 sine 550" << 44100 << 2 << 16;
+        << "sox -n -r 44100 -b 16 -c 2 made.wav synth 0.25 sine 440 sine 550" << 44100 << 2 << 16;
     QTest::newRow("sox, 8 bits")
-        << "sox -n -r 8000 -b 8 -e unsigned-integer -c 1 %1 synth 0.25 sine 440" << 8000 << 1 << 8;
+        << "sox -n -r 8000 -b 8 -e unsigned-integer -c 1 made.wav synth 0.25 sine 440" << 8000 << 1
+        << 8;
     QTest::newRow("ffmpeg, 16 bits")
-        << ffmpeg + "-c:a pcm_s16le -bitexact -ac 2 %1" << 40000 << 2 << 16;
-    QTest::newRow("ffmpeg, 8 bits") << ffmpeg + "-c:a pcm_u8 -bitexact %1" << 40000 << 1 << 8;
+        << ffmpeg + "-c:a pcm_s16le -bitexact -ac 2 made.wav" << 40000 << 2 << 16;
+    QTest::newRow("ffmpeg, 8 bits") << ffmpeg + "-c:a pcm_u8 -bitexact made.wav" << 40000 << 1 << 8;
 }
 
 void TestWavPrograms::canonicalFilesAreLoaded() {
@@ -72,7 +72,7 @@ void TestWavPrograms::canonicalFilesAreLoaded() {
     QFETCH(int, bits);
     const WavFolder folder;
     const QString path = folder.path("made.wav");
-    QVERIFY(make(commandLine, path));
+    QVERIFY(run(commandLine, folder));
     CWav wav;
     QCOMPARE(errorsOf([&] { QVERIFY(wav.LoadWav(path.toStdString())); }), std::string());
     QCOMPARE(wav.header.samplingRate, static_cast<std::uint32_t>(samplingRate));
@@ -92,14 +92,14 @@ void TestWavPrograms::otherHeadersAreRefused_data() {
     QTest::addColumn<QString>("message");
     const QString notPcm = "Not a PCM (linear quantitation) WAV file: ";
     QTest::newRow("sox, 24 bits with a longer header")
-        << "sox -n -r 40000 -b 24 -c 1 %1 synth 0.25 sine 440" << notPcm;
+        << "sox -n -r 40000 -b 24 -c 1 made.wav synth 0.25 sine 440" << notPcm;
     QTest::newRow("sox, floating point")
-        << "sox -n -r 40000 -b 32 -e floating-point -c 1 %1 synth 0.25 sine 440" << notPcm;
-    QTest::newRow("sox, AIFF") << "sox -n -r 40000 -b 16 -c 1 -t aiff %1 synth 0.25 sine 440"
+        << "sox -n -r 40000 -b 32 -e floating-point -c 1 made.wav synth 0.25 sine 440" << notPcm;
+    QTest::newRow("sox, AIFF") << "sox -n -r 40000 -b 16 -c 1 -t aiff made.wav synth 0.25 sine 440"
                                << "Not a WAV file: ";
     QTest::newRow("ffmpeg, 24 bits with a longer header")
-        << ffmpeg + "-c:a pcm_s24le -bitexact %1" << notPcm;
-    QTest::newRow("ffmpeg, A-law") << ffmpeg + "-c:a pcm_alaw -bitexact %1" << notPcm;
+        << ffmpeg + "-c:a pcm_s24le -bitexact made.wav" << notPcm;
+    QTest::newRow("ffmpeg, A-law") << ffmpeg + "-c:a pcm_alaw -bitexact made.wav" << notPcm;
 }
 
 void TestWavPrograms::otherHeadersAreRefused() {
@@ -107,7 +107,7 @@ void TestWavPrograms::otherHeadersAreRefused() {
     QFETCH(QString, message);
     const WavFolder folder;
     const QString path = folder.path("made.wav");
-    QVERIFY(make(commandLine, path));
+    QVERIFY(run(commandLine, folder));
     CWav wav;
     QCOMPARE(errorsOf([&] { QVERIFY(!wav.LoadWav(path.toStdString())); }),
              (message + path + "\n").toStdString());
@@ -117,7 +117,7 @@ void TestWavPrograms::otherHeadersAreRefused() {
 void TestWavPrograms::chunkBeforeTheDataIsMisread() {
     const WavFolder folder;
     const QString path = folder.path("made.wav");
-    QVERIFY(make(ffmpeg + "-c:a pcm_s16le %1", path));
+    QVERIFY(run(ffmpeg + "-c:a pcm_s16le made.wav", folder));
     CWav wav;
     QVERIFY(wav.LoadWav(path.toStdString()));
     QCOMPARE(QByteArray(wav.header.dataChunkIdentifier.data(), 4), QByteArray("LIST"));
@@ -157,12 +157,11 @@ void TestWavPrograms::handmadeFilesAgreeWithLibsndfile() {
 void TestWavPrograms::writtenFileIsReadBySox() {
     const WavFolder folder;
     const QString original = folder.path("made.wav");
-    QVERIFY(make("sox -n -r 40000 -b 16 -c 1 %1 synth 0.25 sine 440", original));
+    QVERIFY(run("sox -n -r 40000 -b 16 -c 1 made.wav synth 0.25 sine 440", folder));
     CWav wav;
     QVERIFY(wav.LoadWav(original.toStdString()));
     const QString copy = folder.path("copy.wav");
     QVERIFY(wav.WriteWav(copy.toStdString()));
-    const QString again = folder.path("again.wav");
-    QVERIFY(make("sox -D " + copy + " %1", again));
-    QCOMPARE(readBytes(again), readBytes(original));
+    QVERIFY(run("sox -D copy.wav again.wav", folder));
+    QCOMPARE(readBytes(folder.path("again.wav")), readBytes(original));
 }

@@ -1,27 +1,12 @@
-// WAV files whose sizes lie, memory that cannot be had, headers changed by a caller, moves.
+// WAV files whose sizes lie, headers changed by a caller, moves, and random files.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_wav.h"
 
 #include <QtTest>
 
-#include <atomic>
-#include <cstdlib>
-#include <cstring>
-#include <limits>
-#include <new>
 #include <random>
 #include <utility>
 #include <vector>
-
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#if defined(__SANITIZE_ADDRESS__)
-#define BUILT_WITH_ADDRESS_SANITIZER 1
-#else
-#define BUILT_WITH_ADDRESS_SANITIZER 0
-#endif
 
 namespace wavoffset = testsupport::wavoffset;
 using testsupport::setUnsigned16;
@@ -32,33 +17,6 @@ using testsupport::wavWithSamples;
 namespace {
 
 using Samples = std::vector<double>;
-
-std::atomic<std::size_t> largestAllocation{0};
-std::atomic<std::size_t> allocationLimit{std::numeric_limits<std::size_t>::max()};
-
-/// Watches the sizes of allocations, and lets larger ones than the limit fail, while it lives.
-class AllocationWatch {
-public:
-    explicit AllocationWatch(std::size_t limit = std::numeric_limits<std::size_t>::max()) {
-        largestAllocation = 0;
-        allocationLimit = limit;
-    }
-    ~AllocationWatch() { allocationLimit = std::numeric_limits<std::size_t>::max(); }
-    AllocationWatch(const AllocationWatch&) = delete;
-    AllocationWatch& operator=(const AllocationWatch&) = delete;
-    AllocationWatch(AllocationWatch&&) = delete;
-    AllocationWatch& operator=(AllocationWatch&&) = delete;
-};
-
-constexpr std::size_t mebibyte = 1024 * 1024;
-
-QByteArray headerImage(const CWav& wav) {
-    return {reinterpret_cast<const char*>(&wav.header), static_cast<int>(sizeof(wav.header))};
-}
-
-QByteArray rawBytes(const CWav& wav) {
-    return {wav.rawData.data(), static_cast<int>(wav.rawData.size())};
-}
 
 /// Returns bytes without a period that a block or piece could share.
 QByteArray unevenBytes(int count) {
@@ -71,10 +29,10 @@ QByteArray unevenBytes(int count) {
     return bytes;
 }
 
-quint32 littleEndian(const QByteArray& bytes, int offset, int byteCount) {
+quint32 littleEndian(const QByteArray& bytes) {
     quint32 number = 0;
-    for (int i = byteCount - 1; i >= 0; --i)
-        number = number * 256U + static_cast<unsigned char>(bytes[offset + i]);
+    for (int i = bytes.size() - 1; i >= 0; --i)
+        number = number * 256U + static_cast<unsigned char>(bytes[i]);
     return number;
 }
 
@@ -83,7 +41,7 @@ Samples plainSamples(const QByteArray& data, int bitsPerSample) {
     Samples samples;
     const int width = bitsPerSample / 8;
     for (int offset = 0; offset + width <= data.size(); offset += width) {
-        const auto code = static_cast<double>(littleEndian(data, offset, width));
+        const auto code = static_cast<double>(littleEndian(data.mid(offset, width)));
         if (bitsPerSample == 8)
             samples.push_back((code - 128.0) / 128.0);
         else if (bitsPerSample == 16)
@@ -98,14 +56,14 @@ Samples plainSamples(const QByteArray& data, int bitsPerSample) {
 struct PlainReading {
     explicit PlainReading(const QByteArray& file)
         : header(file.left(wavoffset::data).leftJustified(wavoffset::data, '\0')) {
-        const auto bits = static_cast<int>(littleEndian(header, wavoffset::bitsPerSample, 2));
+        const auto bits = static_cast<int>(littleEndian(header.mid(wavoffset::bitsPerSample, 2)));
         isLoaded = header.mid(wavoffset::format, 4) == "WAVE" &&
-                   littleEndian(header, wavoffset::audioFormat, 2) == 1 &&
+                   littleEndian(header.mid(wavoffset::audioFormat, 2)) == 1 &&
                    (bits == 8 || bits == 16 || bits == 24);
         if (!isLoaded)
             return;
         const QByteArray rest = file.mid(wavoffset::data);
-        const quint32 declared = littleEndian(header, wavoffset::dataSize, 4);
+        const quint32 declared = littleEndian(header.mid(wavoffset::dataSize, 4));
         const bool isComplete = declared <= static_cast<quint32>(rest.size());
         data = isComplete ? rest.left(static_cast<int>(declared)) : rest;
         if (isComplete)
@@ -153,25 +111,6 @@ bool isFresh(const CWav& wav) {
 }
 
 } // namespace
-
-// For the whole test program, so that the class under test is seen whatever it calls.
-void* operator new(std::size_t size) {
-    if (size > allocationLimit)
-        throw std::bad_alloc();
-    if (size > largestAllocation)
-        largestAllocation = size;
-    if (void* memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 void TestWavRobustness::shortDataLoadWithoutSamples_data() {
     QTest::addColumn<int>("bits");
@@ -227,91 +166,6 @@ void TestWavRobustness::sizesAroundThePiecesAreReadWhole() {
     QVERIFY(wav.samples == plainSamples(data, bits));
 }
 
-void TestWavRobustness::hugeDeclaredSizeCostsWhatTheFileHolds_data() {
-    QTest::addColumn<int>("held");
-    QTest::addColumn<quint32>("limitMebibytes");
-    QTest::newRow("empty data") << 0 << 1U;
-    QTest::newRow("small file") << 1000 << 1U;
-    QTest::newRow("file of five pieces") << 5 * 1048576 << 10U;
-}
-
-void TestWavRobustness::hugeDeclaredSizeCostsWhatTheFileHolds() {
-    QFETCH(int, held);
-    QFETCH(quint32, limitMebibytes);
-    const WavFolder folder;
-    for (const quint16 bits : {quint16{8}, quint16{16}, quint16{24}}) {
-        const std::string path =
-            folder.write(wavHeader({40000, 1, bits}, 0xFFFFFFFF) + QByteArray(held, 'x'));
-        const AllocationWatch watch;
-        CWav wav;
-        QVERIFY(wav.LoadWav(path));
-        QVERIFY2(largestAllocation <= limitMebibytes * mebibyte,
-                 qPrintable(QString::number(largestAllocation)));
-        QCOMPARE(wav.rawData.size(), static_cast<std::size_t>(held));
-        QCOMPARE(wav.samples.capacity(), std::size_t{0});
-    }
-}
-
-void TestWavRobustness::hugeDeclaredSizeFitsIntoLittleMemory() {
-    if (BUILT_WITH_ADDRESS_SANITIZER)
-        QSKIP("a limit of the address space leaves the sanitizer none");
-    const WavFolder folder;
-    const std::string path = folder.write(wavHeader({}, 0xFFFFFFFF) + QByteArray(1000, 'x'));
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const rlim_t pages = testsupport::readBytes("/proc/self/statm").split(' ')[0].toULong();
-        const rlim_t limit = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + 16 * mebibyte;
-        const rlimit limits{limit, limit};
-        CWav wav;
-        const bool isRight = ::setrlimit(RLIMIT_AS, &limits) == 0 && wav.LoadWav(path) &&
-                             wav.bytesRead == 1000 && wav.samples.empty();
-        ::_exit(isRight ? 42 : 1);
-    }
-    int status = 0;
-    QCOMPARE(::waitpid(child, &status, 0), child);
-    QVERIFY(WIFEXITED(status));
-    QCOMPARE(WEXITSTATUS(status), 42);
-}
-
-void TestWavRobustness::memoryEndingWhileReadingIsAShortRead() {
-    const WavFolder folder;
-    const std::string path = folder.write(wavWithData({40000, 1, 8}, QByteArray(3000000, 'x')));
-    CWav wav;
-    QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, {1, 2}), "other.wav")));
-    {
-        const AllocationWatch watch(2 * mebibyte);
-        QCOMPARE(errorsOf([&] { QVERIFY(wav.LoadWav(path)); }), std::string());
-    }
-    QVERIFY(wav.bytesRead < 3000000);
-    QCOMPARE(wav.rawData.size(), static_cast<std::size_t>(wav.bytesRead));
-    QCOMPARE(rawBytes(wav), QByteArray(rawBytes(wav).size(), 'x'));
-    QCOMPARE(wav.numberOfSamples, 3000000U);
-    QVERIFY(wav.samples.empty());
-    QVERIFY(wav.samplePointer == nullptr);
-    QVERIFY(wav.LoadWav(path));
-    QCOMPARE(wav.samples.size(), std::size_t{3000000});
-}
-
-void TestWavRobustness::memoryEndingWhileConvertingLeavesNoSamples() {
-    const WavFolder folder;
-    for (const quint16 bits : {quint16{8}, quint16{16}, quint16{24}}) {
-        const std::string path =
-            folder.write(wavWithData({40000, 1, bits}, QByteArray(3000000, 'x')));
-        CWav wav;
-        QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, {1, 2}), "other.wav")));
-        {
-            const AllocationWatch watch(5 * mebibyte);
-            QCOMPARE(errorsOf([&] { QVERIFY(wav.LoadWav(path)); }), std::string());
-        }
-        QCOMPARE(wav.bytesRead, std::int64_t{3000000});
-        QVERIFY(wav.samples.empty());
-        QVERIFY(wav.samplePointer == nullptr);
-        wav.ConvertData();
-        QCOMPARE(wav.samples.size(), std::size_t{3000000U * 8U / bits});
-        QVERIFY(wav.samplePointer == wav.samples.data());
-    }
-}
-
 void TestWavRobustness::changedHeaderConvertsOnlyHeldBytes_data() {
     QTest::addColumn<int>("bits");
     QTest::addColumn<quint32>("dataSize");
@@ -353,9 +207,9 @@ void TestWavRobustness::changedHeaderConvertsOnlyHeldBytes() {
     wav.header.dataSize = dataSize;
     wav.bytesRead = bytesRead;
     wav.numberOfSamples = numberOfSamples;
-    const AllocationWatch watch(mebibyte);
     QCOMPARE(errorsOf([&] { wav.ConvertData(); }), std::string());
     QCOMPARE(wav.samples, plainSamples(data.left(sampleCount * bits / 8), bits));
+    QVERIFY(wav.samples.capacity() <= std::size_t{6});
     QCOMPARE(wav.samplePointer, std::as_const(wav.samples).empty() ? nullptr : wav.samples.data());
 }
 
@@ -392,7 +246,7 @@ void TestWavRobustness::randomHeadersAgreeWithAPlainReader() {
     const WavFolder folder;
     const QString copy = folder.path("copy.wav");
     int loadedCount = 0;
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 600; ++round) {
         const QByteArray bytes = files.next();
         const PlainReading expected(bytes);
         CWav wav;
@@ -408,5 +262,5 @@ void TestWavRobustness::randomHeadersAgreeWithAPlainReader() {
         QVERIFY(QFile::remove(copy));
         loadedCount += isLoaded ? 1 : 0;
     }
-    QVERIFY2(loadedCount > 1000 && loadedCount < 2500, qPrintable(QString::number(loadedCount)));
+    QVERIFY2(loadedCount > 200 && loadedCount < 500, qPrintable(QString::number(loadedCount)));
 }

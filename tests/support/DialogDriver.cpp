@@ -15,10 +15,10 @@ namespace testsupport {
 
 namespace {
 
-const QString targetTitle() {
+QString targetTitle() {
     return QStringLiteral("Select a target sound file");
 }
-const QString saveTitle() {
+QString saveTitle() {
     return QStringLiteral("Save a file");
 }
 

@@ -20,10 +20,12 @@ public:
     StreamCapture& operator=(StreamCapture&&) = delete;
 
     /// Returns everything written so far.
-    std::string text() const { return buffer_.str(); }
+    [[nodiscard]] std::string text() const { return buffer_.str(); }
 
     /// Returns the part of it that has been flushed.
-    std::string flushedText() const { return buffer_.str().substr(0, buffer_.flushedSize); }
+    [[nodiscard]] std::string flushedText() const {
+        return buffer_.str().substr(0, buffer_.flushedSize);
+    }
 
 private:
     struct Buffer : std::stringbuf {

@@ -17,15 +17,14 @@ template <typename Number> void overwrite(QByteArray& bytes, int offset, Number 
 } // namespace
 
 QByteArray wavHeader(const WavFormat& format, quint32 dataSize) {
-    const int bytesPerFrame = format.channelCount * format.bitsPerSample / 8;
+    const quint32 bytesPerFrame = quint32{format.channelCount} * format.bitsPerSample / 8U;
     QByteArray bytes("RIFF....WAVEfmt ....................data....");
     setUnsigned32(bytes, wavoffset::riffChunkSize, dataSize + 36);
     setUnsigned32(bytes, wavoffset::formatChunkSize, 16);
     setUnsigned16(bytes, wavoffset::audioFormat, 1);
     setUnsigned16(bytes, wavoffset::channelCount, format.channelCount);
     setUnsigned32(bytes, wavoffset::samplingRate, format.samplingRate);
-    setUnsigned32(bytes, wavoffset::byteRate,
-                  format.samplingRate * static_cast<quint32>(bytesPerFrame));
+    setUnsigned32(bytes, wavoffset::byteRate, format.samplingRate * bytesPerFrame);
     setUnsigned16(bytes, wavoffset::blockAlign, static_cast<quint16>(bytesPerFrame));
     setUnsigned16(bytes, wavoffset::bitsPerSample, format.bitsPerSample);
     setUnsigned32(bytes, wavoffset::dataSize, dataSize);

@@ -1,0 +1,43 @@
+// Lets memory run out in a test.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/WavBytes.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace testsupport {
+
+/// Leaves the process only so much more address space, in MiB, while it lives.
+class AddressSpaceLimit {
+public:
+    explicit AddressSpaceLimit(rlim_t mebibytesMore) {
+        const rlim_t pages = readBytes(QStringLiteral("/proc/self/statm")).split(' ')[0].toULong();
+        const rlim_t used = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
+        ::getrlimit(RLIMIT_AS, &earlier);
+        // Only the soft limit: the earlier one has to come back.
+        const rlimit lowered{used + (mebibytesMore << 20U), earlier.rlim_max};
+        if (::setrlimit(RLIMIT_AS, &lowered) != 0)
+            qFatal("the address space cannot be limited");
+    }
+    ~AddressSpaceLimit() { ::setrlimit(RLIMIT_AS, &earlier); }
+    AddressSpaceLimit(const AddressSpaceLimit&) = delete;
+    AddressSpaceLimit(AddressSpaceLimit&&) = delete;
+    AddressSpaceLimit& operator=(const AddressSpaceLimit&) = delete;
+    AddressSpaceLimit& operator=(AddressSpaceLimit&&) = delete;
+
+    /// Whether the process can live with one: AddressSanitizer reserves all the space there is.
+    static constexpr bool isPossible() {
+#if defined(__SANITIZE_ADDRESS__)
+        return false;
+#else
+        return true;
+#endif
+    }
+
+private:
+    rlimit earlier{};
+};
+
+} // namespace testsupport
