@@ -22,8 +22,9 @@ struct Data {
     int nFFTPointsToPlot = 500;      ///< Spectrum bins drawn, at most half the spectrum's length.
 
     QString wavFolder = desktopFolder(); ///< Folder in which the target dialog opens.
-    QString outputFilePath = wavFolder;  ///< Folder of the results file; after a save, its path.
-    QString wavFilePath = wavFolder;     ///< Folder of the current target.
+    QString outputFilePath =
+        wavFolder; ///< Folder of the results file; after saving, its path, if any.
+    QString wavFilePath = wavFolder; ///< Folder of the current target.
 
     QString subjectCode = QStringLiteral("SUB001");
     QString outputFileName = subjectCode + QStringLiteral(".txt");

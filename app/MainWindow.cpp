@@ -18,7 +18,7 @@
 
 namespace {
 
-/// Creates a widget that is found by its member's name. The layouts give it its parent.
+/// Creates a widget that is found by its member's name. The layouts give their widgets a parent.
 template <typename Widget, typename... Arguments>
 Widget* named(const char* memberName, Arguments&&... arguments) {
     auto* widget = new Widget(std::forward<Arguments>(arguments)...);

@@ -63,8 +63,8 @@ QT_CHARTS_END_NAMESPACE
 /// The experimenter's console: prepares sessions, shows the target and the trend of the matches,
 /// plays what the listener asks for, and writes the results.
 ///
-/// Each widget carries its member's name as its object name, for tests, screen readers and
-/// drivers from outside. connectSlotsByName must therefore never be called: every slot would be
+/// Each widget carries its member's name as its object name, for tests and drivers from
+/// outside. connectSlotsByName must therefore never be called: every slot would be
 /// connected twice.
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -131,8 +131,10 @@ public:
     void selectWavFile();
 
     /// Loads the target of the current trial, copies its first channel and sizes the charts'
-    /// buffers. A file that fails to load leaves the earlier target in use. One that cannot be
-    /// a target is refused: nFiles becomes 0, trialSequence empty, nothing else changes.
+    /// buffers. A file that fails to load leaves the earlier target, if any, in use, and the
+    /// record names that one. One that cannot be
+    /// a target is refused: nFiles becomes 0 and trialSequence empty, and neither charts, samples
+    /// nor texts change.
     void genWav();
 
     /// Shows the folder and file name of the current target.
@@ -186,22 +188,31 @@ signals:
     void stateChanged(QAudio::State audioState);
 
 public slots:
+    // 4 Session control
     void on_pushButtonPractice_clicked();
     void on_pushButtonExperiment_clicked();
     void on_pushButtonGo_clicked();
+
+    // 5 Responses
 
     /// Answers a request of the listener: 2 plays the target, 4 a sinusoid at `frequency` (Hz),
     /// 0 only logs the start, anything else is reported in a warning box.
     void updateMainwindow(int response, int frequency);
 
+    // 8 Playback
+
     /// Plays the sound that is due: the sinusoid or the target.
     void playOneSound();
 
+    // 4 Session control
     void doNothing();
+
+    // 8 Playback
 
     /// Releases the audio output when it has drained, and reports one that failed on the log.
     void handleStateChanged(QAudio::State audioState);
 
+    // 4 Session control
     void on_comboBoxSesType_currentIndexChanged(int index);
     void on_comboBoxSoundType_currentIndexChanged(int index);
     void on_comboBoxMainParameter_currentIndexChanged(int index);
@@ -238,7 +249,6 @@ protected:
     // 7 Target
     bool loadTarget(Record& record);
     void refuseTarget();
-    void sizeTargetBuffers();
 
     // 8 Playback
     void schedulePresentation();
@@ -278,7 +288,7 @@ protected:
     QLineEdit* lineEditWavFileName = nullptr;      ///< Name of the target without folder.
     QLineEdit* lineEditOutputFilePath = nullptr;   ///< Folder of the results file.
     QLineEdit* lineEditOutputFileName = nullptr;   ///< Proposed name of the results file.
-    QLineEdit* lineEditFrequencyMatched = nullptr; ///< Hz, of the last sinusoid played.
+    QLineEdit* lineEditFrequencyMatched = nullptr; ///< Hz, of the last sinusoid that has sounded.
     QPushButton* pushButtonPractice = nullptr;
     QPushButton* pushButtonExperiment = nullptr;
     QPushButton* pushButtonGo = nullptr;
@@ -322,7 +332,7 @@ protected:
     int nRepetitions = 0;           ///< Of each target in this session.
     int nRepetitionsPractice = 1;   ///< Of each target in a practice session.
     int nRepetitionsExperiment = 1; ///< Of each target in an experiment session.
-    int nFiles = 0;                 ///< Targets chosen; 0 unless a session is prepared.
+    int nFiles = 0;                 ///< Targets chosen; 0 when the last preparation had none.
     bool playSinusoidNext = false;  ///< Whether the sinusoid is due, or the target.
     int soundsPerPresentation = 0;  ///< Sounds played for one request.
     int soundsPlayed = 0;           ///< Sounds started since the last request.

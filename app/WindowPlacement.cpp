@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowPlacement.h"
 
+#include "sound/SampleCount.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
@@ -10,8 +12,8 @@
 
 QRect windowPlacement(QSize available, QPoint currentPosition, bool center, double widthFraction,
                       double heightFraction) {
-    const QSize size(static_cast<int>(available.width() * std::clamp(widthFraction, 0.0, 1.0)),
-                     static_cast<int>(available.height() * std::clamp(heightFraction, 0.0, 1.0)));
+    const QSize size(truncatedToInt(available.width() * std::clamp(widthFraction, 0.0, 1.0)),
+                     truncatedToInt(available.height() * std::clamp(heightFraction, 0.0, 1.0)));
     if (center)
         return {QPoint((available.width() - size.width()) / 2,
                        (available.height() - size.height()) / 2),
@@ -24,7 +26,9 @@ QRect windowPlacement(QSize available, QPoint currentPosition, bool center, doub
 
 void placeOnPrimaryScreen(QWidget& window, bool center, double widthFraction,
                           double heightFraction) {
-    const QSize available = QGuiApplication::primaryScreen()->availableSize();
-    window.setGeometry(
-        windowPlacement(available, window.pos(), center, widthFraction, heightFraction));
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr)
+        return;
+    window.setGeometry(windowPlacement(screen->availableSize(), window.pos(), center, widthFraction,
+                                       heightFraction));
 }

@@ -18,6 +18,6 @@ class QWidget;
 QRect windowPlacement(QSize available, QPoint currentPosition, bool center, double widthFraction,
                       double heightFraction);
 
-/// Places a window on the primary screen as windowPlacement() says.
+/// Places a window on the primary screen as windowPlacement() says. Without a screen it stays.
 void placeOnPrimaryScreen(QWidget& window, bool center, double widthFraction,
                           double heightFraction);

@@ -105,7 +105,7 @@ void MainWindow::setUpFonts() {
 
 void MainWindow::setUpAudioFormat() {
     constexpr int bitsPerSample = 32;
-    audioFormat.setSampleRate(static_cast<int>(data.samplingRate));
+    audioFormat.setSampleRate(truncatedToInt(data.samplingRate));
     audioFormat.setChannelCount(1);
     audioFormat.setSampleSize(bitsPerSample);
     audioFormat.setCodec(QStringLiteral("audio/pcm"));

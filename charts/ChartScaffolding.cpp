@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "app/Release.h"
+#include "charts/EmptyTrend.h"
+
 #include <QGridLayout>
 #include <QtCharts/QChart>
 #include <QtCharts/QChartView>
@@ -45,12 +48,6 @@ QChartView* createView(const char* memberName, QChart* chart) {
     view->setObjectName(QLatin1String(memberName));
     view->setRenderHint(QPainter::Antialiasing);
     return view;
-}
-
-/// Deletes an object and forgets it.
-template <typename Object> void release(Object*& object) {
-    delete object;
-    object = nullptr;
 }
 
 } // namespace
@@ -100,7 +97,6 @@ void MainWindow::displayEmptyFFT() {
 
 void MainWindow::displayEmptyTrend() {
     constexpr int fewestTicks = 2;
-    constexpr double emptyRangeTop = 4;
     const QString numberFormat = QStringLiteral("%g");
     if (seriesTrend == nullptr) {
         seriesTrend = new QLineSeries;
@@ -117,7 +113,7 @@ void MainWindow::displayEmptyTrend() {
     if (axisYTrend == nullptr) {
         axisYTrend = new QValueAxis;
         axisYTrend->setLabelsVisible(true);
-        axisYTrend->setRange(0, emptyRangeTop);
+        axisYTrend->setRange(0, emptyTrendTop);
         axisYTrend->setLabelFormat(numberFormat);
         titleAxis(axisYTrend, QStringLiteral("Frequency matched (Hz)"), fontAxisLabels,
                   fontAxisTitles);

@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "charts/ChartPoints.h"
+#include "charts/EmptyTrend.h"
 
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
@@ -11,7 +12,7 @@ void MainWindow::updateTrend() {
     if (data.records.isEmpty())
         return;
     trendTrials.append(data.nResponses);
-    trendFrequencies.append(data.records[0].frequencyMatched);
+    trendFrequencies.append(data.records.constFirst().frequencyMatched);
     seriesTrend->append(trendTrials.last(), trendFrequencies.last());
     axisXTrend->setRange(0, data.nResponses);
     axisXTrend->setLabelFormat(QStringLiteral("%g"));
@@ -24,12 +25,11 @@ void MainWindow::updateTrend() {
 }
 
 void MainWindow::resetTrend() {
-    constexpr double emptyRangeTop = 4;
     trendTrials.clear();
     trendFrequencies.clear();
     data.nResponses = 0;
     data.reserved = 0;
     seriesTrend->clear();
-    rangeTrend = {0, emptyRangeTop};
+    rangeTrend = {0, emptyTrendTop};
     axisYTrend->setRange(rangeTrend[0], rangeTrend[1]);
 }

@@ -9,7 +9,7 @@
 #include <QtCharts/QValueAxis>
 
 void MainWindow::displayWav() {
-    updateNPointsToPlot();
+    limitPlotToSound(data);
     pairPoints(timeAxisMs, targetSamples, data.nPointsToPlot, pointsWav);
     seriesWav->replace(pointsWav);
     axisXWav->setRange(0, data.nPointsToPlot / data.samplingRate * 1000);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "demo/Demonstration.h"
 
+#include "app/DesktopFolder.h"
 #include "app/MainWindow.h"
 #include "demo/SimulatedListener.h"
 #include "subject/SubjectWindow.h"
@@ -25,6 +26,11 @@ constexpr double targetPitch = 440;     // Hz.
 constexpr double targetDuration = 0.25; // Seconds.
 constexpr double samplingRate = 40000;  // Hz.
 const char* const targetName = "harmonic440.wav";
+
+/// Where the program's dialog looks for it first.
+QString targetPath() {
+    return desktopFolder() + u'/' + QLatin1String(targetName);
+}
 
 void say(const QString& text) {
     QTextStream(stdout) << text << '\n' << Qt::flush;
@@ -76,7 +82,7 @@ bool Demonstration::run() {
 }
 
 bool Demonstration::makeTarget() {
-    const QString path = pathOf(QLatin1String(targetName));
+    const QString path = targetPath();
     const QStringList format = QStringLiteral("-D -r 40000 -c 3 -n -b 16").split(u' ');
     const QStringList sound = QStringLiteral("synth %1 sine %2 sine %3 sine %4 "
                                              "remix 1v0.3,2v0.2,3v0.1 fade h 0.02 %1 0.02")
@@ -99,7 +105,7 @@ bool Demonstration::makeTarget() {
 
 bool Demonstration::holdSession(MainWindow& window, SessionDriver& session) {
     say(QStringLiteral("Experimenter: \"Practice\", and chooses the target."));
-    session.prepare(SessionDriver::Session::Practice, pathOf(QLatin1String(targetName)));
+    session.prepare(SessionDriver::Session::Practice, targetPath());
     say(QStringLiteral("Experimenter: \"Go\"."));
     if (session.go() == nullptr)
         return fail(QStringLiteral("the listener's window does not open"));
@@ -157,9 +163,10 @@ bool Demonstration::checkSound() {
               recording.size() * qint64(sizeof(float)));
     raw.close();
     // Unlike sox, ffmpeg keeps the floats as they are.
-    outputOf(QStringLiteral("ffmpeg"),
-             QStringLiteral("-loglevel error -y -f f32le -ar 40000 -ac 1 -i").split(u' ') +
-                 QStringList{raw.fileName(), pathOf(QStringLiteral("heard.wav"))});
+    outputOf(
+        QStringLiteral("ffmpeg"),
+        QStringLiteral("-loglevel error -y -f f32le -ar 40000 -ac 1 -i").split(u' ') +
+            QStringList{raw.fileName(), "-c:a", "pcm_f32le", pathOf(QStringLiteral("heard.wav"))});
     raw.remove();
     if (!folder.exists(QStringLiteral("heard.wav")))
         return fail(QStringLiteral("ffmpeg did not write heard.wav"));

@@ -10,6 +10,8 @@
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
+    // Else it is chance whether a picture shows the text cursor.
+    QApplication::setCursorFlashTime(0);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 2 || !QDir(arguments.last()).exists()) {
         QTextStream(stderr) << "usage: pellion_demo FOLDER\n"

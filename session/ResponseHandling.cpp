@@ -3,15 +3,11 @@
 #include "app/MainWindow.h"
 
 #include "app/SettingsText.h"
+#include "subject/ResponseCode.h"
 
 #include <QDebug>
 #include <QLineEdit>
 #include <QMessageBox>
-
-namespace {
-/// What the listener's window can say.
-enum ResponseCode : int { SessionStarted = 0, PlayTarget = 2, PlaySinusoid = 4 };
-} // namespace
 
 void MainWindow::updateMainwindow(int response, int frequency) {
     soundsPlayed = 0;
@@ -46,5 +42,5 @@ void MainWindow::updateMainwindow(int response, int frequency) {
 
 void MainWindow::updateFrequencyMatched() {
     if (!data.records.isEmpty())
-        lineEditFrequencyMatched->setText(hertzText(data.records[0].frequencyMatched));
+        lineEditFrequencyMatched->setText(hertzText(data.records.constFirst().frequencyMatched));
 }

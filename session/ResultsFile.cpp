@@ -46,7 +46,13 @@ void MainWindow::writeDataToTxt() {
     }
     if (!data.records.isEmpty()) {
         QTextStream stream(&file);
-        stream << resultsText(data.records[0].fileName, trendFrequencies);
+        stream << resultsText(data.records.constFirst().fileName, trendFrequencies);
     }
+    // A full disk shows only here: until then the bytes are held back.
+    const bool isWritten = file.flush();
     file.close();
+    if (!isWritten || file.error() != QFileDevice::NoError)
+        QMessageBox::warning(this, QStringLiteral("Warning"),
+                             QStringLiteral("could not write file \r\n") + data.outputFilePath,
+                             QMessageBox::Ok);
 }

@@ -10,6 +10,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+#include <algorithm>
+
 namespace {
 /// Entries of Data::sessionTypes.
 enum SessionType : int { Practice = 0, Experiment = 1 };
@@ -102,7 +104,7 @@ void MainWindow::finishIt() {
 void MainWindow::saveResultsAndAdvanceFileNumber() {
     if (data.saveDataToFile)
         writeDataToTxt();
-    data.fileNumber += 1;
+    data.fileNumber = std::min(data.fileNumber, spinBoxFileNumber->maximum()) + 1;
     spinBoxFileNumber->setValue(data.fileNumber);
 }
 

@@ -2,6 +2,30 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/TrialSequence.h"
 
+#include <QtGlobal>
+
+#include <chrono>
+#include <cstdint>
+#include <exception>
+
+namespace {
+
+/// A seed from the system's random device, closed again at once. Where it cannot be opened the
+/// clock has to do: an order that could be guessed is better than a session that cannot be held.
+std::uint32_t randomSeed() {
+    try {
+        std::random_device device("/dev/urandom");
+        return device();
+    } catch (const std::exception& failure) {
+        qWarning("no random device (%s): the order of trials is drawn from the clock",
+                 failure.what());
+        const auto now = std::chrono::system_clock::now().time_since_epoch();
+        return static_cast<std::uint32_t>(now.count());
+    }
+}
+
+} // namespace
+
 QVector<int> orderedTrials(int nRepetitions, int nFiles) {
     QVector<int> trials;
     for (int repetition = 0; repetition < nRepetitions; ++repetition)
@@ -12,8 +36,7 @@ QVector<int> orderedTrials(int nRepetitions, int nFiles) {
 
 QVector<int> randomTrials(int nRepetitions, int nFiles) {
     QVector<int> trials = orderedTrials(nRepetitions, nFiles);
-    std::random_device device("/dev/urandom");
-    std::mt19937 generator(device());
+    std::mt19937 generator(randomSeed());
     shuffleTrials(trials, generator);
     return trials;
 }

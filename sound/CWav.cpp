@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/CWav.h"
 
+#include "sound/SampleConversion.h"
+
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -27,38 +29,6 @@ constexpr std::size_t bytesPerPiece = std::size_t{1} << 20U;
 
 /// Samples are converted in blocks of this many, which stay in the processor's first cache.
 constexpr std::size_t samplesPerBlock = 1024;
-
-struct Unsigned8Bit {
-    static constexpr std::size_t byteCount = 1;
-
-    static double decode(const char* bytes) {
-        return (static_cast<unsigned char>(*bytes) - 128) * 0.0078125;
-    }
-};
-
-struct Signed16Bit {
-    static constexpr std::size_t byteCount = 2;
-
-    static double decode(const char* bytes) {
-        std::int16_t value = 0;
-        std::memcpy(&value, bytes, sizeof(value));
-        return value * 3.0517578125e-5;
-    }
-};
-
-struct Signed24Bit {
-    static constexpr std::size_t byteCount = 3;
-
-    static double decode(const char* bytes) {
-        const int low = static_cast<unsigned char>(bytes[0]);
-        const int middle = static_cast<unsigned char>(bytes[1]);
-        const int high = static_cast<unsigned char>(bytes[2]);
-        const int code = low + 256 * middle + 65536 * high;
-        // Deliberately not "at least": the code 0x800000, which is exactly 1.0, stays +1.0.
-        // Subtracting 2.0 as an integer spares a branch that noise would mispredict half the time.
-        return (code - (code > 0x800000 ? 0x1000000 : 0)) * 1.1920928955078125e-7;
-    }
-};
 
 /// Appends the samples that the bytes hold, at most `maximum`; throws, and appends none of them,
 /// when there is no room.
@@ -102,7 +72,9 @@ void readUpTo(std::size_t wanted, const std::filesystem::path& path, std::istrea
         hasRoom = hasMemoryFor([&] { bytes.reserve(std::min<std::uintmax_t>(wanted, fileSize)); });
     std::size_t obtained = 0;
     while (hasRoom && obtained < wanted && file) {
-        const std::size_t piece = std::min(wanted - obtained, bytesPerPiece);
+        std::size_t piece = std::min(wanted - obtained, bytesPerPiece);
+        if (bytes.capacity() > obtained) // the room there is first, before any more is asked for
+            piece = std::min(piece, bytes.capacity() - obtained);
         hasRoom = hasMemoryFor([&] { bytes.resize(obtained + piece); });
         if (hasRoom) {
             file.read(bytes.data() + obtained, static_cast<std::streamsize>(piece));
@@ -145,6 +117,7 @@ CWav& CWav::operator=(CWav&& other) noexcept {
 
 void CWav::exchangeWith(CWav& other) noexcept {
     std::swap(header, other.header);
+    std::swap(mostSamplesPerChannel, other.mostSamplesPerChannel);
     std::swap(audioFormatWord, other.audioFormatWord);
     std::swap(rawData, other.rawData);
     std::swap(bytesRead, other.bytesRead);
@@ -176,7 +149,10 @@ bool CWav::LoadWav(std::string fileName) {
 
     numberOfSamples = header.dataSize / (header.bitsPerSample / 8U);
     if (header.dataSize != 0) {
-        readUpTo(header.dataSize, path, file, rawData);
+        const std::uint64_t mostSamples =
+            mostSamplesPerChannel * std::max<std::uint64_t>(header.numberOfChannels, 1);
+        const bool isTooLong = numberOfSamples > mostSamples;
+        readUpTo(isTooLong ? 0 : header.dataSize, path, file, rawData);
         bytesRead = static_cast<std::int64_t>(rawData.size());
         ConvertData();
     }

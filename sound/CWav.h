@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -64,8 +65,8 @@ public:
     bool LoadWav(std::string fileName);
 
     /// Replaces the samples by what the data bytes give at the header's bits per sample; by nothing
-    /// when fewer bytes were read than the header's data size, or at other sizes than 8, 16 and
-    /// 24 bits.
+    /// when not exactly as many bytes were read as the header's data size says, or at other sizes
+    /// than 8, 16 and 24 bits.
     void ConvertData();
 
     /// Appends the header and the data bytes, as they were read, to a file, which is created where
@@ -79,7 +80,8 @@ public:
     /// Returns audioFormatWord, which is not the header's audio format.
     std::uint16_t GetAudioFormat() const;
 
-    /// Prints the header to standard output, one labelled line a field.
+    /// Prints the header to standard output in twelve labelled lines; the size of the format chunk
+    /// has none.
     void DisplayHeader() const;
 
     /// Prints the samples to standard output, one a line.
@@ -93,6 +95,10 @@ public:
     std::uint32_t numberOfSamples = 0;
     const double* samplePointer = nullptr; ///< first of `samples`, null when there are none
     std::vector<double> samples;           ///< full scale -1 to +1, channels interleaved
+
+    /// Files that declare more samples than this are not worth reading to the caller: they count as
+    /// files that end before their data.
+    std::uint64_t mostSamplesPerChannel = std::numeric_limits<std::uint32_t>::max();
 
 private:
     void exchangeWith(CWav& other) noexcept;

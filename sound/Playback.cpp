@@ -5,6 +5,7 @@
 #include "sound/Presentation.h"
 #include "sound/Sinusoid.h"
 #include "sound/SoundBytes.h"
+#include "subject/ResponseCode.h"
 
 #include <QAudioOutput>
 #include <QBuffer>
@@ -88,6 +89,6 @@ void MainWindow::handleStateChanged(QAudio::State audioState) {
     } else if (audioState == QAudio::IdleState) {
         releaseAudioOutput();
         if (soundsPlayed == soundsPerPresentation)
-            emit soundPlaying(-1);
+            emit soundPlaying(soundsEnded);
     }
 }

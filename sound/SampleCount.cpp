@@ -15,5 +15,5 @@ int truncatedToInt(double number) {
 }
 
 int sampleCount(double durationSeconds, double samplingRate) {
-    return truncatedToInt(std::floor(durationSeconds * samplingRate));
+    return std::clamp(truncatedToInt(std::floor(durationSeconds * samplingRate)), 0, mostSamples);
 }

@@ -5,6 +5,9 @@
 #include "app/SettingsText.h"
 #include "charts/SpectrumSizing.h"
 #include "sound/CWav.h"
+#include "sound/SampleCount.h"
+
+#include <QFile>
 
 #include <algorithm>
 #include <cmath>
@@ -13,15 +16,11 @@
 
 namespace {
 
-/// The number of doubles that the largest vector holds: its bytes and its header fit an int.
-constexpr qint64 mostSamples =
-    (std::numeric_limits<int>::max() - qint64(sizeof(QArrayData))) / qint64(sizeof(double));
-
 bool isPlayableCount(double count) {
-    return count >= 1.0 && count <= double(mostSamples);
+    return count >= 1.0 && count <= mostSamples;
 }
 
-/// Bytes that preparing and playing a target take at their peak.
+/// About the bytes that preparing and playing a target take.
 qint64 bytesToPrepare(int samplesLoaded, int samplesPlayed) {
     constexpr auto bytesPerDouble = qint64(sizeof(double));
     const qint64 length = spectrumSizing(samplesLoaded, 1.0, 0.0).length;
@@ -34,14 +33,27 @@ qint64 bytesToPrepare(int samplesLoaded, int samplesPlayed) {
     return target + spectrum + playing;
 }
 
+/// Bytes of memory and swap that are free or can be freed, as far as the system tells.
+qint64 unusedMemory() {
+    QFile file(QStringLiteral("/proc/meminfo"));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::numeric_limits<qint64>::max();
+    qint64 kibibytes = 0;
+    for (const QByteArray& line : file.readAll().split('\n'))
+        if (line.startsWith("MemAvailable:") || line.startsWith("SwapFree:"))
+            kibibytes += line.simplified().split(' ').value(1).toLongLong();
+    return kibibytes * 1024;
+}
+
 /// Asks for the memory and gives it back at once. Asking beforehand keeps a preparation from
 /// failing half-way, when charts and settings have already changed.
 bool isMemoryAvailable(qint64 bytes) {
+    // Fails at a limit of the process; of the machine's memory it may promise more than there is.
     // Volatile, or the compiler drops the pair of calls and takes the memory for granted.
     void* volatile block = std::malloc(static_cast<std::size_t>(bytes));
     const bool isAvailable = block != nullptr;
     std::free(block);
-    return isAvailable;
+    return isAvailable && bytes <= unusedMemory();
 }
 
 } // namespace
@@ -70,12 +82,13 @@ void copyFirstChannel(const CWav& wav, int count, QVector<double>& target) {
     const std::size_t channels = wav.header.numberOfChannels;
     if (channels != 1 && channels != 2)
         return;
-    if (target.size() < count)
-        target.resize(count);
+    const int wanted = std::max(count, 0);
+    if (target.size() < wanted)
+        target.resize(wanted);
     const auto available =
-        static_cast<int>(std::min<std::size_t>(wav.samples.size() / channels, std::size_t(count)));
+        static_cast<int>(std::min<std::size_t>(wav.samples.size() / channels, std::size_t(wanted)));
     double* destination = target.data();
     for (int i = 0; i < available; ++i)
         destination[i] = wav.samples[channels * std::size_t(i)];
-    std::fill(destination + available, destination + count, 0.0);
+    std::fill(destination + available, destination + wanted, 0.0);
 }

@@ -24,8 +24,8 @@ double durationSeconds(const CWav& wav);
 /// cannot be had.
 bool isUsableTarget(const CWav& wav, double samplingRate);
 
-/// Copies up to `count` samples of one channel into the beginning of `target`, which is grown when
-/// it is shorter than `count`: the only channel of a mono file, the first (left) of a stereo file.
-/// Nothing is copied from files with more channels. Where the file holds fewer samples than that,
-/// the rest of `count` becomes 0.
+/// Copies up to `count` (0 or more) samples of one channel into the beginning of `target`, which is
+/// grown when it is shorter than `count`: the only channel of a mono file, the first (left) of a
+/// stereo file. Nothing is copied from files with more channels. Where the file holds fewer samples
+/// than that, the rest of `count` becomes 0.
 void copyFirstChannel(const CWav& wav, int count, QVector<double>& target);

@@ -4,6 +4,7 @@
 
 #include "app/SettingsText.h"
 #include "charts/PlottedStretch.h"
+#include "sound/SampleCount.h"
 #include "sound/TargetSamples.h"
 
 #include <QFileDialog>
@@ -56,6 +57,7 @@ void MainWindow::genWav() {
         refuseTarget();
         return;
     }
+    // Only now: a refused target changes nothing, and a kept one has another name than the chosen.
     data.wavFilePath = record.filePath;
     data.wavFileName = record.fileName;
     currentTargetPath = pathOf(record);
@@ -78,25 +80,27 @@ void MainWindow::genWav() {
 }
 
 /// Loads the file of a record into `wav`. A file that fails to load leaves the earlier target in
-/// use, and the record then names that one, so that nothing shown or saved is mislabelled.
-/// Returns false, with `wav` as it was, when there is nothing to play.
+/// use, if there is one, and the record then names that one, so that nothing shown or saved is
+/// mislabelled. Returns false, with `wav` as it was, when there is nothing to play.
 bool MainWindow::loadTarget(Record& record) {
-    const QString path = pathOf(record);
     CWav loaded;
-    const bool isLoaded = loaded.LoadWav(path.toStdString());
+    loaded.mostSamplesPerChannel = mostSamples;
+    const bool isLoaded = loaded.LoadWav(pathOf(record).toStdString());
     const bool isCancelled = record.fileName.isEmpty();
     if (isCancelled)
         return false;
-    if (!isUsableTarget(isLoaded ? loaded : wav, data.samplingRate)) {
-        std::cerr << "Unusable WAV file: " << path.toStdString() << std::endl;
+    const bool isEarlierKept = !isLoaded && targetInUse.has_value();
+    if (isEarlierKept)
+        record = *targetInUse;
+    if (!isUsableTarget(isEarlierKept ? wav : loaded, data.samplingRate)) {
+        std::cerr << "Unusable WAV file: " << pathOf(record).toStdString() << std::endl;
         return false;
     }
-    if (isLoaded) {
+    if (isEarlierKept) {
+        std::cerr << "Keeping the earlier target: " << pathOf(record).toStdString() << std::endl;
+    } else {
         wav = std::move(loaded);
         targetInUse = record;
-    } else {
-        record = *targetInUse;
-        std::cerr << "Keeping the earlier target: " << pathOf(record).toStdString() << std::endl;
     }
     return true;
 }

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "subject/SubjectWindow.h"
 
+#include "app/Release.h"
 #include "app/WindowPlacement.h"
+#include "subject/ResponseCode.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -15,12 +17,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-/// What the listener asks the main window for.
-enum ResponseCode : int { PlayTarget = 2, PlaySinusoid = 4 };
-
-/// Passed to updateSubjectWindow when the last sound of a request has ended.
-constexpr int soundsEnded = -1;
 
 // The range and value before the main window has sent its own; the members' defaults.
 constexpr int leastFrequency = 10;
@@ -62,12 +58,6 @@ void setFrequencies(Control* control, int least, int most, int current, int step
     control->setRange(least, most);
     control->setValue(current);
     control->setSingleStep(step);
-}
-
-/// Deletes an object and forgets it.
-template <typename Object> void release(Object*& object) {
-    delete object;
-    object = nullptr;
 }
 
 } // namespace
@@ -245,7 +235,7 @@ void SubjectWindow::on_pushButtonPlaySinusoid_clicked() {
 void SubjectWindow::updateSubjectWindow(int index) {
     setEnabled(false);
     // Disabling a window disables its dialogs too, but the listener must still be able to answer.
-    if (closeQuestion != nullptr)
+    if (!closeQuestion.isNull())
         closeQuestion->setEnabled(true);
     disableAllChoiceButtons();
     if (index != soundsEnded)
@@ -261,13 +251,17 @@ void SubjectWindow::updateSubjectWindow(int index) {
 }
 
 void SubjectWindow::closeEvent(QCloseEvent* event) {
-    QMessageBox question(QMessageBox::Question, QStringLiteral("Confirmation MessageBox"),
-                         tr("Do you want to close this window?\n"),
-                         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, this);
-    question.setDefaultButton(QMessageBox::Yes);
-    closeQuestion = &question;
-    const bool isConfirmed = question.exec() == QMessageBox::Yes;
-    closeQuestion = nullptr;
+    const QPointer<SubjectWindow> thisWindow(this);
+    closeQuestion =
+        new QMessageBox(QMessageBox::Question, QStringLiteral("Confirmation MessageBox"),
+                        tr("Do you want to close this window?\n"),
+                        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, this);
+    closeQuestion->setDefaultButton(QMessageBox::Yes);
+    const bool isConfirmed = closeQuestion->exec() == QMessageBox::Yes;
+    // The program may have ended while the question stood open, and taken both along.
+    if (thisWindow.isNull())
+        return;
+    delete closeQuestion;
     if (isConfirmed)
         emit subjectWindowClosed();
     event->setAccepted(isConfirmed);

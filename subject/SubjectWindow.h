@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <array>
 
@@ -110,5 +111,5 @@ protected:
     double widthRatio = 0.7;  ///< Of the available screen.
     double heightRatio = 0.8; ///< Of the available screen.
 
-    QMessageBox* closeQuestion = nullptr; ///< While the listener is asked; null otherwise.
+    QPointer<QMessageBox> closeQuestion; ///< While the listener is asked; null otherwise.
 };

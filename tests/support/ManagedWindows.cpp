@@ -82,7 +82,7 @@ QVector<ManagedWindow> managedWindows() {
     return windows;
 }
 
-bool closeManagedWindow(quint32 id) {
+bool closeManagedWindow(quint64 id) {
     const Server server;
     if (!server.answers())
         return false;
@@ -91,7 +91,7 @@ bool closeManagedWindow(quint32 id) {
     xcb_client_message_event_t message = {};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = messageBits;
-    message.window = id;
+    message.window = static_cast<xcb_window_t>(id);
     message.type = server.atom("_NET_CLOSE_WINDOW");
     message.data.data32[1] = fromPager;
     return server.sendToWindowManager(message);

@@ -9,7 +9,7 @@ namespace testsupport {
 
 /// A window as the window manager lists it.
 struct ManagedWindow {
-    quint32 id = 0;       ///< The same number as QWidget::winId().
+    quint64 id = 0;       ///< The same number as QWidget::winId().
     QString title;        ///< Of the title bar, with all that the toolkit appends.
     QString programClass; ///< By which a desktop tells one program's windows from another's.
 };
@@ -19,6 +19,6 @@ QVector<ManagedWindow> managedWindows();
 
 /// Asks the window manager to close a window of any program, as its frame's close button does.
 /// Returns whether the request could be sent.
-bool closeManagedWindow(quint32 id);
+bool closeManagedWindow(quint64 id);
 
 } // namespace testsupport

@@ -36,9 +36,9 @@
 // accuracy: rounding accumulates along a block and starts afresh at the next. It comes to about
 // 1e-13 of the largest value at 2^14 values and doubles, more or less, with the length.
 //
-// The order of the operations is part of the contract: results are the same to the last bit
-// everywhere, provided that the compiler neither reassociates nor contracts them
-// (-ffp-contract=off).
+// The order of the operations is part of the contract: for the same cosines and sines, which are
+// the C library's, results are the same to the last bit everywhere, provided that the compiler
+// neither reassociates nor contracts the operations (-ffp-contract=off).
 #pragma once
 
 #include "Assertion.h"

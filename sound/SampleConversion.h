@@ -1,0 +1,45 @@
+// What the bytes of a PCM sample are worth.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+// Each encoding has a byteCount and a decode(), which returns the sample on the full scale of -1 to
+// +1 that the byteCount bytes from `bytes` on stand for, little-endian.
+
+/// 8 bits, unsigned, 128 being zero: divided by 128.
+struct Unsigned8Bit {
+    static constexpr std::size_t byteCount = 1;
+
+    static double decode(const char* bytes) {
+        return (static_cast<unsigned char>(*bytes) - 128) * 0.0078125;
+    }
+};
+
+/// 16 bits, two's complement: divided by 32768.
+struct Signed16Bit {
+    static constexpr std::size_t byteCount = 2;
+
+    static double decode(const char* bytes) {
+        std::int16_t value = 0;
+        std::memcpy(&value, bytes, sizeof(value));
+        return value * 3.0517578125e-5;
+    }
+};
+
+/// 24 bits, two's complement: divided by 2^23, but for the lowest code 0x800000, which is +1.0 and
+/// not -1.0, deliberately.
+struct Signed24Bit {
+    static constexpr std::size_t byteCount = 3;
+
+    static double decode(const char* bytes) {
+        const int low = static_cast<unsigned char>(bytes[0]);
+        const int middle = static_cast<unsigned char>(bytes[1]);
+        const int high = static_cast<unsigned char>(bytes[2]);
+        const int code = low + 256 * middle + 65536 * high;
+        // Subtracting 2.0 as an integer spares a branch that noise would mispredict half the time.
+        return (code - (code > 0x800000 ? 0x1000000 : 0)) * 1.1920928955078125e-7;
+    }
+};

@@ -1,0 +1,13 @@
+// What the listener's window and the main window say to each other.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+/// What the listener asks for.
+enum ResponseCode : int {
+    SessionStarted = 0, ///< Understood by the main window, sent by nobody.
+    PlayTarget = 2,
+    PlaySinusoid = 4,
+};
+
+/// In place of a count of sounds started: the last sound of a request has ended.
+constexpr int soundsEnded = -1;
