@@ -55,6 +55,7 @@ MainWindow::MainWindow(QWidget* parent)
 
 MainWindow::~MainWindow() {
     cancelPresentation();
+    deleteReleasedOutputs();
     deleteCharts();
 }
 

@@ -255,6 +255,7 @@ protected:
     void cancelPresentation();
     void startAudioOutput(const QVector<double>& samples, int length);
     void releaseAudioOutput();
+    void deleteReleasedOutputs();
 
     // 9 Charts
     void deleteCharts();

@@ -5,7 +5,7 @@
 # Names of Debian 12. "build" is what CMake looks for, "run" what the program and ./run itself use,
 # "desk" a screen and a sound device without hardware, "test" what only the tests call.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
-    libfftw3-dev libsndfile1-dev)
+    libxcb1-dev libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
 packages_for_desk=(xvfb xauth openbox pulseaudio sox ffmpeg procps)
 packages_to_test=(imagemagick locales)

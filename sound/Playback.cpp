@@ -9,6 +9,7 @@
 
 #include <QAudioOutput>
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QDebug>
 #include <QTimer>
 
@@ -80,6 +81,13 @@ void MainWindow::releaseAudioOutput() {
     // Called from within the output's own signal: it is deleted once it has returned.
     audioOutput->deleteLater();
     audioOutput = nullptr;
+}
+
+/// Deletes at once what releaseAudioOutput() has put off. An output's destructor processes events:
+/// deleted as a child of the window, it would meet its own deferred deletion there.
+void MainWindow::deleteReleasedOutputs() {
+    for (auto* output : findChildren<QAudioOutput*>(QString(), Qt::FindDirectChildrenOnly))
+        QCoreApplication::sendPostedEvents(output, QEvent::DeferredDelete);
 }
 
 void MainWindow::handleStateChanged(QAudio::State audioState) {

@@ -50,10 +50,10 @@ public:
     }
 
     bool sendToWindowManager(const xcb_client_message_event_t& message) const {
-        const auto cookie = xcb_send_event_checked(
-            connection.get(), 0, root(),
-            XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-            reinterpret_cast<const char*>(&message));
+        const auto cookie = xcb_send_event_checked(connection.get(), 0, root(),
+                                                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY |
+                                                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                                                   reinterpret_cast<const char*>(&message));
         const OwnedReply<xcb_generic_error_t> error(xcb_request_check(connection.get(), cookie),
                                                     &std::free);
         return !error;

@@ -1,0 +1,224 @@
+// Opening, closing and destroying the main window, and the program itself.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_app.h"
+
+#include "support/CloseButton.h"
+#include "support/LogLines.h"
+#include "support/ManagedWindows.h"
+#include "support/SessionDriver.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QPointer>
+#include <QProcess>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QtCharts/QChart>
+#include <QtCharts/QChartView>
+#include <QtCharts/QLineSeries>
+#include <QtCharts/QValueAxis>
+
+#include <algorithm>
+
+using testsupport::CloseEvents;
+using testsupport::find;
+using testsupport::InspectedMainWindow;
+using testsupport::LogLines;
+using testsupport::ManagedWindow;
+
+namespace {
+
+/// The program in a process of its own, called by another name than its own so that whatever it
+/// calls itself comes from its code.
+class RunningProgram {
+public:
+    explicit RunningProgram(const QProcessEnvironment& environment) {
+        const QString alias = folder.filePath(QStringLiteral("alias"));
+        QFile::link(QStringLiteral(PELLION_PROGRAM), alias);
+        process.setProcessEnvironment(environment);
+        process.start(alias, QStringList());
+    }
+    ~RunningProgram() {
+        if (process.state() == QProcess::NotRunning)
+            return;
+        process.kill();
+        process.waitForFinished();
+    }
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+    RunningProgram(RunningProgram&&) = delete;
+    RunningProgram& operator=(RunningProgram&&) = delete;
+
+    /// Waits for the one window that opens; an id of 0 when none came.
+    ManagedWindow waitForWindow() const {
+        constexpr int patienceMs = 20000;
+        QVector<ManagedWindow> opened;
+        (void)QTest::qWaitFor(
+            [&opened] {
+                opened = testsupport::managedWindows();
+                return opened.size() == 1 && !opened.first().title.isEmpty();
+            },
+            patienceMs);
+        return opened.size() == 1 ? opened.first() : ManagedWindow();
+    }
+
+    /// Closes the window as a person would and waits for the end of the program.
+    bool closeAndWait(const ManagedWindow& window) {
+        return testsupport::closeManagedWindow(window.id) && process.waitForFinished();
+    }
+
+    QProcess process;
+
+private:
+    QTemporaryDir folder;
+};
+
+} // namespace
+
+void TestMainWindowLife::openingAndDestroyingWritesNothingOnTheLog() {
+    const LogLines log;
+    {
+        MainWindow window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+    }
+    QCOMPARE(log.all(), QStringList());
+}
+
+void TestMainWindowLife::destructorLeavesNothingBehind() {
+    const QWidgetList before = QApplication::allWidgets();
+    QVector<QPointer<QObject>> parts;
+    {
+        InspectedMainWindow window;
+        for (QObject* part : window.findChildren<QObject*>())
+            parts.append(part);
+        for (QObject* part : std::initializer_list<QObject*>{
+                 window.labelSessionType.get(), window.labelSoundType.get(),
+                 window.labelMainParameter.get(), window.comboBoxSesType.get(),
+                 window.comboBoxSoundType.get(), window.comboBoxMainParameter.get()})
+            parts.append(part);
+        QVERIFY(std::none_of(parts.cbegin(), parts.cend(),
+                             [](const auto& part) { return part.isNull(); }));
+    }
+    QVERIFY(parts.size() > 50);
+    for (const auto& part : parts)
+        QVERIFY2(part.isNull(), part ? qPrintable(part->objectName()) : "");
+    for (const QWidget* widget : QApplication::allWidgets())
+        QVERIFY2(before.contains(const_cast<QWidget*>(widget)), widget->metaObject()->className());
+}
+
+void TestMainWindowLife::destructorDeletesTheChartsInTheirOrder() {
+    auto window = std::make_unique<InspectedMainWindow>();
+    const QVector<QPair<const char*, QObject*>> expectedOrder = {
+        {"seriesWav", window->seriesWav},
+        {"seriesFFT", window->seriesFFT},
+        {"seriesTrend", window->seriesTrend},
+        {"axisXWav", window->axisXWav},
+        {"axisXFFT", window->axisXFFT},
+        {"axisXTrend", window->axisXTrend},
+        {"axisYWav", window->axisYWav},
+        {"axisYFFT", window->axisYFFT},
+        {"axisYTrend", window->axisYTrend},
+        {"chartWav", window->chartWav},
+        {"chartFFT", window->chartFFT},
+        {"chartTrend", window->chartTrend},
+        {"chartViewWav", window->chartViewWav},
+        {"chartViewFFT", window->chartViewFFT},
+        {"chartViewTrend", window->chartViewTrend}};
+    QStringList expected;
+    QStringList deleted;
+    for (const auto& [name, object] : expectedOrder) {
+        expected.append(QString::fromLatin1(name));
+        connect(object, &QObject::destroyed, this,
+                [&deleted, part = expected.last()] { deleted.append(part); });
+    }
+    window.reset();
+    QCOMPARE(deleted, expected);
+}
+
+void TestMainWindowLife::quitClosesTheWindow() {
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    testsupport::click(window, "pushButtonQuit");
+    QVERIFY(!window.isVisible());
+}
+
+void TestMainWindowLife::closingIsIgnoredWhileTheWindowIsDisabled() {
+    MainWindow window;
+    window.show();
+    window.disableAllComponents();
+    QVERIFY(!window.isEnabled());
+    QVERIFY(!window.close());
+    QVERIFY(window.isVisible());
+    window.setEnabled(true);
+    QVERIFY(window.close());
+    QVERIFY(!window.isVisible());
+}
+
+void TestMainWindowLife::windowManagerClosesOnlyTheEnabledWindow() {
+    MainWindow window;
+    const CloseEvents requests(window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTRY_COMPARE(testsupport::managedWindows().size(), 1);
+    window.setEnabled(false);
+    QVERIFY(testsupport::pressCloseButton(window));
+    QTRY_COMPARE(requests.count(), 1);
+    QVERIFY(window.isVisible());
+    window.setEnabled(true);
+    QVERIFY(testsupport::pressCloseButton(window));
+    QTRY_COMPARE(requests.count(), 2);
+    QVERIFY(!window.isVisible());
+}
+
+void TestMainWindowLife::sessionAfter99IsNumbered100() {
+    InspectedMainWindow window;
+    window.data.saveDataToFile = false;
+    auto* fileNumber = find<QSpinBox>(window, "spinBoxFileNumber");
+    fileNumber->setValue(99);
+    window.finishIt();
+    QCOMPARE(fileNumber->value(), 100);
+    QCOMPARE(window.data.fileNumber, 100);
+    QCOMPARE(window.data.outputFileName, QStringLiteral("SUB001_practice100.txt"));
+}
+
+void TestMainWindowLife::lastFileNumberIsNotLost() {
+    InspectedMainWindow window;
+    window.data.saveDataToFile = false;
+    auto* fileNumber = find<QSpinBox>(window, "spinBoxFileNumber");
+    fileNumber->setValue(2147483646);
+    QCOMPARE(window.data.fileNumber, 2147483646);
+    QCOMPARE(window.data.outputFileName, QStringLiteral("SUB001_practice2147483646.txt"));
+    window.finishIt();
+    QCOMPARE(window.data.fileNumber, 2147483647);
+    QCOMPARE(fileNumber->value(), 2147483646);
+}
+
+void TestMainWindowLife::programOpensTheWindowAndEndsWithIt() {
+    RunningProgram program(QProcessEnvironment::systemEnvironment());
+    const ManagedWindow window = program.waitForWindow();
+    QCOMPARE(window.title, QStringLiteral("Vantaro Lab | Pellion (v014) | Main Window"));
+    QCOMPARE(window.programClass, QStringLiteral("pellion"));
+    QVERIFY(program.closeAndWait(window));
+    QCOMPARE(program.process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.process.readAllStandardError(), QByteArray());
+    QCOMPARE(program.process.readAllStandardOutput(), QByteArray());
+    QCOMPARE(program.process.exitCode(), 0);
+}
+
+void TestMainWindowLife::programOpensWithoutASoundDeviceAndSaysSo() {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
+    RunningProgram program(environment);
+    const ManagedWindow window = program.waitForWindow();
+    QCOMPARE(window.title, QStringLiteral("Vantaro Lab | Pellion (v014) | Main Window"));
+    QVERIFY(program.closeAndWait(window));
+    QCOMPARE(program.process.exitCode(), 0);
+    const QList<QByteArray> lines = program.process.readAllStandardError().split('\n');
+    QCOMPARE(lines.count("Raw audio format not supported by backend, cannot play audio."), 1);
+}

@@ -1,0 +1,307 @@
+// The amplitude spectrum of a sound and its analysis windows.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_charts.h"
+
+#include "charts/AmplitudeSpectrum.h"
+
+#include "FFTReal.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numeric>
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr long double pi = 3.141592653589793238462643383279502884L;
+
+struct Spectrum {
+    QVector<double> frequencies;
+    QVector<double> amplitudes;
+    QVector<double> phases;
+};
+
+/// The spectrum of `samples`, in vectors of just the size it needs.
+Spectrum spectrumOf(const QVector<double>& samples, int length, int nSamples,
+                    double frequencyResolution = 1.0) {
+    Spectrum spectrum;
+    for (QVector<double>* bins : {&spectrum.frequencies, &spectrum.amplitudes, &spectrum.phases})
+        bins->resize(length / 2);
+    computeAmplitudeSpectrum(samples, length, nSamples, frequencyResolution,
+                             {spectrum.frequencies, spectrum.amplitudes, spectrum.phases});
+    return spectrum;
+}
+
+QVector<double> noise(int count) {
+    std::mt19937 generator(14);
+    std::uniform_real_distribution<double> value(-1.0, 1.0);
+    QVector<double> samples(count);
+    std::generate(samples.begin(), samples.end(), [&] { return value(generator); });
+    return samples;
+}
+
+/// A sinusoid of so many periods in `length` samples, phase in radians.
+QVector<double> sinusoid(int count, double amplitude, double periods, int length, double phase) {
+    QVector<double> samples(count);
+    for (int i = 0; i < count; ++i)
+        samples[i] = static_cast<double>(
+            amplitude * std::cos(2 * pi * static_cast<long double>(periods) * i / length + phase));
+    return samples;
+}
+
+/// Bin k of the transform of `length` values by its definition.
+std::complex<long double> directBin(const QVector<double>& samples, int length, int k) {
+    std::complex<long double> sum = 0;
+    for (int i = 0; i < samples.size(); ++i)
+        sum += std::polar<long double>(1, -2 * pi * ((qint64(i) * k) % length) / length) *
+               std::complex<long double>(samples[i]);
+    return sum;
+}
+
+double norm(const QVector<double>& samples) {
+    return std::sqrt(std::inner_product(samples.cbegin(), samples.cend(), samples.cbegin(), 0.0));
+}
+
+/// What a bin may be off: the transform's relative error in the sense of least squares is at most
+/// 1e-15 x log2(length), which a single bin may have all to itself.
+double tolerance(const QVector<double>& samples, int length) {
+    return 1e-15 * std::log2(length) * std::sqrt(length) * norm(samples);
+}
+
+} // namespace
+
+void TestAmplitudeSpectrum::hannWindowFollowsTheSampleCountOfTheSettings_data() {
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("nSamples");
+    QTest::newRow("all of the sound") << 1001 << 1001;
+    QTest::newRow("even count") << 1000 << 1000;
+    QTest::newRow("more than there are") << 500 << 1000;
+    QTest::newRow("fewer than there are") << 1000 << 700;
+    QTest::newRow("two") << 2 << 2;
+}
+
+void TestAmplitudeSpectrum::hannWindowFollowsTheSampleCountOfTheSettings() {
+    QFETCH(int, size);
+    QFETCH(int, nSamples);
+    const QVector<double> original = noise(size);
+    QVector<double> samples = original;
+    applyAnalysisWindow(samples, HannWindow, nSamples);
+    QCOMPARE(samples.size(), size);
+    QCOMPARE(samples[0], 0.0);
+    for (int i = 0; i < size; ++i) {
+        const long double weight = (1 - std::cos(2 * pi * i / (nSamples - 1))) / 2;
+        // The angle is rounded three times, the cosine once; up to two periods are covered.
+        QVERIFY(std::abs(samples[i] - static_cast<double>(weight * original[i])) <= 2e-15);
+    }
+}
+
+void TestAmplitudeSpectrum::withoutAWindowSamplesStay() {
+    const QVector<double> original = noise(100);
+    QVector<double> samples = original;
+    applyAnalysisWindow(samples, NoWindow, 100);
+    QVERIFY(std::equal(samples.cbegin(), samples.cend(), original.cbegin(), original.cend()));
+}
+
+void TestAmplitudeSpectrum::unknownWindowsZeroTheSound_data() {
+    QTest::addColumn<int>("windowType");
+    for (const int type : {-1, 2, 3, 1000})
+        QTest::addRow("%d", type) << type;
+}
+
+void TestAmplitudeSpectrum::unknownWindowsZeroTheSound() {
+    QFETCH(int, windowType);
+    QVector<double> samples = noise(100);
+    applyAnalysisWindow(samples, windowType, 100);
+    QCOMPARE(samples, QVector<double>(100, 0.0));
+}
+
+void TestAmplitudeSpectrum::emptySoundStaysEmpty() {
+    for (const int type : {0, 1, 2}) {
+        QVector<double> samples;
+        applyAnalysisWindow(samples, type, 100);
+        QVERIFY(samples.isEmpty());
+    }
+}
+
+void TestAmplitudeSpectrum::agreesWithTheDirectTransform_data() {
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("count");
+    for (int length = 2; length <= 1024; length *= 2) {
+        QTest::addRow("%d of %d", length, length) << length << length;
+        if (length > 2)
+            QTest::addRow("%d of %d", length / 2 + 1, length) << length << length / 2 + 1;
+    }
+}
+
+void TestAmplitudeSpectrum::agreesWithTheDirectTransform() {
+    QFETCH(int, length);
+    QFETCH(int, count);
+    const QVector<double> samples = noise(count);
+    const Spectrum spectrum = spectrumOf(samples, length, count);
+    const int divisor = count / 2;
+    // Amplitude and phase are rounded once more each.
+    const double allowed = tolerance(samples, length) / divisor + 1e-15 * norm(samples);
+    const auto highest = directBin(samples, length, length / 2);
+    for (int k = 0; k < length / 2; ++k) {
+        auto expected = directBin(samples, length, k);
+        if (k == 0)
+            expected = {expected.real(), -highest.real()};
+        expected /= divisor;
+        QVERIFY(std::abs(spectrum.amplitudes[k] - static_cast<double>(std::abs(expected))) <=
+                allowed);
+        const auto value = std::polar<long double>(spectrum.amplitudes[k], spectrum.phases[k]);
+        QVERIFY(static_cast<double>(std::abs(value - expected)) <= 2 * allowed);
+    }
+}
+
+void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform() {
+    constexpr int length = 256;
+    constexpr int count = 201;
+    constexpr double resolution = 40000.0 / length;
+    const QVector<double> samples = noise(count);
+    std::vector<double> padded(length, 0.0);
+    std::copy(samples.cbegin(), samples.cend(), padded.begin());
+    std::vector<double> transformed(length);
+    FFTReal<double>(length).do_fft(transformed.data(), padded.data());
+
+    const Spectrum spectrum = spectrumOf(samples, length, count, resolution);
+    for (std::size_t k = 0; k < length / 2; ++k) {
+        const double re = transformed[k];
+        const double im = -transformed[length / 2 + k];
+        const int bin = static_cast<int>(k);
+        QVERIFY(spectrum.frequencies[bin] == resolution * bin);
+        QVERIFY(spectrum.amplitudes[bin] == std::sqrt(im * im + re * re) / 100);
+        QVERIFY(spectrum.phases[bin] == std::atan2(im, re));
+    }
+}
+
+void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart_data() {
+    QTest::addColumn<QVector<double>>("samples");
+    QTest::addColumn<double>("amplitude");
+    QTest::addColumn<double>("phase");
+    const double quarter = std::atan2(1.0, 0.0);
+    QTest::newRow("constant") << QVector<double>(8, 1.0) << 2.0 << std::atan2(-0.0, 8.0);
+    QTest::newRow("constant, padded") << QVector<double>(6, 1.0) << 2.0 << std::atan2(-0.0, 6.0);
+    QTest::newRow("constant below 0") << QVector<double>(8, -1.0) << 2.0 << std::atan2(-0.0, -8.0);
+    // The alternating sum of five is 1, and half of five is two.
+    QTest::newRow("odd count") << QVector<double>(5, 1.0) << std::sqrt(26.0) / 2
+                               << std::atan2(-1.0, 5.0);
+    QTest::newRow("alternation") << QVector<double>{1, -1, 1, -1, 1, -1, 1, -1} << 2.0 << -quarter;
+    QTest::newRow("alternation from below")
+        << QVector<double>{-1, 1, -1, 1, -1, 1, -1, 1} << 2.0 << quarter;
+    // Sum and alternating sum are 4 each.
+    QTest::newRow("both") << QVector<double>{1, 0, 1, 0, 1, 0, 1, 0} << std::sqrt(32.0) / 4
+                          << std::atan2(-4.0, 4.0);
+}
+
+void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart() {
+    QFETCH(QVector<double>, samples);
+    QFETCH(double, amplitude);
+    QFETCH(double, phase);
+    const Spectrum spectrum = spectrumOf(samples, 8, samples.size());
+    QVERIFY(spectrum.amplitudes[0] == amplitude);
+    QVERIFY(spectrum.phases[0] == phase);
+    QVERIFY(spectrum.frequencies[0] == 0.0);
+}
+
+void TestAmplitudeSpectrum::sinusoidOnABinShowsItsAmplitude_data() {
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("bin");
+    QTest::addColumn<double>("phase");
+    // Whole periods in the sound as well as in the transform.
+    QTest::newRow("not padded") << 8192 << 205 << 0.5;
+    QTest::newRow("padded from half") << 4096 << 204 << -1.0;
+    QTest::newRow("padded from three quarters") << 6144 << 400 << 2.0;
+    QTest::newRow("next to the highest") << 8192 << 4095 << 1.0;
+    QTest::newRow("lowest") << 8192 << 1 << -3.0;
+}
+
+void TestAmplitudeSpectrum::sinusoidOnABinShowsItsAmplitude() {
+    QFETCH(int, count);
+    QFETCH(int, bin);
+    QFETCH(double, phase);
+    constexpr int length = 8192;
+    const QVector<double> samples = sinusoid(count, 0.5, bin, length, phase);
+    const Spectrum spectrum = spectrumOf(samples, length, count);
+    const int divisor = count / 2;
+    const double allowed = tolerance(samples, length) / divisor;
+    QVERIFY(std::abs(spectrum.amplitudes[bin] - 0.5) <= allowed);
+    QVERIFY(std::abs(spectrum.phases[bin] - phase) <= 2 * allowed / 0.5);
+    QCOMPARE(std::max_element(spectrum.amplitudes.cbegin(), spectrum.amplitudes.cend()) -
+                 spectrum.amplitudes.cbegin(),
+             bin);
+}
+
+void TestAmplitudeSpectrum::kilohertzPeaksBetweenTwoBins() {
+    constexpr int length = 16384;
+    constexpr int count = 10000;
+    const QVector<double> samples = sinusoid(count, 0.5, 1000, 40000, 0.0);
+    const Spectrum spectrum = spectrumOf(samples, length, count, 40000.0 / length);
+    QVERIFY(spectrum.frequencies[409] == 998.53515625);
+    QVERIFY(spectrum.frequencies[410] == 1000.9765625);
+    QVector<int> bins(length / 2);
+    std::iota(bins.begin(), bins.end(), 0);
+    std::partial_sort(bins.begin(), bins.begin() + 2, bins.end(), [&spectrum](int a, int b) {
+        return spectrum.amplitudes[a] > spectrum.amplitudes[b];
+    });
+    // 410 lies nearer to 1000 Hz.
+    QCOMPARE(bins.mid(0, 2), (QVector<int>{410, 409}));
+    QVERIFY(spectrum.amplitudes[410] < 0.5);
+    for (const int k : {409, 410})
+        QVERIFY(std::abs(spectrum.amplitudes[k] -
+                         static_cast<double>(std::abs(directBin(samples, length, k)) / 5000)) <=
+                tolerance(samples, length) / 5000);
+}
+
+void TestAmplitudeSpectrum::divisorIsHalfTheCountRoundedDown_data() {
+    QTest::addColumn<int>("nSamples");
+    QTest::addColumn<double>("amplitude");
+    QTest::newRow("2") << 2 << 1.0;
+    QTest::newRow("3") << 3 << 1.0;
+    QTest::newRow("4") << 4 << 0.5;
+    QTest::newRow("5") << 5 << 0.5;
+    QTest::newRow("10000") << 10000 << 1.0 / 5000;
+}
+
+void TestAmplitudeSpectrum::divisorIsHalfTheCountRoundedDown() {
+    QFETCH(int, nSamples);
+    QFETCH(double, amplitude);
+    // An impulse is 1 in every bin before the division.
+    const Spectrum spectrum = spectrumOf({1, 0, 0, 0, 0, 0, 0, 0}, 8, nSamples);
+    QCOMPARE(spectrum.amplitudes.mid(1), QVector<double>(3, amplitude));
+}
+
+void TestAmplitudeSpectrum::oneSampleDividesByZero() {
+    QVERIFY(std::isinf(spectrumOf({1, 0}, 2, 1).amplitudes[0]));
+    QVERIFY(std::isnan(spectrumOf({0, 0}, 2, 1).amplitudes[0]));
+}
+
+void TestAmplitudeSpectrum::soundBeyondTheLengthIsCutOff() {
+    const QVector<double> samples = noise(1000);
+    const Spectrum cutOff = spectrumOf(samples, 64, 64);
+    const Spectrum whole = spectrumOf(samples.mid(0, 64), 64, 64);
+    QCOMPARE(cutOff.amplitudes, whole.amplitudes);
+    QCOMPARE(cutOff.phases, whole.phases);
+}
+
+void TestAmplitudeSpectrum::lengthOneLeavesTheVectors() {
+    Spectrum spectrum{{1, 2}, {3, 4}, {5, 6}};
+    computeAmplitudeSpectrum({0.5}, 1, 1, 40000,
+                             {spectrum.frequencies, spectrum.amplitudes, spectrum.phases});
+    QCOMPARE(spectrum.frequencies, (QVector<double>{1, 2}));
+    QCOMPARE(spectrum.amplitudes, (QVector<double>{3, 4}));
+    QCOMPARE(spectrum.phases, (QVector<double>{5, 6}));
+}
+
+void TestAmplitudeSpectrum::elementsBeyondHalfTheLengthStay() {
+    Spectrum spectrum{QVector<double>(5, 7), QVector<double>(5, 7), QVector<double>(5, 7)};
+    computeAmplitudeSpectrum({1, 0, 0, 0, 0, 0, 0, 0}, 8, 8, 1,
+                             {spectrum.frequencies, spectrum.amplitudes, spectrum.phases});
+    QCOMPARE(spectrum.frequencies, (QVector<double>{0, 1, 2, 3, 7}));
+    QCOMPARE(spectrum.amplitudes[4], 7.0);
+    QCOMPARE(spectrum.phases[4], 7.0);
+}

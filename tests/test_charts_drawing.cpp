@@ -1,0 +1,299 @@
+// Drawing the waveform and the spectrum.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_charts.h"
+
+#include <QtCharts/QLineSeries>
+#include <QtCharts/QValueAxis>
+#include <QtTest>
+
+#include <cmath>
+
+using QtCharts::QValueAxis;
+using testsupport::InspectedMainWindow;
+
+namespace {
+
+constexpr double pi = 3.141592653589793;
+
+/// As if a target had been loaded: its samples and the times of those that are drawn.
+void setTarget(InspectedMainWindow& window, const QVector<double>& samples) {
+    window.targetSamples = samples;
+    window.data.nSamples = samples.size();
+    const int plotted = qMin(10000, samples.size());
+    window.timeAxisMs.resize(plotted);
+    for (int i = 0; i < plotted; ++i)
+        window.timeAxisMs[i] = i / 40000.0 * 1000;
+}
+
+/// The buffers of the spectrum, sized for 4096 values at 40000 Hz up to 2000 Hz.
+void sizeSpectrumFor4096(InspectedMainWindow& window) {
+    window.fftLength = 4096;
+    window.data.nFFTPointsToPlot = 204;
+    for (QVector<double>* bins : {&window.fftFrequencies, &window.fftAmplitudes, &window.fftPhases})
+        bins->fill(-1.0, 2048);
+    window.pointsFFT.resize(204);
+}
+
+/// A sinusoid of whole periods in 4096 samples.
+QVector<double> sinusoid(double amplitude, int periods) {
+    QVector<double> samples(4096);
+    for (int i = 0; i < samples.size(); ++i)
+        samples[i] = amplitude * std::sin(2 * pi * (i * periods % 4096) / 4096);
+    return samples;
+}
+
+/// Samples that all differ, within -0.5 and 0.5.
+QVector<double> ramp(int count) {
+    QVector<double> samples(count);
+    for (int i = 0; i < count; ++i)
+        samples[i] = double(i) / count - 0.5;
+    return samples;
+}
+
+bool hasRange(const QValueAxis* axis, double least, double most) {
+    return axis->min() == least && axis->max() == most;
+}
+
+} // namespace
+
+void TestChartDrawing::init() {
+    window = std::make_unique<InspectedMainWindow>();
+}
+
+void TestChartDrawing::cleanup() {
+    window.reset();
+}
+
+void TestChartDrawing::waveformShowsEverySampleOfTheStretch() {
+    const QVector<double> samples = ramp(40000);
+    setTarget(*window, samples);
+    window->displayWav();
+
+    QCOMPARE(window->data.nPointsToPlot, 10000);
+    QVERIFY(window->data.plotDuration == 0.25);
+    QCOMPARE(window->seriesWav->count(), 10000);
+    const QVector<QPointF> points = window->seriesWav->pointsVector();
+    for (int i = 0; i < points.size(); ++i) {
+        QVERIFY(points[i].x() == i / 40000.0 * 1000);
+        QVERIFY(points[i].y() == samples[i]);
+    }
+    QCOMPARE(points, window->pointsWav);
+    QVERIFY(hasRange(window->axisXWav, 0, 250));
+    QVERIFY(hasRange(window->axisYWav, -0.5, samples.last()));
+    QCOMPARE(window->rangeWav, (QVector<double>{-0.5, samples.last()}));
+}
+
+void TestChartDrawing::shortSoundShortensTheAxisForGood() {
+    setTarget(*window, ramp(4000));
+    window->displayWav();
+    QCOMPARE(window->data.nPointsToPlot, 4000);
+    QVERIFY(window->data.plotDuration == 0.1);
+    QCOMPARE(window->seriesWav->count(), 4000);
+    QVERIFY(hasRange(window->axisXWav, 0, 100));
+
+    setTarget(*window, ramp(40000));
+    window->displayWav();
+    QCOMPARE(window->data.nPointsToPlot, 4000);
+    QCOMPARE(window->seriesWav->count(), 4000);
+    QVERIFY(hasRange(window->axisXWav, 0, 100));
+}
+
+void TestChartDrawing::roundingMayCostAShortSoundItsLastPoint() {
+    // The stretch is counted anew, now from the duration of three samples: a little less than
+    // three of them.
+    setTarget(*window, {0.5, -0.5, 0.25});
+    window->updateNPointsToPlot();
+    QCOMPARE(window->data.nPointsToPlot, 3);
+    QVERIFY(window->data.plotDuration * 40000 < 3);
+    window->displayWav();
+    QCOMPARE(window->data.nPointsToPlot, 2);
+    QCOMPARE(window->seriesWav->count(), 2);
+}
+
+void TestChartDrawing::loudestSampleAfterTheStretchSetsTheRange() {
+    QVector<double> samples(40000, 0.0);
+    samples[5] = 0.125;
+    samples[10000] = -0.75;
+    samples[39999] = 0.875;
+    setTarget(*window, samples);
+    window->displayWav();
+    QVERIFY(hasRange(window->axisYWav, -0.75, 0.875));
+}
+
+void TestChartDrawing::constantSoundCollapsesTheRange_data() {
+    QTest::addColumn<double>("value");
+    QTest::newRow("silence") << 0.0;
+    QTest::newRow("above") << 0.5;
+    QTest::newRow("below") << -0.25;
+}
+
+void TestChartDrawing::constantSoundCollapsesTheRange() {
+    QFETCH(double, value);
+    setTarget(*window, QVector<double>(20000, value));
+    window->displayWav();
+    QCOMPARE(window->rangeWav, (QVector<double>{value, value}));
+    // What the toolkit makes of it, it makes here as well.
+    QValueAxis plain;
+    plain.setRange(value, value);
+    QVERIFY(hasRange(window->axisYWav, plain.min(), plain.max()));
+    QCOMPARE(window->seriesWav->count(), 10000);
+}
+
+void TestChartDrawing::nextWaveformReplacesTheEarlier() {
+    setTarget(*window, ramp(20000));
+    window->displayWav();
+    const QVector<double> next = {0.5, -0.5, 0.25};
+    setTarget(*window, next);
+    window->displayWav();
+    QCOMPARE(window->seriesWav->count(), 3);
+    for (int i = 0; i < next.size(); ++i)
+        QVERIFY(window->seriesWav->at(i).y() == next[i]);
+    QVERIFY(hasRange(window->axisYWav, -0.5, 0.5));
+    QVERIFY(hasRange(window->axisXWav, 0, 3 / 40000.0 * 1000));
+}
+
+void TestChartDrawing::withoutSamplesTheEarlierPointsStay() {
+    setTarget(*window, {0.5, -0.5, 0.25});
+    window->displayWav();
+    const QVector<QPointF> earlier = window->pointsWav;
+    QCOMPARE(earlier.size(), 3);
+    window->data.nSamples = 0;
+    window->displayWav();
+    QCOMPARE(window->data.nPointsToPlot, 0);
+    QCOMPARE(window->pointsWav, earlier);
+    QCOMPARE(window->seriesWav->pointsVector(), earlier);
+}
+
+void TestChartDrawing::withoutTargetTheRangeStays() {
+    window->rangeWav = {-0.5, 0.5};
+    window->axisYWav->setRange(-0.5, 0.5);
+    setTarget(*window, {});
+    window->displayWav();
+    QCOMPARE(window->rangeWav, (QVector<double>{-0.5, 0.5}));
+    QVERIFY(hasRange(window->axisYWav, -0.5, 0.5));
+}
+
+void TestChartDrawing::countingPointsDrawsNothing() {
+    setTarget(*window, ramp(4000));
+    const QVector<QPointF> points = window->pointsWav;
+    const QVector<double> range = window->rangeWav;
+    const double end = window->axisXWav->max();
+    window->updateNPointsToPlot();
+    QCOMPARE(window->data.nPointsToPlot, 4000);
+    QVERIFY(window->data.plotDuration == 0.1);
+    QCOMPARE(window->pointsWav, points);
+    QCOMPARE(window->rangeWav, range);
+    QCOMPARE(window->seriesWav->count(), 0);
+    QVERIFY(window->axisXWav->max() == end);
+}
+
+void TestChartDrawing::spectrumIsComputedForTheTarget() {
+    const QVector<double> samples = sinusoid(0.5, 100);
+    setTarget(*window, samples);
+    sizeSpectrumFor4096(*window);
+    window->genFFT();
+    QVERIFY(window->fftFrameDuration == 4096 / 40000.0);
+    QVERIFY(window->frequencyResolution == 1 / (4096 / 40000.0));
+    for (int k = 0; k < 2048; ++k)
+        QVERIFY(window->fftFrequencies[k] == window->frequencyResolution * k);
+    // The sine itself is rounded, which adds half an epsilon a sample.
+    QVERIFY(std::abs(window->fftAmplitudes[100] - 0.5) < 1e-14);
+    QVERIFY(std::abs(window->fftPhases[100] + pi / 2) < 1e-14);
+    QVERIFY(window->fftAmplitudes[99] < 1e-14);
+    QCOMPARE(window->targetSamples, samples);
+    QCOMPARE(window->seriesFFT->count(), 0);
+}
+
+void TestChartDrawing::analysisWindowChangesTheTargetInPlace() {
+    setTarget(*window, QVector<double>(4096, 0.5));
+    sizeSpectrumFor4096(*window);
+    window->windowType = 1;
+    window->data.nSamples = 4097;
+    window->genFFT();
+    // With a denominator of 4096 the window is periodic: 0 at the start, 1 in the middle.
+    QVERIFY(window->targetSamples[0] == 0.0);
+    QVERIFY(window->targetSamples[2048] == 0.5);
+    QVERIFY(std::abs(window->targetSamples[1024] - 0.25) < 1e-15);
+    QVERIFY(std::abs(window->targetSamples[4095] - 0.5 * std::pow(std::sin(pi / 4096), 2)) < 1e-15);
+    // Its transform has a mean of a half and one component of a half: of 0.5 x 4096 / 2048.
+    QVERIFY(std::abs(window->fftAmplitudes[0] - 0.5) < 1e-14);
+    QVERIFY(std::abs(window->fftAmplitudes[1] - 0.25) < 1e-14);
+    QVERIFY(window->fftAmplitudes[2] < 1e-14);
+}
+
+void TestChartDrawing::unknownAnalysisWindowSilencesTheTarget() {
+    setTarget(*window, sinusoid(0.5, 100));
+    sizeSpectrumFor4096(*window);
+    window->windowType = 2;
+    window->genFFT();
+    QCOMPARE(window->targetSamples, QVector<double>(4096, 0.0));
+    QCOMPARE(window->fftAmplitudes, QVector<double>(2048, 0.0));
+}
+
+void TestChartDrawing::spectrumIsDrawnUpToTheHighestFrequencyShown() {
+    setTarget(*window, sinusoid(0.5, 100));
+    sizeSpectrumFor4096(*window);
+    window->genFFT();
+    window->displayFFT();
+    QCOMPARE(window->seriesFFT->count(), 204);
+    const QVector<QPointF> points = window->seriesFFT->pointsVector();
+    for (int k = 0; k < 204; ++k) {
+        QVERIFY(points[k].x() == window->fftFrequencies[k]);
+        QVERIFY(points[k].y() == window->fftAmplitudes[k]);
+    }
+    QVERIFY(points.last().x() <= 2000);
+    QCOMPARE(window->pointsFFT, points);
+
+    window->displayFFT();
+    QCOMPARE(window->seriesFFT->count(), 204);
+}
+
+void TestChartDrawing::strongComponentBeyondTheAxisSetsItsTop() {
+    QVector<double> samples = sinusoid(0.25, 100);
+    const QVector<double> strong = sinusoid(0.75, 1500);
+    for (int i = 0; i < samples.size(); ++i)
+        samples[i] += strong[i];
+    setTarget(*window, samples);
+    sizeSpectrumFor4096(*window);
+    window->genFFT();
+    window->displayFFT();
+    const auto all =
+        std::minmax_element(window->fftAmplitudes.cbegin(), window->fftAmplitudes.cend());
+    QCOMPARE(all.second - window->fftAmplitudes.cbegin(), 1500);
+    QCOMPARE(window->rangeFFT, (QVector<double>{*all.first, *all.second}));
+    QVERIFY(hasRange(window->axisYFFT, *all.first, *all.second));
+    QVERIFY(std::abs(window->axisYFFT->max() - 0.75) < 1e-14);
+}
+
+void TestChartDrawing::spectrumLeavesItsFrequencyAxis() {
+    window->data.fftMaxFrequency = 500;
+    setTarget(*window, sinusoid(0.5, 100));
+    sizeSpectrumFor4096(*window);
+    window->genFFT();
+    window->displayFFT();
+    QVERIFY(hasRange(window->axisXFFT, 0, 2000));
+}
+
+void TestChartDrawing::lengthOneLeavesTheSpectrum() {
+    setTarget(*window, {0.5});
+    window->fftLength = 1;
+    window->fftFrequencies = {1, 2};
+    window->fftAmplitudes = {3, 4};
+    window->fftPhases = {5, 6};
+    window->genFFT();
+    QVERIFY(window->fftFrameDuration == 1 / 40000.0);
+    QVERIFY(window->frequencyResolution == 1 / (1 / 40000.0));
+    QCOMPARE(window->fftFrequencies, (QVector<double>{1, 2}));
+    QCOMPARE(window->fftAmplitudes, (QVector<double>{3, 4}));
+    QCOMPARE(window->fftPhases, (QVector<double>{5, 6}));
+}
+
+void TestChartDrawing::withoutAmplitudesTheRangeStays() {
+    window->rangeFFT = {0.25, 0.5};
+    window->axisYFFT->setRange(0.25, 0.5);
+    window->fftAmplitudes.clear();
+    window->data.nFFTPointsToPlot = 0;
+    window->displayFFT();
+    QCOMPARE(window->rangeFFT, (QVector<double>{0.25, 0.5}));
+    QVERIFY(hasRange(window->axisYFFT, 0.25, 0.5));
+}
