@@ -257,6 +257,6 @@ void TestWavLoading::uncheckedIdentifiersMayBeAnything() {
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    return testsupport::runAll<TestWavLoading, TestWavRefusals, TestWavOutput, TestWavRobustness,
-                               TestWavMemory, TestWavPrograms>(argc, argv);
+    return testsupport::runAll<TestWavConversion, TestWavLoading, TestWavRefusals, TestWavOutput,
+                               TestWavRobustness, TestWavMemory, TestWavPrograms>(argc, argv);
 }

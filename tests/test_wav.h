@@ -43,6 +43,19 @@ inline QByteArray rawBytes(const CWav& wav) {
     return {wav.rawData.data(), static_cast<int>(wav.rawData.size())};
 }
 
+/// One sample at a time, and files too long for the caller (test_wav_conversion.cpp).
+class TestWavConversion : public QObject {
+    Q_OBJECT
+
+private slots:
+    void bytesPerSample();
+    void sampleOfItsBytes_data();
+    void sampleOfItsBytes();
+    void neighbouringBytesDoNotCount();
+    void fileOfMoreSamplesThanTheCallerTakesIsNotRead_data();
+    void fileOfMoreSamplesThanTheCallerTakesIsNotRead();
+};
+
 /// Samples, header fields and members after a load (test_wav.cpp).
 class TestWavLoading : public QObject {
     Q_OBJECT
