@@ -1,0 +1,95 @@
+// What the tests of playing sounds share.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_playback.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QtTest>
+
+#include <cmath>
+
+QVector<int> unevenCodes(int count, int seed) {
+    QVector<int> codes(count);
+    for (int i = 0; i < count; ++i)
+        codes[i] = ((i + seed) * 7919 % 16381 + 1) * (i % 2 == 0 ? 1 : -1);
+    return codes;
+}
+
+QVector<float> heardFrom(const QVector<int>& codes, int bits) {
+    const int fullScale = 1 << (bits - 1);
+    QVector<float> samples;
+    samples.reserve(codes.size());
+    for (const int code : codes) {
+        const int value = bits == 8 ? code - fullScale : code;
+        const bool isLowestOf24Bits = bits == 24 && value == -fullScale;
+        samples.append(isLowestOf24Bits ? 1.0F : float(double(value) / fullScale));
+    }
+    return samples;
+}
+
+QVector<float> heardSinusoid(int frequency, int count) {
+    QVector<float> samples(count);
+    for (int i = 0; i < count; ++i)
+        samples[i] = static_cast<float>(std::sin(i * (frequency * 6.283185307179586) / 40000.0));
+    return samples;
+}
+
+PlaybackBench::PlaybackBench() {
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window))
+        qFatal("the main window does not appear");
+    testsupport::find<QCheckBox>(window, "checkBoxSaveData")->setChecked(false);
+}
+
+void PlaybackBench::prepare(const QByteArray& wavFile) {
+    const QString path = folder.filePath("target.wav");
+    if (!testsupport::writeBytes(path, wavFile))
+        qFatal("cannot write %s", qPrintable(path));
+    session.prepare(testsupport::SessionDriver::Session::Practice, path);
+}
+
+void PlaybackBench::prepare(const QVector<int>& codes) {
+    prepare(testsupport::wavWithSamples({}, codes));
+}
+
+void PlaybackBench::setPause(double milliseconds) {
+    const double duration =
+        testsupport::find<QLineEdit>(window, "lineEditSoundDuration")->text().toDouble();
+    testsupport::find<QLineEdit>(window, "lineEditSilentInterval")
+        ->setText(QString::number(milliseconds - duration, 'f', 2));
+}
+
+bool PlaybackBench::go() {
+    if (session.go() == nullptr)
+        return false;
+    session.beReady();
+    return true;
+}
+
+void PlaybackBench::finish() {
+    session.dialogs.click("Confirmation MessageBox", QMessageBox::Yes);
+    session.listener()->close();
+}
+
+QVector<int> PlaybackBench::soundsTold() const {
+    QVector<int> told;
+    for (const QList<QVariant>& arguments : sounds)
+        told.append(arguments.first().toInt());
+    return told;
+}
+
+QString PlaybackBench::wrongInRecording(const QVector<QVector<float>>& expected) {
+    constexpr int silenceMs = 150;
+    if (!recorder.waitForSilence(silenceMs))
+        return "the sound device does not fall silent";
+    return testsupport::findSounds(recorder.samples(), expected).difference;
+}
+
+QString PlaybackBench::complaints() {
+    QStringList lines = session.dialogs.takeComplaints();
+    // The window manager may still be asked about a window that was closed at once.
+    for (const QString& warning : log.warnings())
+        if (!warning.startsWith(QLatin1String("QXcbConnection: XCB error: 3 (BadWindow)")))
+            lines.append(warning);
+    return lines.join(u'\n');
+}

@@ -1,0 +1,101 @@
+// Sessions where there is no sound server.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_playback_failures.h"
+
+#include "support/TestMain.h"
+
+#include <QAudioOutput>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+/// There is never a server at this address.
+QByteArray nowhere() {
+    return "unix:/nonexistent/sound-server";
+}
+
+} // namespace
+
+class TestPlaybackWithoutServer : public QObject {
+    Q_OBJECT
+
+private slots:
+    void unsupportedFormatIsLoggedOnceAtTheStart();
+    void soundIsAttemptedAndNeverEnds();
+    void sessionEndsAndSaves();
+    void nextSessionIsHeldLikeTheFirst();
+    void mainWindowGoesWithAnOutputThatNeverEnds();
+};
+
+void TestPlaybackWithoutServer::unsupportedFormatIsLoggedOnceAtTheStart() {
+    const FailureBench bench;
+    const QString line = "Raw audio format not supported by backend, cannot play audio.";
+    QCOMPARE(bench.log.warnings().count(line), 1);
+    // Nothing is disabled for it.
+    QVERIFY(bench.window.isEnabled());
+    QVERIFY(bench.window.findChild<QPushButton*>("pushButtonPractice")->isEnabled());
+}
+
+void TestPlaybackWithoutServer::soundIsAttemptedAndNeverEnds() {
+    FailureBench bench;
+    bench.prepareAndGo();
+    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
+    QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+    QVERIFY(bench.window.audioOutput != nullptr);
+    QCOMPARE(bench.window.audioOutput->state(), QAudio::StoppedState);
+    // Long enough for the sound of 10 ms, had it been played.
+    bool isOver = false;
+    QTimer::singleShot(200, Qt::PreciseTimer, this, [&] { isOver = true; });
+    QTRY_VERIFY(isOver);
+    QCOMPARE(bench.soundsTold(), QVector<int>{1});
+    QVERIFY(bench.window.audioOutput != nullptr);
+    QVERIFY(!bench.session.listener()->isEnabled());
+    QVERIFY(!bench.log.all().contains("Audio stopped unexpectedly"));
+    bench.endAndVerify({});
+}
+
+void TestPlaybackWithoutServer::sessionEndsAndSaves() {
+    FailureBench bench;
+    bench.prepareAndGo();
+    // What no sound unlocks is asked for as the listener's window would.
+    for (const int frequency : {640, 441}) {
+        bench.sounds.clear();
+        emit bench.session.listener()->subjectResponded(4, frequency);
+        QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+        // One output at a time, though none of them ends.
+        QTRY_COMPARE(bench.window.findChildren<QAudioOutput*>().size(), 1);
+    }
+    QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("441"));
+    bench.endAndVerify({640, 441});
+}
+
+void TestPlaybackWithoutServer::nextSessionIsHeldLikeTheFirst() {
+    FailureBench bench;
+    for (const int frequency : {300, 400}) {
+        bench.sounds.clear();
+        bench.prepareAndGo();
+        emit bench.session.listener()->subjectResponded(4, frequency);
+        QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+        bench.endAndVerify({frequency});
+    }
+}
+
+void TestPlaybackWithoutServer::mainWindowGoesWithAnOutputThatNeverEnds() {
+    FailureBench bench;
+    bench.prepareAndGo();
+    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
+    QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+    bench.windowOwner.reset();
+    QCOMPARE(bench.soundsTold(), QVector<int>{1});
+    QCOMPARE(bench.session.dialogs.takeComplaints(), QStringList());
+}
+
+int main(int argc, char** argv) {
+    qputenv("PULSE_SERVER", nowhere());
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pellion"));
+    return testsupport::runAll<TestPlaybackWithoutServer>(argc, argv);
+}
+
+#include "test_playback_no_server.moc"

@@ -1,0 +1,214 @@
+// The results file: the name proposed and the text, without a window.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_results.h"
+
+#include "session/OutputFileName.h"
+#include "session/ResultsText.h"
+#include "support/TestMain.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QLocale>
+#include <QLoggingCategory>
+
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <limits>
+
+SavingWindow::SavingWindow(const QVector<double>& frequenciesMatched) {
+    window.lineEditOutputFilePath->setText(folder());
+    window.data.outputFilePath = folder();
+    Record target;
+    target.fileName = QStringLiteral("File001.wav");
+    window.data.records = {target};
+    window.trendFrequencies = frequenciesMatched;
+    window.show();
+    // No test takes as long.
+    forgottenDialogs.start(std::chrono::seconds(10));
+    QObject::connect(&forgottenDialogs, &QTimer::timeout, &closeForgottenDialog);
+}
+
+void SavingWindow::closeForgottenDialog() {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (dialog == nullptr)
+        return;
+    QTest::qFail("a dialog stays open", __FILE__, __LINE__);
+    dialog->close();
+}
+
+QString SavingWindow::shownPath() const {
+    return window.lineEditOutputFilePath->text();
+}
+
+QString SavingWindow::shownName() const {
+    return window.lineEditOutputFileName->text();
+}
+
+QByteArray expectedResults(const QString& targetFileName, const QStringList& frequencyTexts) {
+    const QString lineEnd = QString(QChar(13)) + QChar(10);
+    const QChar tab(9);
+    QString text = QStringList{"filename", "nTrials", "frequency matched (Hz)"}.join(tab) + lineEnd;
+    for (int i = 0; i < frequencyTexts.size(); ++i)
+        text += QStringList{targetFileName, QString::number(i + 1), frequencyTexts[i]}.join(tab) +
+                lineEnd;
+    return text.toLocal8Bit();
+}
+
+namespace {
+
+/// The locale of the toolkit's own conversions, set back when this goes.
+class DefaultLocale {
+public:
+    explicit DefaultLocale(const QLocale& locale) { QLocale::setDefault(locale); }
+    ~DefaultLocale() { QLocale::setDefault(earlier); }
+    DefaultLocale(const DefaultLocale&) = delete;
+    DefaultLocale(DefaultLocale&&) = delete;
+    DefaultLocale& operator=(const DefaultLocale&) = delete;
+    DefaultLocale& operator=(DefaultLocale&&) = delete;
+
+private:
+    QLocale earlier;
+};
+
+/// The general format with six significant digits, without the toolkit and in no locale.
+QString generalFormat(double value) {
+    std::array<char, 32> digits = {};
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                          std::chars_format::general, 6)
+                                .ptr;
+    return QString::fromLatin1(digits.data(), int(end - digits.data()));
+}
+
+} // namespace
+
+void TestResultsText::proposedName_data() {
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("defaults") << "SUB001"
+                              << "practice" << 1 << "SUB001_practice001.txt";
+    QTest::newRow("two digits") << "S7"
+                                << "experiment" << 12 << "S7_experiment012.txt";
+    QTest::newRow("99") << "S7"
+                        << "practice" << 99 << "S7_practice099.txt";
+    QTest::newRow("100") << "S7"
+                         << "practice" << 100 << "S7_practice100.txt";
+    QTest::newRow("999") << "S7"
+                         << "practice" << 999 << "S7_practice999.txt";
+    QTest::newRow("1000") << "S7"
+                          << "practice" << 1000 << "S7_practice1000.txt";
+    QTest::newRow("largest") << "S7"
+                             << "practice" << std::numeric_limits<int>::max()
+                             << "S7_practice2147483647.txt";
+    QTest::newRow("no code") << ""
+                             << "practice" << 1 << "_practice001.txt";
+    QTest::newRow("no type") << "S7"
+                             << "" << 1 << "S7_001.txt";
+    QTest::newRow("blanks") << " S 7 "
+                            << "practice" << 1 << " S 7 _practice001.txt";
+    QTest::newRow("placeholders") << "%1%2"
+                                  << "%3" << 1 << "%1%2_%3001.txt";
+    QTest::newRow("beyond ASCII") << "Prüfling 七"
+                                  << "practice" << 1 << "Prüfling 七_practice001.txt";
+}
+
+void TestResultsText::proposedName() {
+    QFETCH(QString, code);
+    QFETCH(QString, type);
+    QFETCH(int, number);
+    QTEST(proposedOutputFileName(code, type, number), "name");
+}
+
+void TestResultsText::frequencyIsWrittenWithSixSignificantDigits_data() {
+    QTest::addColumn<double>("frequency");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("whole") << 640.0 << "640";
+    QTest::newRow("quarter") << 523.25 << "523.25";
+    QTest::newRow("eighth") << 440.125 << "440.125";
+    QTest::newRow("third") << 1.0 / 3 << "0.333333";
+    QTest::newRow("two thirds") << 2.0 / 3 << "0.666667";
+    QTest::newRow("seven digits") << 440.1251 << "440.125";
+    QTest::newRow("trailing zeros") << 100000.0 << "100000";
+    QTest::newRow("largest of six digits") << 999999.0 << "999999";
+    QTest::newRow("rounded up to seven digits") << 999999.5 << "1e+06";
+    QTest::newRow("million") << 1e6 << "1e+06";
+    QTest::newRow("above a million") << 1234567.0 << "1.23457e+06";
+    QTest::newRow("smallest fixed") << 0.0001 << "0.0001";
+    QTest::newRow("smaller") << 0.00001 << "1e-05";
+    QTest::newRow("zero") << 0.0 << "0";
+    QTest::newRow("negative") << -1.5 << "-1.5";
+}
+
+void TestResultsText::frequencyIsWrittenWithSixSignificantDigits() {
+    QFETCH(double, frequency);
+    QFETCH(QString, text);
+    QCOMPARE(resultsText("t.wav", {frequency}).toLocal8Bit(), expectedResults("t.wav", {text}));
+}
+
+void TestResultsText::everyFrequencyReadsAsInTheGeneralFormat() {
+    QVector<double> frequencies;
+    QStringList texts;
+    for (int eighths = 0; eighths <= 8 * 1000; ++eighths)
+        frequencies.append(eighths / 8.0);
+    for (int power = -30; power <= 30; ++power)
+        frequencies.append(std::pow(10.0, power) / 3);
+    for (const double frequency : frequencies)
+        texts.append(generalFormat(frequency));
+    QCOMPARE(resultsText("t.wav", frequencies).toLocal8Bit(), expectedResults("t.wav", texts));
+}
+
+void TestResultsText::noRequestGivesTheHeaderAlone() {
+    QCOMPARE(resultsText("File001.wav", {}),
+             QStringLiteral("filename\tnTrials\tfrequency matched (Hz)\r\n"));
+}
+
+void TestResultsText::requestsAreCountedFromOneInTheirOrder() {
+    QCOMPARE(resultsText("File001.wav", {500, 640, 500}),
+             QStringLiteral("filename\tnTrials\tfrequency matched (Hz)\r\n"
+                            "File001.wav\t1\t500\r\n"
+                            "File001.wav\t2\t640\r\n"
+                            "File001.wav\t3\t500\r\n"));
+}
+
+void TestResultsText::requestsBeyondNineAndNinetyNineAreCountedOn() {
+    const QStringList lines = resultsText("t.wav", QVector<double>(1234, 500)).split("\r\n");
+    QCOMPARE(lines.size(), 1 + 1234 + 1);
+    QCOMPARE(lines.at(10), QStringLiteral("t.wav\t10\t500"));
+    QCOMPARE(lines.at(100), QStringLiteral("t.wav\t100\t500"));
+    QCOMPARE(lines.at(1234), QStringLiteral("t.wav\t1234\t500"));
+    QCOMPARE(lines.last(), QString());
+}
+
+void TestResultsText::targetNameStandsOnEachLineAsItIs_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("empty") << "";
+    QTest::newRow("blanks") << " a b .wav ";
+    QTest::newRow("quotes") << "\"a\",'b'.wav";
+    QTest::newRow("placeholder") << "%1.wav";
+    QTest::newRow("beyond ASCII") << "Größe 目標.wav";
+}
+
+void TestResultsText::targetNameStandsOnEachLineAsItIs() {
+    QFETCH(QString, name);
+    QCOMPARE(resultsText(name, {500, 640}).toUtf8(),
+             "filename\tnTrials\tfrequency matched (Hz)\r\n" + name.toUtf8() + "\t1\t500\r\n" +
+                 name.toUtf8() + "\t2\t640\r\n");
+}
+
+void TestResultsText::localeWithADecimalCommaKeepsThePoint() {
+    const DefaultLocale german(QLocale(QLocale::German, QLocale::Germany));
+    QCOMPARE(QLocale().toString(1234.5), QStringLiteral("1.234,5"));
+    QCOMPARE(resultsText("t.wav", {1234.5, 12345}).toLocal8Bit(),
+             expectedResults("t.wav", {"1234.5", "12345"}));
+}
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    // Complaints of the X server about windows that have just gone say nothing about the program.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.xcb.warning=false"));
+    return testsupport::runAll<TestResultsText, TestResultsNaming, TestResultsSaving,
+                               TestResultsRoad>(argc, argv);
+}

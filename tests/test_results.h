@@ -1,0 +1,126 @@
+// The test classes of the results file, by subject.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/DialogDriver.h"
+#include "support/InspectedWindows.h"
+
+#include <QObject>
+#include <QTemporaryDir>
+#include <QTimer>
+
+/// The main window with the widgets that name and place the results file open as well.
+class ResultsWindow : public testsupport::InspectedMainWindow {
+public:
+    using InspectedMainWindow::InspectedMainWindow;
+
+    using MainWindow::checkBoxSaveData;
+    using MainWindow::lineEditOutputFileName;
+    using MainWindow::lineEditOutputFilePath;
+    using MainWindow::lineEditSubCode;
+    using MainWindow::spinBoxFileNumber;
+};
+
+/// A main window on the screen, in a session whose results belong into a folder of its own. The
+/// session's target is File001.wav.
+class SavingWindow {
+public:
+    explicit SavingWindow(const QVector<double>& frequenciesMatched = {});
+
+    QString folder() const { return temporaryFolder.path(); }
+    QString path(const QString& name) const { return temporaryFolder.filePath(name); }
+
+    /// What the experimenter sees as the path and name of the results file.
+    QString shownPath() const;
+    QString shownName() const;
+
+    ResultsWindow window;
+    testsupport::DialogDriver dialogs;
+
+private:
+    /// Closes a dialog that has stood open for so long that nothing will answer it, and fails the
+    /// test.
+    static void closeForgottenDialog();
+
+    QTimer forgottenDialogs;
+    QTemporaryDir temporaryFolder;
+};
+
+/// Returns what a file with these lines of fields holds, its header line included.
+QByteArray expectedResults(const QString& targetFileName, const QStringList& frequencyTexts);
+
+/// The name proposed and the text, without a window (test_results.cpp).
+class TestResultsText : public QObject {
+    Q_OBJECT
+
+private slots:
+    void proposedName_data();
+    void proposedName();
+    void frequencyIsWrittenWithSixSignificantDigits_data();
+    void frequencyIsWrittenWithSixSignificantDigits();
+    void everyFrequencyReadsAsInTheGeneralFormat();
+    void noRequestGivesTheHeaderAlone();
+    void requestsAreCountedFromOneInTheirOrder();
+    void requestsBeyondNineAndNinetyNineAreCountedOn();
+    void targetNameStandsOnEachLineAsItIs_data();
+    void targetNameStandsOnEachLineAsItIs();
+    void localeWithADecimalCommaKeepsThePoint();
+};
+
+/// The name in the main window (test_results_naming.cpp).
+class TestResultsNaming : public QObject {
+    Q_OBJECT
+
+private slots:
+    void nameAtTheStart();
+    void eachInputRenamesTheFile_data();
+    void eachInputRenamesTheFile();
+    void eachSlotStoresItsValueAndRenamesTheFile_data();
+    void eachSlotStoresItsValueAndRenamesTheFile();
+    void nameFollowsSessionTypeNumberAndCodeTogether();
+    void fileNumberGoesFrom1To2147483646();
+    void numberAfterASession_data();
+    void numberAfterASession();
+    void numberAfterTheLastOneStillFits();
+};
+
+/// Saving through the real dialog (test_results_saving.cpp).
+class TestResultsSaving : public QObject {
+    Q_OBJECT
+
+private slots:
+    void dialogAsksAsLaidDown();
+    void dialogIsTranslated();
+    void proposalIsFolderSlashName_data();
+    void proposalIsFolderSlashName();
+    void fileHoldsHeaderAndOneLineForEachRequest();
+    void firstRecordNamesTheTarget();
+    void noRequestGivesTheHeaderLineOnly();
+    void noRecordGivesAnEmptyFile();
+    void pathAndNameOfTheChosenFileAreStoredAndNoFieldIsWritten();
+    void existingFileIsOverwrittenWithoutAQuestion();
+    void namesBeyondAsciiFollowTheLocalesEncoding();
+    void localeWithADecimalCommaKeepsThePoint();
+};
+
+/// Saving that fails, saving twice, and whole sessions (test_results_road.cpp).
+class TestResultsRoad : public QObject {
+    Q_OBJECT
+
+private slots:
+    void missingFolderBecomesADirectoryOfTheFilesOwnPath_data();
+    void missingFolderBecomesADirectoryOfTheFilesOwnPath();
+    void cancelledDialogEmptiesPathAndNameAndWarns();
+    void unwritableLocationWarnsWithTheNameTwice_data();
+    void unwritableLocationWarnsWithTheNameTwice();
+    void warningIsAsLaidDown();
+    void fullDiskIsReported();
+    void failedSavingKeepsTheDataAndDoesNotAskAgain();
+    void secondSavingProposesTheDoubledPath();
+    void secondSavingAfterACancelledOneProposesNothing();
+    void goReadsTheFolderFromItsFieldAgain();
+    void nameIsReplacedWhenTheNumberAdvances();
+    void numberAdvancesWhenSavingFails();
+    void sessionWithoutASinusoidSavesTheHeaderOnly();
+    void nextSessionStartsInTheFolderShown();
+};

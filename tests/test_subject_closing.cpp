@@ -1,0 +1,397 @@
+// The listener's window: the close question and its answers.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_subject.h"
+
+#include "support/CloseButton.h"
+#include "support/DialogDriver.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTranslator>
+#include <QWindow>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+using testsupport::DialogDriver;
+
+namespace {
+
+QString questionTitle() {
+    return QStringLiteral("Confirmation MessageBox");
+}
+
+using Way = std::function<void(OpenSubjectWindow&)>;
+using Answer = std::function<void(QMessageBox&)>;
+
+/// Clicks a button. A question that cannot be answered is put away, so that the test goes on.
+Answer press(QMessageBox::StandardButton which) {
+    return [which](QMessageBox& question) {
+        QAbstractButton* button = question.button(which);
+        // A box that has just been shown may have its size, and a button to hit, a moment later.
+        if (button != nullptr && button->isEnabled() &&
+            QTest::qWaitFor([&] { return !button->rect().isEmpty(); }))
+            QTest::mouseClick(button, Qt::LeftButton);
+        if (question.isVisible()) {
+            QTest::qFail("the question took no click", __FILE__, __LINE__);
+            question.done(QMessageBox::NoButton);
+        }
+    };
+}
+
+/// Types a key into whatever has the focus in the question's window.
+Answer type(Qt::Key key) {
+    return [key](QMessageBox& question) {
+        if (QTest::qWaitForWindowActive(&question))
+            QTest::keyClick(question.windowHandle(), key);
+        if (!QTest::qWaitFor([&] { return !question.isVisible(); })) {
+            QTest::qFail("the question took no key", __FILE__, __LINE__);
+            question.done(QMessageBox::NoButton);
+        }
+    };
+}
+
+/// Closes the question itself by its frame.
+void dismiss(QMessageBox& question) {
+    if (!QTest::qWaitForWindowExposed(&question) || !testsupport::pressCloseButton(question))
+        question.done(QMessageBox::NoButton);
+}
+
+/// Lays an answer ready for the next question.
+void answerWith(DialogDriver& dialogs, const Answer& answer) {
+    dialogs.expect(questionTitle(),
+                   [answer](QWidget* dialog) { answer(*qobject_cast<QMessageBox*>(dialog)); });
+}
+
+/// Closes the window and waits until the question has been asked, answered and put away.
+bool closeAndWait(OpenSubjectWindow& window, const Way& way, const DialogDriver& dialogs) {
+    const int asked = dialogs.seen().size();
+    way(window);
+    return QTest::qWaitFor([&] {
+        return dialogs.seen().size() > asked && QApplication::activeModalWidget() == nullptr;
+    });
+}
+
+void closeByCall(OpenSubjectWindow& window) {
+    window.close();
+}
+
+void closeByFrame(OpenSubjectWindow& window) {
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(testsupport::pressCloseButton(window));
+}
+
+void closeByDone(OpenSubjectWindow& window) {
+    QTest::mouseClick(window.pushButtonDone, Qt::LeftButton);
+}
+
+struct StageName {
+    const char* name;
+    Stage stage;
+};
+constexpr StageName stages[] = {{"waiting", Stage::Waiting},
+                                {"target required", Stage::TargetRequired},
+                                {"target requested", Stage::TargetRequested},
+                                {"target playing", Stage::TargetPlaying},
+                                {"adjusting", Stage::Adjusting},
+                                {"sinusoid requested", Stage::SinusoidRequested},
+                                {"sinusoid playing", Stage::SinusoidPlaying},
+                                {"adjusting with Done", Stage::AdjustingWithDone}};
+
+void addStages() {
+    QTest::addColumn<Stage>("stage");
+    for (const StageName& row : stages)
+        QTest::newRow(row.name) << row.stage;
+}
+
+/// Everything the listener can see of the window and do with it.
+QStringList lookOf(const OpenSubjectWindow& window) {
+    const auto look = [](const QWidget& widget, bool isEnabled) {
+        return widget.objectName() + (widget.isVisible() ? " shown" : " hidden") +
+               (isEnabled ? " enabled " : " disabled ") + widget.styleSheet();
+    };
+    QStringList looks = {look(window, window.isEnabled())};
+    for (const QWidget* widget : window.widgets())
+        looks.append(look(*widget, widget->isEnabledTo(&window)));
+    return looks;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Way)
+Q_DECLARE_METATYPE(Answer)
+
+void TestSubjectWindowClosing::initTestCase() {
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+void TestSubjectWindowClosing::questionAsksAsLaidDown() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    DialogDriver dialogs;
+    bool isAsked = false;
+    answerWith(dialogs, [&](QMessageBox& question) {
+        isAsked = true;
+        QCOMPARE(question.windowTitle(), questionTitle());
+        QCOMPARE(question.text(), QStringLiteral("Do you want to close this window?\n"));
+        QCOMPARE(question.informativeText(), QString());
+        QCOMPARE(question.icon(), QMessageBox::Question);
+        QCOMPARE(question.standardButtons(),
+                 QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        QCOMPARE(question.buttons().size(), 3);
+        QCOMPARE(question.defaultButton(), question.button(QMessageBox::Yes));
+        QCOMPARE(question.parentWidget(), &window);
+        QVERIFY(question.isModal());
+    });
+    // In whatever way the answer above has ended, the question goes.
+    QTimer closer;
+    connect(&closer, &QTimer::timeout, this, [&] {
+        if (isAsked && QApplication::activeModalWidget() != nullptr)
+            QApplication::activeModalWidget()->close();
+    });
+    closer.start(10);
+    window.close();
+    QVERIFY(isAsked);
+    QVERIFY(window.isVisible());
+}
+
+void TestSubjectWindowClosing::questionIsTranslated() {
+    class German : public QTranslator {
+    public:
+        bool isEmpty() const override { return false; }
+        QString translate(const char* context, const char* sourceText,
+                          const char* /*disambiguation*/, int /*n*/) const override {
+            if (qstrcmp(context, "SubjectWindow") == 0 &&
+                qstrcmp(sourceText, "Do you want to close this window?\n") == 0)
+                return QStringLiteral("Fenster schließen?");
+            return {};
+        }
+    };
+    const German translator;
+    QVERIFY(QCoreApplication::installTranslator(const_cast<German*>(&translator)));
+    OpenSubjectWindow window;
+    window.show();
+    DialogDriver dialogs;
+    dialogs.click(questionTitle(), QMessageBox::Cancel, QStringLiteral("Fenster schließen?"));
+    window.close();
+    QCOMPARE(dialogs.takeComplaints(), QStringList());
+}
+
+void TestSubjectWindowClosing::answersByEachWayOfClosing_data() {
+    QTest::addColumn<Way>("way");
+    QTest::addColumn<Answer>("answer");
+    QTest::addColumn<bool>("isClosed");
+    const std::pair<const char*, Way> ways[] = {
+        {"Done", closeByDone}, {"close()", closeByCall}, {"window manager", closeByFrame}};
+    struct AnswerRow {
+        const char* name;
+        Answer answer;
+        bool isClosed;
+    };
+    const AnswerRow answers[] = {
+        {"Yes", press(QMessageBox::Yes), true},        {"No", press(QMessageBox::No), false},
+        {"Cancel", press(QMessageBox::Cancel), false}, {"Return", type(Qt::Key_Return), true},
+        {"Escape", type(Qt::Key_Escape), false},       {"question's own frame", dismiss, false}};
+    for (const auto& [wayName, way] : ways)
+        for (const AnswerRow& row : answers)
+            QTest::addRow("%s, %s", wayName, row.name) << way << row.answer << row.isClosed;
+}
+
+void TestSubjectWindowClosing::answersByEachWayOfClosing() {
+    QFETCH(Way, way);
+    QFETCH(Answer, answer);
+    QFETCH(bool, isClosed);
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
+    const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
+    DialogDriver dialogs;
+    answerWith(dialogs, answer);
+    QVERIFY(closeAndWait(window, way, dialogs));
+    QCOMPARE(closed.count(), isClosed ? 1 : 0);
+    QCOMPARE(window.isVisible(), !isClosed);
+    QCOMPARE(responses.count(), 0);
+    QCOMPARE(dialogs.seen().size(), 1);
+    QCOMPARE(dialogs.takeComplaints(), QStringList());
+}
+
+void TestSubjectWindowClosing::windowManagerClosesAtEveryStage_data() {
+    addStages();
+}
+
+void TestSubjectWindowClosing::windowManagerClosesAtEveryStage() {
+    QFETCH(Stage, stage);
+    OpenSubjectWindow window;
+    bringTo(window, stage);
+    const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
+    DialogDriver dialogs;
+    answerWith(dialogs, press(QMessageBox::Yes));
+    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QCOMPARE(closed.count(), 1);
+    QVERIFY(!window.isVisible());
+}
+
+void TestSubjectWindowClosing::refusedClosingLeavesTheStageAsItWas_data() {
+    addStages();
+}
+
+void TestSubjectWindowClosing::refusedClosingLeavesTheStageAsItWas() {
+    QFETCH(Stage, stage);
+    OpenSubjectWindow window;
+    bringTo(window, stage);
+    const QStringList before = lookOf(window);
+    const WindowLog log(window);
+    DialogDriver dialogs;
+    answerWith(dialogs, press(QMessageBox::No));
+    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QCOMPARE(lookOf(window), before);
+    QCOMPARE(log.lines, QStringList());
+}
+
+void TestSubjectWindowClosing::windowIsStillShownWhenItsClosingIsTold() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    int told = 0;
+    connect(&window, &SubjectWindow::subjectWindowClosed, this, [&] {
+        ++told;
+        QVERIFY(window.isVisible());
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+    });
+    DialogDriver dialogs;
+    answerWith(dialogs, press(QMessageBox::Yes));
+    QVERIFY(window.close());
+    QCOMPARE(told, 1);
+    QVERIFY(!window.isVisible());
+}
+
+void TestSubjectWindowClosing::closedWindowStaysAChild() {
+    QWidget parent;
+    const QPointer<OpenSubjectWindow> window(new OpenSubjectWindow(&parent));
+    bringTo(*window, Stage::AdjustingWithDone);
+    DialogDriver dialogs;
+    answerWith(dialogs, press(QMessageBox::Yes));
+    QVERIFY(closeAndWait(*window, closeByDone, dialogs));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!window.isNull());
+    QCOMPARE(window->parentWidget(), &parent);
+    QVERIFY(window->isHidden());
+}
+
+void TestSubjectWindowClosing::secondRequestUnderTheQuestionAsksNoSecondQuestion() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    DialogDriver dialogs;
+    // The manager passes requests on in their order: once the question has gone, the request for
+    // the window below it has been there.
+    answerWith(dialogs, [&](QMessageBox& question) {
+        QVERIFY(testsupport::pressCloseButton(window));
+        dismiss(question);
+    });
+    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QCOMPARE(dialogs.takeComplaints(), QStringList());
+    QCOMPARE(dialogs.seen().size(), 1);
+    QVERIFY(window.isVisible());
+}
+
+void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt_data() {
+    QTest::addColumn<Stage>("stage");
+    QTest::addColumn<QVector<int>>("sounds");
+    QTest::addColumn<Answer>("answer");
+    QTest::addColumn<bool>("isClosed");
+    const auto row = [](const char* name, Stage stage, const QVector<int>& sounds,
+                        const Answer& answer, bool isClosed) {
+        QTest::newRow(name) << stage << sounds << answer << isClosed;
+    };
+    // The window that was enabled takes the question along when it is disabled.
+    const Stage enabled = Stage::AdjustingWithDone;
+    row("Yes", enabled, {1}, press(QMessageBox::Yes), true);
+    row("No", enabled, {1}, press(QMessageBox::No), false);
+    row("Cancel", enabled, {1}, press(QMessageBox::Cancel), false);
+    row("Return", enabled, {1}, type(Qt::Key_Return), true);
+    row("Escape", enabled, {1}, type(Qt::Key_Escape), false);
+    row("frame", enabled, {1}, dismiss, false);
+    row("Yes after the sound", enabled, {1, -1}, press(QMessageBox::Yes), true);
+    row("No in a second sound", enabled, {1, 2}, press(QMessageBox::No), false);
+    const Stage requested = Stage::SinusoidRequested;
+    row("asked for, Yes", requested, {1}, press(QMessageBox::Yes), true);
+    row("asked for, No", requested, {1}, press(QMessageBox::No), false);
+    row("asked for, Return", requested, {1}, type(Qt::Key_Return), true);
+    row("asked for, No after the sound", requested, {1, -1}, press(QMessageBox::No), false);
+    row("playing, Yes in a further sound", Stage::TargetPlaying, {-1, 1}, press(QMessageBox::Yes),
+        true);
+}
+
+void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt() {
+    QFETCH(Stage, stage);
+    QFETCH(QVector<int>, sounds);
+    QFETCH(Answer, answer);
+    QFETCH(bool, isClosed);
+    // As in a session: the experimenter's window behind it is disabled.
+    QWidget parent;
+    parent.show();
+    parent.setEnabled(false);
+    OpenSubjectWindow window(&parent);
+    bringTo(window, stage);
+    const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
+    DialogDriver dialogs;
+    answerWith(dialogs, [&](QMessageBox& question) {
+        for (const int index : sounds)
+            window.updateSubjectWindow(index);
+        for (const QAbstractButton* button : question.buttons())
+            if (!button->isEnabled())
+                QTest::qFail("a button of the question is disabled", __FILE__, __LINE__);
+        answer(question);
+    });
+    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QCOMPARE(closed.count(), isClosed ? 1 : 0);
+    QCOMPARE(window.isVisible(), !isClosed);
+    QCOMPARE(window.isEnabled(), sounds.last() == -1);
+}
+
+void TestSubjectWindowClosing::soundThatEndsUnderTheQuestionUnlocksTheWindow() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::SinusoidPlaying);
+    const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
+    DialogDriver dialogs;
+    answerWith(dialogs, [&](QMessageBox& question) {
+        window.updateSubjectWindow(-1);
+        press(QMessageBox::No)(question);
+    });
+    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QTest::mouseClick(window.pushButtonPlayTarget, Qt::LeftButton);
+    QCOMPARE(responses.count(), 1);
+}
+
+void TestSubjectWindowClosing::questionCanBeAskedAgain() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
+    DialogDriver dialogs;
+    for (const auto button : {QMessageBox::No, QMessageBox::Cancel, QMessageBox::Yes}) {
+        QCOMPARE(closed.count(), 0);
+        answerWith(dialogs, press(button));
+        QVERIFY(closeAndWait(window, closeByDone, dialogs));
+        // Nothing may be left of the question that is gone.
+        window.updateSubjectWindow(1);
+        window.updateSubjectWindow(-1);
+    }
+    QCOMPARE(closed.count(), 1);
+    QCOMPARE(dialogs.seen().size(), 3);
+}
+
+void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
+    auto parent = std::make_unique<QWidget>();
+    auto* window = new OpenSubjectWindow(parent.get());
+    bringTo(*window, Stage::SinusoidPlaying);
+    const QSignalSpy closed(window, &SubjectWindow::subjectWindowClosed);
+    DialogDriver dialogs;
+    answerWith(dialogs, [&](QMessageBox&) { parent.reset(); });
+    window->close();
+    QCOMPARE(closed.count(), 0);
+    QCOMPARE(dialogs.takeComplaints(), QStringList());
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+}

@@ -1,0 +1,326 @@
+// The listener's window: what can be seen and used at each stage, and what the actions do.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_subject.h"
+
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QSpinBox>
+#include <QtTest>
+
+#include <QLabel>
+
+#include <functional>
+
+namespace {
+
+/// Letters for the widgets in the order of their creation: play Target, Label, spin Box,
+/// play Sinusoid, sliDer, i am Ready, dOne.
+const QString letters = QStringLiteral("TLBSDRO");
+
+struct StageRow {
+    const char* title;
+    Stage stage;
+    const char* visible;
+    bool isWindowEnabled;
+    const char* enabled; ///< Apart from the window, which disables them all.
+};
+
+// "I am ready" and "Done" are hidden, never disabled.
+constexpr StageRow stageRows[] = {
+    {"waiting for the listener", Stage::Waiting, "R", true, "TLBSDRO"},
+    {"target required", Stage::TargetRequired, "TLBSD", true, "TRO"},
+    {"target requested", Stage::TargetRequested, "TLBSD", false, "TRO"},
+    {"target playing", Stage::TargetPlaying, "TLBSD", false, "RO"},
+    {"adjusting", Stage::Adjusting, "TLBSD", true, "TBSDRO"},
+    {"sinusoid requested", Stage::SinusoidRequested, "TLBSDO", false, "TBSDRO"},
+    {"sinusoid playing", Stage::SinusoidPlaying, "TLBSDO", false, "BDRO"},
+    {"adjusting with Done", Stage::AdjustingWithDone, "TLBSDO", true, "TBSDRO"},
+};
+
+/// The buttons' style sheets, by who wears them.
+QString styled(const char* name, const QString& styleSheet) {
+    return QLatin1String(name) + QStringLiteral(" styled ") + styleSheet;
+}
+
+using Action = std::function<void(OpenSubjectWindow&)>;
+
+void click(QWidget* button) {
+    QTest::mouseClick(button, Qt::LeftButton);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Action)
+
+void TestSubjectWindowStages::visibleAndEnabledAtEachStage_data() {
+    QTest::addColumn<Stage>("stage");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("isVisible");
+    QTest::addColumn<bool>("isEnabled");
+    QTest::addColumn<bool>("isEnabledApartFromTheWindow");
+    const OpenSubjectWindow window;
+    for (const StageRow& row : stageRows)
+        for (int i = 0; i < letters.size(); ++i) {
+            const bool isEnabled = QString(row.enabled).contains(letters[i]);
+            QTest::addRow("%s: %s", row.title, qPrintable(window.widgets().at(i)->objectName()))
+                << row.stage << i << QString(row.visible).contains(letters[i])
+                << (row.isWindowEnabled && isEnabled) << isEnabled;
+        }
+}
+
+void TestSubjectWindowStages::visibleAndEnabledAtEachStage() {
+    QFETCH(Stage, stage);
+    QFETCH(int, index);
+    QFETCH(bool, isVisible);
+    QFETCH(bool, isEnabled);
+    QFETCH(bool, isEnabledApartFromTheWindow);
+    OpenSubjectWindow window;
+    bringTo(window, stage);
+    const QWidget* widget = window.widgets().at(index);
+    QCOMPARE(widget->isVisible(), isVisible);
+    QCOMPARE(widget->isEnabled(), isEnabled);
+    QCOMPARE(widget->isEnabledTo(&window), isEnabledApartFromTheWindow);
+}
+
+void TestSubjectWindowStages::windowIsEnabledUnlessASoundIsDue_data() {
+    QTest::addColumn<Stage>("stage");
+    QTest::addColumn<bool>("isEnabled");
+    for (const StageRow& row : stageRows)
+        QTest::newRow(row.title) << row.stage << row.isWindowEnabled;
+}
+
+void TestSubjectWindowStages::windowIsEnabledUnlessASoundIsDue() {
+    QFETCH(Stage, stage);
+    QFETCH(bool, isEnabled);
+    OpenSubjectWindow window;
+    bringTo(window, stage);
+    QCOMPARE(window.isEnabled(), isEnabled);
+    QVERIFY(window.isVisible());
+}
+
+void TestSubjectWindowStages::stepsOfEachAction_data() {
+    QTest::addColumn<Stage>("stage");
+    QTest::addColumn<Action>("action");
+    QTest::addColumn<QStringList>("steps");
+    const QString disabled = QStringLiteral("SubjectWindow disabled");
+    const QString enabled = QStringLiteral("SubjectWindow enabled");
+    const Action playTarget = [](auto& window) { click(window.pushButtonPlayTarget); };
+    const Action playSinusoid = [](auto& window) { click(window.pushButtonPlaySinusoid); };
+    const Action soundStarts = [](auto& window) { window.updateSubjectWindow(1); };
+    const Action soundEnds = [](auto& window) { window.updateSubjectWindow(-1); };
+    const QStringList unlocking = {styled("pushButtonPlaySinusoid", expectedGreyStyle()),
+                                   styled("pushButtonPlayTarget", expectedHoverStyle()),
+                                   styled("pushButtonPlaySinusoid", expectedHoverStyle()), enabled};
+
+    QTest::newRow("I am ready") << Stage::Waiting
+                                << Action([](auto& window) { click(window.pushButtonIAmReady); })
+                                << QStringList{disabled,
+                                               "pushButtonPlayTarget shown",
+                                               "labelCurrentValue shown",
+                                               "spinBoxFrequency shown",
+                                               "pushButtonPlaySinusoid shown",
+                                               "sliderFrequency shown",
+                                               "pushButtonIAmReady hidden",
+                                               styled("pushButtonPlayTarget", expectedHoverStyle()),
+                                               enabled};
+    QTest::newRow("play target") << Stage::TargetRequired << playTarget
+                                 << QStringList{disabled, "subjectResponded 2 0"};
+    QTest::newRow("play target again")
+        << Stage::AdjustingWithDone << playTarget << QStringList{disabled, "subjectResponded 2 0"};
+    QTest::newRow("first sinusoid")
+        << Stage::Adjusting << playSinusoid
+        << QStringList{disabled, "pushButtonDone shown",
+                       styled("pushButtonDone", expectedHoverStyle()), "subjectResponded 4 500"};
+    QTest::newRow("further sinusoid")
+        << Stage::AdjustingWithDone << playSinusoid
+        << QStringList{disabled, styled("pushButtonDone", expectedHoverStyle()),
+                       "subjectResponded 4 500"};
+    QTest::newRow("sound starts") << Stage::TargetRequested << soundStarts << QStringList();
+    QTest::newRow("sound ends") << Stage::TargetPlaying << soundEnds << unlocking;
+    QTest::newRow("sound starts unasked")
+        << Stage::Adjusting << soundStarts << QStringList{disabled};
+    QTest::newRow("sound ends in an unlocked window")
+        << Stage::Adjusting << soundEnds << (QStringList(disabled) + unlocking);
+}
+
+void TestSubjectWindowStages::stepsOfEachAction() {
+    QFETCH(Stage, stage);
+    QFETCH(Action, action);
+    QFETCH(QStringList, steps);
+    OpenSubjectWindow window;
+    bringTo(window, stage);
+    const WindowLog log(window);
+    action(window);
+    QCOMPARE(log.lines, steps);
+}
+
+void TestSubjectWindowStages::playSinusoidShowsDoneAndStoresTheFrequencyBeforeItResponds() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::Adjusting);
+    window.spinBoxFrequency->setValue(640);
+    QCOMPARE(window.frequencyCurrent, 500);
+    int responses = 0;
+    connect(&window, &SubjectWindow::subjectResponded, this, [&](int response, int frequency) {
+        ++responses;
+        QCOMPARE(response, 4);
+        QCOMPARE(frequency, 640);
+        QCOMPARE(window.frequencyCurrent, 640);
+        QVERIFY(window.pushButtonDone->isVisible());
+        QVERIFY(window.pushButtonDone->isEnabledTo(&window));
+        QVERIFY(!window.isEnabled());
+    });
+    click(window.pushButtonPlaySinusoid);
+    QCOMPARE(responses, 1);
+}
+
+void TestSubjectWindowStages::iAmReadySetsButtonsBeforeTheyAreShown() {
+    OpenSubjectWindow window;
+    window.disableAllChoiceButtons();
+    bringTo(window, Stage::TargetRequired);
+    QVERIFY(window.pushButtonPlayTarget->isEnabled());
+    QVERIFY(!window.pushButtonPlaySinusoid->isEnabled());
+}
+
+void TestSubjectWindowStages::disabledButtonsTakeNoClick_data() {
+    QTest::addColumn<Stage>("stage");
+    QTest::addColumn<int>("index");
+    const OpenSubjectWindow window;
+    for (const StageRow& row : stageRows)
+        for (int i = 0; i < letters.size(); ++i)
+            if (!row.isWindowEnabled || !QString(row.enabled).contains(letters[i]))
+                QTest::addRow("%s: %s", row.title, qPrintable(window.widgets().at(i)->objectName()))
+                    << row.stage << i;
+}
+
+void TestSubjectWindowStages::disabledButtonsTakeNoClick() {
+    QFETCH(Stage, stage);
+    QFETCH(int, index);
+    OpenSubjectWindow window;
+    bringTo(window, stage);
+    const WindowLog log(window);
+    QWidget* widget = window.widgets().at(index);
+    click(widget);
+    QTest::keyClick(widget, Qt::Key_Space);
+    QTest::keyClick(widget, Qt::Key_Up);
+    QCOMPARE(log.lines, QStringList());
+    QCOMPARE(window.spinBoxFrequency->value(), 500);
+    QCOMPARE(window.sliderFrequency->value(), 500);
+}
+
+void TestSubjectWindowStages::onlyMinusOneUnlocks_data() {
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("isUnlocked");
+    QTest::newRow("-1") << -1 << true;
+    for (const int index :
+         {0, 1, 2, 3, -2, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+        QTest::addRow("%d", index) << index << false;
+}
+
+void TestSubjectWindowStages::onlyMinusOneUnlocks() {
+    QFETCH(int, index);
+    QFETCH(bool, isUnlocked);
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    window.updateSubjectWindow(index);
+    QCOMPARE(window.isEnabled(), isUnlocked);
+    QCOMPARE(window.pushButtonPlayTarget->isEnabledTo(&window), isUnlocked);
+    QCOMPARE(window.pushButtonPlaySinusoid->isEnabledTo(&window), isUnlocked);
+    // These two are locked by the window alone.
+    QVERIFY(window.spinBoxFrequency->isEnabledTo(&window));
+    QVERIFY(window.sliderFrequency->isEnabledTo(&window));
+    QCOMPARE(window.pushButtonDone->isEnabled(), isUnlocked);
+}
+
+void TestSubjectWindowStages::targetHeardOnceUnlocksTheSinusoid() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::TargetPlaying);
+    window.updateSubjectWindow(2);
+    QVERIFY(!window.pushButtonPlaySinusoid->isEnabledTo(&window));
+    QVERIFY(!window.spinBoxFrequency->isEnabledTo(&window));
+    window.updateSubjectWindow(-1);
+    QVERIFY(window.pushButtonPlaySinusoid->isEnabled());
+    QVERIFY(window.spinBoxFrequency->isEnabled());
+    QVERIFY(window.sliderFrequency->isEnabled());
+}
+
+void TestSubjectWindowStages::minusOneUnlocksEvenBeforeIAmReady() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::Waiting);
+    window.updateSubjectWindow(1);
+    QVERIFY(!window.isEnabled());
+    window.updateSubjectWindow(-1);
+    QVERIFY(window.isEnabled());
+    QVERIFY(window.pushButtonIAmReady->isVisible());
+    QVERIFY(!window.pushButtonPlayTarget->isVisible());
+}
+
+void TestSubjectWindowStages::styleSheetsLeftBehind_data() {
+    QTest::addColumn<Stage>("stage");
+    QTest::addColumn<QString>("ofPlayTarget");
+    QTest::addColumn<QString>("ofPlaySinusoid");
+    QTest::addColumn<QString>("ofDone");
+    const QString hover = expectedHoverStyle();
+    const QString none;
+    QTest::newRow("waiting") << Stage::Waiting << none << none << none;
+    QTest::newRow("target required") << Stage::TargetRequired << hover << none << none;
+    QTest::newRow("target playing") << Stage::TargetPlaying << hover << none << none;
+    QTest::newRow("adjusting") << Stage::Adjusting << hover << hover << none;
+    QTest::newRow("sinusoid requested") << Stage::SinusoidRequested << hover << hover << hover;
+    QTest::newRow("sinusoid playing") << Stage::SinusoidPlaying << hover << hover << hover;
+    QTest::newRow("adjusting with Done") << Stage::AdjustingWithDone << hover << hover << hover;
+}
+
+void TestSubjectWindowStages::styleSheetsLeftBehind() {
+    QFETCH(Stage, stage);
+    OpenSubjectWindow window;
+    bringTo(window, stage);
+    QTEST(window.pushButtonPlayTarget->styleSheet(), "ofPlayTarget");
+    QTEST(window.pushButtonPlaySinusoid->styleSheet(), "ofPlaySinusoid");
+    QTEST(window.pushButtonDone->styleSheet(), "ofDone");
+    QCOMPARE(window.pushButtonIAmReady->styleSheet(), QString());
+}
+
+void TestSubjectWindowStages::doneStaysVisibleOnceShown() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    click(window.pushButtonPlayTarget);
+    QVERIFY(window.pushButtonDone->isVisible());
+    window.updateSubjectWindow(1);
+    QVERIFY(window.pushButtonDone->isVisible());
+    window.updateSubjectWindow(-1);
+    QVERIFY(window.pushButtonDone->isVisible());
+    QVERIFY(window.pushButtonDone->isEnabled());
+    QVERIFY(!window.pushButtonIAmReady->isVisible());
+}
+
+void TestSubjectWindowStages::labelStaysGrey() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    window.enableAllChoiceButtons();
+    QVERIFY(window.labelCurrentValue->isVisible());
+    QVERIFY(!window.labelCurrentValue->isEnabled());
+}
+
+void TestSubjectWindowStages::choiceButtonsAreEnabledTogether() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::TargetPlaying);
+    window.enableAllChoiceButtons();
+    QVERIFY(window.pushButtonPlayTarget->isEnabledTo(&window));
+    QVERIFY(window.pushButtonPlaySinusoid->isEnabledTo(&window));
+    QVERIFY(!window.spinBoxFrequency->isEnabledTo(&window));
+    QVERIFY(!window.sliderFrequency->isEnabledTo(&window));
+    QVERIFY(!window.isEnabled());
+}
+
+void TestSubjectWindowStages::choiceButtonsAreDisabledTogether() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    window.disableAllChoiceButtons();
+    QVERIFY(!window.pushButtonPlayTarget->isEnabled());
+    QVERIFY(!window.pushButtonPlaySinusoid->isEnabled());
+    QVERIFY(window.spinBoxFrequency->isEnabled());
+    QVERIFY(window.sliderFrequency->isEnabled());
+    QVERIFY(window.pushButtonDone->isEnabled());
+    QVERIFY(window.isEnabled());
+}
