@@ -78,11 +78,11 @@ QVector<int> PlaybackBench::soundsTold() const {
     return told;
 }
 
-QString PlaybackBench::wrongInRecording(const QVector<QVector<float>>& expected) {
+QString PlaybackBench::wrongInRecording(const QVector<QVector<float>>& soundsExpected) {
     constexpr int silenceMs = 150;
     if (!recorder.waitForSilence(silenceMs))
         return "the sound device does not fall silent";
-    return testsupport::findSounds(recorder.samples(), expected).difference;
+    return testsupport::findSounds(recorder.samples(), soundsExpected).difference;
 }
 
 QString PlaybackBench::complaints() {

@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QLocale>
-#include <QLoggingCategory>
 
 #include <array>
 #include <charconv>
@@ -207,8 +206,6 @@ void TestResultsText::localeWithADecimalCommaKeepsThePoint() {
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
-    // Complaints of the X server about windows that have just gone say nothing about the program.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.xcb.warning=false"));
     return testsupport::runAll<TestResultsText, TestResultsNaming, TestResultsSaving,
                                TestResultsRoad>(argc, argv);
 }

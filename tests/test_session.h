@@ -36,6 +36,9 @@ struct SessionBench {
     /// Everything that a session could change in the main window, one line a value.
     QStringList state();
 
+    /// What the program has put on the log, without what the X server had to say.
+    QStringList logged() const;
+
     /// What went wrong with dialogs and connections. Empties it.
     QStringList complaints();
 

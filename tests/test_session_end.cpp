@@ -191,8 +191,8 @@ void TestSessionEnd::disableAllComponentsDisablesTheWindow() {
 void TestSessionEnd::doNothingDoesNothing() {
     bench->preparePractice();
     const QStringList before = bench->state();
-    const int linesBefore = bench->log.all().size();
+    const int linesBefore = bench->logged().size();
     bench->window.doNothing();
     QCOMPARE(bench->state(), before);
-    QCOMPARE(bench->log.all().size(), linesBefore);
+    QCOMPARE(bench->logged().size(), linesBefore);
 }

@@ -24,15 +24,21 @@ QString matchShown(MainWindow& window) {
     return find<QLineEdit>(window, "lineEditFrequencyMatched")->text();
 }
 
-/// Expects a warning that says "Invalid response" and nothing else, and notes what it belongs to.
-void expectInvalidResponse(SessionBench& bench, QWidget*& parent, int& soundsPlayed) {
+/// What a warning box was seen to be.
+struct SeenWarning {
+    QString text;
+    QMessageBox::StandardButtons buttons;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    bool hasParent = true;
+    int soundsPlayedMeanwhile = -1;
+};
+
+/// Answers the next warning box and notes what it is.
+void answerWarning(SessionBench& bench, SeenWarning& seen) {
     bench.dialogs.expect(QStringLiteral("Warning"), [&](QWidget* dialog) {
         const auto* box = qobject_cast<QMessageBox*>(dialog);
-        QCOMPARE(box->text(), QStringLiteral("Invalid response"));
-        QCOMPARE(box->standardButtons(), QMessageBox::Ok);
-        QCOMPARE(box->icon(), QMessageBox::Warning);
-        parent = box->parentWidget();
-        soundsPlayed = bench.window.soundsPlayed;
+        seen = {box->text(), box->standardButtons(), box->icon(), box->parentWidget() != nullptr,
+                bench.window.soundsPlayed};
         QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
     });
 }
@@ -44,9 +50,9 @@ void TestSessionResponses::aSinusoidIsMatchedGeneratedAndScheduled() {
     bench->go();
     ObservedMainWindow& window = bench->window;
     QSignalSpy sounds(&window, &MainWindow::soundPlaying);
-    const int linesBefore = bench->log.all().size();
+    const int linesBefore = bench->logged().size();
     window.updateMainwindow(4, 640);
-    QCOMPARE(bench->log.all().mid(linesBefore), QStringList{QStringLiteral("response: 4")});
+    QCOMPARE(bench->logged().mid(linesBefore), QStringList{QStringLiteral("response: 4")});
     QVERIFY(window.playSinusoidNext);
     QCOMPARE(window.data.frequencyCurrent, 640);
     QCOMPARE(window.data.records[0].frequencyMatched, 640.0);
@@ -71,9 +77,9 @@ void TestSessionResponses::theTargetIsScheduledAndNothingMatched() {
     window.playSinusoidNext = true;
     window.data.records[0].frequencyMatched = 321;
     QSignalSpy sounds(&window, &MainWindow::soundPlaying);
-    const int linesBefore = bench->log.all().size();
+    const int linesBefore = bench->logged().size();
     window.updateMainwindow(2, 640);
-    QCOMPARE(bench->log.all().mid(linesBefore), QStringList{QStringLiteral("response: 2")});
+    QCOMPARE(bench->logged().mid(linesBefore), QStringList{QStringLiteral("response: 2")});
     QVERIFY(!window.playSinusoidNext);
     QCOMPARE(window.data.frequencyCurrent, 500);
     QCOMPARE(window.data.records[0].frequencyMatched, 321.0);
@@ -89,10 +95,10 @@ void TestSessionResponses::theStartIsOnlyLogged() {
     bench->preparePractice();
     bench->go();
     const QStringList before = bench->state();
-    const int linesBefore = bench->log.all().size();
+    const int linesBefore = bench->logged().size();
     QSignalSpy sounds(&bench->window, &MainWindow::soundPlaying);
     bench->window.updateMainwindow(0, 640);
-    QCOMPARE(bench->log.all().mid(linesBefore), QStringList{QStringLiteral("Test just started")});
+    QCOMPARE(bench->logged().mid(linesBefore), QStringList{QStringLiteral("Test just started")});
     QVERIFY(!sounds.wait(longAfterTheSoundMs));
     QCOMPARE(bench->state(), before);
 }
@@ -110,17 +116,19 @@ void TestSessionResponses::anInvalidResponseIsReportedAndChangesNothing() {
     ObservedMainWindow& window = bench->window;
     window.soundsPlayed = 1;
     const QStringList before = bench->state();
-    const int linesBefore = bench->log.all().size();
+    const int linesBefore = bench->logged().size();
     QSignalSpy sounds(&window, &MainWindow::soundPlaying);
-    QWidget* parent = &window;
-    int soundsPlayedMeanwhile = -1;
-    expectInvalidResponse(*bench, parent, soundsPlayedMeanwhile);
+    SeenWarning seen;
+    answerWarning(*bench, seen);
     window.updateMainwindow(response, 640);
-    QVERIFY(parent == nullptr);
-    QCOMPARE(soundsPlayedMeanwhile, 0);
+    QCOMPARE(seen.text, QStringLiteral("Invalid response"));
+    QCOMPARE(seen.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    QCOMPARE(seen.icon, QMessageBox::Warning);
+    QVERIFY(!seen.hasParent);
+    QCOMPARE(seen.soundsPlayedMeanwhile, 0);
     QVERIFY(!sounds.wait(longAfterTheSoundMs));
     QCOMPARE(bench->state(), before);
-    QCOMPARE(bench->log.all().size(), linesBefore);
+    QCOMPARE(bench->logged().size(), linesBefore);
 }
 
 void TestSessionResponses::soundsPlayedIsResetByEveryResponse_data() {

@@ -9,7 +9,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLoggingCategory>
 #include <QPushButton>
 #include <QSlider>
 #include <QSpinBox>
@@ -315,8 +314,6 @@ void TestSubjectWindowLook::nothingReachesTheLog() {
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
-    // Complaints of the X server about windows that have just gone say nothing about the program.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.xcb.warning=false"));
     return testsupport::runAll<TestSubjectWindowLook, TestSubjectWindowStages,
                                TestSubjectWindowFrequency, TestSubjectWindowClosing,
                                TestSubjectWindowLife>(argc, argv);

@@ -69,7 +69,7 @@ TargetBench::TargetBench() {
 }
 
 QString TargetBench::write(const QString& name, const QByteArray& bytes) const {
-    const QString path = folder.filePath(name);
+    QString path = folder.filePath(name);
     if (!testsupport::writeBytes(path, bytes))
         qFatal("cannot write %s", qPrintable(path));
     return path;

@@ -44,8 +44,8 @@ public:
 
     /// Clicks a session button and chooses the file, or cancels the dialog; returns what standard
     /// error was given.
-    std::string prepare(const QString& path, Session session = Session::Practice);
-    std::string prepareCancelled(Session session = Session::Practice);
+    std::string prepare(const QString& path, Session kind = Session::Practice);
+    std::string prepareCancelled(Session kind = Session::Practice);
 
     QString text(const char* lineEditName);
     bool isEnabled(const char* buttonName);

@@ -41,7 +41,7 @@ void answerOnce(TargetBench& bench) {
 
 /// A target that has been prepared, and answered once.
 QString prepareEarlierTarget(TargetBench& bench) {
-    const QString path = bench.write("earlier.wav", unevenCodes(earlierSamples));
+    QString path = bench.write("earlier.wav", unevenCodes(earlierSamples));
     bench.prepare(path);
     answerOnce(bench);
     return path;
@@ -49,7 +49,7 @@ QString prepareEarlierTarget(TargetBench& bench) {
 
 /// Writes bytes to a file, which is then grown, where it is to be longer, by a hole of zeros.
 QString writeTarget(TargetBench& bench, const QByteArray& bytes, qint64 size) {
-    const QString path = bench.write("chosen.wav", bytes);
+    QString path = bench.write("chosen.wav", bytes);
     if (size > bytes.size() && !QFile::resize(path, size))
         qFatal("cannot resize %s", qPrintable(path));
     return path;

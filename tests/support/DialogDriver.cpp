@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/DialogDriver.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -9,6 +10,7 @@
 #include <QPushButton>
 #include <QtTest>
 
+#include <algorithm>
 #include <utility>
 
 namespace testsupport {
@@ -33,6 +35,15 @@ void clickButton(QWidget* dialog, QDialogButtonBox::ButtonRole role) {
             QTest::mouseClick(button, Qt::LeftButton);
             return;
         }
+}
+
+/// Whether a click would hit: for a moment after it is shown, a dialog may be laid out at no
+/// height.
+bool isLaidOut(const QWidget& dialog) {
+    const auto buttons = dialog.findChildren<QAbstractButton*>();
+    return std::none_of(buttons.begin(), buttons.end(), [](const QAbstractButton* button) {
+        return button->isVisible() && button->rect().isEmpty();
+    });
 }
 
 QString contentOf(QWidget* dialog) {
@@ -105,7 +116,7 @@ void DialogDriver::click(const QString& title, QMessageBox::StandardButton butto
 
 void DialogDriver::answerDialog() {
     QWidget* dialog = QApplication::activeModalWidget();
-    if (dialog == nullptr || dialog == current || !dialog->isVisible())
+    if (dialog == nullptr || dialog == current || !dialog->isVisible() || !isLaidOut(*dialog))
         return;
     current = dialog;
     answered.append(contentOf(dialog));

@@ -25,6 +25,9 @@ QtMessageHandler& earlierHandler() {
 }
 
 void collect(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    // The platform's own quarrels with the window manager come by chance and are nobody's fault.
+    if (qstrcmp(context.category, "qt.qpa.xcb") == 0)
+        return;
     allLines().append(message);
     if (type == QtWarningMsg || type == QtCriticalMsg)
         warningLines().append(message);
