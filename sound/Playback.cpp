@@ -83,11 +83,13 @@ void MainWindow::releaseAudioOutput() {
     audioOutput = nullptr;
 }
 
-/// Deletes at once what releaseAudioOutput() has put off. An output's destructor processes events:
-/// deleted as a child of the window, it would meet its own deferred deletion there.
+/// Deletes at once what releaseAudioOutput() has put off. An output's destructor processes events,
+/// and would meet the deferred deletion of itself or of another output there.
 void MainWindow::deleteReleasedOutputs() {
-    for (auto* output : findChildren<QAudioOutput*>(QString(), Qt::FindDirectChildrenOnly))
-        QCoreApplication::sendPostedEvents(output, QEvent::DeferredDelete);
+    const auto outputs = findChildren<QAudioOutput*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QAudioOutput* output : outputs)
+        QCoreApplication::removePostedEvents(output, QEvent::DeferredDelete);
+    qDeleteAll(outputs);
 }
 
 void MainWindow::handleStateChanged(QAudio::State audioState) {

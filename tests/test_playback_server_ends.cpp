@@ -21,12 +21,12 @@ public:
         environment.remove("PULSE_SERVER");
         process.setProcessEnvironment(environment);
         process.setStandardErrorFile(folder + "/log");
-        process.start(
-            "pulseaudio",
-            {"-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit", "-L",
-             "module-null-sink sink_name=lab rate=40000 channels=1 format=float32le "
-             "norewinds=1",
-             "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + folder + "/socket"});
+        const QString sink("module-null-sink sink_name=lab rate=40000 channels=1 format=float32le "
+                           "norewinds=1");
+        const QString protocol("module-native-protocol-unix auth-anonymous=1 socket=");
+        process.start("pulseaudio",
+                      {"-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit", "-L", sink,
+                       "-L", protocol + folder + "/socket"});
     }
     ~SoundServer() { kill(); }
     SoundServer(const SoundServer&) = delete;
