@@ -77,6 +77,7 @@ private slots:
     void randomTrialsHoldEveryFileOncePerRepetition_data();
     void randomTrialsHoldEveryFileOncePerRepetition();
     void twoRandomSequencesDiffer();
+    void withoutARandomDeviceTheClockServesAndTheLogTells();
 };
 
 /// The settings as "Practice", "Experiment" and "Go" read them (test_session_settings.cpp).

@@ -1,6 +1,7 @@
 // The order of presentation, against plain procedures and counts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/TrialSequence.h"
+#include "support/LogLines.h"
 #include "test_session.h"
 
 #include <QHash>
@@ -9,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+
+#include <sys/resource.h>
 
 namespace {
 
@@ -186,4 +189,23 @@ void TestTrialSequence::twoRandomSequencesDiffer() {
     const QVector<int> first = randomTrials(1, files);
     QVERIFY(first != randomTrials(1, files));
     QVERIFY(first != orderedTrials(1, files));
+}
+
+void TestTrialSequence::withoutARandomDeviceTheClockServesAndTheLogTells() {
+    constexpr int files = 50;
+    rlimit before{};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+    QVector<int> trials;
+    const testsupport::LogLines log;
+    {
+        // No descriptor is left for the device.
+        const rlimit none{0, before.rlim_max};
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+        trials = randomTrials(1, files);
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
+    }
+    QCOMPARE(sorted(trials), orderedTrials(1, files));
+    QVERIFY(trials != orderedTrials(1, files));
+    QCOMPARE(log.warnings().size(), 1);
+    QVERIFY(log.warnings().constFirst().startsWith("no random device ("));
 }
