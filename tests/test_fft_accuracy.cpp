@@ -197,7 +197,7 @@ Q_DECLARE_METATYPE(MakeSequence)
 
 void TestFftAccuracy::equalsThePlainPassesToTheLastBit_data() {
     QTest::addColumn<int>("bits");
-    for (int bits = 0; bits <= 16; ++bits)
+    for (int bits = 0; bits <= 22; ++bits)
         QTest::addRow("2^%d", bits) << bits;
 }
 
@@ -205,17 +205,21 @@ void TestFftAccuracy::equalsThePlainPassesToTheLastBit() {
     QFETCH(int, bits);
     const std::size_t length = std::size_t{1} << bits;
     const plainfft::Transform plain(bits);
-    const std::vector<std::vector<double>> inputs = {
+    std::vector<std::vector<double>> inputs = {
         noise(length),
+        toneBetweenBins(length),
         scaled(noise(length), 1e-300),
         scaled(noise(length), 1e-310), // denormal numbers
         scaled(noise(length), 1e290),
         mixedExponents(length),
         signedZeros(length),
         std::vector<double>(length, -0.0),
-        toneBetweenBins(length),
         delayedImpulse(length),
     };
+    // The passes of long transforms are those of shorter ones; two sequences save a minute.
+    constexpr int longTransform = 17;
+    if (bits >= longTransform)
+        inputs.resize(2);
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         const std::vector<double> actual = transformed(inputs[i]);
         const std::vector<double> expected = plain(inputs[i]);
@@ -236,7 +240,7 @@ void TestFftAccuracy::agreesWithTheDirectTransform() {
 }
 
 void TestFftAccuracy::agreesWithFftw_data() {
-    addLengthsAndSequences(18);
+    addLengthsAndSequences(22);
 }
 
 void TestFftAccuracy::agreesWithFftw() {

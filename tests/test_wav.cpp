@@ -257,6 +257,7 @@ void TestWavLoading::uncheckedIdentifiersMayBeAnything() {
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    return testsupport::runAll<TestWavConversion, TestWavLoading, TestWavRefusals, TestWavOutput,
-                               TestWavRobustness, TestWavMemory, TestWavPrograms>(argc, argv);
+    return testsupport::runAll<TestWavConversion, TestWavUnusual, TestWavLoading, TestWavRefusals,
+                               TestWavOutput, TestWavRobustness, TestWavMemory, TestWavPrograms>(
+        argc, argv);
 }

@@ -101,6 +101,15 @@ private slots:
     void messagesAreFlushed();
 };
 
+/// Malformed and unusual files, one after the other (test_wav_unusual.cpp).
+class TestWavUnusual : public QObject {
+    Q_OBJECT
+
+private slots:
+    void messageResultAndSamples_data();
+    void messageResultAndSamples();
+};
+
 /// Files written, and printed headers and samples (test_wav_output.cpp).
 class TestWavOutput : public QObject {
     Q_OBJECT
