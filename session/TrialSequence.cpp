@@ -16,9 +16,8 @@ std::uint32_t randomSeed() {
     try {
         std::random_device device("/dev/urandom");
         return device();
-    } catch (const std::exception& failure) {
-        qWarning("no random device (%s): the order of trials is drawn from the clock",
-                 failure.what());
+    } catch (const std::exception&) {
+        qWarning("no random device: the order of trials is drawn from the clock");
         const auto now = std::chrono::system_clock::now().time_since_epoch();
         return static_cast<std::uint32_t>(now.count());
     }

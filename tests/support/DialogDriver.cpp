@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QtTest>
 
 #include <algorithm>
@@ -57,10 +58,7 @@ QString contentOf(QWidget* dialog) {
 } // namespace
 
 DialogDriver::DialogDriver(QObject* parent) : QObject(parent) {
-    constexpr int lookEveryMs = 20;
-    timer.setInterval(lookEveryMs);
-    connect(&timer, &QTimer::timeout, this, &DialogDriver::answerDialog);
-    timer.start();
+    lookAgain();
 }
 
 void DialogDriver::expect(const QString& title, Answer answer) {
@@ -114,7 +112,15 @@ void DialogDriver::click(const QString& title, QMessageBox::StandardButton butto
     });
 }
 
+void DialogDriver::lookAgain() {
+    constexpr int lookEveryMs = 20;
+    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
+}
+
 void DialogDriver::answerDialog() {
+    // At once, and not by a repeating timer, which would not fire while an answer opens another
+    // dialog.
+    lookAgain();
     QWidget* dialog = QApplication::activeModalWidget();
     if (dialog == nullptr || dialog == current || !dialog->isVisible() || !isLaidOut(*dialog))
         return;

@@ -7,7 +7,6 @@
 #include <QPointer>
 #include <QQueue>
 #include <QStringList>
-#include <QTimer>
 
 #include <functional>
 
@@ -52,11 +51,11 @@ private:
         Answer answer;
     };
 
+    void lookAgain();
     void answerDialog();
     void chooseFile(const QString& title, const QString& path);
     void cancelFile(const QString& title);
 
-    QTimer timer;
     QQueue<Expectation> expectations;
     QPointer<QWidget> current; ///< The dialog that is being answered.
     QStringList answered;
