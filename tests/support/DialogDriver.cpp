@@ -18,6 +18,8 @@ namespace testsupport {
 
 namespace {
 
+constexpr int lookEveryMs = 20;
+
 QString targetTitle() {
     return QStringLiteral("Select a target sound file");
 }
@@ -58,7 +60,7 @@ QString contentOf(QWidget* dialog) {
 } // namespace
 
 DialogDriver::DialogDriver(QObject* parent) : QObject(parent) {
-    lookAgain();
+    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
 }
 
 void DialogDriver::expect(const QString& title, Answer answer) {
@@ -112,15 +114,10 @@ void DialogDriver::click(const QString& title, QMessageBox::StandardButton butto
     });
 }
 
-void DialogDriver::lookAgain() {
-    constexpr int lookEveryMs = 20;
-    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
-}
-
 void DialogDriver::answerDialog() {
     // At once, and not by a repeating timer, which would not fire while an answer opens another
     // dialog.
-    lookAgain();
+    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
     QWidget* dialog = QApplication::activeModalWidget();
     if (dialog == nullptr || dialog == current || !dialog->isVisible() || !isLaidOut(*dialog))
         return;

@@ -51,7 +51,6 @@ private:
         Answer answer;
     };
 
-    void lookAgain();
     void answerDialog();
     void chooseFile(const QString& title, const QString& path);
     void cancelFile(const QString& title);
