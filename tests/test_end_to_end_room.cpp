@@ -171,12 +171,6 @@ QStringList SessionRoom::complaints() {
     for (const QString& warning : std::as_const(expectedWarnings))
         if (!warnings.removeOne(warning))
             warnings.append(QStringLiteral("the log lacks: ") + warning);
-    // Dialogs are answered so fast here that the window manager still moves some that have gone.
-    const QRegularExpression fromX11(
-        QStringLiteral("^QXcbConnection: XCB error: 3 \\(BadWindow\\)"));
-    warnings.erase(std::remove_if(warnings.begin(), warnings.end(),
-                                  [&](const QString& line) { return line.contains(fromX11); }),
-                   warnings.end());
     return driver.dialogs.takeComplaints() + warnings;
 }
 

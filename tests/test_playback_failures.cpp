@@ -62,11 +62,3 @@ QVector<int> FailureBench::soundsTold() const {
 QString FailureBench::text(const char* lineEditName) {
     return testsupport::find<QLineEdit>(window, lineEditName)->text();
 }
-
-QStringList FailureBench::warnings() const {
-    QStringList lines = log.warnings();
-    for (const QString& line : log.warnings())
-        if (line.startsWith(QLatin1String("QXcbConnection: XCB error: 3 (BadWindow)")))
-            lines.removeOne(line);
-    return lines;
-}

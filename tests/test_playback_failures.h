@@ -31,9 +31,6 @@ public:
 
     QString text(const char* lineEditName);
 
-    /// The warnings on the log, but for what the window manager does to windows closed at once.
-    QStringList warnings() const;
-
     QTemporaryDir folder;
     testsupport::LogLines log;
     std::unique_ptr<testsupport::InspectedMainWindow> windowOwner =

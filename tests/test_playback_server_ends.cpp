@@ -84,7 +84,7 @@ void TestPlaybackServerEnds::soundIsPlayedWhileTheServerIsThere() {
     FailureBench bench;
     bench.prepareAndGo();
     QVERIFY(bench.session.playTarget());
-    QCOMPARE(bench.warnings(), QStringList());
+    QCOMPARE(bench.log.warnings(), QStringList());
     bench.sounds.clear();
     bench.endAndVerify({});
 }

@@ -25,7 +25,8 @@ QtMessageHandler& earlierHandler() {
 }
 
 void collect(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    // The platform's own quarrels with the window manager come by chance and are nobody's fault.
+    // Windows closed at once may be gone when the X server is still asked about them: by chance,
+    // and nobody's fault.
     if (qstrcmp(context.category, "qt.qpa.xcb") == 0)
         return;
     allLines().append(message);
