@@ -1,0 +1,17 @@
+// How many points a generated signal has.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "signal/PointCount.h"
+
+#include <QtGlobal>
+
+#include <cmath>
+#include <limits>
+
+int pointCount(double samplingRate, double durationSeconds) {
+    const double count = std::floor(samplingRate * durationSeconds);
+    // So that NaN, which compares with nothing, is refused as well.
+    if (count >= std::numeric_limits<int>::min() && count <= std::numeric_limits<int>::max())
+        return static_cast<int>(count);
+    qWarning("no signal has %g samples (%g Hz x %g s)", count, samplingRate, durationSeconds);
+    return 0;
+}

@@ -1,0 +1,39 @@
+// The random numbers of the signal library.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QtGlobal>
+
+#include <ctime>
+
+// The generator is the toolkit's old one: that two calls in the same second, and a seed chosen
+// by the caller, repeat the numbers is part of the library's contract. Its deprecation is quieted
+// here, and everything else goes through these functions.
+//
+// Each thread has a generator of its own. Seeding one leaves the numbers of the others alone, and
+// a thread that has not been seeded draws as after seedRandomNumbers(1), whatever was done
+// elsewhere.
+
+/// The numbers lie from 0 to this.
+constexpr int largestRandomNumber = 2147483647;
+
+/// Restarts the thread's numbers: the same seed gives the same ones.
+inline void seedRandomNumbers(uint seed) {
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    qsrand(seed);
+    QT_WARNING_POP
+}
+
+/// Restarts the thread's numbers by the C library's time in whole seconds.
+inline void seedRandomNumbersWithTime() {
+    seedRandomNumbers(static_cast<uint>(std::time(nullptr)));
+}
+
+/// Returns the thread's next number.
+inline int nextRandomNumber() {
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return qrand();
+    QT_WARNING_POP
+}

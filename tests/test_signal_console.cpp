@@ -1,0 +1,117 @@
+// The signal library's interface and its warnings without a box, and the main function of its
+// tests. SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_signal_console.h"
+
+#include "support/SignalCalls.h"
+#include "support/StreamCapture.h"
+#include "support/TestMain.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <array>
+#include <cstring>
+#include <iostream>
+#include <string>
+#include <type_traits>
+
+using testsupport::SignalCall;
+using testsupport::StreamCapture;
+
+namespace {
+
+/// Calls with standard error taken over, and compares what has been written to it.
+void compareStandardError(const SignalCall& call, const QString& expected) {
+    const StreamCapture standardError(std::cerr);
+    call();
+    QCOMPARE(QString::fromStdString(standardError.text()), expected);
+}
+
+/// Tells 0 from -0, and does not tell NaN from itself.
+quint64 bits(double value) {
+    quint64 bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+/// The arguments of a program that has no need of a screen.
+struct Arguments {
+    std::string program = "tool";
+    std::string option = "-platform";
+    std::string platform = "minimal";
+    std::array<char*, 4> values{program.data(), option.data(), platform.data(), nullptr};
+    int count = 3;
+};
+
+} // namespace
+
+QString difference(const QVector<double>& actual, const QVector<double>& expected) {
+    if (actual.size() != expected.size())
+        return QStringLiteral("%1 samples, not %2").arg(actual.size()).arg(expected.size());
+    for (int i = 0; i < actual.size(); ++i)
+        if (bits(actual[i]) != bits(expected[i]))
+            return QStringLiteral("sample %1 is %2, not %3")
+                .arg(i)
+                .arg(actual[i], 0, 'g', 17)
+                .arg(expected[i], 0, 'g', 17);
+    return {};
+}
+
+void TestSignalLibrary::interfaceIsAsItsUsersExpect() {
+    using Samples = QVector<double>;
+    QVERIFY(std::is_empty_v<OstrelClasses>);
+    QVERIFY(std::is_default_constructible_v<OstrelClasses>);
+    QVERIFY((std::is_same_v<decltype(whiteNoise), Samples(int)>));
+    QVERIFY((std::is_same_v<decltype(sine), Samples(double, double, double, double, double)>));
+    QVERIFY((std::is_same_v<decltype(sam), Samples(double, double, double, double, double, double,
+                                                   double, double, bool)>));
+    QVERIFY((std::is_same_v<decltype(randomInteger), int(int, int)>));
+    QVERIFY((std::is_same_v<decltype(randomIntegers), QVector<int>(int, int, int)>));
+    // Functions of one name are told by the conversion: without an exact match it does not compile.
+    using Rms = double (*)(Samples);
+    using RmsOfIntegers = double (*)(QVector<int>);
+    QVERIFY(static_cast<Rms>(&rms) != nullptr);
+    QVERIFY(static_cast<RmsOfIntegers>(&rms) != nullptr);
+}
+
+void TestSignalLibrary::withoutAnApplicationAWarningIsALine_data() {
+    testsupport::addCallsThatWarn();
+}
+
+void TestSignalLibrary::withoutAnApplicationAWarningIsALine() {
+    QFETCH(SignalCall, call);
+    QFETCH(QString, text);
+    QVERIFY(QCoreApplication::instance() == nullptr);
+    compareStandardError(call, text + u'\n');
+}
+
+void TestSignalLibrary::inAProgramWithoutWidgetsAWarningIsALine_data() {
+    testsupport::addCallsThatWarn();
+}
+
+void TestSignalLibrary::inAProgramWithoutWidgetsAWarningIsALine() {
+    QFETCH(SignalCall, call);
+    QFETCH(QString, text);
+    Arguments arguments;
+    {
+        const QCoreApplication console(arguments.count, arguments.values.data());
+        compareStandardError(call, text + u'\n');
+    }
+    const QGuiApplication windowed(arguments.count, arguments.values.data());
+    compareStandardError(call, text + u'\n');
+}
+
+void TestSignalLibrary::nothingToWarnOfWritesNothing_data() {
+    testsupport::addCallsThatDoNotWarn();
+}
+
+void TestSignalLibrary::nothingToWarnOfWritesNothing() {
+    QFETCH(SignalCall, call);
+    QFETCH(QString, text);
+    compareStandardError(call, text);
+}
+
+int main(int argc, char** argv) {
+    return testsupport::runAll<TestSignalLibrary, TestSignalGenerators, TestSignalRamps,
+                               TestSignalRandom, TestSignalRms, TestSignalSpectra>(argc, argv);
+}

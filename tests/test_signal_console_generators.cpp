@@ -1,0 +1,245 @@
+// Noise, tones and modulated tones.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_signal_console.h"
+
+#include "signal/OstrelClasses.h"
+#include "signal/PointCount.h"
+#include "signal/RandomGenerator.h"
+#include "support/LogLines.h"
+#include "support/SignalCalls.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr int leastInt = std::numeric_limits<int>::min();
+constexpr int mostInt = std::numeric_limits<int>::max();
+
+/// One component's angle in radians at a point, in the order that the formula lays down.
+double angle(double frequency, int point, double samplingRate, double phaseDegrees) {
+    const double step = frequency * 6.283185307179586;
+    const double turned = step * static_cast<double>(point) / samplingRate;
+    const double start = phaseDegrees * 0.017453292519943295;
+    return turned + start;
+}
+
+double largestMagnitude(const QVector<double>& signal) {
+    double largest = 0;
+    for (const double sample : signal)
+        largest = std::max(largest, std::abs(sample));
+    return largest;
+}
+
+} // namespace
+
+void TestSignalGenerators::pointsOfASignalAreRoundedDown_data() {
+    QTest::addColumn<double>("samplingRate");
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<int>("points");
+    QTest::newRow("half a second") << 40000.0 << 0.5 << 20000;
+    QTest::newRow("fraction of a point") << 40000.0 << 0.00001 << 0;
+    QTest::newRow("fraction dropped") << 10.0 << 0.99 << 9;
+    // 0.043 is a little less than it looks, and so is its product.
+    QTest::newRow("the last point lost") << 40000.0 << 0.043 << 1719;
+    QTest::newRow("below zero, downwards") << 10.0 << -0.01 << -1;
+    QTest::newRow("no duration") << 40000.0 << 0.0 << 0;
+    QTest::newRow("largest") << 2147483647.5 << 1.0 << mostInt;
+    QTest::newRow("smallest") << -2147483648.0 << 1.0 << leastInt;
+}
+
+void TestSignalGenerators::pointsOfASignalAreRoundedDown() {
+    QFETCH(double, samplingRate);
+    QFETCH(double, seconds);
+    const testsupport::LogLines log;
+    QTEST(pointCount(samplingRate, seconds), "points");
+    QCOMPARE(log.all(), QStringList());
+}
+
+void TestSignalGenerators::noCountIsOneLineOnTheLogAndNoSignal_data() {
+    QTest::addColumn<double>("samplingRate");
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<QString>("line");
+    const auto row = [](const char* name, double samplingRate, double seconds, const char* line) {
+        QTest::newRow(name) << samplingRate << seconds << QString::fromLatin1(line);
+    };
+    row("not a number", 40000, notANumber, "no signal has nan samples (40000 Hz x nan s)");
+    row("infinite", infinity, 0.5, "no signal has inf samples (inf Hz x 0.5 s)");
+    row("infinitely small", 40000, -infinity, "no signal has -inf samples (40000 Hz x -inf s)");
+    row("one too many", 2147483648.0, 1,
+        "no signal has 2.14748e+09 samples (2.14748e+09 Hz x 1 s)");
+    row("one too few", -2147483649.0, 1,
+        "no signal has -2.14748e+09 samples (-2.14748e+09 Hz x 1 s)");
+    row("much too many", 40000, 1e300, "no signal has 4e+304 samples (40000 Hz x 1e+300 s)");
+}
+
+void TestSignalGenerators::noCountIsOneLineOnTheLogAndNoSignal() {
+    QFETCH(double, samplingRate);
+    QFETCH(double, seconds);
+    QFETCH(QString, line);
+    const testsupport::LogLines log;
+    QCOMPARE(pointCount(samplingRate, seconds), 0);
+    QVERIFY(sine(samplingRate, seconds, 1000, 1, 0).isEmpty());
+    QVERIFY(sam(samplingRate, seconds, 1000, 10, 1, 1, 0, 0, true).isEmpty());
+    QCOMPARE(log.warnings(), (QStringList{line, line, line}));
+    QCOMPARE(log.all().size(), 3);
+}
+
+void TestSignalGenerators::signalsWithoutAPointAreEmpty_data() {
+    QTest::addColumn<double>("samplingRate");
+    QTest::addColumn<double>("seconds");
+    QTest::newRow("fraction of a point") << 40000.0 << 0.00001;
+    QTest::newRow("no duration") << 40000.0 << 0.0;
+    QTest::newRow("no rate") << 0.0 << 0.5;
+    QTest::newRow("below zero") << 40000.0 << -0.5;
+}
+
+void TestSignalGenerators::signalsWithoutAPointAreEmpty() {
+    QFETCH(double, samplingRate);
+    QFETCH(double, seconds);
+    const testsupport::LogLines log;
+    QVERIFY(sine(samplingRate, seconds, 1000, 1, 90).isEmpty());
+    QVERIFY(sam(samplingRate, seconds, 1000, 10, 1, 1, 90, 0, false).isEmpty());
+    QCOMPARE(log.all(), QStringList());
+}
+
+void TestSignalGenerators::noiseIsTheGeneratorsNumbersInOrder() {
+    QVector<double> noise;
+    int next = 0;
+    seedRandomNumbers(1);
+    const uint second = testsupport::inOneSecond([&] {
+        noise = whiteNoise(1000);
+        next = nextRandomNumber();
+    });
+    QVector<double> expected;
+    seedRandomNumbers(second);
+    for (int i = 0; i < 1000; ++i)
+        expected.append(static_cast<double>(nextRandomNumber()) / 2147483647.0);
+    QCOMPARE(difference(noise, expected), QString());
+    QCOMPARE(next, nextRandomNumber());
+}
+
+void TestSignalGenerators::noiseLiesFrom0To1AroundOneHalf() {
+    const QVector<double> noise = whiteNoise(100000);
+    QVERIFY(*std::min_element(noise.begin(), noise.end()) >= 0);
+    QVERIFY(*std::max_element(noise.begin(), noise.end()) <= 1);
+    const double mean = std::accumulate(noise.begin(), noise.end(), 0.0) / noise.size();
+    // Ten standard deviations of such a mean: sqrt(1/12 / 100000) each.
+    QVERIFY2(std::abs(mean - 0.5) < 0.0092, qPrintable(QString::number(mean)));
+}
+
+void TestSignalGenerators::noiseWithoutAPointReseeds_data() {
+    QTest::addColumn<int>("points");
+    QTest::newRow("none") << 0;
+    QTest::newRow("below none") << -5;
+    QTest::newRow("far below none") << leastInt;
+}
+
+void TestSignalGenerators::noiseWithoutAPointReseeds() {
+    QFETCH(int, points);
+    int next = 0;
+    const uint second = testsupport::inOneSecond([&] {
+        seedRandomNumbers(1);
+        QVERIFY(whiteNoise(points).isEmpty());
+        next = nextRandomNumber();
+    });
+    seedRandomNumbers(second);
+    QCOMPARE(next, nextRandomNumber());
+}
+
+void TestSignalGenerators::noisesOfTheSameSecondAreTheSame() {
+    QVector<double> first;
+    QVector<double> second;
+    testsupport::inOneSecond([&] {
+        first = whiteNoise(500);
+        second = whiteNoise(500);
+    });
+    QCOMPARE(first.size(), 500);
+    QCOMPARE(difference(second, first), QString());
+}
+
+void TestSignalGenerators::sineOf1000HzHasItsPeakAtSample10() {
+    const QVector<double> tone = sine(40000, 0.5, 1000, 1, 0);
+    QCOMPARE(tone.size(), 20000);
+    QVERIFY(tone[0] == 0);
+    QVERIFY(tone[10] == 1);
+}
+
+void TestSignalGenerators::sineFollowsTheFormula_data() {
+    QTest::addColumn<double>("samplingRate");
+    QTest::addColumn<double>("frequency");
+    QTest::addColumn<double>("amplitude");
+    QTest::addColumn<double>("phase");
+    QTest::newRow("plain") << 40000.0 << 1000.0 << 1.0 << 0.0;
+    QTest::newRow("all given") << 44100.0 << 617.3 << 0.3 << 71.0;
+    QTest::newRow("beyond full scale") << 40000.0 << 440.0 << 32767.0 << 90.0;
+    QTest::newRow("upside down") << 48000.0 << -250.0 << -0.7 << -400.0;
+    QTest::newRow("above half the rate") << 40000.0 << 30011.0 << 1.0 << 5.0;
+    // 67 x pi / 180 is not 67 x (pi / 180).
+    QTest::newRow("0 Hz") << 40000.0 << 0.0 << 2.0 << 67.0;
+}
+
+void TestSignalGenerators::sineFollowsTheFormula() {
+    QFETCH(double, samplingRate);
+    QFETCH(double, frequency);
+    QFETCH(double, amplitude);
+    QFETCH(double, phase);
+    QVector<double> expected;
+    for (int i = 0; i < samplingRate * 0.25; ++i)
+        expected.append(amplitude * std::sin(angle(frequency, i, samplingRate, phase)));
+    QCOMPARE(difference(sine(samplingRate, 0.25, frequency, amplitude, phase), expected),
+             QString());
+}
+
+void TestSignalGenerators::samFollowsTheFormula_data() {
+    QTest::addColumn<double>("modulation");
+    QTest::addColumn<double>("depth");
+    QTest::addColumn<double>("amplitude");
+    QTest::addColumn<double>("carrierPhase");
+    QTest::addColumn<double>("modulatorPhase");
+    QTest::newRow("full depth") << 40.0 << 1.0 << 1.0 << 0.0 << 0.0;
+    QTest::newRow("all given") << 17.3 << 0.37 << 0.7 << 67.0 << -71.0;
+    QTest::newRow("no modulation") << 40.0 << 0.0 << 0.7 << 11.0 << 0.0;
+    QTest::newRow("overmodulated") << 40.0 << 1.9 << 0.3 << 0.0 << 180.0;
+    QTest::newRow("negative depth") << 40.0 << -0.6 << 0.3 << 90.0 << 45.0;
+    QTest::newRow("modulated at 0 Hz") << 0.0 << 0.5 << 3.0 << 0.0 << 67.0;
+}
+
+void TestSignalGenerators::samFollowsTheFormula() {
+    QFETCH(double, modulation);
+    QFETCH(double, depth);
+    QFETCH(double, amplitude);
+    QFETCH(double, carrierPhase);
+    QFETCH(double, modulatorPhase);
+    QVector<double> plain;
+    QVector<double> normalised;
+    const double factor = 1.0 / (depth + 1.0);
+    for (int i = 0; i < 11025; ++i) {
+        const double carrier = std::sin(angle(1234.5, i, 44100, carrierPhase));
+        const double modulator = std::cos(angle(modulation, i, 44100, modulatorPhase));
+        const double envelope = (modulator * depth + 1.0) * amplitude;
+        plain.append(carrier * envelope);
+        normalised.append(carrier * envelope * factor);
+    }
+    const auto made = [&](bool normalise) {
+        return sam(44100, 0.25, 1234.5, modulation, depth, amplitude, carrierPhase, modulatorPhase,
+                   normalise);
+    };
+    QCOMPARE(difference(made(false), plain), QString());
+    QCOMPARE(difference(made(true), normalised), QString());
+}
+
+void TestSignalGenerators::samPeaksAtTheAmplitudeWhenNormalised() {
+    // Carrier and modulator both start at their peaks.
+    const auto peak = [](bool normalise) {
+        return largestMagnitude(sam(40000, 0.5, 1000, 40, 1, 1, 90, 0, normalise));
+    };
+    QVERIFY(peak(true) == 1);
+    QVERIFY(peak(false) == 2);
+}

@@ -1,0 +1,256 @@
+// Onset and offset ramps.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_signal_console.h"
+
+#include "signal/OstrelClasses.h"
+#include "support/SignalCalls.h"
+#include "support/StreamCapture.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <iostream>
+#include <limits>
+#include <numeric>
+#include <string>
+#include <vector>
+
+using testsupport::RampInPlace;
+using testsupport::RampOfCopy;
+using testsupport::StreamCapture;
+
+namespace {
+
+constexpr int longest = 40;
+constexpr int leastInt = std::numeric_limits<int>::min();
+constexpr int mostInt = std::numeric_limits<int>::max();
+
+/// A ramp and the formula that it follows, written out once more.
+struct Ramp {
+    RampOfCopy ofCopy = nullptr;
+    RampInPlace inPlace = nullptr;
+    /// The gain of a point of the ramp.
+    double (*gain)(int point, int length) = nullptr;
+    int timesApplied = 1;
+};
+
+double raisedCosineGain(int point, int length) {
+    const double position = static_cast<double>(point) / static_cast<double>(length);
+    const double cosine = std::cos(position * 3.141592653589793);
+    return (1.0 - cosine) * 0.5;
+}
+
+double linearGain(int point, int length) {
+    return static_cast<double>(point) / static_cast<double>(length);
+}
+
+/// A signal of both signs without any symmetry.
+QVector<double> unevenSignal(int size) {
+    QVector<double> signal;
+    for (int i = 0; i < size; ++i)
+        signal.append(std::sin(0.7 + i * i) - 0.125);
+    return signal;
+}
+
+/// What a ramp should make of a signal, sample by sample: each looks for the points of the two
+/// ramps that fall on it, the earlier point first.
+QVector<double> expectedRamp(const Ramp& ramp, QVector<double> signal, int length) {
+    const int size = signal.size();
+    for (int sample = 0; sample < size; ++sample)
+        for (int point = 0; point < length; ++point)
+            for (const int position : {point, size - 1 - point})
+                for (int time = 0; position == sample && time < ramp.timesApplied; ++time)
+                    signal[sample] *= ramp.gain(point, length);
+    return signal;
+}
+
+void addRamps() {
+    QTest::addColumn<Ramp>("ramp");
+    QTest::newRow("cosRamp") << Ramp{cosRamp, cosRamp, raisedCosineGain, 1};
+    QTest::newRow("cos2Ramp") << Ramp{cos2Ramp, cos2Ramp, raisedCosineGain, 2};
+    QTest::newRow("linearRamp") << Ramp{linearRamp, linearRamp, linearGain, 1};
+}
+
+/// Samples with room for more behind them that is filled with marks, and with the vector's own
+/// counts in front.
+class FencedSignal {
+public:
+    explicit FencedSignal(int size) {
+        samples.reserve(size + fence);
+        samples.resize(size);
+        std::iota(samples.begin(), samples.end(), 1.0);
+        std::fill_n(samples.data() + size, fence, mark);
+        before = counts();
+    }
+
+    bool isWhole() const {
+        const double* behind = samples.constData() + samples.size();
+        return counts() == before &&
+               std::all_of(behind, behind + fence, [](double value) { return value == mark; });
+    }
+
+    QVector<double> samples;
+
+private:
+    static constexpr int fence = 100;
+    static constexpr double mark = -77;
+
+    /// The bytes of the vector's header, which its first sample follows.
+    std::vector<char> counts() const {
+        std::vector<char> bytes(sizeof(QArrayData));
+        std::memcpy(bytes.data(),
+                    reinterpret_cast<const char*>(samples.constData()) - sizeof(QArrayData),
+                    bytes.size());
+        return bytes;
+    }
+
+    std::vector<char> before;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Ramp)
+
+void TestSignalRamps::tenOnesWithTwoRampPoints_data() {
+    QTest::addColumn<RampOfCopy>("ramp");
+    QTest::addColumn<double>("gain");
+    QTest::newRow("cosRamp") << RampOfCopy(cosRamp) << 0.5;
+    QTest::newRow("cos2Ramp") << RampOfCopy(cos2Ramp) << 0.25;
+    QTest::newRow("linearRamp") << RampOfCopy(linearRamp) << 0.5;
+}
+
+void TestSignalRamps::tenOnesWithTwoRampPoints() {
+    QFETCH(RampOfCopy, ramp);
+    QFETCH(double, gain);
+    const QVector<double> ramped = ramp(QVector<double>(10, 1.0), 2);
+    const QVector<double> expected{0, gain, 1, 1, 1, 1, 1, 1, gain, 0};
+    QCOMPARE(ramped.size(), 10);
+    // Half way the raised cosine is 2^-54 short of one half.
+    for (int i = 0; i < 10; ++i)
+        QVERIFY2(std::abs(ramped[i] - expected[i]) <= std::ldexp(1, -54),
+                 qPrintable(QString::number(ramped[i], 'g', 17)));
+}
+
+void TestSignalRamps::threeOnesWithTwoRampPoints_data() {
+    QTest::addColumn<RampOfCopy>("ramp");
+    QTest::addColumn<double>("middle");
+    QTest::newRow("cosRamp") << RampOfCopy(cosRamp) << 0.25;
+    QTest::newRow("cos2Ramp") << RampOfCopy(cos2Ramp) << 0.0625;
+    QTest::newRow("linearRamp") << RampOfCopy(linearRamp) << 0.25;
+}
+
+void TestSignalRamps::threeOnesWithTwoRampPoints() {
+    QFETCH(RampOfCopy, ramp);
+    QFETCH(double, middle);
+    const StreamCapture standardError(std::cerr);
+    const QVector<double> ramped = ramp({1, 1, 1}, 2);
+    QCOMPARE(standardError.text(), std::string("Vector size must be at least twice of nPoints\n"));
+    QCOMPARE(ramped.size(), 3);
+    QVERIFY(ramped[0] == 0);
+    QVERIFY(std::abs(ramped[1] - middle) <= std::ldexp(1, -54));
+    QVERIFY(ramped[2] == 0);
+}
+
+void TestSignalRamps::bothFormsFollowTheFormula_data() {
+    addRamps();
+}
+
+void TestSignalRamps::bothFormsFollowTheFormula() {
+    QFETCH(Ramp, ramp);
+    const StreamCapture standardError(std::cerr);
+    std::string warnings;
+    for (int size = 0; size <= longest; ++size)
+        for (int length = 0; length <= longest; ++length) {
+            const QVector<double> expected = expectedRamp(ramp, unevenSignal(size), length);
+            QVector<double> inPlace = unevenSignal(size);
+            ramp.inPlace(&inPlace, length);
+            const QString where = QStringLiteral(" (%1 of %2)").arg(length).arg(size);
+            const QString ofPlace = difference(inPlace, expected);
+            QVERIFY2(ofPlace.isEmpty(), qPrintable(ofPlace + where));
+            const QString ofCopy = difference(ramp.ofCopy(unevenSignal(size), length), expected);
+            QVERIFY2(ofCopy.isEmpty(), qPrintable(ofCopy + where));
+            for (int form = 0; form < 2 && size < 2 * length; ++form)
+                warnings += "Vector size must be at least twice of nPoints\n";
+        }
+    QVERIFY(standardError.text() == warnings);
+}
+
+void TestSignalRamps::nothingOutsideTheSignalIsTouched_data() {
+    addRamps();
+}
+
+void TestSignalRamps::nothingOutsideTheSignalIsTouched() {
+    QFETCH(Ramp, ramp);
+    const StreamCapture standardError(std::cerr);
+    for (int size = 0; size <= longest; ++size)
+        for (const int length : {1, 2, size / 2, size, size + 1, size + 2, longest, mostInt}) {
+            FencedSignal fenced(size);
+            const double* const place = fenced.samples.constData();
+            ramp.inPlace(&fenced.samples, length);
+            QVERIFY(fenced.samples.constData() == place);
+            QVERIFY2(fenced.isWhole(),
+                     qPrintable(QStringLiteral("%1 of %2").arg(length).arg(size)));
+        }
+}
+
+void TestSignalRamps::endsBecomeZeroAndTheMiddleStays_data() {
+    addRamps();
+}
+
+void TestSignalRamps::endsBecomeZeroAndTheMiddleStays() {
+    QFETCH(Ramp, ramp);
+    const int length = 30;
+    const QVector<double> ramped = ramp.ofCopy(QVector<double>(100, 3.0), length);
+    QVERIFY(ramped.first() == 0);
+    QVERIFY(ramped.last() == 0);
+    QVERIFY(std::is_sorted(ramped.begin(), ramped.begin() + length));
+    QVERIFY(ramped[length - 1] < 3);
+    QCOMPARE(difference(ramped.mid(length, 40), QVector<double>(40, 3.0)), QString());
+    QVERIFY(std::equal(ramped.begin(), ramped.end(), ramped.rbegin()));
+}
+
+void TestSignalRamps::noRampChangesNothing_data() {
+    addRamps();
+}
+
+void TestSignalRamps::noRampChangesNothing() {
+    QFETCH(Ramp, ramp);
+    const StreamCapture standardError(std::cerr);
+    for (const int length : {0, -1, leastInt})
+        for (const int size : {0, 1, 5}) {
+            const QVector<double> original = unevenSignal(size);
+            QVector<double> inPlace = original;
+            ramp.inPlace(&inPlace, length);
+            // Not even the storage that vectors share until they are written.
+            QVERIFY(inPlace.constData() == original.constData());
+            QVERIFY(ramp.ofCopy(original, length).constData() == original.constData());
+        }
+    QCOMPARE(standardError.text(), std::string());
+}
+
+void TestSignalRamps::othersKeepTheirSamples_data() {
+    addRamps();
+}
+
+void TestSignalRamps::othersKeepTheirSamples() {
+    QFETCH(Ramp, ramp);
+    const QVector<double> original(10, 1.0);
+    QVector<double> signal = original;
+    QVERIFY(ramp.ofCopy(signal, 3) != QVector<double>(10, 1.0));
+    QCOMPARE(signal, QVector<double>(10, 1.0));
+    ramp.inPlace(&signal, 3);
+    QVERIFY(signal != QVector<double>(10, 1.0));
+    QCOMPARE(original, QVector<double>(10, 1.0));
+}
+
+void TestSignalRamps::aNegativeSampleBecomesNegativeZero_data() {
+    addRamps();
+}
+
+void TestSignalRamps::aNegativeSampleBecomesNegativeZero() {
+    QFETCH(Ramp, ramp);
+    const QVector<double> ramped = ramp.ofCopy({-1, 5, 5, 1}, 1);
+    QCOMPARE(difference(ramped, {-0.0, 5, 5, 0.0}), QString());
+}
