@@ -26,6 +26,7 @@
 #pragma once
 
 #include "app/Data.h"
+#include "session/ResponseJournal.h"
 #include "sound/CWav.h"
 
 #include <QAudio>
@@ -122,7 +123,7 @@ public:
 
     /// Asks where to save and writes the results there. Path and name of the settings become
     /// those of the chosen file, empty when the dialog was cancelled; a file that cannot be
-    /// opened is reported in a warning box.
+    /// opened or written is reported in a warning box, and the session's journal is kept.
     void writeDataToTxt();
 
     // 7 Target
@@ -250,6 +251,9 @@ protected:
     bool loadTarget(Record& record);
     void refuseTarget();
 
+    // 5 Responses
+    void journalResponses();
+
     // 8 Playback
     void schedulePresentation();
     void cancelPresentation();
@@ -341,6 +345,8 @@ protected:
     QFont fontAxisLabels;
     QFont fontAxisTitles;
     QFont fontChartTitle;
+
+    ResponseJournal journal{journalFolder()}; ///< The responses, until they are saved.
 
     // Target file
     CWav wav;                          ///< The accepted target, as loaded.

@@ -24,6 +24,8 @@ void MainWindow::updateMainwindow(int response, int frequency) {
         ++sequencePosition;
         updateTrend();
         sequencePosition = 0;
+        // Last, so that the pause before the sound has begun already.
+        journalResponses();
         break;
     case PlayTarget:
         qDebug("response: %d", response);
@@ -38,6 +40,11 @@ void MainWindow::updateMainwindow(int response, int frequency) {
         QMessageBox::warning(nullptr, QStringLiteral("Warning"), QStringLiteral("Invalid response"),
                              QMessageBox::Ok);
     }
+}
+
+void MainWindow::journalResponses() {
+    if (!data.records.isEmpty())
+        journal.record(data.records.constFirst().fileName, trendFrequencies);
 }
 
 void MainWindow::updateFrequencyMatched() {

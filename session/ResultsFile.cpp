@@ -2,16 +2,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "session/FileReplacement.h"
 #include "session/OutputFileName.h"
 #include "session/ResultsText.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QTextStream>
+
+namespace {
+void warn(QWidget* parent, const QString& text) {
+    QMessageBox::warning(parent, QStringLiteral("Warning"), text, QMessageBox::Ok);
+}
+} // namespace
 
 void MainWindow::updateOutputFileName() {
     data.outputFileName = proposedOutputFileName(
@@ -36,23 +41,18 @@ void MainWindow::writeDataToTxt() {
     if (!chosenFile.dir().exists())
         QDir().mkpath(data.outputFilePath);
 
-    QFile file(chosen);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Truncate)) {
-        QMessageBox::warning(this, QStringLiteral("Warning"),
-                             QStringLiteral("could not open file for writing \r\n") +
-                                 data.outputFilePath + data.outputFileName,
-                             QMessageBox::Ok);
-        return;
-    }
-    if (!data.records.isEmpty()) {
-        QTextStream stream(&file);
-        stream << resultsText(data.records.constFirst().fileName, trendFrequencies);
-    }
-    // A full disk shows only here: until then the bytes are held back.
-    const bool isWritten = file.flush();
-    file.close();
-    if (!isWritten || file.error() != QFileDevice::NoError)
-        QMessageBox::warning(this, QStringLiteral("Warning"),
-                             QStringLiteral("could not write file \r\n") + data.outputFilePath,
-                             QMessageBox::Ok);
+    QByteArray bytes;
+    if (!data.records.isEmpty())
+        bytes = resultsText(data.records.constFirst().fileName, trendFrequencies).toLocal8Bit();
+    const FileReplacement outcome = replaceFile(chosen, bytes);
+    // Before the warning, which may stand open for as long as it takes to find out about it.
+    if (outcome == FileReplacement::Written)
+        journal.discard();
+    else
+        journal.keep();
+    if (outcome == FileReplacement::NotOpened)
+        warn(this, QStringLiteral("could not open file for writing \r\n") + data.outputFilePath +
+                       data.outputFileName);
+    else if (outcome == FileReplacement::NotWritten)
+        warn(this, QStringLiteral("could not write file \r\n") + data.outputFilePath);
 }

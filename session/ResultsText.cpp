@@ -4,12 +4,21 @@
 
 #include <QTextStream>
 
-QString resultsText(const QString& targetFileName, const QVector<double>& frequenciesMatched) {
+QString resultsHeader() {
+    return QStringLiteral("filename\tnTrials\tfrequency matched (Hz)\r\n");
+}
+
+QString resultsLines(const QString& targetFileName, const QVector<double>& frequenciesMatched,
+                     int firstRequest) {
     QString text;
     QTextStream stream(&text);
-    stream << "filename\tnTrials\tfrequency matched (Hz)\r\n";
-    int request = 0;
-    for (const double frequency : frequenciesMatched)
-        stream << targetFileName << '\t' << ++request << '\t' << frequency << "\r\n";
+    for (int request = firstRequest; request < frequenciesMatched.size(); ++request)
+        stream << targetFileName << '\t' << request + 1 << '\t' << frequenciesMatched[request]
+               << "\r\n";
+    stream.flush();
     return text;
+}
+
+QString resultsText(const QString& targetFileName, const QVector<double>& frequenciesMatched) {
+    return resultsHeader() + resultsLines(targetFileName, frequenciesMatched);
 }

@@ -5,8 +5,15 @@
 #include <QString>
 #include <QVector>
 
-/// Returns the text of a results file: a header line, then one line per request of a sinusoid with
-/// the target's file name, the number of the request counted from 1, and its frequency in Hz with
-/// up to six significant digits. Fields are separated by a tab, lines end in CR LF; the decimal
-/// point is a point in every locale.
+/// Returns the first line of a results file, which names the fields.
+QString resultsHeader();
+
+/// Returns the lines of a results file for the requests of a sinusoid from `firstRequest` on, which
+/// counts from 0: the target's file name, the number of the request counted from 1, and its
+/// frequency in Hz with up to six significant digits. Fields are separated by a tab, lines end in
+/// CR LF; the decimal point is a point in every locale.
+QString resultsLines(const QString& targetFileName, const QVector<double>& frequenciesMatched,
+                     int firstRequest = 0);
+
+/// Returns the text of a results file: the header, then the lines of all requests.
 QString resultsText(const QString& targetFileName, const QVector<double>& frequenciesMatched);

@@ -7,6 +7,7 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QDateTime>
 #include <QPushButton>
 #include <QSpinBox>
 
@@ -75,6 +76,8 @@ void MainWindow::on_pushButtonGo_clicked() {
     getParameters();
     // An earlier one stays a hidden child until the program ends.
     subjectWindow = new SubjectWindow(this);
+    if (data.saveDataToFile)
+        journal.begin(data.outputFileName, QDateTime::currentDateTime());
     connect(subjectWindow, SIGNAL(subjectResponded(qint32, qint32)), this,
             SLOT(updateMainwindow(qint32, qint32)));
     connect(subjectWindow, SIGNAL(subjectWindowClosed()), this, SLOT(refreshMainWindow()));

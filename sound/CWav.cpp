@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/CWav.h"
 
+#include "sound/RegularFile.h"
 #include "sound/SampleConversion.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@
 #include <new>
 #include <stdexcept>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__,
@@ -60,16 +60,21 @@ template <typename Function> bool hasMemoryFor(Function&& function) {
     return true;
 }
 
-/// Replaces `bytes` by the next ones of a file opened as `file`: `wanted` of them, or fewer when
-/// the file or the memory ends before.
-void readUpTo(std::size_t wanted, const std::filesystem::path& path, std::istream& file,
-              std::vector<char>& bytes) {
+/// Returns how many bytes a file holds from where it is read next.
+std::size_t remainingBytes(std::istream& file) {
+    const std::streamoff next = file.tellg();
+    file.seekg(0, std::ios::end);
+    const std::streamoff end = file.tellg();
+    file.seekg(next);
+    return file && end > next ? static_cast<std::size_t>(end - next) : 0;
+}
+
+/// Replaces `bytes` by the next ones of a file: `wanted` of them, or fewer when the file or the
+/// memory ends before.
+void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) {
     bytes.clear();
-    std::error_code error;
-    const std::uintmax_t fileSize = std::filesystem::file_size(path, error);
-    bool hasRoom = true;
-    if (!error) // spares the copies that growing piece by piece would cost
-        hasRoom = hasMemoryFor([&] { bytes.reserve(std::min<std::uintmax_t>(wanted, fileSize)); });
+    // Spares the copies that growing piece by piece would cost. One more, to meet the end in.
+    bool hasRoom = hasMemoryFor([&] { bytes.reserve(std::min(wanted, remainingBytes(file) + 1)); });
     std::size_t obtained = 0;
     while (hasRoom && obtained < wanted && file) {
         std::size_t piece = std::min(wanted - obtained, bytesPerPiece);
@@ -128,11 +133,8 @@ void CWav::exchangeWith(CWav& other) noexcept {
 
 bool CWav::LoadWav(std::string fileName) {
     const std::filesystem::path path(std::move(fileName));
-    std::ifstream file;
-    std::error_code error;
-    // Opening a FIFO or a device could wait for ever.
-    if (std::filesystem::is_regular_file(path, error))
-        file.open(path, std::ios::binary);
+    const RegularFile opened(path, RegularFile::Purpose::Reading);
+    std::ifstream file(opened.path(), std::ios::binary);
     if (!file.is_open())
         return refuse("Unable to open WAV file: ", path);
 
@@ -152,7 +154,7 @@ bool CWav::LoadWav(std::string fileName) {
         const std::uint64_t mostSamples =
             mostSamplesPerChannel * std::max<std::uint64_t>(header.numberOfChannels, 1);
         const bool isTooLong = numberOfSamples > mostSamples;
-        readUpTo(isTooLong ? 0 : header.dataSize, path, file, rawData);
+        readUpTo(isTooLong ? 0 : header.dataSize, file, rawData);
         bytesRead = static_cast<std::int64_t>(rawData.size());
         ConvertData();
     }
@@ -186,12 +188,8 @@ void CWav::ConvertData() {
 
 bool CWav::WriteWav(std::string fileName) const {
     const std::filesystem::path path(std::move(fileName));
-    std::ofstream file;
-    std::error_code error;
-    // Opening a FIFO or a device could wait for ever.
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status) || std::filesystem::is_regular_file(status))
-        file.open(path, std::ios::binary | std::ios::app);
+    const RegularFile opened(path, RegularFile::Purpose::Appending);
+    std::ofstream file(opened.path(), std::ios::binary | std::ios::app);
     if (!file.is_open())
         return refuse("Unable to write wave file: ", path);
 

@@ -153,4 +153,17 @@ private slots:
     void lastFileNumberIsNotLost();
     void programOpensTheWindowAndEndsWithIt();
     void programOpensWithoutASoundDeviceAndSaysSo();
+    void programNamesTheResponsesThatWereNotSaved();
+};
+
+/// Use without a mouse or without eyes (test_app_access.cpp).
+class TestAccess : public QObject {
+    Q_OBJECT
+
+private slots:
+    void mainWindowsControlsHaveNamesAndDescriptions();
+    void mainWindowsLabelsNameTheirFields();
+    void tabKeyGoesThroughTheMainWindowAsTheEyeDoes();
+    void subjectWindowsControlsHaveNamesAndDescriptions();
+    void tabKeyGoesThroughTheSubjectWindowAsTheEyeDoes();
 };

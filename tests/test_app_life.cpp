@@ -6,10 +6,12 @@
 #include "support/LogLines.h"
 #include "support/ManagedWindows.h"
 #include "support/SessionDriver.h"
+#include "support/WavBytes.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
@@ -221,4 +223,19 @@ void TestMainWindowLife::programOpensWithoutASoundDeviceAndSaysSo() {
     QCOMPARE(program.process.exitCode(), 0);
     const QList<QByteArray> lines = program.process.readAllStandardError().split('\n');
     QCOMPARE(lines.count("Raw audio format not supported by backend, cannot play audio."), 1);
+}
+
+void TestMainWindowLife::programNamesTheResponsesThatWereNotSaved() {
+    const QTemporaryDir home;
+    const QString folder = home.filePath(QStringLiteral(".local/share/pellion/journal"));
+    QVERIFY(QDir().mkpath(folder));
+    const QString journal = folder + QStringLiteral("/SUB001_practice001-20260309-080559.txt");
+    QVERIFY(testsupport::writeBytes(journal, "responses"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), home.path());
+    RunningProgram program(environment);
+    QVERIFY(program.closeAndWait(program.waitForWindow()));
+    QCOMPARE(program.process.readAllStandardError(),
+             "Responses of an earlier session kept in: " + journal.toLocal8Bit() + '\n');
+    QCOMPARE(testsupport::readBytes(journal), QByteArray("responses"));
 }

@@ -207,5 +207,6 @@ void TestResultsText::localeWithADecimalCommaKeepsThePoint() {
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     return testsupport::runAll<TestResultsText, TestResultsNaming, TestResultsSaving,
+                               TestFileReplacement, TestResponseJournal, TestResultsNothingLost,
                                TestResultsRoad>(argc, argv);
 }

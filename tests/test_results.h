@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <memory>
+
 /// The main window with the widgets that name and place the results file open as well.
 class ResultsWindow : public testsupport::InspectedMainWindow {
 public:
@@ -101,6 +103,88 @@ private slots:
     void existingFileIsOverwrittenWithoutAQuestion();
     void namesBeyondAsciiFollowTheLocalesEncoding();
     void localeWithADecimalCommaKeepsThePoint();
+};
+
+/// Writing whole files on disks that fail (test_results_replacement.cpp).
+class TestFileReplacement : public QObject {
+    Q_OBJECT
+
+private slots:
+    void newFileHoldsTheBytes();
+    void existingFileIsReplacedWithItsPermissions_data();
+    void existingFileIsReplacedWithItsPermissions();
+    void nothingToWriteGivesAnEmptyFile();
+    void fileThatCannotGrowKeepsTheEarlierOne();
+    void newFileThatCannotGrowLeavesNothing();
+    void fullDiskKeepsTheEarlierFile();
+    void readOnlyDiskIsNotOpened();
+    void folderThatTakesNoFileHasItsFileWrittenInPlace();
+    void somebodyElsesFileInASharedFolderIsWrittenInPlace();
+    void fileWithoutPermissionIsNotOpened();
+    void linkIsFollowed_data();
+    void linkIsFollowed();
+    void deviceStaysADevice();
+    void bytesAndNameAreSynced();
+    void diskThatFailsWhenItIsSyncedKeepsTheEarlierFile();
+    void pathThatCannotBeAFileIsNotOpened_data();
+    void pathThatCannotBeAFileIsNotOpened();
+    void longestNamesAreWritten_data();
+    void longestNamesAreWritten();
+};
+
+/// The journal of responses, without a window (test_results_journal.cpp).
+class TestResponseJournal : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void nameComesFromTheResultsFileAndTheStart_data();
+    void nameComesFromTheResultsFileAndTheStart();
+    void namesFitIntoAnyFolder();
+    void folderLiesInTheApplicationsData();
+    void thereIsNoFileBeforeTheFirstResponse();
+    void eachResponseIsInTheFileAtOnce();
+    void eachResponseIsSynced();
+    void onlyTheOwnerMayReadIt();
+    void nothingIsRecordedOutsideOfASession();
+    void savedResponsesLeaveNoJournal();
+    void keptResponsesAreNamed();
+    void responsesAreKeptWhenTheJournalGoes();
+    void responsesOfAnEarlierSessionAreKept();
+    void sessionsOfTheSameSecondHaveTheirOwn();
+    void fullDiskCostsOneLineAndIsMadeUpFor();
+    void lineIsWrittenWholeOrNotAtAll();
+    void folderThatCannotBeMadeCostsOneLine();
+    void failedSyncCostsOneLineAndRepeatsNothing();
+    void keptJournalsAreNamedOldestFirst();
+
+private:
+    std::unique_ptr<QTemporaryDir> folder;
+};
+
+/// Sessions whose results are not saved (test_results_nothing_lost.cpp).
+class TestResultsNothingLost : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void journalHoldsEveryResponseOfTheSession();
+    void savedSessionLeavesNoJournal();
+    void unsavedSessionLeavesItsJournal_data();
+    void unsavedSessionLeavesItsJournal();
+    void windowThatGoesLeavesItsJournal();
+    void sessionThatIsNotToBeSavedHasNoJournal();
+    void sessionWithoutAResponseHasNoJournal();
+    void nextSessionHasAJournalOfItsOwn();
+    void subjectCodeMayBeAnything_data();
+    void subjectCodeMayBeAnything();
+    void targetRequestsAreNotRecorded();
+    void slowDiskTakesNothingFromThePause();
+    void journalThatCannotBeWrittenChangesNothing();
+    void fullDiskKeepsTheEarlierResultsAndTheJournal();
+
+private:
+    std::unique_ptr<QTemporaryDir> devices; ///< That the tests may break.
 };
 
 /// Saving that fails, saving twice, and whole sessions (test_results_road.cpp).

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_results.h"
 
+#include "support/DiskFaults.h"
 #include "support/LogLines.h"
 #include "support/SessionDriver.h"
 #include "support/WavBytes.h"
@@ -126,10 +127,11 @@ void TestResultsRoad::warningIsAsLaidDown() {
 
 void TestResultsRoad::fullDiskIsReported() {
     SavingWindow saving({500});
-    // Takes every byte only to refuse it.
-    saving.dialogs.saveAs("/dev/full");
+    const QTemporaryDir folder;
+    const QString path = testsupport::fullDevice(folder);
+    saving.dialogs.saveAs(path);
     saving.dialogs.click("Warning", QMessageBox::Ok,
-                         QStringLiteral("could not write file \r\n/dev/full"));
+                         QStringLiteral("could not write file \r\n") + path);
     saving.window.writeDataToTxt();
     QCOMPARE(saving.dialogs.takeComplaints(), QStringList());
 }

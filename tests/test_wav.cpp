@@ -258,6 +258,6 @@ void TestWavLoading::uncheckedIdentifiersMayBeAnything() {
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     return testsupport::runAll<TestWavConversion, TestWavUnusual, TestWavLoading, TestWavRefusals,
-                               TestWavOutput, TestWavRobustness, TestWavMemory, TestWavPrograms>(
-        argc, argv);
+                               TestWavOutput, TestWavRobustness, TestWavChanging, TestWavMemory,
+                               TestWavPrograms>(argc, argv);
 }

@@ -146,6 +146,16 @@ private slots:
     void randomHeadersAgreeWithAPlainReader();
 };
 
+/// Files that change under the hands of the reader (test_wav_changing.cpp).
+class TestWavChanging : public QObject {
+    Q_OBJECT
+
+private slots:
+    void nameThatBecomesAFifoIsNotWaitedFor();
+    void fileThatShrinksIsReadWholeOrAsAShortRead();
+    void fileThatIsReplacedIsNeverMixedWithTheOther();
+};
+
 /// The memory that a load takes, and what happens when it cannot be had (test_wav_memory.cpp).
 class TestWavMemory : public QObject {
     Q_OBJECT

@@ -1,0 +1,15 @@
+// Getting written files through to the disk.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class QFileDevice;
+
+/// Waits until what was written to an open, flushed file has reached the disk. Returns false when
+/// the disk reports an error; a file that has no disk behind it, like a pipe, counts as there.
+bool syncToDisk(const QFileDevice& file);
+
+/// Waits until the names in a folder (files made, renamed or removed there) have reached the disk.
+/// File systems that cannot be asked for that are left to themselves.
+void syncNamesToDisk(const QString& folder);

@@ -1,0 +1,64 @@
+// Writing a file so that neither the new nor the old content is lost.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "session/FileReplacement.h"
+
+#include "session/DiskSync.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace {
+
+constexpr QIODevice::OpenMode textMode = QIODevice::WriteOnly | QIODevice::Text;
+
+/// Whether the folder of a file takes another one beside it, which can then be renamed. Anything
+/// but a regular file has to be written as it is: a device would be replaced by a file.
+bool canBeReplaced(const QFileInfo& file) {
+    // What the toolkit adds to the name of the file beside it.
+    constexpr int longestAddition = 7;
+    constexpr int longestName = 255;
+    const bool isNew = !file.exists() && !file.isSymLink();
+    const QFileInfo resolved(isNew ? file.absoluteFilePath() : file.canonicalFilePath());
+    return (isNew || resolved.isFile()) && QFileInfo(resolved.path()).isWritable() &&
+           QFile::encodeName(resolved.fileName()).size() + longestAddition <= longestName;
+}
+
+/// Writes to an open file. A full disk shows only when the bytes that are held back are flushed.
+bool writeThrough(QFileDevice& file, const QByteArray& bytes) {
+    return file.write(bytes) == bytes.size() && file.flush() &&
+           file.error() == QFileDevice::NoError && syncToDisk(file);
+}
+
+FileReplacement writeInPlace(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    // Some systems let nobody make a file where somebody else's stands, and mean its opening too.
+    const QIODevice::OpenMode existence =
+        QFileInfo::exists(path) ? QIODevice::ExistingOnly : QIODevice::NotOpen;
+    if (!file.open(textMode | QIODevice::Truncate | existence))
+        return FileReplacement::NotOpened;
+    const bool isWritten = writeThrough(file, bytes);
+    file.close();
+    return isWritten && file.error() == QFileDevice::NoError ? FileReplacement::Written
+                                                             : FileReplacement::NotWritten;
+}
+
+} // namespace
+
+FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
+    const QFileInfo target(path);
+    if (!canBeReplaced(target))
+        return writeInPlace(path, bytes);
+    QSaveFile file(path);
+    if (!file.open(textMode)) // without room for a further file, what is there must not be emptied
+        return target.exists() && target.isWritable() ? FileReplacement::NotWritten
+                                                      : FileReplacement::NotOpened;
+    if (!writeThrough(file, bytes)) {
+        file.cancelWriting();
+        return FileReplacement::NotWritten;
+    }
+    if (!file.commit()) // not ours to rename: somebody else's file in a folder that all share
+        return writeInPlace(path, bytes);
+    syncNamesToDisk(target.absolutePath());
+    return FileReplacement::Written;
+}

@@ -1,0 +1,18 @@
+// Writing a file so that neither the new nor the old content is lost.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+enum class FileReplacement {
+    NotOpened,  ///< Nothing was written, and an existing file is as it was.
+    NotWritten, ///< The bytes are not all there: the disk is full or failed.
+    Written     ///< The file holds the bytes, and they have reached the disk.
+};
+
+/// Makes a file hold the given bytes. A file that exists stays as it was until the new one is
+/// complete, then the new one takes its place with its permissions. Where that cannot be (the
+/// folder takes no further file, or the path names a device or a pipe), it is written in place,
+/// which an error leaves incomplete.
+FileReplacement replaceFile(const QString& path, const QByteArray& bytes);

@@ -1,0 +1,153 @@
+// The responses of a running session, kept on the disk until its results file holds them.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "session/ResponseJournal.h"
+
+#include "session/DiskSync.h"
+#include "session/ResultsText.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <cerrno>
+#include <iostream>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace {
+
+QString ending() {
+    return QStringLiteral(".txt");
+}
+
+/// The names to try for a journal, should the first ones be taken.
+QString numbered(const QString& name, int attempt) {
+    if (attempt == 1)
+        return name;
+    return name.chopped(ending().size()) + u'-' + QString::number(attempt) + ending();
+}
+
+/// Replaces what some file system refuses in a name, and what hides a file.
+QString asPartOfAFileName(QString text) {
+    const QString refused = QStringLiteral("/\\:*?\"<>|");
+    for (QChar& character : text) {
+        if (!character.isPrint() || refused.contains(character))
+            character = u'_';
+    }
+    if (text.startsWith(u'.'))
+        text[0] = u'_';
+    return text;
+}
+
+void print(const char* message, const QString& path) {
+    std::cerr << message << QFile::encodeName(path).constData() << std::endl;
+}
+
+} // namespace
+
+QString journalFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
+           QStringLiteral("/journal");
+}
+
+void nameKeptJournals(const QString& folder) {
+    const QDir journals(folder);
+    const QStringList names =
+        journals.entryList({u'*' + ending()}, QDir::Files, QDir::Time | QDir::Reversed);
+    for (const QString& name : names)
+        print("Responses of an earlier session kept in: ", journals.filePath(name));
+}
+
+QString journalName(const QString& resultsFileName, const QDateTime& start) {
+    constexpr int longestPart = 60;
+    QString results = asPartOfAFileName(resultsFileName);
+    if (results.endsWith(ending()))
+        results.chop(ending().size());
+    return results.left(longestPart) + start.toString(QStringLiteral("-yyyyMMdd-HHmmss")) +
+           ending();
+}
+
+ResponseJournal::~ResponseJournal() {
+    keep();
+}
+
+void ResponseJournal::begin(const QString& resultsFileName, const QDateTime& start) {
+    keep();
+    name = journalName(resultsFileName, start);
+    responses = 0;
+    hasComplained = false;
+}
+
+void ResponseJournal::record(const QString& targetFileName,
+                             const QVector<double>& frequenciesMatched) {
+    if (name.isEmpty() || frequenciesMatched.size() <= responses)
+        return;
+    QString lines = resultsLines(targetFileName, frequenciesMatched, responses);
+    if (responses == 0)
+        lines.prepend(resultsHeader());
+    if (!open() || !append(lines.toLocal8Bit()))
+        return complain();
+    responses = frequenciesMatched.size();
+    if (!syncToDisk(file))
+        complain();
+}
+
+void ResponseJournal::discard() {
+    name.clear();
+    if (!file.isOpen())
+        return;
+    file.close();
+    if (!QFile::remove(path))
+        print("Responses that were saved are also in: ", path);
+}
+
+void ResponseJournal::keep() {
+    name.clear();
+    if (!file.isOpen())
+        return;
+    file.close();
+    if (responses > 0)
+        print("Responses kept in: ", path);
+    else
+        QFile::remove(path);
+}
+
+/// Makes the file of this session, unless it is there already.
+bool ResponseJournal::open() {
+    if (file.isOpen())
+        return true;
+    QDir().mkpath(folder);
+    int descriptor = -1;
+    int attempt = 0;
+    do {
+        ++attempt;
+        path = folder + u'/' + numbered(name, attempt);
+        // Nobody else's from the first moment on, and never somebody else's.
+        descriptor = ::open(QFile::encodeName(path).constData(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    } while (descriptor < 0 && errno == EEXIST);
+    if (descriptor < 0)
+        return false;
+    // Each response goes to the system in one piece, so that no line is torn when the program dies.
+    if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
+                   QFileDevice::AutoCloseHandle))
+        return false;
+    syncNamesToDisk(folder);
+    return true;
+}
+
+/// Writes whole lines or, when they do not fit, none of them.
+bool ResponseJournal::append(const QByteArray& lines) {
+    const qint64 wholeLines = file.pos();
+    if (file.write(lines) == lines.size())
+        return true;
+    file.resize(wholeLines);
+    return false;
+}
+
+void ResponseJournal::complain() {
+    if (!hasComplained)
+        print("Responses cannot be kept in: ", path);
+    hasComplained = true;
+}

@@ -1,0 +1,64 @@
+// The responses of a running session, kept on the disk until its results file holds them.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDateTime>
+#include <QFile>
+#include <QString>
+#include <QVector>
+
+#include <utility>
+
+/// Returns the folder of all journals, in the user's application data.
+QString journalFolder();
+
+/// Names the journals in a folder on standard error, one a line, oldest first: those of earlier
+/// sessions whose results were not saved, which nobody may have been told.
+void nameKeptJournals(const QString& folder);
+
+/// Returns the name of a journal without folder: the results file's, with what a file name cannot
+/// hold replaced by "_" and shortened to 60 characters, then the session's start, ".txt".
+QString journalName(const QString& resultsFileName, const QDateTime& start);
+
+/// A file in the format of the results file that grows with each response. What happens to the
+/// program, the results file or the machine afterwards, the responses are there. Problems cost one
+/// line a session on standard error, and nothing else.
+///
+/// begin(), then record() with each response, then discard() or keep(); the destructor keeps.
+class ResponseJournal {
+public:
+    /// The folder is made when the first response comes.
+    explicit ResponseJournal(QString journalsFolder) : folder(std::move(journalsFolder)) {}
+    ~ResponseJournal();
+    ResponseJournal(const ResponseJournal&) = delete;
+    ResponseJournal(ResponseJournal&&) = delete;
+    ResponseJournal& operator=(const ResponseJournal&) = delete;
+    ResponseJournal& operator=(ResponseJournal&&) = delete;
+
+    /// Starts the journal of a session; what an earlier one holds is kept. There is no file before
+    /// the first response.
+    void begin(const QString& resultsFileName, const QDateTime& start);
+
+    /// Writes the responses that are not in the journal yet, and waits until they have reached the
+    /// disk. Takes all frequencies (Hz) of the session, so that a response that could not be
+    /// written is made up for with the next. Without begin() nothing is written.
+    void record(const QString& targetFileName, const QVector<double>& frequenciesMatched);
+
+    /// Ends the session, whose results are safe elsewhere, and removes its journal.
+    void discard();
+
+    /// Ends the session and names its journal on standard error, if it holds any response.
+    void keep();
+
+private:
+    bool open();
+    bool append(const QByteArray& lines);
+    void complain();
+
+    QString folder;
+    QString name;      ///< Empty between sessions.
+    QString path;      ///< Of the file, once it was tried to make it.
+    QFile file;        ///< Open from the first response on; only its owner may read it.
+    int responses = 0; ///< Held by the file.
+    bool hasComplained = false;
+};

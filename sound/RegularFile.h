@@ -1,0 +1,27 @@
+// Opening files of strangers without waiting for ever.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <filesystem>
+
+/// Holds on to a regular file, whatever its name comes to mean in the meantime: opening a FIFO or
+/// a device that has taken the file's place could wait for ever.
+class RegularFile {
+public:
+    enum class Purpose { Reading, Appending };
+
+    /// Appending makes a file that does not exist.
+    RegularFile(const std::filesystem::path& name, Purpose purpose);
+    ~RegularFile();
+    RegularFile(const RegularFile&) = delete;
+    RegularFile(RegularFile&&) = delete;
+    RegularFile& operator=(const RegularFile&) = delete;
+    RegularFile& operator=(RegularFile&&) = delete;
+
+    /// Returns a path by which a file stream opens this very file, while this object lives. Empty
+    /// when it could not be opened, or is no regular file.
+    std::filesystem::path path() const;
+
+private:
+    int descriptor = -1;
+};

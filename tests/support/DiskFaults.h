@@ -1,0 +1,132 @@
+// Disks that fail, for tests.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <csignal>
+
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+namespace testsupport {
+
+/// No file of this process can grow beyond so many bytes while this lives: writing fails half-way,
+/// as on a disk that becomes full.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : earlierHandler(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &earlier);
+        // Only the soft limit: the earlier one has to come back.
+        const rlimit lowered{bytes, earlier.rlim_max};
+        if (::setrlimit(RLIMIT_FSIZE, &lowered) != 0)
+            qFatal("the size of files cannot be limited");
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &earlier);
+        std::signal(SIGXFSZ, earlierHandler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit(FileSizeLimit&&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
+
+private:
+    void (*earlierHandler)(int);
+    rlimit earlier{};
+};
+
+/// A file system of its own with room for some 64 KiB. Making one takes the right to mount.
+class SmallDisk {
+public:
+    SmallDisk()
+        : isMounted(::mount("tmpfs", path().constData(), "tmpfs", 0, "size=64k,mode=0777") == 0) {}
+    ~SmallDisk() {
+        if (isMounted)
+            ::umount2(path().constData(), MNT_DETACH);
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk(SmallDisk&&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+    SmallDisk& operator=(SmallDisk&&) = delete;
+
+    [[nodiscard]] bool isThere() const { return isMounted; }
+    [[nodiscard]] QByteArray path() const { return folder.path().toLocal8Bit(); }
+    [[nodiscard]] QString path(const QString& name) const { return folder.filePath(name); }
+
+    /// Lets nothing be written any more; returns whether that is so.
+    [[nodiscard]] bool makeReadOnly() const {
+        return ::mount("tmpfs", path().constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+    }
+
+    /// Leaves no room at all.
+    void fill() const {
+        QFile filling(path("filling"));
+        const QByteArray page(4096, 'x');
+        if (!filling.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            qFatal("the small disk cannot be filled");
+        while (filling.write(page) == page.size())
+            ;
+    }
+
+    /// Makes the room that fill() has taken.
+    void clear() const { QFile::remove(path("filling")); }
+
+private:
+    QTemporaryDir folder;
+    bool isMounted;
+};
+
+/// Makes a device of the given numbers in a folder, for what must not try itself on the system's
+/// own: the administrator could replace that by a file. Where no device can be made, returns the
+/// system's, which is safe from everybody else.
+inline QString deviceIn(const QTemporaryDir& folder, const char* name, unsigned minorNumber) {
+    const QString path = folder.filePath(QLatin1String(name));
+    constexpr unsigned memoryDevices = 1;
+    const bool isMade = ::mknod(path.toLocal8Bit().constData(), S_IFCHR | 0666U,
+                                makedev(memoryDevices, minorNumber)) == 0;
+    QFile device(path);
+    if (isMade && device.open(QIODevice::ReadWrite))
+        return path;
+    QFile::remove(path);
+    return QStringLiteral("/dev/") + QLatin1String(name);
+}
+
+/// A device that takes every byte only to refuse it, and one that takes every byte.
+inline QString fullDevice(const QTemporaryDir& folder) {
+    return deviceIn(folder, "full", 7);
+}
+inline QString nullDevice(const QTemporaryDir& folder) {
+    return deviceIn(folder, "null", 3);
+}
+
+/// Takes the administrator's rights from the process while this lives; without them, changes
+/// nothing.
+class WithoutPrivileges {
+public:
+    WithoutPrivileges() {
+        constexpr uid_t nobody = 65534;
+        // The toolkit asks what the real user may do, opening a file what the effective one may.
+        if (::getuid() == 0 && ::setresuid(nobody, nobody, 0) != 0)
+            qFatal("the administrator's rights cannot be put aside");
+    }
+    ~WithoutPrivileges() {
+        if (::setresuid(own, own, own) != 0)
+            qFatal("the administrator's rights do not come back");
+    }
+    WithoutPrivileges(const WithoutPrivileges&) = delete;
+    WithoutPrivileges(WithoutPrivileges&&) = delete;
+    WithoutPrivileges& operator=(const WithoutPrivileges&) = delete;
+    WithoutPrivileges& operator=(WithoutPrivileges&&) = delete;
+
+private:
+    uid_t own = ::getuid();
+};
+
+} // namespace testsupport

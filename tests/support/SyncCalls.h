@@ -1,0 +1,24 @@
+// What a test program does when the program waits for the disk.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace testsupport {
+
+/// Stands between the program under test and the system's fsync while it lives: one at a time.
+/// To be had by the programs that compile SyncCalls.cpp, in which fsync does nothing otherwise.
+class SyncCalls {
+public:
+    SyncCalls();
+    ~SyncCalls();
+    SyncCalls(const SyncCalls&) = delete;
+    SyncCalls(SyncCalls&&) = delete;
+    SyncCalls& operator=(const SyncCalls&) = delete;
+    SyncCalls& operator=(SyncCalls&&) = delete;
+
+    int count = 0;             ///< Calls so far.
+    int failure = 0;           ///< The errno of the next ones; 0 lets them succeed.
+    unsigned delayMs = 0;      ///< How long each takes.
+    long long bytesSynced = 0; ///< Size of the file at the last call that was for a regular one.
+};
+
+} // namespace testsupport

@@ -1,0 +1,137 @@
+// WAV files that change under the hands of the reader.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_wav.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using testsupport::wavWithSamples;
+
+namespace {
+
+/// Runs a function again and again beside the test, as long as this lives.
+class Meanwhile {
+public:
+    template <typename Function>
+    explicit Meanwhile(Function function)
+        : thread([this, function] {
+              while (!isOver)
+                  function();
+          }) {}
+    ~Meanwhile() {
+        isOver = true;
+        thread.join();
+    }
+    Meanwhile(const Meanwhile&) = delete;
+    Meanwhile(Meanwhile&&) = delete;
+    Meanwhile& operator=(const Meanwhile&) = delete;
+    Meanwhile& operator=(Meanwhile&&) = delete;
+
+private:
+    std::atomic<bool> isOver{false};
+    std::thread thread;
+};
+
+/// Ends the program when a test has not come to its end: nothing else frees a thread that waits
+/// for the other end of a FIFO.
+class Alarm {
+public:
+    Alarm() { alarm(60); }
+    ~Alarm() { alarm(0); }
+    Alarm(const Alarm&) = delete;
+    Alarm(Alarm&&) = delete;
+    Alarm& operator=(const Alarm&) = delete;
+    Alarm& operator=(Alarm&&) = delete;
+};
+
+constexpr int loads = 3000;
+
+bool allEqual(const std::vector<double>& samples) {
+    return std::all_of(samples.begin(), samples.end(),
+                       [&](double sample) { return sample == samples.front(); });
+}
+
+} // namespace
+
+void TestWavChanging::nameThatBecomesAFifoIsNotWaitedFor() {
+    const WavFolder folder;
+    const std::string path = folder.path("target.wav").toStdString();
+    const std::string fifo = folder.path("fifo").toStdString();
+    const std::string file = folder.write(wavWithSamples({}, {16384}), "file.wav");
+    QCOMPARE(::mkfifo(fifo.c_str(), 0600), 0);
+    const Alarm alarm;
+    const Meanwhile changing([&] {
+        for (const std::string& other : {fifo, file}) {
+            const std::string beside = path + ".new";
+            if (::link(other.c_str(), beside.c_str()) == 0)
+                std::rename(beside.c_str(), path.c_str());
+        }
+    });
+    int loaded = 0;
+    int refused = 0;
+    errorsOf([&] {
+        // Until both have been met often enough to have met in between as well.
+        while (loaded < loads || refused < loads) {
+            CWav wav;
+            ++(wav.LoadWav(path) ? loaded : refused);
+        }
+    });
+    QVERIFY(loaded >= loads && refused >= loads);
+}
+
+void TestWavChanging::fileThatShrinksIsReadWholeOrAsAShortRead() {
+    constexpr int sampleCount = 100000;
+    const WavFolder folder;
+    const QByteArray bytes = wavWithSamples({}, QVector<int>(sampleCount, 12345));
+    const std::string path = folder.write(bytes);
+    int whole = 0;
+    int shortReads = 0;
+    std::atomic<unsigned> turn{0};
+    const Alarm alarm;
+    const Meanwhile shrinking([&] {
+        const auto size = static_cast<off_t>(turn++ % 4 == 0 ? bytes.size() : 44 + turn % 200000);
+        QVERIFY(::truncate(path.c_str(), 44) == 0 && ::truncate(path.c_str(), size) == 0);
+    });
+    while (whole == 0 || shortReads < loads) {
+        CWav wav;
+        QVERIFY(wav.LoadWav(path));
+        QVERIFY(wav.samples.empty() || wav.samples.size() == sampleCount);
+        QVERIFY(wav.rawData.size() <= static_cast<std::size_t>(bytes.size()));
+        ++(wav.samples.empty() ? shortReads : whole);
+    }
+}
+
+void TestWavChanging::fileThatIsReplacedIsNeverMixedWithTheOther() {
+    const WavFolder folder;
+    const std::string path = folder.path("target.wav").toStdString();
+    const std::string longer =
+        folder.write(wavWithSamples({}, QVector<int>(60000, 12345)), "longer.wav");
+    const std::string shorter =
+        folder.write(wavWithSamples({}, QVector<int>(50000, -54)), "shorter.wav");
+    const Alarm alarm;
+    QCOMPARE(::link(longer.c_str(), path.c_str()), 0);
+    const Meanwhile replacing([&] {
+        for (const std::string& other : {shorter, longer}) {
+            const std::string beside = path + ".new";
+            if (::link(other.c_str(), beside.c_str()) == 0)
+                std::rename(beside.c_str(), path.c_str());
+        }
+    });
+    int longerOnes = 0;
+    int shorterOnes = 0;
+    while (longerOnes < 300 || shorterOnes < 300) {
+        CWav wav;
+        QVERIFY(wav.LoadWav(path));
+        QVERIFY(wav.samples.size() == 60000 || wav.samples.size() == 50000);
+        QVERIFY(allEqual(wav.samples));
+        QCOMPARE(wav.samples.front() > 0, wav.samples.size() == 60000);
+        ++(wav.samples.size() == 60000 ? longerOnes : shorterOnes);
+    }
+}
