@@ -51,6 +51,7 @@ MainWindow::MainWindow(QWidget* parent)
     displayEmptyWav();
     displayEmptyFFT();
     displayEmptyTrend();
+    setUpAccess();
 }
 
 MainWindow::~MainWindow() {

@@ -4,7 +4,7 @@
 // One class, implemented in several folders, one subject a file:
 //
 //   1  Life and assembly         app/MainWindow.cpp
-//   2  Layout and placement      app/WindowLayout.cpp
+//   2  Layout and placement      app/WindowLayout.cpp, WindowAccess.cpp
 //   3  Settings                  app/WindowSettings.cpp
 //   4  Session control           session/SessionControl.cpp
 //   5  Responses                 session/ResponseHandling.cpp
@@ -237,6 +237,10 @@ protected:
     // 2 Layout and placement
     void layOutControls();
     void layOutRow(int row, std::initializer_list<QWidget*> widgets);
+    void setUpAccess();
+    void nameFields();
+    void nameButtons();
+    void nameCharts();
 
     // 3 Settings
     void sizeSpectrum();
@@ -247,12 +251,12 @@ protected:
     void prepareSession(int repetitions, int sessionTypeIndex);
     void saveResultsAndAdvanceFileNumber();
 
+    // 5 Responses
+    void journalResponses();
+
     // 7 Target
     bool loadTarget(Record& record);
     void refuseTarget();
-
-    // 5 Responses
-    void journalResponses();
 
     // 8 Playback
     void schedulePresentation();
@@ -342,11 +346,11 @@ protected:
     int soundsPerPresentation = 0;  ///< Sounds played for one request.
     int soundsPlayed = 0;           ///< Sounds started since the last request.
 
+    ResponseJournal journal{journalFolder()}; ///< The responses, until they are saved.
+
     QFont fontAxisLabels;
     QFont fontAxisTitles;
     QFont fontChartTitle;
-
-    ResponseJournal journal{journalFolder()}; ///< The responses, until they are saved.
 
     // Target file
     CWav wav;                          ///< The accepted target, as loaded.

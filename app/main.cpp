@@ -7,11 +7,12 @@
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    // No display name: the toolkit would append it to the windows' titles.
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    MainWindow window;
     QApplication::setApplicationVersion(QStringLiteral("v014"));
     QApplication::setDesktopFileName(QStringLiteral("pellion"));
     nameKeptJournals(journalFolder());
+    MainWindow window;
     window.show();
     return QApplication::exec();
 }

@@ -3,11 +3,12 @@
 #include "app/MainWindow.h"
 
 #include "session/TrialSequence.h"
+#include "session/WaitCursor.h"
 #include "subject/SubjectWindow.h"
 
 #include <QComboBox>
-#include <QLineEdit>
 #include <QDateTime>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 
@@ -55,6 +56,7 @@ void MainWindow::getReadyToGo() {
     selectWavFile();
     if (nFiles <= 0)
         return;
+    const WaitCursor waitCursor;
     genRandomSequence();
     genWav();
     if (nFiles <= 0)
@@ -74,10 +76,10 @@ void MainWindow::genRandomSequence() {
 void MainWindow::on_pushButtonGo_clicked() {
     setEnabled(false);
     getParameters();
-    // An earlier one stays a hidden child until the program ends.
-    subjectWindow = new SubjectWindow(this);
     if (data.saveDataToFile)
         journal.begin(data.outputFileName, QDateTime::currentDateTime());
+    // An earlier one stays a hidden child until the program ends.
+    subjectWindow = new SubjectWindow(this);
     connect(subjectWindow, SIGNAL(subjectResponded(qint32, qint32)), this,
             SLOT(updateMainwindow(qint32, qint32)));
     connect(subjectWindow, SIGNAL(subjectWindowClosed()), this, SLOT(refreshMainWindow()));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "subject/SubjectWindow.h"
 
+#include "app/Access.h"
 #include "app/Release.h"
 #include "app/WindowPlacement.h"
 #include "subject/ResponseCode.h"
@@ -71,6 +72,7 @@ SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
                    frequencyStepSize);
     connectWidgets();
     setupGUISubjectWindow();
+    setUpAccess();
 }
 
 SubjectWindow::~SubjectWindow() {
@@ -167,6 +169,24 @@ void SubjectWindow::sizeWidgets() {
     pushButtonDone->setMinimumHeight(lowestDone);
     pushButtonDone->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     labelCurrentValue->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+void SubjectWindow::setUpAccess() {
+    labelCurrentValue->setBuddy(spinBoxFrequency);
+    describe(pushButtonIAmReady, pushButtonIAmReady->text(),
+             QStringLiteral("Shows the controls of the session"));
+    describe(pushButtonPlayTarget, pushButtonPlayTarget->text(),
+             QStringLiteral("Plays the sound whose pitch is to be matched"));
+    describe(spinBoxFrequency, labelCurrentValue->text(),
+             QStringLiteral("Frequency of the sinusoid in hertz"));
+    describe(pushButtonPlaySinusoid, pushButtonPlaySinusoid->text(),
+             QStringLiteral("Plays a sinusoid at the frequency that is set"));
+    describe(sliderFrequency, QStringLiteral("Frequency"),
+             QStringLiteral("Frequency of the sinusoid in hertz; always that of Current Value"));
+    describe(pushButtonDone, pushButtonDone->text(),
+             QStringLiteral("Ends the session once both sounds match"));
+    ::setTabOrder({pushButtonIAmReady, pushButtonPlayTarget, spinBoxFrequency,
+                   pushButtonPlaySinusoid, sliderFrequency, pushButtonDone});
 }
 
 void SubjectWindow::centerAndResizeSubjectWindow(bool center, double widthFraction,

@@ -82,6 +82,7 @@ protected:
     void connectWidgets();
     void placeWidgets();
     void sizeWidgets();
+    void setUpAccess();
 
     QPushButton* pushButtonPlayTarget = nullptr;
     QLabel* labelCurrentValue = nullptr;

@@ -158,5 +158,6 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     return testsupport::runAll<TestSettings, TestAppFunctions, TestMainWindowStart,
                                TestMainWindowLayout, TestMainWindowMembers,
-                               TestMainWindowConnections, TestMainWindowLife>(argc, argv);
+                               TestMainWindowConnections, TestMainWindowLife, TestAccess>(argc,
+                                                                                          argv);
 }

@@ -236,6 +236,22 @@ void TestTargetFunctions::usableTargets() {
     QTEST(isUsableTarget(wav, settingsRate), "isUsable");
 }
 
+void TestTargetFunctions::longestSoundThatAVectorHoldsIsUsable() {
+    // Playing takes two doubles and a float a sample. They are asked for and never touched, but
+    // they have to be there: 5 GiB.
+    const auto lines = testsupport::readBytes(QStringLiteral("/proc/meminfo")).split('\n');
+    qint64 unusedKibibytes = 0;
+    for (const QByteArray& line : lines)
+        if (line.startsWith("MemAvailable:") || line.startsWith("SwapFree:"))
+            unusedKibibytes += line.simplified().split(' ').value(1).toLongLong();
+    constexpr qint64 sixGibibytes = qint64(6) << 20; // in KiB
+    if (unusedKibibytes < sixGibibytes)
+        QSKIP("too little memory for the longest sound");
+    const CWav oneSecond = loadedWav(1, 1, 1, 1);
+    QVERIFY(isUsableTarget(oneSecond, 268435452.0));
+    QVERIFY(!isUsableTarget(oneSecond, 268435453.0));
+}
+
 void TestTargetFunctions::memoryThatCannotBeHadMakesATargetUnusable() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
@@ -289,5 +305,5 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
     return testsupport::runAll<TestTargetFunctions, TestTargetSelection, TestTargetLoading,
-                               TestTargetRefusals>(argc, argv);
+                               TestTargetRefusals, TestTargetWaiting>(argc, argv);
 }

@@ -73,6 +73,7 @@ private slots:
     void durationFollowsTheFilesOwnRate();
     void usableTargets_data();
     void usableTargets();
+    void longestSoundThatAVectorHoldsIsUsable();
     void memoryThatCannotBeHadMakesATargetUnusable();
     void firstChannelIsCopied_data();
     void firstChannelIsCopied();
@@ -148,4 +149,14 @@ private slots:
 private:
     static void unusableTargets();
     static void failingFiles();
+};
+
+/// The wait cursor (test_target_waiting.cpp).
+class TestTargetWaiting : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cursorWaitsFromTheDialogToTheLastDrawing();
+    void cursorComesBackOnEveryRoad_data();
+    void cursorComesBackOnEveryRoad();
 };

@@ -1,0 +1,149 @@
+// Both windows as they are used without a mouse or without eyes.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_app.h"
+
+#include "support/InspectedWindows.h"
+#include "support/SessionDriver.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QtCharts/QChartView>
+#include <QtTest>
+
+namespace {
+
+/// Returns the widgets that a person works with or reads, not the parts that they are made of.
+QList<QWidget*> controlsOf(QWidget& window) {
+    QList<QWidget*> controls;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        const bool isControl = qobject_cast<QAbstractButton*>(widget) != nullptr ||
+                               qobject_cast<QAbstractSlider*>(widget) != nullptr ||
+                               qobject_cast<QAbstractSpinBox*>(widget) != nullptr ||
+                               qobject_cast<QLineEdit*>(widget) != nullptr ||
+                               qobject_cast<QtCharts::QChartView*>(widget) != nullptr;
+        if (isControl && !widget->objectName().isEmpty() &&
+            !widget->objectName().startsWith(QLatin1String("qt_")))
+            controls.append(widget);
+    }
+    return controls;
+}
+
+QString told(QWidget* widget, QAccessible::Text kind) {
+    return QAccessible::queryAccessibleInterface(widget)->text(kind);
+}
+
+/// Presses the tab key until it has gone round; returns the object names of what it reached.
+QStringList tabbedThrough(QWidget& window, QWidget* first) {
+    for (QWidget* control : controlsOf(window)) {
+        control->setEnabled(true);
+        control->show();
+    }
+    first->setFocus();
+    QStringList names;
+    for (int presses = 0; presses < 50; ++presses) {
+        QWidget* focused = window.focusWidget();
+        if (focused == nullptr || names.contains(focused->objectName()))
+            break;
+        names.append(focused->objectName());
+        QTest::keyClick(focused, Qt::Key_Tab);
+    }
+    return names;
+}
+
+void compareNames(QWidget& window, const QMap<QString, QString>& expected) {
+    QMap<QString, QString> names;
+    for (QWidget* control : controlsOf(window)) {
+        names.insert(control->objectName(), told(control, QAccessible::Name));
+        QVERIFY2(told(control, QAccessible::Description).size() > 10,
+                 qPrintable(control->objectName()));
+    }
+    QCOMPARE(names, expected);
+}
+
+/// Label and field of each pair.
+void compareBuddies(QWidget& window, const QMap<QString, QString>& expected) {
+    QMap<QString, QString> buddies;
+    for (const QLabel* label : window.findChildren<QLabel*>())
+        if (label->buddy() != nullptr)
+            buddies.insert(label->text(), label->buddy()->objectName());
+    QCOMPARE(buddies, expected);
+}
+
+} // namespace
+
+void TestAccess::mainWindowsControlsHaveNamesAndDescriptions() {
+    MainWindow window;
+    compareNames(window, {{"chartViewFFT", "Amplitude Spectrum"},
+                          {"chartViewTrend", "Response Trend"},
+                          {"chartViewWav", "Time Waveform"},
+                          {"checkBoxSaveData", "Save data to file"},
+                          {"lineEditFrequencyMatched", "Frequency matched (Hz)"},
+                          {"lineEditOutputFileName", "Output filename"},
+                          {"lineEditOutputFilePath", "Output filepath"},
+                          {"lineEditSamplingRate", "Sampling rate"},
+                          {"lineEditSilentInterval", "Silent interval (ms)"},
+                          {"lineEditSoundDuration", "Sound duration (ms)"},
+                          {"lineEditSubCode", "Subject code"},
+                          {"lineEditWavFileName", "WAV filename"},
+                          {"lineEditWavFilePath", "WAV filepath"},
+                          {"pushButtonExperiment", "Experiment"},
+                          {"pushButtonGo", "Go"},
+                          {"pushButtonPractice", "Practice"},
+                          {"pushButtonQuit", "Quit"},
+                          {"spinBoxFileNumber", "File number"}});
+}
+
+void TestAccess::mainWindowsLabelsNameTheirFields() {
+    MainWindow window;
+    compareBuddies(window, {{"WAV filepath", "lineEditWavFilePath"},
+                            {"WAV filename", "lineEditWavFileName"},
+                            {"Sampling rate", "lineEditSamplingRate"},
+                            {"Sound duration (ms)", "lineEditSoundDuration"},
+                            {"Silent interval (ms)", "lineEditSilentInterval"},
+                            {"Subject code", "lineEditSubCode"},
+                            {"File number", "spinBoxFileNumber"},
+                            {"Output filepath", "lineEditOutputFilePath"},
+                            {"Output filename", "lineEditOutputFileName"},
+                            {"Frequency matched (Hz)", "lineEditFrequencyMatched"}});
+}
+
+void TestAccess::tabKeyGoesThroughTheMainWindowAsTheEyeDoes() {
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    auto* first = testsupport::find<QLineEdit>(window, "lineEditWavFilePath");
+    QCOMPARE(
+        tabbedThrough(window, first),
+        QStringList({"lineEditWavFilePath", "lineEditWavFileName", "lineEditSamplingRate",
+                     "lineEditSoundDuration", "lineEditSilentInterval", "pushButtonPractice",
+                     "pushButtonExperiment", "pushButtonGo", "pushButtonQuit", "lineEditSubCode",
+                     "checkBoxSaveData", "spinBoxFileNumber", "lineEditOutputFilePath",
+                     "lineEditOutputFileName", "lineEditFrequencyMatched", "chartViewWav",
+                     "chartViewFFT", "chartViewTrend"}));
+}
+
+void TestAccess::subjectWindowsControlsHaveNamesAndDescriptions() {
+    SubjectWindow window;
+    compareNames(window, {{"pushButtonDone", "Done"},
+                          {"pushButtonIAmReady", "I am ready"},
+                          {"pushButtonPlaySinusoid", "Play sinusoid"},
+                          {"pushButtonPlayTarget", "Play target"},
+                          {"sliderFrequency", "Frequency"},
+                          {"spinBoxFrequency", "Current Value"}});
+    compareBuddies(window, {{"Current Value", "spinBoxFrequency"}});
+}
+
+void TestAccess::tabKeyGoesThroughTheSubjectWindowAsTheEyeDoes() {
+    SubjectWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    auto* first = testsupport::find<QAbstractButton>(window, "pushButtonIAmReady");
+    QCOMPARE(tabbedThrough(window, first),
+             QStringList({"pushButtonIAmReady", "pushButtonPlayTarget", "spinBoxFrequency",
+                          "pushButtonPlaySinusoid", "sliderFrequency", "pushButtonDone"}));
+}

@@ -1,0 +1,78 @@
+// Choosing and loading a target: the wait cursor.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_target.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QFileDialog>
+#include <QtCharts/QChartView>
+#include <QtTest>
+
+using testsupport::InspectedMainWindow;
+
+namespace {
+
+bool isWaiting() {
+    const QCursor* cursor = QApplication::overrideCursor();
+    return cursor != nullptr && cursor->shape() == Qt::WaitCursor;
+}
+
+/// Notes for each time that a widget is painted whether the wait cursor is shown.
+class PaintingWatch : public QObject {
+public:
+    explicit PaintingWatch(QWidget* widget) { widget->installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            waitingAtPaint.append(isWaiting());
+        return QObject::eventFilter(watched, event);
+    }
+
+    QVector<bool> waitingAtPaint;
+};
+
+} // namespace
+
+void TestTargetWaiting::cursorWaitsFromTheDialogToTheLastDrawing() {
+    TargetBench bench;
+    const QString path = bench.write("target.wav", unevenCodes(400));
+    // What showing the window for the first time paints.
+    QTest::qWait(0);
+    PaintingWatch wav(bench.window.chartViewWav->viewport());
+    PaintingWatch fft(bench.window.chartViewFFT->viewport());
+    bool isWaitingInTheDialog = true;
+    bench.session.dialogs.expect("Select a target sound file", [&](QWidget* dialog) {
+        isWaitingInTheDialog = isWaiting();
+        qobject_cast<QFileDialog*>(dialog)->selectFile(path);
+        wav.waitingAtPaint.clear();
+        fft.waitingAtPaint.clear();
+        qobject_cast<QDialog*>(dialog)->accept();
+    });
+    bench.window.on_pushButtonPractice_clicked();
+    QCOMPARE(bench.complaints(), QString());
+    QVERIFY(!isWaitingInTheDialog);
+    QVERIFY(isWaiting());
+    QTRY_VERIFY(!isWaiting());
+    QVERIFY(wav.waitingAtPaint.contains(true));
+    QVERIFY(fft.waitingAtPaint.contains(true));
+}
+
+void TestTargetWaiting::cursorComesBackOnEveryRoad_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("loaded") << testsupport::wavWithSamples({}, unevenCodes(400));
+    QTest::newRow("not a WAV file") << QByteArray(100, 'x');
+    QTest::newRow("no samples") << testsupport::wavWithSamples({}, {});
+    QTest::newRow("cancelled") << QByteArray();
+}
+
+void TestTargetWaiting::cursorComesBackOnEveryRoad() {
+    QFETCH(QByteArray, bytes);
+    TargetBench bench;
+    for (int preparation = 0; preparation < 2; ++preparation) {
+        if (bytes.isEmpty())
+            bench.prepareCancelled();
+        else
+            bench.prepare(bench.write("target.wav", bytes));
+        QTRY_VERIFY(QApplication::overrideCursor() == nullptr);
+    }
+}
