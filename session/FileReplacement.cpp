@@ -15,13 +15,9 @@ constexpr QIODevice::OpenMode textMode = QIODevice::WriteOnly | QIODevice::Text;
 /// Whether the folder of a file takes another one beside it, which can then be renamed. Anything
 /// but a regular file has to be written as it is: a device would be replaced by a file.
 bool canBeReplaced(const QFileInfo& file) {
-    // What the toolkit adds to the name of the file beside it.
-    constexpr int longestAddition = 7;
-    constexpr int longestName = 255;
-    const bool isNew = !file.exists() && !file.isSymLink();
+    const bool isNew = !file.exists();
     const QFileInfo resolved(isNew ? file.absoluteFilePath() : file.canonicalFilePath());
-    return (isNew || resolved.isFile()) && QFileInfo(resolved.path()).isWritable() &&
-           QFile::encodeName(resolved.fileName()).size() + longestAddition <= longestName;
+    return (isNew || resolved.isFile()) && QFileInfo(resolved.path()).isWritable();
 }
 
 /// Writes to an open file. A full disk shows only when the bytes that are held back are flushed.
@@ -53,10 +49,8 @@ FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
     if (!file.open(textMode)) // without room for a further file, what is there must not be emptied
         return target.exists() && target.isWritable() ? FileReplacement::NotWritten
                                                       : FileReplacement::NotOpened;
-    if (!writeThrough(file, bytes)) {
-        file.cancelWriting();
+    if (!writeThrough(file, bytes))
         return FileReplacement::NotWritten;
-    }
     if (!file.commit()) // not ours to rename: somebody else's file in a folder that all share
         return writeInPlace(path, bytes);
     syncNamesToDisk(target.absolutePath());

@@ -117,6 +117,7 @@ private slots:
     void fileThatCannotGrowKeepsTheEarlierOne();
     void newFileThatCannotGrowLeavesNothing();
     void fullDiskKeepsTheEarlierFile();
+    void diskWithoutRoomForAFurtherFileKeepsTheEarlierOne();
     void readOnlyDiskIsNotOpened();
     void folderThatTakesNoFileHasItsFileWrittenInPlace();
     void somebodyElsesFileInASharedFolderIsWrittenInPlace();

@@ -150,6 +150,19 @@ void TestFileReplacement::fullDiskKeepsTheEarlierFile() {
     QCOMPARE(readBytes(path), newBytes());
 }
 
+void TestFileReplacement::diskWithoutRoomForAFurtherFileKeepsTheEarlierOne() {
+    const SmallDisk disk;
+    if (!disk.isThere())
+        QSKIP("a disk of one's own takes the right to mount");
+    const QString path = disk.path("old.txt");
+    QVERIFY(writeBytes(path, earlierBytes()));
+    for (int others = 0; writeBytes(disk.path(QString::number(others)), {}); ++others)
+        QVERIFY(others < 10);
+    QCOMPARE(replaceFile(path, newBytes()), FileReplacement::NotWritten);
+    QCOMPARE(readBytes(path), earlierBytes());
+    QCOMPARE(replaceFile(disk.path("new.txt"), newBytes()), FileReplacement::NotOpened);
+}
+
 void TestFileReplacement::readOnlyDiskIsNotOpened() {
     const SmallDisk disk;
     if (!disk.isThere())

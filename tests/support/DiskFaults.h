@@ -42,11 +42,13 @@ private:
     rlimit earlier{};
 };
 
-/// A file system of its own with room for some 64 KiB. Making one takes the right to mount.
+/// A file system of its own with room for some 64 KiB and seven files. Making one takes the right
+/// to mount.
 class SmallDisk {
 public:
     SmallDisk()
-        : isMounted(::mount("tmpfs", path().constData(), "tmpfs", 0, "size=64k,mode=0777") == 0) {}
+        : isMounted(::mount("tmpfs", path().constData(), "tmpfs", 0,
+                            "size=64k,nr_inodes=8,mode=0777") == 0) {}
     ~SmallDisk() {
         if (isMounted)
             ::umount2(path().constData(), MNT_DETACH);
