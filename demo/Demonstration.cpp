@@ -73,6 +73,8 @@ bool Demonstration::run() {
     if (!QTest::qWaitForWindowExposed(&window))
         return fail(QStringLiteral("the main window does not appear"));
     say(QStringLiteral("The main window is open."));
+    if (!savePicture(window, QStringLiteral("main-window-start.png")))
+        return false;
     SessionDriver session(window);
     const bool isHeld = holdSession(window, session);
     const QStringList complaints = session.dialogs.takeComplaints();
@@ -109,6 +111,8 @@ bool Demonstration::holdSession(MainWindow& window, SessionDriver& session) {
     say(QStringLiteral("Experimenter: \"Go\"."));
     if (session.go() == nullptr)
         return fail(QStringLiteral("the listener's window does not open"));
+    if (!savePicture(*session.listener(), QStringLiteral("subject-window-start.png")))
+        return false;
     say(QStringLiteral("Listener: \"I am ready\"."));
     session.beReady();
     if (!matchPitch(session))

@@ -8,7 +8,10 @@ packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-de
     libxcb1-dev libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
 packages_for_desk=(xvfb xauth openbox pulseaudio sox ffmpeg procps)
-packages_to_test=(imagemagick locales)
+packages_to_test=(imagemagick locales python3)
+packages_for_access=(at-spi2-core dbus-daemon gir1.2-atspi-2.0 python3-gi)
+packages_to_package=(appstream cmark-gfm desktop-file-utils dpkg-dev fakeroot imagemagick
+    librsvg2-bin lintian python3)
 packages_to_check=(git clang-format-14 clang-tidy-14)
 export packages_to_build packages_to_run packages_for_desk packages_to_test packages_to_check
 
