@@ -1,0 +1,46 @@
+// What the tests of the example analyses share.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+/// One session, and what the analyses should say about it.
+struct AnalysedSession {
+    QString subject;
+    QString type;
+    int number = 1;
+    QString target;
+    QVector<double> frequencies; ///< Hz, of the requests.
+};
+
+/// What a run of an analysis has left.
+struct AnalysisRun {
+    int status = -1;
+    QString output;
+    QString errors;
+};
+
+/// The interpreter and the script of each language; the interpreter is empty where it is missing.
+const QStringList& python();
+const QStringList& statisticsLanguage();
+bool isThere(const QStringList& command);
+
+/// Calls a function with the name and the command of each language that is there.
+template <typename Function> void forLanguages(Function&& function) {
+    if (isThere(python()))
+        function("Python", python());
+    if (isThere(statisticsLanguage()))
+        function("R", statisticsLanguage());
+}
+
+/// Adds the column "command" and a row for each language that is there.
+void addLanguages();
+
+/// Runs an analysis ("python" or "R" by its command) on paths; the picture is drawn where a name
+/// for it is given.
+AnalysisRun analyse(const QStringList& command, const QString& target, const QStringList& paths,
+                    const QString& picture = QString());
+
+/// Returns both tables for sessions that are in order, by formulas of the tests' own.
+QString expectedTables(const QVector<AnalysedSession>& sessions, double targetHertz);

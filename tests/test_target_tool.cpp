@@ -1,0 +1,175 @@
+// Tests of pellion-target, the console program that makes target sounds and looks at them.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_target_tool.h"
+
+#include "signal/RandomGenerator.h"
+#include "support/TestMain.h"
+
+#include <QDir>
+#include <QProcess>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double samplingRate = 40000; // Hz
+constexpr double pi = 3.14159265358979323846;
+
+ToolRun runProgram(const QString& program, const QStringList& arguments, const QString& folder,
+                   const QStringList& environment = {}) {
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.setProcessEnvironment([&] {
+        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+        for (const QString& variable : environment)
+            variables.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+        return variables;
+    }());
+    process.start(program, arguments);
+    process.closeWriteChannel();
+    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+        return {-1, {}, process.readAllStandardError()};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+} // namespace
+
+QStringList ToolRun::linesOf(const QString& label) const {
+    QStringList found;
+    // A file's header may hold zeros, and is printed as it is.
+    const QString text = QString::fromUtf8(output.constData(), output.size());
+    for (const QString& line : text.split(u'\n'))
+        if (line.startsWith(label.leftJustified(27) + QStringLiteral(": ")))
+            found.append(line.mid(29));
+    return found;
+}
+
+ToolRun ToolFolder::run(const QString& arguments) const {
+    return runWords(arguments.split(u' ', Qt::SkipEmptyParts));
+}
+
+ToolRun ToolFolder::runWords(const QStringList& arguments, const QStringList& environment) const {
+    return runProgram(QStringLiteral(PELLION_TARGET), arguments, folder.path(), environment);
+}
+
+bool ToolFolder::shell(const QString& commandLine) const {
+    const ToolRun run =
+        runProgram(QStringLiteral("sh"), {QStringLiteral("-c"), commandLine}, folder.path());
+    if (run.status != 0)
+        qWarning("%s: %s", qPrintable(commandLine), run.errors.constData());
+    return run.status == 0;
+}
+
+QStringList ToolFolder::names() const {
+    return QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+namespace expectedsound {
+
+QVector<double> tone(int count, double frequency, double phaseDegrees) {
+    QVector<double> samples(count);
+    for (int i = 0; i < count; ++i)
+        samples[i] = std::sin(2 * pi * frequency * i / samplingRate + phaseDegrees * pi / 180);
+    return samples;
+}
+
+QVector<double> sum(const QVector<QVector<double>>& sounds) {
+    QVector<double> samples(sounds.constFirst().size(), 0.0);
+    for (const QVector<double>& sound : sounds)
+        for (int i = 0; i < samples.size(); ++i)
+            samples[i] += sound[i];
+    return samples;
+}
+
+QVector<double> sam(int count, double carrier, double modulation, double depth,
+                    double modulationPhaseDegrees) {
+    QVector<double> samples = tone(count, carrier);
+    for (int i = 0; i < count; ++i)
+        samples[i] *= 1 + depth * std::cos(2 * pi * modulation * i / samplingRate +
+                                           modulationPhaseDegrees * pi / 180);
+    return samples;
+}
+
+QVector<double> noise(int count, uint seconds) {
+    seedRandomNumbers(seconds);
+    QVector<double> samples(count);
+    double sum = 0;
+    for (double& sample : samples)
+        sum += sample = nextRandomNumber() / 2147483647.0;
+    for (double& sample : samples)
+        sample -= sum / count;
+    return samples;
+}
+
+double peak(const QVector<double>& samples) {
+    const auto [least, most] = std::minmax_element(samples.cbegin(), samples.cend());
+    return std::max(-*least, *most);
+}
+
+double rootMeanSquare(const QVector<double>& samples) {
+    double squares = 0;
+    for (const double sample : samples)
+        squares += sample * sample;
+    return std::sqrt(squares / samples.size());
+}
+
+QVector<double> scaled(QVector<double> samples, double reference, double decibels) {
+    for (double& sample : samples)
+        sample *= std::pow(10, decibels / 20) / reference;
+    return samples;
+}
+
+double cosineGain(double position) {
+    const double half = std::sin(position * pi / 2);
+    return half * half;
+}
+
+QVector<int> codes(const QVector<double>& samples, int bits) {
+    QVector<int> integers(samples.size());
+    const int greatest = (1 << (bits - 1)) - 1;
+    std::transform(samples.cbegin(), samples.cend(), integers.begin(), [&](double sample) {
+        const int code = int(std::lround(sample * (greatest + 1)));
+        return std::min(std::max(code, -greatest), greatest) + (bits == 8 ? 128 : 0);
+    });
+    return integers;
+}
+
+} // namespace expectedsound
+
+namespace madefiles {
+
+const char* const plain = "sox -r 40000 -n -b 16 -c 1 plain.wav synth 0.25 sine 440 vol 0.5";
+const char* const byFfmpeg = "ffmpeg -v error -i plain.wav ";
+
+QByteArray tag(const char* identifier, quint32 size) {
+    QByteArray bytes(identifier);
+    bytes.resize(8);
+    testsupport::setUnsigned32(bytes, 4, size);
+    return bytes;
+}
+
+QByteArray handmade(const testsupport::WavFormat& format, int frames) {
+    QVector<int> samples(frames * format.channelCount);
+    for (int i = 0; i < samples.size(); ++i)
+        samples[i] = (i * 37 + 11) % 251;
+    return testsupport::wavWithSamples(format, samples);
+}
+
+QByteArray with16(QByteArray bytes, int offset, quint16 value) {
+    testsupport::setUnsigned16(bytes, offset, value);
+    return bytes;
+}
+
+QByteArray with32(QByteArray bytes, int offset, quint32 value) {
+    testsupport::setUnsigned32(bytes, offset, value);
+    return bytes;
+}
+
+} // namespace madefiles
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return testsupport::runAll<TestTargetMaking, TestTargetRefusals, TestTargetInfo,
+                               TestTargetParts>(argc, argv);
+}

@@ -1,0 +1,175 @@
+// Tests of pellion-target, the console program that makes target sounds and looks at them.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/WavBytes.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// What a run of a program has left.
+struct ToolRun {
+    int status = -1; ///< -1 when it did not end by itself.
+    QByteArray output;
+    QByteArray errors;
+
+    /// Returns what stands behind the label in each line of the output that has it.
+    QStringList linesOf(const QString& label) const;
+};
+
+/// Where the program is let loose: a fresh folder.
+class ToolFolder {
+public:
+    /// Runs pellion-target in the folder; the arguments are split at blanks.
+    ToolRun run(const QString& arguments) const;
+
+    /// Runs it with arguments as they are, and more environment variables ("NAME=value").
+    ToolRun runWords(const QStringList& arguments, const QStringList& environment = {}) const;
+
+    /// Runs a shell's command line in the folder; returns whether it succeeded.
+    bool shell(const QString& commandLine) const;
+
+    QString path(const QString& name) const { return folder.filePath(name); }
+    QByteArray read(const QString& name) const { return testsupport::readBytes(path(name)); }
+    bool write(const QString& name, const QByteArray& bytes) const {
+        return testsupport::writeBytes(path(name), bytes);
+    }
+    QStringList names() const;
+
+private:
+    QTemporaryDir folder;
+};
+
+/// What a sound is before it is rounded, by formulas of the tests' own.
+namespace expectedsound {
+QVector<double> tone(int count, double frequency, double phaseDegrees = 0);
+QVector<double> sum(const QVector<QVector<double>>& sounds);
+QVector<double> sam(int count, double carrier, double modulation, double depth,
+                    double modulationPhaseDegrees = 0);
+
+/// The noise of the library for a time in seconds, without its mean.
+QVector<double> noise(int count, uint seconds);
+
+double peak(const QVector<double>& samples);
+double rootMeanSquare(const QVector<double>& samples);
+
+/// Scales by a factor re a reference.
+QVector<double> scaled(QVector<double> samples, double reference, double decibels);
+
+/// Multiplies onset and offset by a gain that depends on how far they are, from 0 to 1.
+template <typename Gain> QVector<double> ramped(QVector<double> samples, int points, Gain&& gain) {
+    for (int i = 0; i < points; ++i) {
+        samples[i] *= gain(double(i) / points);
+        samples[samples.size() - 1 - i] *= gain(double(i) / points);
+    }
+    return samples;
+}
+double cosineGain(double position);
+
+/// The integers that a file holds of samples within full scale.
+QVector<int> codes(const QVector<double>& samples, int bits);
+} // namespace expectedsound
+
+/// Files that the tests of "info" share.
+namespace madefiles {
+/// Command lines for a shell: the first makes plain.wav, a good target of a quarter of a second at
+/// half of full scale; the second, with options and a name behind it, a file out of that.
+extern const char* const plain;
+extern const char* const byFfmpeg;
+
+/// The identifier and the size in front of a chunk.
+QByteArray tag(const char* identifier, quint32 size);
+
+/// A file of samples that are not silent.
+QByteArray handmade(const testsupport::WavFormat& format = {}, int frames = 1000);
+
+/// A file with another number in its header.
+QByteArray with16(QByteArray bytes, int offset, quint16 value);
+QByteArray with32(QByteArray bytes, int offset, quint32 value);
+} // namespace madefiles
+
+class TestTargetMaking : public QObject {
+    Q_OBJECT
+
+private slots:
+    void tonesAreExact_data();
+    void tonesAreExact();
+    void complexesAreExact_data();
+    void complexesAreExact();
+    void samTonesAreExact_data();
+    void samTonesAreExact();
+    void noiseIsTheLibrarysWithoutItsMean();
+    void noiseOfTheSameSecondIsTheSameAndSaidToBe();
+    void levelsAreOfTheSoundBeforeItsRamps_data();
+    void levelsAreOfTheSoundBeforeItsRamps();
+    void rampsAreTheLibrarys_data();
+    void rampsAreTheLibrarys();
+    void headersAreCanonical_data();
+    void headersAreCanonical();
+    void bothChannelsHoldTheSound();
+    void oddDataAreFollowedByAByteOfZero();
+    void durationsAreRoundedToTheNearestSample_data();
+    void durationsAreRoundedToTheNearestSample();
+    void fullScaleIsOneStepWithin_data();
+    void fullScaleIsOneStepWithin();
+};
+
+class TestTargetRefusals : public QObject {
+    Q_OBJECT
+
+private slots:
+    void clippingNamesTheSampleAndWritesNothing_data();
+    void clippingNamesTheSampleAndWritesNothing();
+    void silenceIsNotWritten();
+    void anExistingFileIsKept();
+    void forceReplacesTheWholeFile();
+    void forceReplacesWhatALinkPointsTo();
+    void aFileThatCannotBeMadeIsNamed_data();
+    void aFileThatCannotBeMadeIsNamed();
+    void aFullDiskLeavesTheOldFile();
+    void nothingButTheFileIsLeft();
+    void wrongCommandLinesAreExplained_data();
+    void wrongCommandLinesAreExplained();
+    void numbersKeepTheirPointInEveryLocale();
+    void whatWouldBePlayedOtherwiseIsNoted();
+    void helpHasExamplesThatWork_data();
+    void helpHasExamplesThatWork();
+    void helpAndVersionNeedNoDisplay();
+    void manualNamesEveryOption();
+    void manualIsWellFormed();
+};
+
+class TestTargetInfo : public QObject {
+    Q_OBJECT
+
+private slots:
+    void goodFilesAreAsIntended_data();
+    void goodFilesAreAsIntended();
+    void faultsAreNamedAndMended_data();
+    void faultsAreNamedAndMended();
+    void whatNothingMendsIsSaid_data();
+    void whatNothingMendsIsSaid();
+    void odditiesAreNoted_data();
+    void odditiesAreNoted();
+    void headerIsThatOfTheProgram();
+    void levelsAreMeasuredPerChannel_data();
+    void levelsAreMeasuredPerChannel();
+    void severalFilesAreAllLookedAt();
+    void namesAreQuotedForTheShell_data();
+    void namesAreQuotedForTheShell();
+    void mangledFilesDoNoHarm();
+};
+
+class TestTargetParts : public QObject {
+    Q_OBJECT
+
+private slots:
+    void samplesAreRoundedToTheNearestCode_data();
+    void samplesAreRoundedToTheNearestCode();
+    void playedLengthIsThatOfTheMainWindow_data();
+    void playedLengthIsThatOfTheMainWindow();
+    void chunksAreFoundWhereverTheyAre();
+    void aChunkCutOffHoldsWhatIsThere();
+    void lowestCodeOf24BitsIsMinusOne();
+};

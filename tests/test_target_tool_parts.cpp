@@ -1,0 +1,110 @@
+// pellion-target: its parts by themselves.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_target_tool.h"
+
+#include "tools/Inspection.h"
+#include "tools/IntendedSound.h"
+#include "tools/TargetEncoding.h"
+
+#include <QBuffer>
+#include <QtTest>
+
+#include <cmath>
+
+void TestTargetParts::samplesAreRoundedToTheNearestCode_data() {
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<double>("steps"); // Of the sample.
+    QTest::addColumn<int>("code");
+    for (const int bits : {8, 16, 24}) {
+        const double scale = std::ldexp(1.0, bits - 1);
+        const int zero = bits == 8 ? 128 : 0;
+        const auto row = [&](const char* name, double steps, int code) {
+            QTest::addRow("%d bits, %s", bits, name) << bits << steps << zero + code;
+        };
+        row("nothing", 0, 0);
+        row("a step", 1, 1);
+        row("less than half a step", 0.499, 0);
+        row("half a step", 0.5, 1);
+        row("half a step below", -0.5, -1);
+        row("more than a step", -1.4, -1);
+        row("one and a half", 1.5, 2);
+        row("two and a half", 2.5, 3);
+        row("the greatest", scale - 1, int(scale) - 1);
+        row("half a step below full scale", scale - 0.5, int(scale) - 1);
+        row("full scale", scale, int(scale) - 1);
+        row("negative full scale", -scale, 1 - int(scale));
+    }
+}
+
+void TestTargetParts::samplesAreRoundedToTheNearestCode() {
+    QFETCH(int, bits);
+    QFETCH(double, steps);
+    QFETCH(int, code);
+    TargetRecipe recipe;
+    recipe.bitsPerSample = bits;
+    const CWav wav = encodedTarget({std::ldexp(steps, 1 - bits)}, recipe);
+    const QByteArray expected = testsupport::wavWithSamples({40000, 1, quint16(bits)}, {code});
+    QCOMPARE(QByteArray(wav.rawData.data(), int(wav.rawData.size())), expected.mid(44));
+}
+
+void TestTargetParts::playedLengthIsThatOfTheMainWindow_data() {
+    QTest::addColumn<int>("samples");
+    QTest::addColumn<int>("rate");
+    QTest::addColumn<int>("played");
+    QTest::newRow("a quarter of a second") << 10000 << 40000 << 10000;
+    QTest::newRow("250.025 ms, shown as 250.03") << 10001 << 40000 << 10001;
+    QTest::newRow("237.475 ms, shown as 237.47") << 9499 << 40000 << 9498;
+    QTest::newRow("one sample") << 1 << 40000 << 1;
+    QTest::newRow("44100 Hz") << 11025 << 44100 << 10000;
+    QTest::newRow("8000 Hz") << 2000 << 8000 << 10000;
+}
+
+void TestTargetParts::playedLengthIsThatOfTheMainWindow() {
+    QFETCH(int, samples);
+    QFETCH(int, rate);
+    QFETCH(int, played);
+    QCOMPARE(playedSamples(samples, quint32(rate)), played);
+}
+
+void TestTargetParts::chunksAreFoundWhereverTheyAre() {
+    const QByteArray plain = testsupport::wavWithSamples({}, {1, 2, 3});
+    QByteArray bytes = plain.left(12) + QByteArray("JUNK\3\0\0\0abc\0", 12) + plain.mid(12, 24) +
+                       QByteArray("note\0\0\0\0", 8) + plain.mid(36) +
+                       QByteArray("LIST\4\0\0\0INFO\1\2", 14);
+    QBuffer file(&bytes);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const RiffWalk walk = walkRiff(file);
+    QStringList found;
+    for (const RiffChunk& chunk : walk.chunks)
+        found << QStringLiteral("%1 %2 %3")
+                     .arg(QString::fromLatin1(chunk.identifier))
+                     .arg(chunk.offset)
+                     .arg(chunk.heldSize);
+    QCOMPARE(found,
+             QStringList({"JUNK 20 3", "fmt  32 16", "note 56 0", "data 64 6", "LIST 78 4"}));
+    QCOMPARE(walk.bytesBehind, 2);
+    QVERIFY(walk.format.has_value());
+    QCOMPARE(walk.format->samplingRate, 40000U);
+    QCOMPARE(channelOf(intendedSound(file, walk), 0),
+             QVector<double>({1 / 32768.0, 2 / 32768.0, 3 / 32768.0}));
+}
+
+void TestTargetParts::aChunkCutOffHoldsWhatIsThere() {
+    QByteArray bytes = testsupport::wavWithSamples({40000, 2, 16}, {1, 2, 3, 4, 5, 6});
+    bytes.chop(3);
+    QBuffer file(&bytes);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const RiffWalk walk = walkRiff(file);
+    QCOMPARE(walk.chunks.last().declaredSize, 12U);
+    QCOMPARE(walk.chunks.last().heldSize, 9);
+    QCOMPARE(channelOf(intendedSound(file, walk), 1), QVector<double>({2 / 32768.0, 4 / 32768.0}));
+}
+
+void TestTargetParts::lowestCodeOf24BitsIsMinusOne() {
+    QByteArray bytes = testsupport::wavWithSamples({40000, 1, 24}, {1, -0x800000, 0x7FFFFF});
+    QBuffer file(&bytes);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const CWav wav = intendedSound(file, walkRiff(file));
+    QCOMPARE(lowestCodesOf24Bits(wav), 1);
+    QCOMPARE(channelOf(wav, 0), QVector<double>({std::ldexp(1, -23), -1, 1 - std::ldexp(1, -23)}));
+}

@@ -1,0 +1,175 @@
+// What pellion-target is asked to do.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/CommandLine.h"
+
+#include "tools/HelpText.h"
+#include "tools/NumberReader.h"
+#include "tools/TargetSound.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QMap>
+
+#include <algorithm>
+
+namespace {
+
+const QString makeCommand = QStringLiteral("make");
+const QString infoCommand = QStringLiteral("info");
+
+const QStringList& kindWords() {
+    static const QStringList words{"tone", "complex", "sam", "noise"};
+    return words;
+}
+
+/// The kinds of sound that an option belongs to; other options belong to all.
+const QMap<QString, QStringList>& kindsOfOptions() {
+    static const QMap<QString, QStringList> kinds{{"frequency", {"tone", "complex", "sam"}},
+                                                  {"phase", {"tone", "complex", "sam"}},
+                                                  {"harmonics", {"complex"}},
+                                                  {"without-fundamental", {"complex"}},
+                                                  {"modulation", {"sam"}},
+                                                  {"depth", {"sam"}},
+                                                  {"modulation-phase", {"sam"}}};
+    return kinds;
+}
+
+void addSoundOptions(QCommandLineParser& parser) {
+    parser.addOptions(
+        {{"frequency", "Of the tone, the fundamental or the carrier (default 440).", "Hz", "440"},
+         {"phase", "At which tone, harmonics or carrier start (default 0).", "degrees", "0"},
+         {"harmonics", "complex: which, such as 2-10 or 1,3,5 (default 1-10).", "list", "1-10"},
+         {"without-fundamental", "complex: leave out harmonic 1."},
+         {"modulation", "sam: frequency of the modulation (default 40).", "Hz", "40"},
+         {"depth", "sam: from 0 to 1 (default 1).", "factor", "1"},
+         {"modulation-phase", "sam: at which the modulating cosine starts (default 0).", "degrees",
+          "0"}});
+}
+
+void addFileOptions(QCommandLineParser& parser) {
+    parser.addOptions(
+        {{"duration", "Of the whole sound (default 250).", "ms", "250"},
+         {"peak", "Level of the highest sample re full scale (default -6).", "dB", "-6"},
+         {"rms", "RMS level re full scale, in the place of --peak.", "dB", "0"},
+         {"ramp", "Onset and offset: cos, cos2, linear or none (default cos).", "kind", "cos"},
+         {"ramp-duration", "Of either ramp (default 20).", "ms", "20"},
+         {"rate", "Sampling rate (default 40000, the only one that the program plays).", "Hz",
+          "40000"},
+         {"bits", "Per sample: 8, 16 or 24 (default 16).", "bits", "16"},
+         {"channels", "1 or 2, with the same sound in both (default 1).", "count", "1"},
+         {"force", "Replace a file that exists."}});
+}
+
+TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberReader& values) {
+    constexpr double mostHertz = 1e6;
+    constexpr double mostDegrees = 360;
+    constexpr double leastDecibels = -200;
+    constexpr double mostDecibels = 100;
+    constexpr double mostMilliseconds = 1e8;
+    TargetRecipe recipe;
+    recipe.kind = kind;
+    recipe.frequency = values.number("frequency", 0.001, mostHertz);
+    recipe.phaseDegrees = values.number("phase", -mostDegrees, mostDegrees);
+    recipe.harmonics = values.list("harmonics");
+    if (parser.isSet("without-fundamental"))
+        recipe.harmonics.removeAll(1);
+    recipe.modulationFrequency = values.number("modulation", 0.001, mostHertz);
+    recipe.modulationDepth = values.number("depth", 0, 1);
+    recipe.modulationPhaseDegrees = values.number("modulation-phase", -mostDegrees, mostDegrees);
+    recipe.durationMs = values.number("duration", 0.001, mostMilliseconds);
+    recipe.levelKind = parser.isSet("rms") ? LevelKind::Rms : LevelKind::Peak;
+    recipe.levelDecibels =
+        values.number(parser.isSet("rms") ? "rms" : "peak", leastDecibels, mostDecibels);
+    constexpr RampKind ramps[] = {RampKind::None, RampKind::Cosine, RampKind::CosineSquared,
+                                  RampKind::Linear};
+    recipe.rampKind = ramps[values.choice("ramp", {"none", "cos", "cos2", "linear"})];
+    recipe.rampMs = values.number("ramp-duration", 0, mostMilliseconds);
+    recipe.samplingRate = values.integer("rate", 1, static_cast<int>(mostHertz));
+    constexpr int bits[] = {8, 16, 24};
+    recipe.bitsPerSample = bits[values.choice("bits", {"8", "16", "24"})];
+    recipe.channelCount = values.integer("channels", 1, 2);
+    return recipe;
+}
+
+/// Returns what is wrong with the options of a kind of sound as such, whatever their values.
+QString problemOfOptions(const QCommandLineParser& parser, const QString& kind) {
+    for (auto option = kindsOfOptions().cbegin(); option != kindsOfOptions().cend(); ++option)
+        if (parser.isSet(option.key()) && !option->contains(kind))
+            return QStringLiteral("--%1 does not belong to \"make %2\"").arg(option.key(), kind);
+    if (parser.isSet("peak") && parser.isSet("rms"))
+        return QStringLiteral("--peak and --rms exclude each other");
+    if (parser.isSet("ramp-duration") && parser.value("ramp") == "none")
+        return QStringLiteral("--ramp-duration does not belong to \"--ramp none\"");
+    return {};
+}
+
+Request makeRequest(const QCommandLineParser& parser) {
+    const QStringList words = parser.positionalArguments();
+    const int kind = kindWords().indexOf(words.value(1));
+    if (kind < 0)
+        return UsageError{QStringLiteral("make takes %1, not \"%2\"")
+                              .arg(kindWords().join(QLatin1String(", ")), words.value(1))};
+    if (words.size() != 3 || words.constLast().isEmpty())
+        return UsageError{QStringLiteral("make takes the name of one file")};
+    const QString problem = problemOfOptions(parser, words[1]);
+    if (!problem.isEmpty())
+        return UsageError{problem};
+    NumberReader values(parser);
+    MakeRequest request;
+    request.recipe = recipeOf(parser, static_cast<SoundKind>(kind), values);
+    request.fileName = words.constLast();
+    request.existing = parser.isSet("force") ? ExistingFile::Replace : ExistingFile::Keep;
+    if (!values.problem().isEmpty())
+        return UsageError{values.problem()};
+    const QString recipesProblem = problemOf(request.recipe);
+    if (!recipesProblem.isEmpty())
+        return UsageError{recipesProblem};
+    return request;
+}
+
+/// Lays a parser out for a command; for none of them, for what stands before a command.
+void describe(QCommandLineParser& parser, const QString& command) {
+    if (command == makeCommand) {
+        parser.setApplicationDescription(makeDescription());
+        parser.addPositionalArgument("kind", "tone, complex, sam or noise.", "make kind");
+        parser.addPositionalArgument("file", "The WAV file to make.");
+        addSoundOptions(parser);
+        addFileOptions(parser);
+    } else if (command == infoCommand) {
+        parser.setApplicationDescription(infoDescription());
+        parser.addPositionalArgument("file", "WAV files.", "info file...");
+    } else {
+        parser.setApplicationDescription(programDescription());
+        parser.addPositionalArgument("command", "make or info.");
+    }
+}
+
+} // namespace
+
+Request parseCommandLine(const QStringList& arguments) {
+    const auto found =
+        std::find_if(arguments.cbegin(), arguments.cend(), [](const QString& argument) {
+            return argument == makeCommand || argument == infoCommand;
+        });
+    const QString command = found == arguments.cend() ? QString() : *found;
+    QCommandLineParser parser;
+    describe(parser, command);
+    const QCommandLineOption help({"h", "help"}, "Tell what the program does.");
+    const QCommandLineOption version({"v", "version"}, "Tell the program's version.");
+    parser.addOptions({help, version});
+    if (!parser.parse(arguments))
+        return UsageError{parser.errorText().remove(u'.')};
+    if (parser.isSet(help))
+        return TextRequest{parser.helpText()};
+    if (parser.isSet(version))
+        return TextRequest{QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
+                                                         QCoreApplication::applicationVersion())};
+    const QStringList words = parser.positionalArguments();
+    if (words.isEmpty() || words.constFirst() != command)
+        return UsageError{QStringLiteral("the command is missing: make or info")};
+    if (command == makeCommand)
+        return makeRequest(parser);
+    if (words.size() < 2)
+        return UsageError{QStringLiteral("info takes the names of files")};
+    return InfoRequest{words.mid(1)};
+}

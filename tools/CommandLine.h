@@ -1,0 +1,38 @@
+// What pellion-target is asked to do.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/TargetFile.h"
+#include "tools/TargetRecipe.h"
+
+#include <QStringList>
+
+#include <variant>
+
+/// Make a file by a recipe.
+struct MakeRequest {
+    TargetRecipe recipe;
+    QString fileName;
+    ExistingFile existing = ExistingFile::Keep;
+};
+
+/// Report on files.
+struct InfoRequest {
+    QStringList fileNames;
+};
+
+/// Print a text that was asked for.
+struct TextRequest {
+    QString text;
+};
+
+/// A command line that asks for nothing that can be done.
+struct UsageError {
+    QString problem; ///< In one sentence that ends in no full stop.
+};
+
+using Request = std::variant<MakeRequest, InfoRequest, TextRequest, UsageError>;
+
+/// Returns what a command line, the program's name in front, asks for. Every number in it has been
+/// checked, and the recipe has been found to have no problems.
+Request parseCommandLine(const QStringList& arguments);

@@ -1,0 +1,68 @@
+// What pellion-target says about itself.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/HelpText.h"
+
+QString programDescription() {
+    return QStringLiteral(
+        R"(Makes target sounds for Pellion, and tells whether Pellion would read a WAV file as
+it is meant.
+
+Commands:
+  make tone FILE      a pure tone
+  make complex FILE   harmonics of a fundamental, with or without it
+  make sam FILE       a sinusoidally amplitude-modulated tone
+  make noise FILE     uniform white noise
+  info FILE...        header, duration, levels, and what the program would do with each file
+
+Examples:
+  pellion-target make tone a440.wav --frequency 440 --duration 500
+  pellion-target make complex missing.wav --frequency 200 --harmonics 2-10
+  pellion-target make sam am.wav --frequency 1000 --modulation 100 --rms -20
+  pellion-target make noise noise.wav --ramp cos2 --ramp-duration 50 --bits 24
+  pellion-target info *.wav
+
+"pellion-target make --help" and "pellion-target info --help" tell more.
+
+Exit status: 0 when everything was done and every file is as intended, 1 when not, 2 when
+the command line cannot be understood.
+)");
+}
+
+QString makeDescription() {
+    return QStringLiteral(
+        R"(Makes a target sound: a WAV file with the canonical 44-byte header.
+
+The level is that of the sound before its ramps, in decibels re full scale: of its highest
+sample (--peak) or of the root mean square of all of them (--rms). A sine at a peak of 0 dB
+has an RMS level of -3.01 dB. A sample beyond full scale is an error, and nothing is written.
+
+Samples are rounded to the nearest of the integers that the bits allow, without dither. Full
+scale itself, +1 and -1, becomes the greatest of them and its negative.
+
+The noise is the signal library's, less its mean. The library seeds it with the time in whole
+seconds: files made within the same second hold the same noise.
+
+Examples:
+  pellion-target make tone a440.wav --frequency 440 --duration 500 --peak -10
+  pellion-target make complex full.wav --frequency 200 --harmonics 1-10
+  pellion-target make complex missing.wav --frequency 200 --harmonics 1-10 --without-fundamental
+  pellion-target make sam am.wav --frequency 1000 --modulation 100 --depth 1 --rms -20
+  pellion-target make noise noise.wav --ramp linear --ramp-duration 5 --channels 2 --force
+)");
+}
+
+QString infoDescription() {
+    return QStringLiteral(
+        R"(Prints each file's header, duration, and peak and RMS level of each channel, and says
+whether Pellion would read it as intended: it walks through the file's chunks by itself and
+compares. Whatever is the matter is named with what would happen, and with the command that
+mends it.
+
+Examples:
+  pellion-target info target.wav
+  pellion-target info ~/Desktop/*.wav
+  pellion-target info target.wav >/dev/null && echo "a good target"
+
+Exit status: 0 only if every file would be read as intended.
+)");
+}

@@ -1,0 +1,10 @@
+// What pellion-target says about itself.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+/// Returns the introductions of the help: to the program, to "make" and to "info".
+QString programDescription();
+QString makeDescription();
+QString infoDescription();

@@ -1,0 +1,64 @@
+// Whether the program would read a WAV file as it is meant.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/Inspection.h"
+
+#include "app/Data.h"
+#include "app/SettingsText.h"
+#include "sound/RegularFile.h"
+#include "sound/SampleCount.h"
+#include "tools/Findings.h"
+#include "tools/IntendedSound.h"
+
+#include <QFile>
+
+#include <iostream>
+#include <sstream>
+
+namespace {
+
+/// Takes what is written to standard error while it lives.
+class ErrorText {
+public:
+    ErrorText() : original(std::cerr.rdbuf(buffer.rdbuf())) {}
+    ~ErrorText() { std::cerr.rdbuf(original); }
+    ErrorText(const ErrorText&) = delete;
+    ErrorText(ErrorText&&) = delete;
+    ErrorText& operator=(const ErrorText&) = delete;
+    ErrorText& operator=(ErrorText&&) = delete;
+
+    QString text() const { return QString::fromStdString(buffer.str()).trimmed(); }
+
+private:
+    std::ostringstream buffer;
+    std::streambuf* original;
+};
+
+} // namespace
+
+int playedSamples(qint64 samples, quint32 samplingRate) {
+    const QString shown = millisecondsText(static_cast<double>(samples) / samplingRate);
+    return sampleCount(secondsFromMillisecondsText(shown), Data().samplingRate);
+}
+
+Inspection inspect(const QString& fileName) {
+    Inspection inspection;
+    inspection.fileName = fileName;
+    inspection.program.mostSamplesPerChannel = mostSamples;
+    bool isLoaded = false;
+    {
+        const ErrorText errors;
+        isLoaded = inspection.program.LoadWav(fileName.toStdString());
+        inspection.programMessage = errors.text();
+    }
+    const RegularFile regular(fileName.toStdString(), RegularFile::Purpose::Reading);
+    if (regular.path().empty())
+        return inspection;
+    QFile file(QString::fromStdString(regular.path().string()));
+    inspection.isOpened = file.open(QIODevice::ReadOnly);
+    if (!inspection.isOpened)
+        return inspection;
+    inspection.walk = walkRiff(file);
+    inspection.intended = intendedSound(file, inspection.walk);
+    judge(inspection, isLoaded);
+    return inspection;
+}

@@ -1,0 +1,37 @@
+// Whether the program would read a WAV file as it is meant.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "sound/CWav.h"
+#include "tools/Mending.h"
+#include "tools/RiffWalk.h"
+
+#include <QStringList>
+
+/// A reason for which the program would not give the listener what the file is meant to hold.
+struct Finding {
+    QString what;        ///< What is the matter with the file, in whole sentences.
+    QString consequence; ///< What the program would do, in whole sentences.
+};
+
+/// What looking at a file has shown.
+struct Inspection {
+    QString fileName;
+    bool isOpened = false;  ///< Whether it is a regular file that could be opened.
+    QString programMessage; ///< What the program says on standard error; empty when nothing.
+    CWav program;           ///< The file as the program reads it.
+    CWav intended;          ///< The sound that its chunks describe.
+    RiffWalk walk;
+    QVector<Finding> findings;
+    QStringList notes; ///< What the program does not mind, in whole sentences.
+    Mending mending;   ///< Of everything in the findings.
+
+    bool isAsIntended() const { return isOpened && findings.isEmpty(); }
+};
+
+/// Looks at a file in two ways, as the program does and chunk by chunk, and compares.
+Inspection inspect(const QString& fileName);
+
+/// Returns how many samples of a target the program plays: the duration of so many samples at
+/// a sampling rate (Hz, not 0), shown in milliseconds with two decimals, at the program's own rate.
+int playedSamples(qint64 samples, quint32 samplingRate);

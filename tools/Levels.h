@@ -1,0 +1,18 @@
+// Levels in decibels re full scale.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+/// Returns the greatest magnitude among the samples; 0 when there are none.
+double peakOf(const QVector<double>& samples);
+
+/// Returns the factor of a level: 10^(decibels / 20).
+double factorOfDecibels(double decibels);
+
+/// Returns the level of a magnitude with two decimals and its unit, "-6.00 dB"; "-inf dB" for 0.
+QString decibelsText(double magnitude);
+
+/// Returns the peak and the RMS level of one channel: "peak -6.00 dB, RMS -9.01 dB re full scale".
+QString levelsText(const QVector<double>& samples);

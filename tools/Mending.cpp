@@ -1,0 +1,89 @@
+// The command that makes a target of a file that is none yet.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/Mending.h"
+
+#include "app/Data.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace {
+
+QString playedRate() {
+    return QString::number(Data().samplingRate);
+}
+
+/// Returns a file's name as one word of a shell's command line that no program takes for an option.
+QString shellWord(const QString& fileName) {
+    const QString word = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
+    const bool isPlain = std::all_of(word.cbegin(), word.cend(), [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("/._-+").contains(character);
+    });
+    return isPlain ? word : u'\'' + QString(word).replace(u'\'', QLatin1String("'\\''")) + u'\'';
+}
+
+QString mendedName(const QString& fileName) {
+    const QFileInfo file(fileName);
+    const QString folder = fileName.left(fileName.size() - file.fileName().size());
+    return folder + file.completeBaseName() + QStringLiteral("-mended.wav");
+}
+
+QStringList soxWords(const Mending& mending, const QString& source, const QString& result) {
+    QStringList words{"sox"};
+    if (mending.isSizeIgnored)
+        words << "--ignore-length";
+    words << source;
+    if (mending.bitsPerSample != 0)
+        words << "-b" << QString::number(mending.bitsPerSample) << "-e"
+              << "signed-integer";
+    // Without this type sox writes a longer header for 24 bits.
+    words << "-t"
+          << "wavpcm" << result;
+    if (mending.isFirstChannelOnly)
+        words << "remix"
+              << "1";
+    if (mending.isResampled)
+        words << "rate"
+              << "-v" << playedRate();
+    if (mending.isLowestCodeAvoided)
+        words << "vol"
+              << "0.9999998";
+    if (mending.paddingSamples > 0)
+        words << "pad"
+              << "0" << QString::number(mending.paddingSamples) + u's';
+    return words;
+}
+
+QStringList ffmpegWords(const Mending& mending, const QString& source, const QString& result) {
+    QStringList words{"ffmpeg"};
+    if (mending.program == Mending::Program::FfmpegRaw) {
+        const QString encoding = mending.rawBitsPerSample == 8
+                                     ? QStringLiteral("u8")
+                                     : QStringLiteral("s%1le").arg(mending.rawBitsPerSample);
+        words << "-f" << encoding << "-ar" << playedRate() << "-ac"
+              << "1"
+              << "-skip_initial_bytes" << QString::number(mending.rawOffset);
+    }
+    // Bit-exact means without a chunk that tells which program wrote the file.
+    words << "-i" << source << "-ar" << playedRate() << "-ac"
+          << "1"
+          << "-c:a"
+          << "pcm_s16le"
+          << "-bitexact" << result;
+    return words;
+}
+
+} // namespace
+
+QString mendingCommand(const Mending& mending, const QString& fileName) {
+    if (mending.program == Mending::Program::None)
+        return {};
+    const QString source = shellWord(fileName);
+    const QString result = shellWord(mendedName(fileName));
+    const QStringList words = mending.program == Mending::Program::Sox
+                                  ? soxWords(mending, source, result)
+                                  : ffmpegWords(mending, source, result);
+    return words.join(u' ');
+}

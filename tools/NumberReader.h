@@ -1,0 +1,35 @@
+// Takes numbers out of a command line.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+class QCommandLineParser;
+
+/// Reads the values of options and remembers the first that is none. Numbers have a decimal point
+/// in every locale.
+class NumberReader {
+public:
+    explicit NumberReader(const QCommandLineParser& commandLine) : parser(commandLine) {}
+
+    /// Returns an option's number; the least one where it is none from `least` to `most`.
+    double number(const QString& option, double least, double most);
+    int integer(const QString& option, int least, int most);
+
+    /// Returns the position of an option's value among the words that it can have; 0 where it is
+    /// none of them.
+    int choice(const QString& option, const QStringList& words);
+
+    /// Returns the numbers from 1 on of a list such as "1-4,7", ascending, each once.
+    QVector<int> list(const QString& option);
+
+    /// What is wrong with the first value that is none, in one sentence; empty when nothing is.
+    QString problem() const { return firstProblem; }
+
+private:
+    void complain(const QString& option, const QString& wanted);
+
+    const QCommandLineParser& parser;
+    QString firstProblem;
+};

@@ -1,0 +1,64 @@
+// What is told about an inspected file.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/Report.h"
+
+#include "app/SettingsText.h"
+#include "sound/TargetSamples.h"
+#include "tools/IntendedSound.h"
+#include "tools/Levels.h"
+
+#include <iostream>
+
+namespace {
+
+/// As wide as the labels of CWav::DisplayHeader().
+constexpr int labelWidth = 27;
+
+void printLine(const QString& label, const QString& text) {
+    std::cout << label.leftJustified(labelWidth).toStdString() << ": " << text.toStdString()
+              << '\n';
+}
+
+void printSound(const CWav& wav) {
+    if (samplesPerChannel(wav) == 0) {
+        printLine(QStringLiteral("Duration"), QStringLiteral("unknown"));
+        return;
+    }
+    printLine(QStringLiteral("Duration"), lengthText(wav));
+    for (int channel = 0; channel < wav.header.numberOfChannels; ++channel)
+        printLine(QStringLiteral("Channel %1").arg(channel + 1),
+                  levelsText(channelOf(wav, channel)));
+}
+
+} // namespace
+
+QString lengthText(const CWav& wav) {
+    QString samples = QStringLiteral("%1 samples").arg(samplesPerChannel(wav));
+    if (wav.header.samplingRate == 0)
+        return samples;
+    return QStringLiteral("%1 ms, %2").arg(millisecondsText(durationSeconds(wav)), samples);
+}
+
+void printReport(const Inspection& inspection) {
+    std::cout << inspection.fileName.toStdString() << '\n';
+    if (!inspection.isOpened) {
+        printLine(QStringLiteral("Read as intended"),
+                  QStringLiteral("no: it cannot be opened as a regular file"));
+        return;
+    }
+    inspection.program.DisplayHeader();
+    printSound(inspection.intended);
+    printLine(QStringLiteral("Read as intended"),
+              inspection.isAsIntended() ? QStringLiteral("yes") : QStringLiteral("no"));
+    for (const Finding& finding : inspection.findings) {
+        printLine(QStringLiteral("What is the matter"), finding.what);
+        printLine(QStringLiteral("What would happen"), finding.consequence);
+    }
+    if (!inspection.isAsIntended()) {
+        const QString command = mendingCommand(inspection.mending, inspection.fileName);
+        printLine(QStringLiteral("What mends it"),
+                  command.isEmpty() ? QStringLiteral("making it anew") : command);
+    }
+    for (const QString& note : inspection.notes)
+        printLine(QStringLiteral("To be noted"), note);
+}

@@ -1,0 +1,13 @@
+// What is told about an inspected file.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/Inspection.h"
+
+/// Prints an inspection to standard output: the file's name, its header by CWav::DisplayHeader(),
+/// the duration and the levels of what it is meant to hold, and whether the program would read it
+/// as intended, with what is the matter and the command that mends it where not.
+void printReport(const Inspection& inspection);
+
+/// Returns the length of a sound in words: "250.00 ms, 10000 samples".
+QString lengthText(const CWav& wav);

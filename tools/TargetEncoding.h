@@ -1,0 +1,25 @@
+// Turns samples into a WAV file's header and bytes.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "sound/CWav.h"
+#include "tools/TargetRecipe.h"
+
+#include <optional>
+
+/// A sample beyond full scale.
+struct ClippedSample {
+    int number;   ///< Counted from 0.
+    double value; ///< Full scale being -1 to +1.
+};
+
+/// Returns the first sample beyond full scale, if there is one.
+std::optional<ClippedSample> firstClippedSample(const QVector<double>& samples);
+
+/// Returns a canonical WAV file of the recipe's rate, bits and channels, each channel of which
+/// holds the samples, as CWav::WriteWav() writes it. Its samples are not converted back.
+///
+/// A sample x, from -1 to +1, becomes the integer nearest to x 2^(bits - 1), halves away from zero,
+/// but no greater in magnitude than 2^(bits - 1) - 1: +1 has no code of its own, and the code of -1
+/// is read as +1 at 24 bits. Both are thus one step within full scale, at all numbers of bits.
+CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe);

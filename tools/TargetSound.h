@@ -1,0 +1,26 @@
+// Makes the samples of a target.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/TargetRecipe.h"
+
+#include <QString>
+
+/// Returns the number of samples per channel: duration x sampling rate, rounded to the nearest.
+double sampleCountOf(const TargetRecipe& recipe);
+
+/// Returns why a recipe cannot be followed, in one sentence that ends in no full stop: a frequency
+/// that the sampling rate does not carry, a duration without samples or beyond what a file holds,
+/// ramps that do not fit. Empty when there is nothing to object to.
+QString problemOf(const TargetRecipe& recipe);
+
+/// Returns the samples of one channel of a recipe without problems: the signal library's sound,
+/// scaled to the recipe's level and then ramped. Nothing is limited to full scale. The peak is the
+/// greatest magnitude among the samples, the RMS level that of all samples, 0 dB being a magnitude
+/// or root mean square of 1: a sine at a peak of 0 dB has an RMS level of -3.01 dB.
+///
+/// Of the library's noise the mean of the samples is taken away first. The library seeds its noise
+/// with the time in whole seconds, so the noise of two calls in the same second is the same.
+///
+/// Empty when the sound is silent before it is scaled.
+QVector<double> targetSound(const TargetRecipe& recipe);

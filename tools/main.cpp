@@ -1,0 +1,111 @@
+// The entry of pellion-target, which makes target sounds and looks at them.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/CommandLine.h"
+#include "tools/Inspection.h"
+#include "tools/IntendedSound.h"
+#include "tools/Levels.h"
+#include "tools/Report.h"
+#include "tools/TargetEncoding.h"
+#include "tools/TargetSound.h"
+
+#include <QCoreApplication>
+
+#include <exception>
+#include <iostream>
+#include <new>
+
+namespace {
+
+constexpr int done = 0;
+constexpr int notDone = 1;
+constexpr int notUnderstood = 2;
+
+void say(const QString& text) {
+    std::cerr << "pellion-target: " << text.toStdString() << '\n';
+}
+
+int answer(const TextRequest& request) {
+    std::cout << request.text.toStdString();
+    return done;
+}
+
+int answer(const UsageError& error) {
+    say(error.problem);
+    say(QStringLiteral("--help tells more"));
+    return notUnderstood;
+}
+
+/// Tells what the program would do with a file that was made as it was asked for.
+void sayWhatIsOdd(const QString& fileName) {
+    const Inspection made = inspect(fileName);
+    for (const Finding& finding : made.findings)
+        say(QStringLiteral("note: %1 %2").arg(finding.what, finding.consequence));
+    for (const QString& note : made.notes)
+        say(QStringLiteral("note: %1").arg(note));
+}
+
+int answer(const MakeRequest& request) {
+    const QVector<double> samples = targetSound(request.recipe);
+    if (samples.isEmpty()) {
+        say(QStringLiteral("the sound is silent: nothing was written"));
+        return notDone;
+    }
+    if (const auto clipped = firstClippedSample(samples)) {
+        say(QStringLiteral("sample %1, counted from 0, would be %2 and full scale is 1: nothing "
+                           "was written; lower the level")
+                .arg(clipped->number)
+                .arg(clipped->value, 0, 'f', 6));
+        return notDone;
+    }
+    const CWav wav = encodedTarget(samples, request.recipe);
+    const QString problem = writeTarget(wav, request.fileName, request.existing);
+    if (!problem.isEmpty()) {
+        say(problem);
+        return notDone;
+    }
+    std::cout << QStringLiteral("%1: %2, %3\n")
+                     .arg(request.fileName, lengthText(wav), levelsText(samples))
+                     .toStdString();
+    if (request.recipe.kind == SoundKind::Noise)
+        say(QStringLiteral("note: noise made within the same second is the same noise"));
+    sayWhatIsOdd(request.fileName);
+    return done;
+}
+
+int answer(const InfoRequest& request) {
+    int good = 0;
+    for (const QString& fileName : request.fileNames) {
+        if (&fileName != &request.fileNames.constFirst())
+            std::cout << '\n';
+        const Inspection inspection = inspect(fileName);
+        printReport(inspection);
+        good += inspection.isAsIntended() ? 1 : 0;
+    }
+    if (request.fileNames.size() > 1)
+        std::cout << "\nRead as intended: " << good << " of " << request.fileNames.size()
+                  << " files\n";
+    return good == request.fileNames.size() ? done : notDone;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // So that the help calls the program by its name and not by where it lies.
+    static char name[] = "pellion-target";
+    if (argc > 0)
+        argv[0] = name;
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QLatin1String(name));
+    QCoreApplication::setApplicationVersion(QStringLiteral("v014"));
+    try {
+        const int status = std::visit([](const auto& request) { return answer(request); },
+                                      parseCommandLine(QCoreApplication::arguments()));
+        std::cout.flush();
+        return std::cout ? status : notDone;
+    } catch (const std::bad_alloc&) {
+        say(QStringLiteral("the memory does not suffice"));
+    } catch (const std::exception& exception) {
+        say(QString::fromUtf8(exception.what()));
+    }
+    return notDone;
+}
