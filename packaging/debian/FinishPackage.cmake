@@ -1,0 +1,21 @@
+# Run by CPack on the tree that is about to become the package: adds what only Debian asks for, and
+# brings what is there into the form that Debian wants.
+# SPDX-License-Identifier: GPL-3.0-or-later
+cmake_minimum_required(VERSION 3.19)
+set(programs ${CPACK_TEMPORARY_DIRECTORY}/usr/bin)
+set(share ${CPACK_TEMPORARY_DIRECTORY}/usr/share)
+set(sources ${CMAKE_CURRENT_LIST_DIR})
+
+configure_file(${sources}/copyright ${share}/doc/pellion/copyright COPYONLY)
+configure_file(${sources}/changelog ${share}/doc/pellion/changelog.Debian COPYONLY)
+configure_file(${sources}/../../CHANGELOG.md ${share}/doc/pellion/changelog COPYONLY)
+configure_file(${sources}/doc-base ${share}/doc-base/pellion COPYONLY)
+configure_file(${sources}/lintian-overrides ${share}/lintian/overrides/pellion COPYONLY)
+
+file(GLOB texts ${share}/man/man1/*.1 ${share}/doc/pellion/changelog*)
+execute_process(COMMAND gzip --best --no-name --force ${texts} COMMAND_ERROR_IS_FATAL ANY)
+file(GLOB binaries ${programs}/*)
+execute_process(COMMAND strip --remove-section=.comment --remove-section=.note ${binaries}
+                        COMMAND_ERROR_IS_FATAL ANY)
+# Whatever the mask of whoever makes the package.
+execute_process(COMMAND chmod -R u=rwX,go=rX ${CPACK_TEMPORARY_DIRECTORY} COMMAND_ERROR_IS_FATAL ANY)

@@ -1,0 +1,37 @@
+# The Debian package: what CPack needs to know, and the files that only Debian asks for.
+# SPDX-License-Identifier: GPL-3.0-or-later
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME pellion)
+set(CPACK_PACKAGE_VENDOR "Vantaro Lab")
+set(CPACK_PACKAGE_CONTACT ${PELLION_MAINTAINER})
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "frequency-matching experiment for hearing laboratories")
+set(CPACK_PACKAGE_DESCRIPTION
+    "Pellion runs a psychoacoustic experiment with two people at one computer. The
+experimenter chooses a target sound and sees its waveform, its amplitude
+spectrum and the trend of the matches. The listener plays the target, plays a
+sinusoid at a frequency of their own choice, and repeats until both have the
+same pitch. The responses are written to a text file.
+.
+The package also holds pellion-target, which makes target files and tells
+whether a sound file is read as intended, a guide, and example targets.")
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PELLION_HOMEPAGE})
+# Of the libraries linked; what plays the sound is a plugin, which is loaded at run time.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5multimedia5-plugins)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "pipewire-pulse | pulseaudio")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+# Adds the files beside this one under the names and in the form that Debian wants.
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/FinishPackage.cmake)
+
+file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/changelog newest_entry LIMIT_COUNT 1)
+if(NOT newest_entry MATCHES "^pellion \\(${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}\\)")
+    message(FATAL_ERROR "packaging/debian/changelog does not begin with this version")
+endif()
+
+include(CPack)
