@@ -5,15 +5,27 @@
 #include "sound/Presentation.h"
 #include "sound/Sinusoid.h"
 #include "sound/SoundBytes.h"
+#include "sound/TailedBuffer.h"
 #include "subject/ResponseCode.h"
 
 #include <QAudioOutput>
-#include <QBuffer>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QTimer>
 
 #include <algorithm>
+
+namespace {
+
+/// The silence to play behind a sound, in bytes. Where PulseAudio resamples it keeps back the last
+/// milliseconds of what it was given, and PipeWire what does not fill a whole piece, up to 2048
+/// samples or 51 ms at 40000 Hz: a sound shorter than that would never end.
+qint64 silentTailBytes(const QAudioFormat& format, const QByteArray& sound) {
+    constexpr qint64 tailMicroseconds = 60000;
+    return sound.isEmpty() ? 0 : format.bytesForDuration(tailMicroseconds);
+}
+
+} // namespace
 
 void MainWindow::genSinusoid() {
     if (sequencePosition == 0 && soundsPlayed == 0)
@@ -62,7 +74,8 @@ void MainWindow::startAudioOutput(const QVector<double>& samples, int length) {
     // error.
     releaseAudioOutput();
     audioBytes = std::make_unique<QByteArray>(soundBytes(samples, length));
-    audioBuffer = std::make_unique<QBuffer>(audioBytes.get());
+    audioBuffer =
+        std::make_unique<TailedBuffer>(audioBytes.get(), silentTailBytes(audioFormat, *audioBytes));
     audioBuffer->open(QIODevice::ReadOnly);
     audioOutput = new QAudioOutput(audioFormat, this);
     connect(audioOutput, SIGNAL(stateChanged(QAudio::State)), this,
@@ -97,6 +110,9 @@ void MainWindow::handleStateChanged(QAudio::State audioState) {
         if (audioOutput != nullptr && audioOutput->error() != QAudio::NoError)
             qWarning() << "Audio stopped unexpectedly";
     } else if (audioState == QAudio::IdleState) {
+        // The server ran dry, as on an overloaded machine: the listener has not heard all of it.
+        if (audioOutput != nullptr && audioBuffer->pos() < audioBytes->size())
+            qWarning() << "Audio ended early";
         releaseAudioOutput();
         if (soundsPlayed == soundsPerPresentation)
             emit soundPlaying(soundsEnded);

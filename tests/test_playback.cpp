@@ -5,10 +5,12 @@
 #include "sound/Presentation.h"
 #include "sound/Sinusoid.h"
 #include "sound/SoundBytes.h"
+#include "sound/TailedBuffer.h"
 #include "support/TestMain.h"
 
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -141,6 +143,40 @@ void TestPlaybackFunctions::bytesAreLittleEndianFloats() {
 
 void TestPlaybackFunctions::bytesOfHalfASecond() {
     QCOMPARE(soundBytes(QVector<double>(20000, 0.5), 20000).size(), 80000);
+}
+
+void TestPlaybackFunctions::silenceFollowsTheBytes_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("tail");
+    QTest::addColumn<int>("piece");
+    const QByteArray bytes("0123456789");
+    QTest::newRow("in one piece") << bytes << 6 << 100;
+    QTest::newRow("in pieces that meet the end") << bytes << 6 << 5;
+    QTest::newRow("in pieces across the end") << bytes << 6 << 4;
+    QTest::newRow("byte by byte") << bytes << 6 << 1;
+    QTest::newRow("no silence") << bytes << 0 << 4;
+    QTest::newRow("silence alone") << QByteArray() << 6 << 4;
+    QTest::newRow("nothing") << QByteArray() << 0 << 4;
+}
+
+void TestPlaybackFunctions::silenceFollowsTheBytes() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, tail);
+    QFETCH(int, piece);
+    const QByteArray expected = bytes + QByteArray(tail, '\0');
+    QByteArray array = bytes;
+    TailedBuffer buffer(&array, tail);
+    QVERIFY(buffer.open(QIODevice::ReadOnly));
+    QByteArray handedOut;
+    while (!buffer.atEnd()) {
+        QCOMPARE(buffer.bytesAvailable(), qint64(expected.size() - handedOut.size()));
+        const QByteArray next = buffer.read(piece);
+        QCOMPARE(next.size(), std::min(piece, expected.size() - handedOut.size()));
+        handedOut += next;
+    }
+    QCOMPARE(handedOut, expected);
+    QCOMPARE(buffer.read(piece), QByteArray());
+    QCOMPARE(array, bytes);
 }
 
 int main(int argc, char** argv) {

@@ -77,6 +77,8 @@ private slots:
     void bytesAreLittleEndianFloats_data();
     void bytesAreLittleEndianFloats();
     void bytesOfHalfASecond();
+    void silenceFollowsTheBytes_data();
+    void silenceFollowsTheBytes();
 };
 
 /// Members before, while and after a sound (test_playback_members.cpp).
@@ -98,6 +100,8 @@ private slots:
     void shorterBuffersArePaddedWithZeros_data();
     void shorterBuffersArePaddedWithZeros();
     void sinusoidsShowTheMatchAndCount();
+    void silenceOf60MillisecondsFollowsASound_data();
+    void silenceOf60MillisecondsFollowsASound();
     void secondSoundOfARequestIsEmptyAndCountsTwo();
     void stateThatChangesNothing_data();
     void stateThatChangesNothing();

@@ -67,6 +67,8 @@ void TestPlaybackWithoutServer::sessionEndsAndSaves() {
         QTRY_COMPARE(bench.window.findChildren<QAudioOutput*>().size(), 1);
     }
     QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("441"));
+    QVERIFY(bench.isAtRest());
+    bench.verifyJournal({640, 441});
     bench.endAndVerify({640, 441});
 }
 

@@ -1,83 +1,57 @@
-// Sessions whose sound server ends in mid-sound.
+// Sessions whose sound server ends, and may come back.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback_failures.h"
 
+#include "support/SoundServer.h"
 #include "support/TestMain.h"
 
 #include <QAudioOutput>
-#include <QProcess>
-
-#include <memory>
+#include <QBuffer>
 
 namespace {
 
-/// A sound server of the test's own, in a folder of its own, so that it can be ended.
-class SoundServer {
-public:
-    explicit SoundServer(const QString& folder) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const char* name : {"XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH", "PULSE_STATE_PATH"})
-            environment.insert(name, folder);
-        environment.remove("PULSE_SERVER");
-        process.setProcessEnvironment(environment);
-        process.setStandardErrorFile(folder + "/log");
-        const QString sink("module-null-sink sink_name=lab rate=40000 channels=1 format=float32le "
-                           "norewinds=1");
-        const QString protocol("module-native-protocol-unix auth-anonymous=1 socket=");
-        process.start("pulseaudio",
-                      {"-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit", "-L", sink,
-                       "-L", protocol + folder + "/socket"});
-    }
-    ~SoundServer() { kill(); }
-    SoundServer(const SoundServer&) = delete;
-    SoundServer(SoundServer&&) = delete;
-    SoundServer& operator=(const SoundServer&) = delete;
-    SoundServer& operator=(SoundServer&&) = delete;
+constexpr int sinusoidsPerSession = 2;
 
-    void kill() {
-        process.kill();
-        process.waitForFinished();
-    }
-
-private:
-    QProcess process;
-};
-
-QString socketFolder() {
-    static const QTemporaryDir folder;
-    return folder.path();
+testsupport::SoundServer& server() {
+    static testsupport::SoundServer theServer;
+    return theServer;
 }
 
-bool answers() {
-    QProcess pactl;
-    pactl.start("pactl", {"info"});
-    return pactl.waitForFinished() && pactl.exitCode() == 0 &&
-           pactl.readAllStandardOutput().contains("Default Sink: lab");
+QString failureLine() {
+    return QStringLiteral("Audio stopped unexpectedly");
+}
+
+/// Whether the toolkit has a connection to the server at this moment.
+bool isConnected() {
+    QByteArray silence(4, '\0');
+    QBuffer buffer(&silence);
+    buffer.open(QIODevice::ReadOnly);
+    QAudioOutput output(QAudioDeviceInfo::defaultOutputDevice().preferredFormat());
+    output.start(&buffer);
+    return output.error() == QAudio::NoError;
 }
 
 } // namespace
 
+/// In this order: the toolkit finds a server again once, and then no more.
 class TestPlaybackServerEnds : public QObject {
     Q_OBJECT
 
 private slots:
     void initTestCase();
     void soundIsPlayedWhileTheServerIsThere();
+    void serverThatEndsBetweenSoundsAndIsBackAtOnceIsFoundAgain();
     void serverThatEndsInMidSoundIsLoggedAndTheSessionEnds();
+    void serverThatIsBackTooLateIsNotFoundAgain();
     void cleanupTestCase();
-
-private:
-    std::unique_ptr<SoundServer> server;
 };
 
 void TestPlaybackServerEnds::initTestCase() {
-    server = std::make_unique<SoundServer>(socketFolder());
-    constexpr int patienceMs = 20000;
-    QTRY_VERIFY_WITH_TIMEOUT(answers(), patienceMs);
+    QVERIFY(server().start());
 }
 
 void TestPlaybackServerEnds::cleanupTestCase() {
-    server.reset();
+    server().kill();
 }
 
 void TestPlaybackServerEnds::soundIsPlayedWhileTheServerIsThere() {
@@ -89,31 +63,76 @@ void TestPlaybackServerEnds::soundIsPlayedWhileTheServerIsThere() {
     bench.endAndVerify({});
 }
 
+void TestPlaybackServerEnds::serverThatEndsBetweenSoundsAndIsBackAtOnceIsFoundAgain() {
+    FailureBench bench;
+    bench.prepareAndGo();
+    QVERIFY(bench.session.playTarget());
+    QVERIFY(bench.session.playSinusoid(300));
+    server().kill();
+    QVERIFY(server().start());
+    // Nobody has asked for a sound since: there is nothing to complain about yet.
+    QVERIFY(!bench.log.all().contains(failureLine()));
+    bench.request(400);
+    QTRY_COMPARE(bench.log.warnings().count(failureLine()), 1);
+    QCOMPARE(bench.soundsTold(), QVector<int>{1});
+    QVERIFY(!bench.session.listener()->isEnabled());
+    QVERIFY(bench.isAtRest());
+    bench.verifyJournal({300, 400});
+    bench.endAndVerify({300, 400});
+    // The toolkit looks for the server again three seconds after it has lost it.
+    constexpr int patienceMs = 20000;
+    QTRY_VERIFY_WITH_TIMEOUT(isConnected(), patienceMs);
+    bench.prepareAndGo();
+    QVERIFY(bench.session.playTarget());
+    QVERIFY(bench.session.playSinusoid(500));
+    bench.sounds.clear();
+    bench.endAndVerify({500});
+    QCOMPARE(bench.log.warnings().count(failureLine()), 1);
+}
+
 void TestPlaybackServerEnds::serverThatEndsInMidSoundIsLoggedAndTheSessionEnds() {
     FailureBench bench;
     bench.prepareAndGo(200000);
-    emit bench.session.listener()->subjectResponded(4, 640);
-    QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+    bench.request(640);
     QTRY_COMPARE(bench.window.audioOutput->state(), QAudio::ActiveState);
-    QVERIFY(!bench.log.all().contains("Audio stopped unexpectedly"));
-    server->kill();
-    QTRY_COMPARE(bench.log.warnings().count("Audio stopped unexpectedly"), 1);
+    QVERIFY(!bench.log.all().contains(failureLine()));
+    server().kill();
+    QTRY_COMPARE(bench.log.warnings().count(failureLine()), 1);
     // Nothing is released, and nothing unlocks the listener's window.
     QVERIFY(bench.window.audioOutput != nullptr);
     QVERIFY(bench.window.audioOutput->error() != QAudio::NoError);
     QCOMPARE(bench.window.audioBytes->size(), 800000);
     QCOMPARE(bench.soundsTold(), QVector<int>{1});
+    QVERIFY(!bench.session.listener()->isEnabled());
+    QVERIFY(bench.isAtRest());
+    bench.verifyJournal({640});
     bench.endAndVerify({640});
     // The next session goes without sound.
-    bench.sounds.clear();
     bench.prepareAndGo();
-    emit bench.session.listener()->subjectResponded(4, 321);
-    QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+    bench.request(321);
+    QTRY_COMPARE(bench.log.warnings().count(failureLine()), 2);
     bench.endAndVerify({321});
 }
 
+void TestPlaybackServerEnds::serverThatIsBackTooLateIsNotFoundAgain() {
+    FailureBench bench;
+    // Still without the server that ended before, the toolkit gives up.
+    constexpr int patienceMs = 20000;
+    QTRY_VERIFY_WITH_TIMEOUT(!bench.log.warnings().filter("pa_context_connect() failed").isEmpty(),
+                             patienceMs);
+    QVERIFY(server().start());
+    bench.prepareAndGo();
+    for (int frequency = 1; frequency <= sinusoidsPerSession; ++frequency) {
+        bench.request(frequency);
+        QTRY_COMPARE(bench.log.warnings().count(failureLine()), frequency);
+        QCOMPARE(bench.soundsTold(), QVector<int>{1});
+    }
+    QVERIFY(bench.isAtRest());
+    bench.endAndVerify({1, 2});
+}
+
 int main(int argc, char** argv) {
-    qputenv("PULSE_SERVER", "unix:" + socketFolder().toUtf8() + "/socket");
+    qputenv("PULSE_SERVER", server().address());
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
     return testsupport::runAll<TestPlaybackServerEnds>(argc, argv);

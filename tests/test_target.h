@@ -124,6 +124,8 @@ private slots:
     void loadTakesTheRecordThatTheSequenceNames();
     void recordsThatAreNotThereAreRefused_data();
     void recordsThatAreNotThereAreRefused();
+    void targetThatChangesAfterItsPreparationIsPlayedAsItWasShown_data();
+    void targetThatChangesAfterItsPreparationIsPlayedAsItWasShown();
 };
 
 /// Files that cannot be loaded or cannot be a target (test_target_refusals.cpp).

@@ -352,3 +352,34 @@ void TestTargetLoading::recordsThatAreNotThereAreRefused() {
     QCOMPARE(bench.window.trialSequence, QVector<int>());
     QCOMPARE(bench.window.currentFileIndex, 0);
 }
+
+void TestTargetLoading::targetThatChangesAfterItsPreparationIsPlayedAsItWasShown_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("deleted") << QByteArray();
+    QTest::newRow("shrunk") << testsupport::wavWithSamples({}, unevenCodes(400)).left(100);
+    QTest::newRow("replaced") << testsupport::wavWithSamples({}, unevenCodes(800, 7));
+}
+
+void TestTargetLoading::targetThatChangesAfterItsPreparationIsPlayedAsItWasShown() {
+    QFETCH(QByteArray, bytes);
+    TargetBench bench;
+    const QVector<int> codes = unevenCodes(400);
+    const QString path = bench.write("target.wav", codes);
+    bench.prepare(path);
+    const QStringList prepared = bench.preparedState();
+    QVERIFY(QFile::remove(path));
+    if (!bytes.isEmpty())
+        bench.write("target.wav", bytes);
+    QVERIFY(bench.session.go() != nullptr);
+    QCOMPARE(bench.preparedState(), prepared);
+    bench.window.playOneSound();
+    const QVector<double> samples = scaledFrom16Bits(codes);
+    QCOMPARE(bench.window.audioBytes->size(), samples.size() * int(sizeof(float)));
+    for (int i = 0; i < samples.size(); ++i) {
+        float sample = 0;
+        std::memcpy(&sample, bench.window.audioBytes->constData() + i * int(sizeof sample),
+                    sizeof sample);
+        QCOMPARE(sample, static_cast<float>(samples[i]));
+    }
+    QCOMPARE(bench.complaints(), QString());
+}

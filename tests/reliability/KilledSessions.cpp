@@ -1,0 +1,171 @@
+// Sessions that are killed, and what they leave on the disk.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "reliability/KilledSessions.h"
+
+#include "support/WavBytes.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int startLimitMs = 60000;
+const char* const pauseMs = "30";
+const char* const target = "target.wav";
+
+struct Session {
+    QString resultsName;
+    QList<Response> acknowledged;
+};
+
+/// A program that holds sessions, with folders of its own.
+class Program {
+public:
+    explicit Program(const QString& endlessSessions) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_DATA_HOME", folder.filePath("data"));
+        process.setProcessEnvironment(environment);
+        process.setStandardErrorFile(folder.filePath("log"));
+        process.start(endlessSessions, {folder.path(), pauseMs});
+    }
+
+    bool waitFor(const QByteArray& event) {
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < startLimitMs && process.state() != QProcess::NotRunning) {
+            if (std::any_of(events.cbegin(), events.cend(),
+                            [&](const QByteArray& told) { return told.startsWith(event); }))
+                return true;
+            read(100);
+        }
+        return false;
+    }
+
+    void goOnFor(int milliseconds) {
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < milliseconds)
+            read(int(milliseconds - clock.elapsed()));
+    }
+
+    /// Returns whether it had to be killed: it should not have ended by itself.
+    bool kill() {
+        const bool isRunning = process.state() == QProcess::Running;
+        process.kill();
+        process.waitForFinished();
+        read(0);
+        return isRunning && process.exitStatus() == QProcess::CrashExit;
+    }
+
+    QList<QByteArray> events;
+    QTemporaryDir folder;
+
+private:
+    void read(int timeoutMs) {
+        if (!process.canReadLine())
+            process.waitForReadyRead(timeoutMs);
+        while (process.canReadLine())
+            events.append(process.readLine().trimmed());
+    }
+
+    QProcess process;
+};
+
+QList<Session> sessionsTold(const QList<QByteArray>& events) {
+    QList<Session> sessions;
+    for (const QByteArray& event : events) {
+        const QList<QByteArray> words = event.split(' ');
+        if (words[0] == "prepare")
+            sessions.append({QString::fromUtf8(words[1]), {}});
+        else if (words[0] == "started")
+            sessions.last().acknowledged.append({words[1].toInt(), words[2]});
+    }
+    return sessions;
+}
+
+/// The journal of a session; there is at most one.
+QByteArray journalOf(const Session& session, const QDir& journals) {
+    const QString start = QFileInfo(session.resultsName).completeBaseName() + u'-';
+    const QStringList names = journals.entryList({start + u'*'}, QDir::Files);
+    return names.isEmpty() ? QByteArray()
+                           : testsupport::readBytes(journals.filePath(names.first()));
+}
+
+void count(const Session& session, const QDir& folder, const QDir& journals, Remains& remains) {
+    const QByteArray results = testsupport::readBytes(folder.filePath(session.resultsName));
+    const QByteArray journal = journalOf(session, journals);
+    for (const Response& response : session.acknowledged) {
+        const bool isInResults = holds(results, response);
+        const bool isInJournal = holds(journal, response);
+        ++remains.responses;
+        remains.inBoth += int(isInResults && isInJournal);
+        remains.inResultsOnly += int(isInResults && !isInJournal);
+        remains.inJournalOnly += int(isInJournal && !isInResults);
+        if (isInResults || isInJournal)
+            continue;
+        ++remains.lost;
+        remains.faults.append(QStringLiteral("%1: response %2 (%3 Hz) is lost")
+                                  .arg(session.resultsName)
+                                  .arg(response.number)
+                                  .arg(QString::fromUtf8(response.frequency)));
+    }
+}
+
+void inspectLines(const QDir& folder, bool mayBeEmpty, Remains& remains) {
+    for (const QString& name : folder.entryList({"*.txt"}, QDir::Files)) {
+        const QByteArray file = testsupport::readBytes(folder.filePath(name));
+        const QString wrong = mayBeEmpty && file.isEmpty() ? QString() : wrongWithLines(file);
+        if (!wrong.isEmpty())
+            remains.faults.append(name + ": " + wrong);
+    }
+}
+
+} // namespace
+
+Remains killSessions(const QString& endlessSessions, const Moment& moment) {
+    Program program(endlessSessions);
+    const bool isUnderWay = program.waitFor(moment.isWhileSaving ? "done" : "prepare");
+    program.goOnFor(moment.delayMs);
+    Remains remains;
+    if (!program.kill() || !isUnderWay)
+        remains.faults.append("the sessions did not go on until they were killed:\n" +
+                              testsupport::readBytes(program.folder.filePath("log")));
+    const QDir folder(program.folder.path());
+    const QDir journals(folder.filePath("data/pellion/journal"));
+    const QList<Session> sessions = sessionsTold(program.events);
+    for (const Session& session : sessions)
+        count(session, folder, journals, remains);
+    inspectLines(folder, false, remains);
+    // Killed between making the file and the first response's line.
+    inspectLines(journals, true, remains);
+    remains.sessions = sessions.size();
+    remains.halfFiles = folder.entryList({"*.txt.*"}, QDir::Files).size();
+    if (!program.events.isEmpty())
+        remains.lastEvent = program.events.last().split(' ').first();
+    return remains;
+}
+
+QString wrongWithLines(const QByteArray& file) {
+    if (!file.startsWith("filename\tnTrials\tfrequency matched (Hz)\r\n"))
+        return "there is no whole header";
+    if (!file.endsWith("\r\n"))
+        return "the last line is not whole";
+    const QList<QByteArray> lines = file.split('\n');
+    // Before the first and behind the last of them are the header and nothing.
+    for (int i = 1; i < lines.size() - 1; ++i) {
+        const QList<QByteArray> fields = lines[i].split('\t');
+        if (fields.size() != 3 || fields[0] != target || fields[1] != QByteArray::number(i) ||
+            fields[2].toInt() < 10 || !fields[2].endsWith('\r'))
+            return QStringLiteral("line %1 is not whole").arg(i);
+    }
+    return {};
+}
+
+bool holds(const QByteArray& file, const Response& response) {
+    return file.contains('\n' + QByteArray(target) + '\t' + QByteArray::number(response.number) +
+                         '\t' + response.frequency + "\r\n");
+}

@@ -1,0 +1,109 @@
+// Holds one session after another until it is killed: endless_sessions FOLDER PAUSE.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+#include "support/SessionDriver.h"
+#include "support/WavBytes.h"
+
+#include <QApplication>
+#include <QLineEdit>
+
+#include <cstdlib>
+#include <random>
+
+#include <unistd.h>
+
+using testsupport::SessionDriver;
+
+namespace {
+
+/// Tells on standard output what happens, one event a line. A line is out before what it tells can
+/// go on, whatever ends the program.
+void tell(const QString& event) {
+    const QByteArray line = event.toUtf8() + '\n';
+    if (::write(STDOUT_FILENO, line.constData(), size_t(line.size())) != line.size())
+        std::_Exit(EXIT_FAILURE);
+}
+
+int randomNumber(int least, int most) {
+    static std::mt19937 generator{std::random_device{}()};
+    return std::uniform_int_distribution<int>(least, most)(generator);
+}
+
+/// Sessions with real windows, by the widgets that a person clicks.
+class EndlessSessions {
+public:
+    EndlessSessions(QString folderPath, double pauseMs)
+        : folder(std::move(folderPath)), pause(pauseMs) {
+        QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
+            if (index == 1 && requests > 0)
+                tell(QStringLiteral("started %1 %2").arg(requests).arg(frequency));
+        });
+        window.show();
+    }
+
+    bool hold() {
+        const QString target = folder + "/target.wav";
+        constexpr int targetSamples = 200; // 5 ms
+        if (!testsupport::writeBytes(
+                target, testsupport::wavWithSamples({}, QVector<int>(targetSamples, 12345))))
+            return false;
+        requests = 0;
+        tell("prepare " + text("lineEditOutputFileName"));
+        session.prepare(SessionDriver::Session::Practice, target);
+        const double duration = text("lineEditSoundDuration").toDouble();
+        testsupport::find<QLineEdit>(window, "lineEditSilentInterval")
+            ->setText(QString::number(pause - duration, 'f', 2));
+        if (session.go() == nullptr)
+            return false;
+        tell("go");
+        session.beReady();
+        if (!session.playTarget())
+            return false;
+        constexpr int mostRequests = 8;
+        for (int left = randomNumber(1, mostRequests); left > 0; --left)
+            if (!request())
+                return false;
+        tell("done");
+        session.finish(folder + u'/' + text("lineEditOutputFileName"));
+        tell("saved");
+        return session.dialogs.takeComplaints().isEmpty();
+    }
+
+private:
+    bool request() {
+        ++requests;
+        frequency = randomNumber(10, 1000);
+        tell(QStringLiteral("asked %1 %2").arg(requests).arg(frequency));
+        const bool isPlayed = session.playSinusoid(frequency);
+        tell("ended");
+        return isPlayed;
+    }
+
+    QString text(const char* lineEditName) {
+        return testsupport::find<QLineEdit>(window, lineEditName)->text();
+    }
+
+    QString folder;
+    double pause; ///< From a request to its sound, ms.
+    MainWindow window;
+    SessionDriver session{window};
+    int requests = 0;  ///< Of this session.
+    int frequency = 0; ///< Of the last request, Hz.
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pellion"));
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() != 3) {
+        qWarning("usage: endless_sessions FOLDER PAUSE");
+        return EXIT_FAILURE;
+    }
+    EndlessSessions sessions(arguments[1], arguments[2].toDouble());
+    while (sessions.hold()) {
+    }
+    qWarning("a session went wrong");
+    return EXIT_FAILURE;
+}

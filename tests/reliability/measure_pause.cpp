@@ -1,0 +1,188 @@
+// Measures the pause between a response and its sound: measure_pause COUNT.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+#include "reliability/TimedRecording.h"
+#include "subject/SubjectWindow.h"
+#include "support/SessionDriver.h"
+#include "support/WavBytes.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+using testsupport::SessionDriver;
+
+namespace {
+
+constexpr int soundSamples = 4000; // 100 ms.
+constexpr double silentIntervalMs = 250;
+constexpr double pauseMs = 350; // Sound and silent interval together, as the program has it.
+constexpr int presentationsPerSession = 20;
+
+double nowMs() {
+    return std::chrono::duration<double, std::milli>(
+               TimedRecording::Clock::now().time_since_epoch())
+        .count();
+}
+
+struct Presentation {
+    bool isJournaled;
+    double askedMs;       ///< The click.
+    double startedMs = 0; ///< When the program told the listener's window of the start.
+    double heardMs = 0;   ///< When the first sample was due at the device.
+};
+
+/// Real sessions, by the widgets that a person clicks.
+class MeasuredSessions {
+public:
+    MeasuredSessions() {
+        QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
+            // Not for the target that opens the next session.
+            if (index == 1 && !presentations.isEmpty() && presentations.last().startedMs == 0)
+                presentations.last().startedMs = nowMs();
+        });
+        window.show();
+        testsupport::writeBytes(target,
+                                testsupport::wavWithSamples({}, QVector<int>(soundSamples, 0)));
+    }
+
+    bool hold(bool isJournaled) {
+        testsupport::find<QCheckBox>(window, "checkBoxSaveData")->setChecked(isJournaled);
+        session.prepare(SessionDriver::Session::Practice, target);
+        testsupport::find<QLineEdit>(window, "lineEditSilentInterval")
+            ->setText(QString::number(silentIntervalMs));
+        if (session.go() == nullptr)
+            return false;
+        auto* const button =
+            testsupport::find<QPushButton>(*session.listener(), "pushButtonPlaySinusoid");
+        session.beReady();
+        if (!session.playTarget())
+            return false;
+        // Noted before the window's own slots run, for those are connected to clicked().
+        QObject::connect(button, &QPushButton::released, [this, isJournaled] {
+            presentations.append({isJournaled, nowMs()});
+        });
+        for (int i = 0; i < presentationsPerSession; ++i)
+            if (!session.playSinusoid(100 + i))
+                return false;
+        if (isJournaled)
+            session.finish(folder.filePath("results.txt"));
+        else
+            session.finishWithoutSaving();
+        return session.dialogs.takeComplaints().isEmpty();
+    }
+
+    QVector<Presentation> presentations;
+
+private:
+    QTemporaryDir folder;
+    const QString target = folder.filePath("silence.wav"); // Only the sinusoids are heard.
+    MainWindow window;
+    SessionDriver session{window};
+};
+
+/// Finds the sinusoids; returns whether each presentation has one.
+bool findOnsets(const TimedRecording& recording, QVector<Presentation>& presentations) {
+    const QVector<float>& samples = recording.samples();
+    int position = 0;
+    const double originMs = recording.timeOfMs(0);
+    for (Presentation& presentation : presentations) {
+        while (position < samples.size() && samples[position] == 0.0F)
+            ++position;
+        if (position == samples.size())
+            return false;
+        // The first sample of a sinusoid is 0.
+        presentation.heardMs = originMs + (position - 1) * 1000.0 / TimedRecording::samplingRate;
+        position += soundSamples;
+    }
+    return std::all_of(samples.cbegin() + std::min(position, samples.size()), samples.cend(),
+                       [](float sample) { return sample == 0.0F; });
+}
+
+/// The value below which that fraction of the sorted values lies, interpolated between neighbours.
+double quantile(const QVector<double>& sorted, double fraction) {
+    const double position = fraction * (sorted.size() - 1);
+    const int below = int(position);
+    const int above = std::min(below + 1, sorted.size() - 1);
+    return sorted[below] + (position - below) * (sorted[above] - sorted[below]);
+}
+
+void report(QTextStream& out, const QString& name, QVector<double> values) {
+    std::sort(values.begin(), values.end());
+    double mean = 0;
+    for (const double value : values)
+        mean += value / values.size();
+    double squares = 0;
+    for (const double value : values)
+        squares += (value - mean) * (value - mean);
+    const double deviation = std::sqrt(squares / std::max(values.size() - 1, 1));
+    out << qSetFieldWidth(34) << Qt::left << name << qSetFieldWidth(9) << Qt::right
+        << values.size();
+    for (const double value : {quantile(values, 0.5), quantile(values, 0.05),
+                               quantile(values, 0.95), deviation, values.first(), values.last()})
+        out << QString::number(value, 'f', 2);
+    out << qSetFieldWidth(0) << '\n';
+}
+
+void reportKind(QTextStream& out, const QVector<Presentation>& presentations, bool isJournaled) {
+    QVector<double> heard;
+    QVector<double> started;
+    QVector<double> chain;
+    for (const Presentation& presentation : presentations) {
+        if (presentation.isJournaled != isJournaled)
+            continue;
+        heard.append(presentation.heardMs - presentation.askedMs - pauseMs);
+        started.append(presentation.startedMs - presentation.askedMs - pauseMs);
+        chain.append(presentation.heardMs - presentation.startedMs);
+    }
+    out << (isJournaled ? "with the journal" : "without a journal") << '\n';
+    report(out, "  response to first sample, less D", heard);
+    report(out, "  response to started, less D", started);
+    report(out, "  started to first sample", chain);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pellion"));
+    QTextStream out(stdout);
+    const int count = QApplication::arguments().value(1).toInt();
+    if (count < 1) {
+        out << "usage: measure_pause COUNT\n";
+        return EXIT_FAILURE;
+    }
+    TimedRecording recording;
+    MeasuredSessions sessions;
+    if (!recording.start()) {
+        out << "there is no sound device \"lab\" to record\n";
+        return EXIT_FAILURE;
+    }
+    // Both kinds in turn, so that whatever else the machine does meets them alike.
+    for (int held = 0; held < count; held += presentationsPerSession)
+        for (const bool isJournaled : {true, false})
+            if (!sessions.hold(isJournaled)) {
+                out << "a session went wrong\n";
+                return EXIT_FAILURE;
+            }
+    constexpr int lastSoundMs = 1000;
+    QTest::qWait(lastSoundMs);
+    recording.stop();
+    if (!findOnsets(recording, sessions.presentations)) {
+        out << "what the sound device received is not what was played\n";
+        return EXIT_FAILURE;
+    }
+    out << "D is " << pauseMs << " ms. All times are in ms; columns: count, median, 5th and 95th "
+        << "percentile, standard deviation, least, most.\n";
+    reportKind(out, sessions.presentations, true);
+    reportKind(out, sessions.presentations, false);
+    out << "drift of the device's clock: " << recording.clockDriftMs() << " ms\n";
+    return EXIT_SUCCESS;
+}

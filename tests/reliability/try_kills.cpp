@@ -1,0 +1,111 @@
+// Kills running sessions and counts the responses that are lost: try_kills ENDLESS_SESSIONS COUNT.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "reliability/KilledSessions.h"
+
+#include <QCoreApplication>
+#include <QMap>
+#include <QTextStream>
+
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace {
+
+/// Every fourth kill strikes a session that is about to be saved, the others some moment of the
+/// first few sessions.
+std::vector<Moment> randomMoments(int count, quint32 seed) {
+    constexpr int everyFourth = 4;
+    constexpr int sessionsMs = 4000;
+    constexpr int savingMs = 150;
+    std::mt19937 generator(seed);
+    std::vector<Moment> moments(static_cast<std::size_t>(count));
+    for (std::size_t i = 0; i < moments.size(); ++i) {
+        moments[i].isWhileSaving = i % everyFourth == everyFourth - 1;
+        const int mostMs = moments[i].isWhileSaving ? savingMs : sessionsMs;
+        moments[i].delayMs = std::uniform_int_distribution<int>(0, mostMs)(generator);
+    }
+    return moments;
+}
+
+/// Adds up what became of all the kills.
+class Summary {
+public:
+    void add(const Remains& remains) {
+        const std::lock_guard<std::mutex> guard(mutex);
+        ++kills;
+        ++killsAfter[remains.lastEvent];
+        total.sessions += remains.sessions;
+        total.responses += remains.responses;
+        total.inResultsOnly += remains.inResultsOnly;
+        total.inJournalOnly += remains.inJournalOnly;
+        total.inBoth += remains.inBoth;
+        total.lost += remains.lost;
+        total.halfFiles += remains.halfFiles;
+        for (const QString& fault : remains.faults)
+            total.faults.append(QStringLiteral("kill %1: %2").arg(kills).arg(fault));
+    }
+
+    /// Whether nothing was lost, and there was something to lose.
+    bool isFlawless() const { return total.faults.isEmpty() && total.responses > 0; }
+
+    QString text() const {
+        QString text;
+        QTextStream stream(&text);
+        stream << "kills: " << kills << " (by what the sessions had told last:";
+        for (auto event = killsAfter.cbegin(); event != killsAfter.cend(); ++event)
+            stream << ' ' << event.key() << ' ' << event.value();
+        stream << ")\nsessions begun: " << total.sessions
+               << "\nresponses acknowledged: " << total.responses
+               << "\n  in a results file only: " << total.inResultsOnly
+               << "\n  in a journal only: " << total.inJournalOnly
+               << "\n  in both: " << total.inBoth << "\n  lost: " << total.lost
+               << "\nunfinished files beside a results file: " << total.halfFiles
+               << "\nother faults: " << total.faults.size() - total.lost << '\n';
+        for (const QString& fault : total.faults)
+            stream << fault << '\n';
+        return text;
+    }
+
+private:
+    std::mutex mutex;
+    Remains total;
+    int kills = 0;
+    QMap<QByteArray, int> killsAfter;
+};
+
+void killAll(const QString& endlessSessions, const std::vector<Moment>& moments, Summary& summary) {
+    // Sessions mostly wait.
+    constexpr std::size_t atATime = 3;
+    std::atomic<std::size_t> next{0};
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < atATime; ++i)
+        threads.emplace_back([&] {
+            for (std::size_t kill = next++; kill < moments.size(); kill = next++)
+                summary.add(killSessions(endlessSessions, moments[kill]));
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const int count = arguments.value(2).toInt();
+    QTextStream out(stdout);
+    if (count < 1) {
+        out << "usage: try_kills ENDLESS_SESSIONS COUNT\n";
+        return EXIT_FAILURE;
+    }
+    const quint32 seed = std::random_device{}();
+    out << "moments drawn with seed " << seed << '\n' << Qt::flush;
+    Summary summary;
+    killAll(arguments[1], randomMoments(count, seed), summary);
+    out << summary.text();
+    return summary.isFlawless() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
