@@ -152,5 +152,6 @@ void TestFftValues::nothingBeyondTheOutputIsWritten() {
 }
 
 int main(int argc, char** argv) {
-    return testsupport::runAll<TestFftValues, TestFftParts, TestFftAccuracy>(argc, argv);
+    return testsupport::runAll<TestFftValues, TestFftParts, TestFftWays, TestFftAccuracy>(argc,
+                                                                                          argv);
 }

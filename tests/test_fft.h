@@ -38,20 +38,29 @@ private slots:
     void arrayOfDefaultSizeIsEmpty();
     void arrayKeepsWhatIsWritten();
     void resizingLosesContentsAndZeroChangesNothing();
+    void longArraysBeginAtALine();
     void transformAllocatesNothing();
     void memoryIsWhatTheTablesNeed();
     void arraysAreFreedInOrder();
 };
 
-/// Every value against other ways to the same spectrum (test_fft_accuracy.cpp).
+/// Every value against other transforms, within what rounding does (test_fft_accuracy.cpp).
 class TestFftAccuracy : public QObject {
     Q_OBJECT
 
 private slots:
-    void equalsThePlainPassesToTheLastBit_data();
-    void equalsThePlainPassesToTheLastBit();
     void agreesWithTheDirectTransform_data();
     void agreesWithTheDirectTransform();
     void agreesWithFftw_data();
     void agreesWithFftw();
+};
+
+/// Every way to a transform, to the last bit (test_fft_ways.cpp).
+class TestFftWays : public QObject {
+    Q_OBJECT
+
+private slots:
+    void everyWayEqualsThePlainPasses_data();
+    void everyWayEqualsThePlainPasses();
+    void thisMachineGoesEveryWay();
 };

@@ -37,57 +37,30 @@
 // 1e-13 of the largest value at 2^14 values and doubles, more or less, with the length.
 //
 // The order of the operations is part of the contract: for the same cosines and sines, which are
-// the C library's, results are the same to the last bit everywhere, provided that the compiler
-// neither reassociates nor contracts the operations (-ffp-contract=off).
+// the C library's, results are the same to the last bit everywhere. For doubles, do_fft does the
+// same operations four at a time where the compiler has vectors (FFTFastPasses.h tells how); the
+// passes written out below are what it does elsewhere and for other types, what the fast ones are
+// tested against, and where to begin reading.
 #pragma once
 
 #include "Assertion.h"
 #include "DynArray.h"
+#include "ExactArithmetic.h"
+#include "FFTFastPasses.h"
+#include "RotationOsc.h"
 
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
+
+FFTREAL_EXACT_BEGIN
 
 /// Whether `x` > 0 is a power of two (1 is).
 inline bool FFTReal_is_pow2(std::int64_t x) {
     FFTREAL_ASSERT(x > 0, "x > 0");
     return (-x & x) == x;
 }
-
-/// A point that turns on the unit circle by a fixed angle a step: cos and sin of multiples of that
-/// angle by the addition theorem, without a trigonometric call a step. The rounding of each step
-/// stays in the position until it is reset.
-class RotationOsc {
-public:
-    /// The angle of one step in radians; the position stays.
-    void set_angle_step(double angle) {
-        _inc_cos = std::cos(angle);
-        _inc_sin = std::sin(angle);
-    }
-
-    /// Back to the angle 0.
-    void reset() {
-        _cur_cos = 1;
-        _cur_sin = 0;
-    }
-
-    /// One step on.
-    void advance() {
-        const double old_cos = _cur_cos;
-        const double old_sin = _cur_sin;
-        _cur_cos = old_cos * _inc_cos - old_sin * _inc_sin;
-        _cur_sin = old_cos * _inc_sin + old_sin * _inc_cos;
-    }
-
-    [[nodiscard]] double cos_value() const { return _cur_cos; }
-    [[nodiscard]] double sin_value() const { return _cur_sin; }
-
-private:
-    double _cur_cos = 1;
-    double _cur_sin = 0;
-    double _inc_cos = 1;
-    double _inc_sin = 0;
-};
 
 /// The transform of one length, for values of type T (the program uses double). An object may be
 /// used for any number of transforms, but by one thread at a time: do_fft is const, yet works in
@@ -123,10 +96,24 @@ protected:
     void build_cos_table();
     void build_oscillators();
 
-    /// The buffer of L values that takes turns with the output array.
+    /// The buffer of L values that takes turns with the output array; the fast passes' own array.
     [[nodiscard]] T* use_buffer() const { return &_work_buf[0]; }
 
-    /// do_fft for lengths from 8.
+#if FFTREAL_VECTORS
+    /// What the fast passes work with; for lengths from 8.
+    [[nodiscard]] fftreal::Work<T> work(T* f, const T* x) const {
+        return {_nbr_bits,
+                TRIGO_BD_LIMIT,
+                &_bitrev_table[0],
+                _cos_table.size() > 0 ? &_cos_table[0] : nullptr,
+                _rot_osc.size() > 0 ? &_rot_osc[0] : nullptr,
+                use_buffer(),
+                f,
+                x};
+    }
+#endif
+
+    /// do_fft for lengths from 8, pass by pass.
     void compute_fft_general(T* f, const T* x) const;
 
     // The passes: df is the destination, sf the source, each of L values.
@@ -210,6 +197,12 @@ template <typename T> void FFTReal<T>::do_fft(T* f, const T* x) const {
     FFTREAL_ASSERT(x != f, "x != f");
 
     if (_nbr_bits > 2) {
+#if FFTREAL_VECTORS
+        if constexpr (std::is_same_v<T, double>) {
+            fftreal::transform(work(f, x));
+            return;
+        }
+#endif
         compute_fft_general(f, x);
     } else if (_nbr_bits == 2) {
         f[1] = x[0] - x[2];
@@ -238,15 +231,12 @@ template <typename T> void FFTReal<T>::build_bitrev_table() {
     std::int64_t* const table = &_bitrev_table[0];
     table[0] = 0;
 
-    // A counter whose carry runs from the highest bit downwards.
-    std::int64_t index = 0;
-    for (std::int64_t count = 1; count < _fft_len; ++count) {
-        std::int64_t bit = _fft_len;
-        do {
-            bit /= 2;
-            index ^= bit;
-        } while ((index & bit) == 0);
-        table[count] = index;
+    // As many entries again are those already there, each with the next lower bit set.
+    std::int64_t bit = _fft_len;
+    for (std::int64_t filled = 1; bit > 1; filled *= 2) {
+        bit /= 2;
+        for (std::int64_t i = 0; i < filled; ++i)
+            table[filled + i] = table[i] + bit;
     }
 }
 
@@ -254,14 +244,20 @@ template <typename T> void FFTReal<T>::build_cos_table() {
     if (_nbr_bits <= 3)
         return;
 
-    // Every level is filled, also those above TRIGO_BD_LIMIT that no pass reads.
+    // Every level is filled, also those above TRIGO_BD_LIMIT that no pass reads. The angles of a
+    // level are every other one of the level above it, to the last bit: the factor is halved.
     _cos_table.resize((std::int64_t{1} << (_nbr_bits - 1)) - 4);
-    for (int level = 3; level < _nbr_bits; ++level) {
-        const std::int64_t level_len = std::int64_t{1} << (level - 1);
-        T* const level_part = &_cos_table[level_len - 4];
-        const T mul = static_cast<T>(PI) / static_cast<T>(2 * level_len);
+    std::int64_t level_len = std::int64_t{1} << (_nbr_bits - 2);
+    T* level_part = &_cos_table[level_len - 4];
+    const T mul = static_cast<T>(PI) / static_cast<T>(2 * level_len);
+    for (std::int64_t i = 0; i < level_len; ++i)
+        level_part[i] = std::cos(static_cast<T>(i) * mul);
+    while (level_len > 4) {
+        const T* const above = level_part;
+        level_len /= 2;
+        level_part = &_cos_table[level_len - 4];
         for (std::int64_t i = 0; i < level_len; ++i)
-            level_part[i] = std::cos(static_cast<T>(i) * mul);
+            level_part[i] = above[2 * i];
     }
 }
 
@@ -393,3 +389,5 @@ void FFTReal<T>::compute_direct_pass_n_osc(T* df, const T* sf, int pass) const {
         }
     }
 }
+
+FFTREAL_EXACT_END

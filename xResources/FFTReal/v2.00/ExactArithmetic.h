@@ -1,0 +1,26 @@
+// Keeps a compiler from contracting or reassociating the operations of the real FFT.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+// The order and the rounding of every operation are part of the transform's contract. What lies
+// between FFTREAL_EXACT_BEGIN and FFTREAL_EXACT_END is compiled without fused multiply-adds,
+// whatever the command line says of them (clang's -ffp-contract=fast alone overrules it).
+#ifdef __FAST_MATH__
+#error "The real FFT cannot be compiled with -ffast-math: its results are defined to the last bit."
+#endif
+
+#if defined(__clang__) && (defined(__x86_64__) || defined(__i386__))
+#define FFTREAL_EXACT_BEGIN _Pragma("float_control(push)") _Pragma("clang fp contract(off)")
+#define FFTREAL_EXACT_END _Pragma("float_control(pop)")
+#elif defined(__clang__) // elsewhere it cannot be taken back before the end of the file
+#define FFTREAL_EXACT_BEGIN _Pragma("clang fp contract(off)")
+#define FFTREAL_EXACT_END
+#elif defined(__GNUC__) // and no debugger follows variables through the fast passes
+#define FFTREAL_EXACT_BEGIN                                                                        \
+    _Pragma("GCC push_options")                                                                    \
+        _Pragma("GCC optimize(\"fp-contract=off\", \"no-var-tracking-assignments\")")
+#define FFTREAL_EXACT_END _Pragma("GCC pop_options")
+#else
+#define FFTREAL_EXACT_BEGIN
+#define FFTREAL_EXACT_END
+#endif

@@ -1,0 +1,483 @@
+// The passes of the real FFT four values at a time, with the operations of the plain ones.
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Four transforms in one
+// ----------------------
+// Until the last two passes, the plain passes work on four transforms of L/4 values that know
+// nothing of each other: those of x[4m], x[4m + 1], x[4m + 2] and x[4m + 3]. All four undergo the
+// same operations with the same cosines. So four neighbours of x are taken as one vector here, a
+// "row", and the plain passes are done on L/4 rows. What the bit reversal scatters are whole rows:
+//
+//     x        0  1  2  3 | 4  5  6  7 | 8  9 10 11 | ..          L/4 rows of four neighbours
+//                   |  passes 1, 2 (and 3, where that leaves an even number of passes)
+//                   v  on rows in bit-reversed order
+//     buffer   row 0      | row 1      | row 2      | ..          L/4 rows
+//                   |  two passes at a time, in place
+//                   v  (the four transforms lie in the lanes 0, 2, 1, 3)
+//     buffer   bin 0      | bin 1      | bin 2      | ..          of all four transforms
+//                   |  the last two passes: four rows are read as a square and turned in
+//                   v  registers into four neighbouring bins of each transform
+//     f        the output
+//
+// Two passes at a time
+// --------------------
+// Passes are counted as in FFTReal.h: 1, 2 and 3, and from p = 3 on again those that make one
+// transform of 2n values out of two of n = 2^p (so that the first of p = 2 is the one called 3).
+//
+// Passes p and p + 1 make one transform of 4n values out of four of n. Bin i of all four is read,
+// and nothing else, and becomes four bins of the result (a Quad). With h = n/2:
+//
+//               0            n             2n            3n            4n
+//     read      | i  h+i     | n+i  n+h+i  | 2n+i 2n+h+i | 3n+i 3n+h+i |
+//     written   | i      n-i | n+i    2n-i | 2n+i   3n-i | 3n+i   4n-i |
+//
+// Bins i and h - i together are read from the places that they are written to. That is why no
+// second array is needed. Bins 0 and h need hardly any multiplication and are treated apart.
+//
+// Where the time goes is memory. So a block is combined as soon as it is complete, while it is in
+// the cache; and sixteen parts of the buffer are filled in turns, because those take neighbouring
+// rows of x, which share the lines of the cache.
+//
+// Cosines of the late passes
+// --------------------------
+// Every block of a pass turns its oscillator through the same positions. They are computed once, at
+// the start. Nobody needs f until the last two passes, so that is where they wait: pass p has
+// 2^(p-1) cosines from f + L - 2^(p+1) on, and after them as many sines, backwards like those of
+// the table. Pass by pass they fill f exactly, and each is read by the very step of the last two
+// passes that overwrites it.
+#pragma once
+
+#include "ExactArithmetic.h"
+#include "FFTVectors.h"
+#include "RotationOsc.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#if FFTREAL_VECTORS
+
+FFTREAL_EXACT_BEGIN
+
+namespace fftreal {
+
+using Int = std::int64_t;
+
+/// What a transform works with. Pointers to empty tables are null.
+template <typename T> struct Work {
+    int nbr_bits;               ///< log2 of the length, at least 3
+    int last_table_pass;        ///< later passes use oscillators
+    const Int* bitrev;          ///< the bit-reversal table
+    const T* cosines;           ///< the cosine table
+    const RotationOsc* rot_osc; ///< the oscillators
+    T* buffer;                  ///< as many values as the transform has
+    T* f;                       ///< the output
+    const T* x;                 ///< the input
+};
+
+/// The angles i pi / 2h of a pass, 0 < i < h.
+struct Angles {
+    Int h;
+    const double* cosines;
+    const double* sines; ///< backwards; in the table, the cosines themselves
+
+    FFTREAL_INLINE double cos(Int i) const { return cosines[i]; }
+    FFTREAL_INLINE double sin(Int i) const { return sines[h - i]; }
+};
+
+/// A bin of two transforms, once the second is turned, becomes bins i (re_0, im_0) and n - i
+/// (re_1, im_1) of one.
+template <typename V>
+FFTREAL_INLINE void join(V& re_0, V& im_0, V& re_1, V& im_1, const V& turned_re,
+                         const V& turned_im) {
+    re_1 = re_0 - turned_re;
+    re_0 = re_0 + turned_re;
+    im_1 = turned_im - im_0;
+    im_0 = turned_im + im_0;
+}
+
+template <typename V>
+FFTREAL_INLINE void butterfly(V& re_0, V& im_0, V& re_1, V& im_1, const V& c, const V& s) {
+    join(re_0, im_0, re_1, im_1, re_1 * c - im_1 * s, re_1 * s + im_1 * c);
+}
+
+/// The butterfly of the third pass, whose cosine and sine are the same.
+template <typename V> FFTREAL_INLINE void butterfly_of_pass_3(V& re_0, V& im_0, V& re_1, V& im_1) {
+    const V sqrt2_half = V::all(0.7071067811865476);
+    join(re_0, im_0, re_1, im_1, (re_1 - im_1) * sqrt2_half, (re_1 + im_1) * sqrt2_half);
+}
+
+/// A bin of four transforms of n values, real and imaginary parts, in their order in memory.
+/// `stride` is what lies between the two parts in memory, the length of h = n/2 rows or values.
+template <typename V> struct Quad {
+    V re_0, im_0, re_1, im_1, re_2, im_2, re_3, im_3;
+
+    FFTREAL_INLINE void load_re(const double* p, Int stride) {
+        re_0 = V::load(p);
+        re_1 = V::load(p + 2 * stride);
+        re_2 = V::load(p + 4 * stride);
+        re_3 = V::load(p + 6 * stride);
+    }
+    FFTREAL_INLINE void load_im(const double* p, Int stride) {
+        im_0 = V::load(p + stride);
+        im_1 = V::load(p + 3 * stride);
+        im_2 = V::load(p + 5 * stride);
+        im_3 = V::load(p + 7 * stride);
+    }
+
+    FFTREAL_INLINE void first_pass(const V& c, const V& s) {
+        butterfly(re_0, im_0, re_1, im_1, c, s);
+        butterfly(re_2, im_2, re_3, im_3, c, s);
+    }
+    FFTREAL_INLINE void pass_3() {
+        butterfly_of_pass_3(re_0, im_0, re_1, im_1);
+        butterfly_of_pass_3(re_2, im_2, re_3, im_3);
+    }
+    /// Bin i by c and s, bin n - i by c_mirror and s_mirror.
+    FFTREAL_INLINE void second_pass(const V& c, const V& s, const V& c_mirror, const V& s_mirror) {
+        butterfly(re_0, im_0, re_2, im_2, c, s);
+        butterfly(re_1, im_1, re_3, im_3, c_mirror, s_mirror);
+    }
+    /// Both passes for bin i in all lanes.
+    template <bool is_pass_3 = false>
+    FFTREAL_INLINE void combine(const Angles& a, const Angles& b, Int i) {
+        if constexpr (is_pass_3)
+            pass_3();
+        else
+            first_pass(V::all(a.cos(i)), V::all(a.sin(i)));
+        second_pass(V::all(b.cos(i)), V::all(b.sin(i)), V::all(b.cos(b.h - i)),
+                    V::all(b.sin(b.h - i)));
+    }
+    /// Both passes for the bins i, i + 1, i + 2, i + 3.
+    FFTREAL_INLINE void combine_neighbours(const Angles& a, const Angles& b, Int i) {
+        first_pass(V::load(a.cosines + i), V::load(a.sines + a.h - i - 3).reversed());
+        second_pass(V::load(b.cosines + i), V::load(b.sines + b.h - i - 3).reversed(),
+                    V::load(b.cosines + b.h - i - 3).reversed(), V::load(b.sines + i));
+    }
+
+    /// Writes bin i to p and bin n - i to `mirror`, and so on.
+    FFTREAL_INLINE void store(double* p, double* mirror, Int stride) const {
+        re_0.store(p);
+        re_3.store(p + 2 * stride);
+        im_0.store(p + 4 * stride);
+        im_3.store(p + 6 * stride);
+        re_1.store(mirror);
+        re_2.store(mirror + 2 * stride);
+        im_1.store(mirror + 4 * stride);
+        im_2.store(mirror + 6 * stride);
+    }
+    /// The same for neighbouring bins, whose mirrors run backwards.
+    FFTREAL_INLINE void store_neighbours(double* p, double* mirror, Int stride) const {
+        const Quad turned = {
+            re_0, im_0, re_1.reversed(), im_1.reversed(), re_2.reversed(), im_2.reversed(),
+            re_3, im_3};
+        turned.store(p, mirror - (V::lanes - 1), stride);
+    }
+
+    /// Both passes for the bins 0 and h, loaded as re and im, and their way back to p.
+    FFTREAL_INLINE void combine_ends(double* p, Int stride, const V& c, const V& s) {
+        const V even = re_0 + re_1;
+        const V odd = re_2 + re_3;
+        (even + odd).store(p);
+        (even - odd).store(p + 4 * stride);
+        (re_0 - re_1).store(p + 2 * stride);
+        (re_2 - re_3).store(p + 6 * stride);
+        butterfly(im_0, im_1, im_2, im_3, c, s);
+        im_0.store(p + stride);
+        im_2.store(p + 3 * stride);
+        im_1.store(p + 5 * stride);
+        im_3.store(p + 7 * stride);
+    }
+};
+
+/// A transform by vectors of the type V, Quadruple or TwoPairs.
+template <typename V> class FastPasses {
+public:
+    explicit FFTREAL_INLINE FastPasses(const Work<double>& work) : _work(work) {}
+
+    /// Transforms x into f.
+    FFTREAL_INLINE void transform() const {
+        if (_work.nbr_bits == 3) {
+            read_eight_rows<One>(_work.f, _work.x, _work.bitrev);
+            return;
+        }
+        turn_oscillators();
+        combine_rows();
+
+        // Twice the same, as in combine_pair().
+        const int pass = _work.nbr_bits - 2;
+        if (pass == 2)
+            combine_last<true>(angles_of_pass_3(), table_angles(pass + 1));
+        else if (pass < _work.last_table_pass)
+            combine_last<false>(table_angles(pass), table_angles(pass + 1));
+        else
+            combine_last<false>(angles(pass), angles(pass + 1));
+    }
+
+private:
+    /// Lays out the positions of all oscillators in f.
+    FFTREAL_INLINE void turn_oscillators() const {
+        // Two at a time: each step waits for the one before it, so there is time for another.
+        for (int pass = _work.nbr_bits - 1; pass > _work.last_table_pass; pass -= 2) {
+            const int index = pass - _work.last_table_pass - 1;
+            const Int h = Int{1} << (pass - 1);
+            RotationOsc osc = _work.rot_osc[index];
+            osc.reset();
+            Int i = 1;
+            if (index > 0) {
+                RotationOsc previous = _work.rot_osc[index - 1];
+                previous.reset();
+                for (; i < h / 2; ++i) {
+                    write_position(osc, positions(pass), h, i);
+                    write_position(previous, positions(pass - 1), h / 2, i);
+                }
+            }
+            for (; i < h; ++i)
+                write_position(osc, positions(pass), h, i);
+        }
+    }
+
+    static FFTREAL_INLINE void write_position(RotationOsc& osc, double* cosines, Int h, Int i) {
+        osc.advance();
+        cosines[i] = osc.cos_value();
+        cosines[h + h - i] = osc.sin_value();
+    }
+
+    FFTREAL_INLINE double* positions(int pass) const {
+        return _work.f + (Int{1} << _work.nbr_bits) - (Int{2} << pass);
+    }
+
+    FFTREAL_INLINE Angles angles(int pass) const {
+        if (pass <= _work.last_table_pass)
+            return table_angles(pass);
+        const Int h = Int{1} << (pass - 1);
+        return {h, positions(pass), positions(pass) + h};
+    }
+
+    FFTREAL_INLINE Angles table_angles(int pass) const {
+        const Int h = Int{1} << (pass - 1);
+        return {h, _work.cosines + h - 4, _work.cosines + h - 4};
+    }
+
+    /// There is but one, pi/4, and it is in no table.
+    static FFTREAL_INLINE Angles angles_of_pass_3() { return {2, nullptr, nullptr}; }
+
+    /// All passes but the last two: from x to rows in the buffer.
+    FFTREAL_INLINE void combine_rows() const {
+        const Int nbr_rows = Int{1} << (_work.nbr_bits - 2);
+        const Int part = nbr_rows < 1024 ? nbr_rows : nbr_rows / 16;
+        const Int chunk = std::min(part, Int{256}); // 8 KiB, which any nearest cache holds
+        for (Int row = 0; row < part; row += chunk) {
+            read_rows(row, chunk, part);
+            for (Int start = 0; start < nbr_rows; start += part)
+                combine_completed(start + row + chunk, chunk);
+        }
+    }
+
+    [[nodiscard]] FFTREAL_INLINE bool begins_with_three_passes() const {
+        return _work.nbr_bits % 2 != 0;
+    }
+
+    /// The first two or three passes on `chunk` rows of every part, from its row `begin` on.
+    FFTREAL_INLINE void read_rows(Int begin, Int chunk, Int part) const {
+        const Int nbr_rows = Int{1} << (_work.nbr_bits - 2);
+        for (Int row = begin; row < begin + chunk; row += begins_with_three_passes() ? 8 : 4)
+            for (Int i = row; i < nbr_rows; i += part)
+                if (begins_with_three_passes())
+                    read_eight_rows<V>(_work.buffer + 4 * i, _work.x, _work.bitrev + i);
+                else
+                    read_four_rows(_work.buffer + 4 * i, _work.x, _work.bitrev + i);
+    }
+
+    static FFTREAL_INLINE void read_four_rows(double* rows, const double* x, const Int* bitrev) {
+        const V x_0 = V::load(x + bitrev[0]);
+        const V x_1 = V::load(x + bitrev[1]);
+        const V x_2 = V::load(x + bitrev[2]);
+        const V x_3 = V::load(x + bitrev[3]);
+        const V sum_0 = x_0 + x_1;
+        const V sum_2 = x_2 + x_3;
+        (sum_0 + sum_2).store(rows);
+        (x_0 - x_1).store(rows + 4);
+        (sum_0 - sum_2).store(rows + 8);
+        (x_2 - x_3).store(rows + 12);
+    }
+
+    /// A Row is a V, or One for a transform of eight single values.
+    template <typename Row>
+    static FFTREAL_INLINE void read_eight_rows(double* rows, const double* x, const Int* bitrev) {
+        constexpr Int row = Row::lanes;
+        const Row x_0 = Row::load(x + bitrev[0]);
+        const Row x_1 = Row::load(x + bitrev[1]);
+        const Row x_2 = Row::load(x + bitrev[2]);
+        const Row x_3 = Row::load(x + bitrev[3]);
+        const Row x_4 = Row::load(x + bitrev[4]);
+        const Row x_5 = Row::load(x + bitrev[5]);
+        const Row x_6 = Row::load(x + bitrev[6]);
+        const Row x_7 = Row::load(x + bitrev[7]);
+        const Row sum_0 = x_0 + x_1;
+        const Row sum_2 = x_2 + x_3;
+        const Row sum_4 = x_4 + x_5;
+        const Row sum_6 = x_6 + x_7;
+        ((sum_0 + sum_2) + (sum_4 + sum_6)).store(rows);
+        ((sum_0 + sum_2) - (sum_4 + sum_6)).store(rows + 4 * row);
+        (sum_0 - sum_2).store(rows + 2 * row);
+        (sum_4 - sum_6).store(rows + 6 * row);
+        Row re_0 = x_0 - x_1;
+        Row im_0 = x_2 - x_3;
+        Row re_1 = x_4 - x_5;
+        Row im_1 = x_6 - x_7;
+        butterfly_of_pass_3(re_0, im_0, re_1, im_1);
+        re_0.store(rows + row);
+        re_1.store(rows + 3 * row);
+        im_0.store(rows + 5 * row);
+        im_1.store(rows + 7 * row);
+    }
+
+    /// Combines what the `chunk` rows before row `end` complete.
+    FFTREAL_INLINE void combine_completed(Int end, Int chunk) const {
+        int pass = 3;
+        if (!begins_with_three_passes()) {
+            combine_pass_3_and_next(_work.buffer + 4 * (end - chunk), chunk);
+            pass = 4;
+        }
+        const Int all = Int{1} << (_work.nbr_bits - 2);
+        for (Int block = Int{4} << pass; block <= all && end % block == 0; block *= 4) {
+            const Int nbr_rows = std::max(block, chunk);
+            combine_pair(_work.buffer + 4 * (end - nbr_rows), nbr_rows, pass);
+            pass += 2;
+        }
+    }
+
+    FFTREAL_INLINE void combine_pass_3_and_next(double* rows, Int nbr_rows) const {
+        const Angles a = angles_of_pass_3();
+        const Angles b = table_angles(3);
+        for (Int row = 0; row + 16 <= nbr_rows; row += 16) {
+            combine_ends(rows + 4 * row, b);
+            combine_middle<true>(rows + 4 * row, a, b);
+        }
+    }
+
+    /// Passes `pass` and `pass` + 1 on all blocks of the rows.
+    FFTREAL_INLINE void combine_pair(double* rows, Int nbr_rows, int pass) const {
+        // Twice the same, but where the compiler sees that the sines are the cosines, it loads
+        // them only once.
+        if (pass < _work.last_table_pass)
+            combine_blocks(rows, nbr_rows, table_angles(pass), table_angles(pass + 1));
+        else
+            combine_blocks(rows, nbr_rows, angles(pass), angles(pass + 1));
+    }
+
+    static FFTREAL_INLINE void combine_blocks(double* rows, Int nbr_rows, const Angles& a,
+                                              const Angles& b) {
+        const Int h = a.h;
+        const Int stride = 4 * h;
+        for (double* block = rows; block < rows + 4 * nbr_rows; block += 8 * stride) {
+            combine_ends(block, b);
+            combine_middle<false>(block, a, b);
+            double* p = block;
+            double* mirror = block + stride;
+            for (Int i = 1; i < h / 2; ++i) {
+                p += 4;
+                mirror -= 4;
+                Quad<V> bin;
+                Quad<V> other;
+                bin.load_re(p, stride);
+                bin.load_im(p, stride);
+                other.load_im(mirror, stride); // before bin's way back overwrites it
+                bin.combine(a, b, i);
+                bin.store(p, mirror + stride, stride);
+                other.load_re(mirror, stride);
+                other.combine(a, b, h - i);
+                other.store(mirror, p + stride, stride);
+            }
+        }
+    }
+
+    static FFTREAL_INLINE void combine_ends(double* block, const Angles& b) {
+        const Int h = b.h / 2;
+        Quad<V> bins;
+        bins.load_re(block, 4 * h);
+        bins.load_im(block, 4 * h);
+        bins.combine_ends(block, 4 * h, V::all(b.cos(h)), V::all(b.sin(h)));
+    }
+
+    /// Bin h/2, which is its own mirror.
+    template <bool is_pass_3>
+    static FFTREAL_INLINE void combine_middle(double* block, const Angles& a, const Angles& b) {
+        const Int stride = 4 * a.h;
+        double* const p = block + stride / 2;
+        Quad<V> bin;
+        bin.load_re(p, stride);
+        bin.load_im(p, stride);
+        bin.template combine<is_pass_3>(a, b, a.h / 2);
+        bin.store(p, p + stride, stride);
+    }
+
+    /// The last two passes, from rows to f.
+    template <bool is_pass_3>
+    FFTREAL_INLINE void combine_last(const Angles& a, const Angles& b) const {
+        const Int h = a.h;
+        const Int n = b.h;
+        const double* const rows = _work.buffer;
+        double* const f = _work.f;
+        Int i = 1;
+        for (; i + 4 <= h; i += 4) {
+            Quad<V> bins;
+            load_turned(bins.re_0, bins.re_1, bins.re_2, bins.re_3, rows + 4 * i);
+            load_turned(bins.im_0, bins.im_1, bins.im_2, bins.im_3, rows + 4 * (h + i));
+            bins.combine_neighbours(a, b, i);
+            bins.store_neighbours(f + i, f + n - i, h);
+        }
+        for (; i < h; ++i) {
+            Quad<One> bin = one_bin(rows + 4 * i, h);
+            bin.template combine<is_pass_3>(a, b, i);
+            bin.store(f + i, f + n - i, h);
+        }
+        one_bin(rows, h).combine_ends(f, h, One::all(b.cos(h)), One::all(b.sin(h)));
+    }
+
+    /// Four neighbouring bins, real or imaginary parts, of each of the four transforms.
+    static FFTREAL_INLINE void load_turned(V& bins_0, V& bins_1, V& bins_2, V& bins_3,
+                                           const double* rows) {
+        bins_0 = V::load(rows);
+        bins_2 = V::load(rows + 4);
+        bins_1 = V::load(rows + 8);
+        bins_3 = V::load(rows + 12);
+        V::transpose(bins_0, bins_2, bins_1, bins_3);
+    }
+
+    static FFTREAL_INLINE Quad<One> one_bin(const double* re, Int h) {
+        const double* const im = re + 4 * h;
+        return {{re[0]}, {im[0]}, {re[2]}, {im[2]}, {re[1]}, {im[1]}, {re[3]}, {im[3]}};
+    }
+
+    const Work<double> _work;
+};
+
+/// The transform for any machine.
+inline void transform_in_pairs(const Work<double>& work) {
+    FastPasses<TwoPairs>(work).transform();
+}
+
+#if FFTREAL_AVX2
+/// The transform for machines with AVX2.
+__attribute__((target("avx2"))) inline void transform_in_quadruples(const Work<double>& work) {
+    FastPasses<Quadruple>(work).transform();
+}
+#endif
+
+/// The transform for this machine.
+inline void transform(const Work<double>& work) {
+#if FFTREAL_AVX2
+    if (__builtin_cpu_supports("avx2")) {
+        transform_in_quadruples(work);
+        return;
+    }
+#endif
+    transform_in_pairs(work);
+}
+
+} // namespace fftreal
+
+FFTREAL_EXACT_END
+
+#endif // FFTREAL_VECTORS
