@@ -88,24 +88,30 @@ void TestChartFunctions::frameLastsAsLongAsItsSamples() {
 }
 
 void TestChartFunctions::stretchIsLimitedToTheSound_data() {
+    QTest::addColumn<double>("samplingRate");
     QTest::addColumn<double>("plotDuration");
     QTest::addColumn<int>("nSamples");
     QTest::addColumn<int>("points");
     QTest::addColumn<double>("durationAfterwards");
-    QTest::newRow("longer sound") << 0.25 << 40000 << 10000 << 0.25;
-    QTest::newRow("sound of the same length") << 0.25 << 10000 << 10000 << 0.25;
-    QTest::newRow("one sample less") << 0.25 << 9999 << 9999 << 9999.0 / 40000;
-    QTest::newRow("shorter sound") << 0.25 << 4000 << 4000 << 0.1;
-    QTest::newRow("one sample") << 0.25 << 1 << 1 << 1.0 / 40000;
-    QTest::newRow("no sample") << 0.25 << 0 << 0 << 0.0;
-    QTest::newRow("rounded down") << 0.043 << 40000 << 1719 << 0.043;
+    const double rate = 40000;
+    QTest::newRow("longer sound") << rate << 0.25 << 40000 << 10000 << 0.25;
+    QTest::newRow("sound of the same length") << rate << 0.25 << 10000 << 10000 << 0.25;
+    QTest::newRow("one sample less") << rate << 0.25 << 9999 << 9999 << 9999.0 / 40000;
+    QTest::newRow("shorter sound") << rate << 0.25 << 4000 << 4000 << 0.1;
+    QTest::newRow("one sample") << rate << 0.25 << 1 << 1 << 1.0 / 40000;
+    QTest::newRow("no sample") << rate << 0.25 << 0 << 0 << 0.0;
+    QTest::newRow("rounded down") << rate << 0.043 << 40000 << 1719 << 0.043;
+    QTest::newRow("another rate") << 8000.0 << 0.25 << 40000 << 2000 << 0.25;
+    QTest::newRow("another rate, shorter sound") << 8000.0 << 0.25 << 1000 << 1000 << 0.125;
 }
 
 void TestChartFunctions::stretchIsLimitedToTheSound() {
+    QFETCH(double, samplingRate);
     QFETCH(double, plotDuration);
     QFETCH(double, durationAfterwards);
     QFETCH(int, nSamples);
     Data data;
+    data.samplingRate = samplingRate;
     data.plotDuration = plotDuration;
     data.nSamples = nSamples;
     limitPlotToSound(data);
@@ -116,10 +122,12 @@ void TestChartFunctions::stretchIsLimitedToTheSound() {
 void TestChartFunctions::stretchLeavesOtherSettingsAlone() {
     Data data;
     data.nSamples = 4000;
+    data.soundDuration = 0.5;
+    data.samplingRate = 8000;
     limitPlotToSound(data);
     QCOMPARE(data.nSamples, 4000);
-    QCOMPARE(data.soundDuration, 0.25);
-    QCOMPARE(data.samplingRate, 40000.0);
+    QCOMPARE(data.soundDuration, 0.5);
+    QCOMPARE(data.samplingRate, 8000.0);
     QCOMPARE(data.nFFTPointsToPlot, 500);
 }
 

@@ -376,6 +376,7 @@ void TestSubjectWindowClosing::questionCanBeAskedAgain() {
         answerWith(dialogs, press(button));
         QVERIFY(closeAndWait(window, closeByDone, dialogs));
         // Nothing may be left of the question that is gone.
+        QCOMPARE(window.findChildren<QMessageBox*>().size(), 0);
         window.updateSubjectWindow(1);
         window.updateSubjectWindow(-1);
     }
