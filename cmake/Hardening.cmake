@@ -34,7 +34,8 @@ pellion_harden(link -Wl,-z,noexecstack)
 target_compile_definitions(pellion_options INTERFACE _GLIBCXX_ASSERTIONS)
 # Needs an optimising build.
 if(NOT PELLION_SANITIZE)
+    set(is_optimising "$<OR:$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>>")
     target_compile_options(
-        pellion_options
-        INTERFACE $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+        pellion_options INTERFACE "$<${is_optimising}:-U_FORTIFY_SOURCE>"
+                                  "$<${is_optimising}:-D_FORTIFY_SOURCE=2>")
 endif()

@@ -15,9 +15,13 @@ constexpr QIODevice::OpenMode textMode = QIODevice::WriteOnly | QIODevice::Text;
 /// Whether the folder of a file takes another one beside it, which can then be renamed. Anything
 /// but a regular file has to be written as it is: a device would be replaced by a file.
 bool canBeReplaced(const QFileInfo& file) {
-    const bool isNew = !file.exists();
-    const QFileInfo resolved(isNew ? file.absoluteFilePath() : file.canonicalFilePath());
-    return (isNew || resolved.isFile()) && QFileInfo(resolved.path()).isWritable();
+    return (!file.exists() || file.isFile()) && QFileInfo(file.path()).isWritable();
+}
+
+/// The file itself, where the path is that of a link to one.
+QFileInfo resolved(const QString& path) {
+    const QFileInfo named(path);
+    return QFileInfo(named.exists() ? named.canonicalFilePath() : named.absoluteFilePath());
 }
 
 /// Writes to an open file. A full disk shows only when the bytes that are held back are flushed.
@@ -42,17 +46,21 @@ FileReplacement writeInPlace(const QString& path, const QByteArray& bytes) {
 } // namespace
 
 FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
-    const QFileInfo target(path);
+    const QFileInfo target = resolved(path);
     if (!canBeReplaced(target))
         return writeInPlace(path, bytes);
     QSaveFile file(path);
-    if (!file.open(textMode)) // without room for a further file, what is there must not be emptied
-        return target.exists() && target.isWritable() ? FileReplacement::NotWritten
-                                                      : FileReplacement::NotOpened;
+    if (!file.open(textMode)) {
+        if (!target.exists())
+            return writeInPlace(path, bytes);
+        // Without room for a further file, what is there must not be emptied.
+        return target.isWritable() ? FileReplacement::NotWritten : FileReplacement::NotOpened;
+    }
     if (!writeThrough(file, bytes))
         return FileReplacement::NotWritten;
-    if (!file.commit()) // not ours to rename: somebody else's file in a folder that all share
+    // Somebody else's file in a folder that all share, or a name as long as names can be.
+    if (!file.commit())
         return writeInPlace(path, bytes);
-    syncNamesToDisk(target.absolutePath());
+    syncNamesToDisk(target.path());
     return FileReplacement::Written;
 }

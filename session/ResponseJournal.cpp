@@ -13,7 +13,9 @@
 #include <iostream>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -40,6 +42,27 @@ QString asPartOfAFileName(QString text) {
     return text;
 }
 
+/// Whether a running program holds a journal, which ResponseJournal::open() locks.
+bool isBeingWritten(const QString& path) {
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool isLocked = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    close(descriptor);
+    return isLocked;
+}
+
+/// Makes a folder and those above it, and waits until their names have reached the disk.
+void makeFolder(const QString& path) {
+    if (QFileInfo::exists(path))
+        return;
+    const QString parent = QFileInfo(path).path();
+    if (parent != path)
+        makeFolder(parent);
+    if (QDir().mkdir(path))
+        syncNamesToDisk(parent);
+}
+
 void print(const char* message, const QString& path) {
     std::cerr << message << QFile::encodeName(path).constData() << std::endl;
 }
@@ -56,7 +79,8 @@ void nameKeptJournals(const QString& folder) {
     const QStringList names =
         journals.entryList({u'*' + ending()}, QDir::Files, QDir::Time | QDir::Reversed);
     for (const QString& name : names)
-        print("Responses of an earlier session kept in: ", journals.filePath(name));
+        if (!isBeingWritten(journals.filePath(name)))
+            print("Responses of an earlier session kept in: ", journals.filePath(name));
 }
 
 QString journalName(const QString& resultsFileName, const QDateTime& start) {
@@ -98,7 +122,7 @@ void ResponseJournal::discard() {
     if (!file.isOpen())
         return;
     file.close();
-    if (!QFile::remove(path))
+    if (!QFile::remove(path) && QFile::exists(path))
         print("Responses that were saved are also in: ", path);
 }
 
@@ -117,7 +141,7 @@ void ResponseJournal::keep() {
 bool ResponseJournal::open() {
     if (file.isOpen())
         return true;
-    QDir().mkpath(folder);
+    makeFolder(folder);
     int descriptor = -1;
     int attempt = 0;
     do {
@@ -129,6 +153,7 @@ bool ResponseJournal::open() {
     } while (descriptor < 0 && errno == EEXIST);
     if (descriptor < 0)
         return false;
+    flock(descriptor, LOCK_EX | LOCK_NB);
     // Each response goes to the system in one piece, so that no line is torn when the program dies.
     if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
                    QFileDevice::AutoCloseHandle))

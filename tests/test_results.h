@@ -124,6 +124,7 @@ private slots:
     void fileWithoutPermissionIsNotOpened();
     void linkIsFollowed_data();
     void linkIsFollowed();
+    void folderOfTheFileItselfIsSynced();
     void deviceStaysADevice();
     void bytesAndNameAreSynced();
     void diskThatFailsWhenItIsSyncedKeepsTheEarlierFile();
@@ -158,6 +159,8 @@ private slots:
     void folderThatCannotBeMadeCostsOneLine();
     void failedSyncCostsOneLineAndRepeatsNothing();
     void keptJournalsAreNamedOldestFirst();
+    void journalOfARunningSessionIsNotNamed();
+    void newFoldersAreSynced();
 
 private:
     std::unique_ptr<QTemporaryDir> folder;

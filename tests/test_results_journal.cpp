@@ -357,3 +357,29 @@ void TestResponseJournal::keptJournalsAreNamedOldestFirst() {
     QCOMPARE(errorsOf([&] { nameKeptJournals(folder->path()); }),
              QStringList({line + "c.txt", line + "a.txt", line + "b.txt"}));
 }
+
+void TestResponseJournal::journalOfARunningSessionIsNotNamed() {
+    ResponseJournal journal(folder->path());
+    journal.begin(results(), start());
+    journal.record("t.wav", {500});
+    QCOMPARE(errorsOf([&] { nameKeptJournals(folder->path()); }), QStringList());
+    QCOMPARE(errorsOf([&] { journal.keep(); }).size(), 1);
+    QCOMPARE(errorsOf([&] { nameKeptJournals(folder->path()); }),
+             QStringList("Responses of an earlier session kept in: " +
+                         folder->filePath(nameOfJournal())));
+}
+
+void TestResponseJournal::newFoldersAreSynced() {
+    SyncCalls syncs;
+    ResponseJournal journal(folder->filePath("deep/er"));
+    journal.begin(results(), start());
+    journal.record("t.wav", {500});
+    std::vector<unsigned long> expected;
+    for (const char* path : {".", "deep", "deep/er"}) {
+        struct stat status = {};
+        QCOMPARE(::stat(folder->filePath(path).toLocal8Bit().constData(), &status), 0);
+        expected.push_back(status.st_ino);
+    }
+    QCOMPARE(syncs.foldersSynced, expected);
+    journal.discard();
+}

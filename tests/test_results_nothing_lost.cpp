@@ -265,6 +265,7 @@ void TestResultsNothingLost::slowDiskTakesNothingFromThePause() {
     constexpr int pauseMs = 600;
     testsupport::SyncCalls syncs;
     JournalledSession session;
+    QVERIFY(QDir().mkpath(journalFolder()));
     session.start(pauseMs);
     QElapsedTimer sinceTheRequest;
     qint64 pause = 0;

@@ -244,6 +244,19 @@ void TestFileReplacement::linkIsFollowed() {
     QCOMPARE(folder.names(), QStringList({"link.txt", "there.txt"}));
 }
 
+void TestFileReplacement::folderOfTheFileItselfIsSynced() {
+    const OpenFolder folder;
+    const OpenFolder otherFolder;
+    const QString path = otherFolder.makeFile("there.txt");
+    const QString link = folder.path("link.txt");
+    QVERIFY(QFile::link(path, link));
+    testsupport::SyncCalls syncs;
+    QCOMPARE(replaceFile(link, newBytes()), FileReplacement::Written);
+    QCOMPARE(syncs.foldersSynced,
+             std::vector<unsigned long>{statusOf(QFileInfo(path).path()).st_ino});
+    QCOMPARE(readBytes(path), newBytes());
+}
+
 void TestFileReplacement::deviceStaysADevice() {
     const QTemporaryDir folder;
     for (const auto& [device, outcome] :

@@ -67,7 +67,6 @@ class TestTrialSequence : public QObject {
 private slots:
     void filesInOrderOncePerRepetition_data();
     void filesInOrderOncePerRepetition();
-    void theGeneratorIsTheStandardMersenneTwister();
     void shuffleFollowsThePlainProcedure_data();
     void shuffleFollowsThePlainProcedure();
     void oneEntryOrNoneDrawsNothing_data();

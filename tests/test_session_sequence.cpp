@@ -98,14 +98,6 @@ void TestTrialSequence::filesInOrderOncePerRepetition() {
     QTEST(orderedTrials(nRepetitions, nFiles), "trials");
 }
 
-void TestTrialSequence::theGeneratorIsTheStandardMersenneTwister() {
-    QCOMPARE(std::mt19937::initialization_multiplier, std::uint_fast32_t{1812433253});
-    std::mt19937 generator(5489);
-    QCOMPARE(generator(), std::uint_fast32_t{3499211612});
-    generator.discard(9998);
-    QCOMPARE(generator(), std::uint_fast32_t{4123659995});
-}
-
 void TestTrialSequence::shuffleFollowsThePlainProcedure_data() {
     QTest::addColumn<int>("length");
     QTest::addColumn<quint32>("seed");

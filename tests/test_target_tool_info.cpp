@@ -21,7 +21,7 @@ void TestTargetInfo::goodFilesAreAsIntended_data() {
     for (const char* kind : {"tone", "complex", "sam", "noise"})
         for (const char* bits : {"8", "16", "24"})
             QTest::addRow("made: %s, %s bits", kind, bits)
-                << QStringLiteral(PELLION_TARGET " make %1 x.wav --channels 2 --bits %2")
+                << QStringLiteral("'" PELLION_TARGET "' make %1 x.wav --channels 2 --bits %2")
                        .arg(kind, bits);
 }
 

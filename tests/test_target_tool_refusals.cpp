@@ -121,7 +121,7 @@ void TestTargetRefusals::aFullDiskLeavesTheOldFile() {
 
 void TestTargetRefusals::nothingButTheFileIsLeft() {
     const ToolFolder folder;
-    QVERIFY(folder.shell("umask 022; " PELLION_TARGET " make noise x.wav"));
+    QVERIFY(folder.shell("umask 022; '" PELLION_TARGET "' make noise x.wav"));
     QCOMPARE(folder.names(), QStringList("x.wav"));
     QVERIFY(folder.shell("test $(stat -c %a x.wav) = 644"));
 }
@@ -237,14 +237,15 @@ void TestTargetRefusals::helpHasExamplesThatWork() {
     QCOMPARE(run.status, 0);
     QCOMPARE(run.errors, QByteArray());
     int examples = 0;
-    QVERIFY(folder.shell("mkdir Desktop && cp /dev/null Desktop/empty && " PELLION_TARGET
-                         " make tone target.wav && cp target.wav Desktop"));
+    QVERIFY(folder.shell("mkdir Desktop && cp /dev/null Desktop/empty && '" PELLION_TARGET
+                         "' make tone target.wav && cp target.wav Desktop"));
     for (const QString& line : QString::fromUtf8(run.output).split(u'\n')) {
         if (!line.startsWith(QLatin1String("  pellion-target ")))
             continue;
         ++examples;
-        QVERIFY2(folder.shell("export HOME=$PWD PATH=$(dirname " PELLION_TARGET "):$PATH;" + line),
-                 qPrintable(line));
+        QVERIFY2(
+            folder.shell("export HOME=$PWD PATH=\"$(dirname '" PELLION_TARGET "'):$PATH\";" + line),
+            qPrintable(line));
     }
     QVERIFY(examples >= leastExamples);
 }
@@ -277,5 +278,6 @@ void TestTargetRefusals::manualIsWellFormed() {
     const ToolFolder folder;
     if (!folder.shell("command -v groff >/dev/null"))
         QSKIP("groff is not installed");
-    QVERIFY(folder.shell("test -z \"$(groff -man -Tutf8 -ww -z " PELLION_TARGET_MANUAL " 2>&1)\""));
+    QVERIFY(
+        folder.shell("test -z \"$(groff -man -Tutf8 -ww -z '" PELLION_TARGET_MANUAL "' 2>&1)\""));
 }

@@ -209,7 +209,13 @@ void TestWavLoading::dataSizeOfOddBytesGivesWholeSamples() {
 void TestWavLoading::bytesBehindTheDataAreLeftAlone() {
     const WavFolder folder;
     CWav wav;
-    QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, {16384, -32768}) + "LIST and more")));
+    const QByteArray bytes = wavWithSamples({}, {16384, -32768}) + "LIST and more";
+    QVERIFY(wav.LoadWav(folder.write(bytes)));
+    QCOMPARE(wav.samples, (Samples{0.5, -1.0}));
+    QCOMPARE(wav.rawData.size(), std::size_t{4});
+    // Also where an earlier file has left room for more.
+    QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, QVector<int>(5000, 77)))));
+    QVERIFY(wav.LoadWav(folder.write(bytes)));
     QCOMPARE(wav.samples, (Samples{0.5, -1.0}));
     QCOMPARE(wav.rawData.size(), std::size_t{4});
 }

@@ -26,6 +26,8 @@ int syncFile(int descriptor) {
     struct stat status = {};
     if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
         calls->bytesSynced = status.st_size;
+    if (S_ISDIR(status.st_mode))
+        calls->foldersSynced.push_back(status.st_ino);
     std::this_thread::sleep_for(std::chrono::milliseconds(calls->delayMs));
     errno = calls->failure;
     return calls->failure == 0 ? 0 : -1;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <vector>
+
 namespace testsupport {
 
 /// Stands between the program under test and the system's fsync while it lives: one at a time.
@@ -19,6 +21,7 @@ public:
     int failure = 0;           ///< The errno of the next ones; 0 lets them succeed.
     unsigned delayMs = 0;      ///< How long each takes.
     long long bytesSynced = 0; ///< Size of the file at the last call that was for a regular one.
+    std::vector<unsigned long> foldersSynced; ///< Inode of each call that was for a folder.
 };
 
 } // namespace testsupport
