@@ -386,12 +386,18 @@ void TestSubjectWindowClosing::questionCanBeAskedAgain() {
 
 void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
     auto parent = std::make_unique<QWidget>();
-    auto* window = new OpenSubjectWindow(parent.get());
+    const QPointer<OpenSubjectWindow> window(new OpenSubjectWindow(parent.get()));
     bringTo(*window, Stage::SinusoidPlaying);
     const QSignalSpy closed(window, &SubjectWindow::subjectWindowClosed);
     DialogDriver dialogs;
-    answerWith(dialogs, [&](QMessageBox&) { parent.reset(); });
+    answerWith(dialogs, [&](QMessageBox& box) {
+        const QPointer<QMessageBox> question(&box);
+        parent.reset();
+        if (question) // Else the test would wait for its answer.
+            question->close();
+    });
     window->close();
+    QVERIFY(window.isNull());
     QCOMPARE(closed.count(), 0);
     QCOMPARE(dialogs.takeComplaints(), QStringList());
     QVERIFY(QApplication::activeModalWidget() == nullptr);
