@@ -21,10 +21,10 @@ class ChartAccess : public QAccessibleWidget {
 public:
     explicit ChartAccess(QWidget* chartView) : QAccessibleWidget(chartView, QAccessible::Chart) {}
     int childCount() const override { return 0; }
-    QAccessibleInterface* child(int) const override { return nullptr; }
+    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
 };
 
-QAccessibleInterface* chartAccess(const QString&, QObject* object) {
+QAccessibleInterface* chartAccess(const QString& /*className*/, QObject* object) {
     auto* chartView = qobject_cast<QtCharts::QChartView*>(object);
     return chartView != nullptr ? new ChartAccess(chartView) : nullptr;
 }

@@ -18,10 +18,10 @@ bool canBeReplaced(const QFileInfo& file) {
     return (!file.exists() || file.isFile()) && QFileInfo(file.path()).isWritable();
 }
 
-/// The file itself, where the path is that of a link to one.
-QFileInfo resolved(const QString& path) {
+/// The path of the file itself, where the path is that of a link to one.
+QString resolved(const QString& path) {
     const QFileInfo named(path);
-    return QFileInfo(named.exists() ? named.canonicalFilePath() : named.absoluteFilePath());
+    return named.exists() ? named.canonicalFilePath() : named.absoluteFilePath();
 }
 
 /// Writes to an open file. A full disk shows only when the bytes that are held back are flushed.
@@ -46,7 +46,7 @@ FileReplacement writeInPlace(const QString& path, const QByteArray& bytes) {
 } // namespace
 
 FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
-    const QFileInfo target = resolved(path);
+    const QFileInfo target(resolved(path));
     if (!canBeReplaced(target))
         return writeInPlace(path, bytes);
     QSaveFile file(path);

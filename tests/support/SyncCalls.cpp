@@ -46,6 +46,6 @@ SyncCalls::~SyncCalls() {
 } // namespace testsupport
 
 // For the whole test program, in the place of the system's.
-extern "C" int fsync(int descriptor) {
-    return testsupport::syncFile(descriptor);
+extern "C" int fsync(int fd) {
+    return testsupport::syncFile(fd);
 }
