@@ -202,7 +202,11 @@ void TestMainWindowLife::lastFileNumberIsNotLost() {
 }
 
 void TestMainWindowLife::programOpensTheWindowAndEndsWithIt() {
-    RunningProgram program(QProcessEnvironment::systemEnvironment());
+    // Without responses that other tests may have left.
+    const QTemporaryDir home;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), home.path());
+    RunningProgram program(environment);
     const ManagedWindow window = program.waitForWindow();
     QCOMPARE(window.title, QStringLiteral("Vantaro Lab | Pellion (v014) | Main Window"));
     QCOMPARE(window.programClass, QStringLiteral("pellion"));
