@@ -24,6 +24,15 @@ using testsupport::StreamCapture;
 
 namespace {
 
+/// Returns the paths of the journals that are there.
+QStringList journals() {
+    QStringList paths;
+    const QFileInfoList files = QDir(journalFolder()).entryInfoList(QDir::Files);
+    for (const QFileInfo& file : files)
+        paths.append(file.absoluteFilePath());
+    return paths;
+}
+
 /// A session of a window of its own whose journal goes into an empty folder, and what it prints.
 class JournalledSession {
 public:
@@ -49,7 +58,7 @@ public:
     }
 
     /// The listener asks for a sinusoid and hears it.
-    void respond(int frequency) {
+    void respond(int frequency) const {
         QSignalSpy sounds(window.get(), &MainWindow::soundPlaying);
         emit driver.listener()->subjectResponded(4, frequency);
         QTRY_COMPARE(sounds.count(), 2);
@@ -64,14 +73,6 @@ public:
             driver.dialogs.saveAs(path);
         QVERIFY(driver.listener()->close());
         QCOMPARE(driver.dialogs.takeComplaints(), QStringList());
-    }
-
-    [[nodiscard]] static QStringList journals() {
-        QStringList paths;
-        const QFileInfoList files = QDir(journalFolder()).entryInfoList(QDir::Files);
-        for (const QFileInfo& file : files)
-            paths.append(file.absoluteFilePath());
-        return paths;
     }
 
     [[nodiscard]] QStringList printed() const {
@@ -100,10 +101,10 @@ void TestResultsNothingLost::journalHoldsEveryResponseOfTheSession() {
         emit session.driver.listener()->subjectResponded(4, frequency);
         // Before the presentation, and before anything else happens.
         texts.append(QString::number(frequency));
-        QCOMPARE(session.journals().size(), 1);
-        QCOMPARE(readBytes(session.journals().first()), expectedResults("target.wav", texts));
+        QCOMPARE(journals().size(), 1);
+        QCOMPARE(readBytes(journals().first()), expectedResults("target.wav", texts));
     }
-    const QString name = QFileInfo(session.journals().first()).fileName();
+    const QString name = QFileInfo(journals().first()).fileName();
     QVERIFY2(QRegularExpression("^SUB001_practice001-\\d{8}-\\d{6}\\.txt$").match(name).hasMatch(),
              qPrintable(name));
     const QString after = QDateTime::currentDateTime().toString("yyyyMMdd-HHmm");
@@ -118,13 +119,13 @@ void TestResultsNothingLost::savedSessionLeavesNoJournal() {
     QStringList journalsWhileAsked;
     session.driver.dialogs.click("Confirmation MessageBox", QMessageBox::Yes);
     session.driver.dialogs.expect("Save a file", [&](QWidget* dialog) {
-        journalsWhileAsked = session.journals();
+        journalsWhileAsked = journals();
         qobject_cast<QDialog*>(dialog)->accept();
     });
     QVERIFY(session.driver.listener()->close());
     QCOMPARE(session.driver.dialogs.takeComplaints(), QStringList());
     QCOMPARE(journalsWhileAsked.size(), 1);
-    QCOMPARE(session.journals(), QStringList());
+    QCOMPARE(journals(), QStringList());
     QCOMPARE(readBytes(session.folder.filePath("SUB001_practice001.txt")),
              expectedResults("target.wav", {"640"}));
     QCOMPARE(session.printed(), QStringList());
@@ -163,9 +164,9 @@ void TestResultsNothingLost::unsavedSessionLeavesItsJournal() {
     QVERIFY(session.driver.listener()->close());
     QCOMPARE(session.driver.dialogs.takeComplaints(), QStringList());
     QCOMPARE(warned, warning);
-    QCOMPARE(session.journals().size(), 1);
-    QCOMPARE(readBytes(session.journals().first()), expectedResults("target.wav", {"640", "523"}));
-    QCOMPARE(session.printed(), QStringList("Responses kept in: " + session.journals().first()));
+    QCOMPARE(journals().size(), 1);
+    QCOMPARE(readBytes(journals().first()), expectedResults("target.wav", {"640", "523"}));
+    QCOMPARE(session.printed(), QStringList("Responses kept in: " + journals().first()));
     QCOMPARE(printedBeforeTheWarning, session.printed());
     // The session has ended as ever.
     QVERIFY(session.window->isEnabled());
@@ -177,9 +178,9 @@ void TestResultsNothingLost::windowThatGoesLeavesItsJournal() {
     session.start();
     session.respond(640);
     session.window.reset();
-    QCOMPARE(session.journals().size(), 1);
-    QCOMPARE(readBytes(session.journals().first()), expectedResults("target.wav", {"640"}));
-    QCOMPARE(session.printed(), QStringList("Responses kept in: " + session.journals().first()));
+    QCOMPARE(journals().size(), 1);
+    QCOMPARE(readBytes(journals().first()), expectedResults("target.wav", {"640"}));
+    QCOMPARE(session.printed(), QStringList("Responses kept in: " + journals().first()));
 }
 
 void TestResultsNothingLost::sessionThatIsNotToBeSavedHasNoJournal() {
@@ -215,14 +216,14 @@ void TestResultsNothingLost::nextSessionHasAJournalOfItsOwn() {
         session.driver.dialogs.click("Warning", QMessageBox::Ok);
         QVERIFY(session.driver.listener()->close());
     }
-    const QStringList journals = session.journals();
-    QCOMPARE(journals.size(), 2);
-    QVERIFY(journals[0].contains("/SUB001_practice001-"));
-    QVERIFY(journals[1].contains("/SUB001_practice002-"));
-    QCOMPARE(readBytes(journals[0]), expectedResults("target.wav", {"300"}));
-    QCOMPARE(readBytes(journals[1]), expectedResults("target.wav", {"400"}));
-    QCOMPARE(session.printed(), QStringList({"Responses kept in: " + journals[0],
-                                             "Responses kept in: " + journals[1]}));
+    const QStringList kept = journals();
+    QCOMPARE(kept.size(), 2);
+    QVERIFY(kept[0].contains("/SUB001_practice001-"));
+    QVERIFY(kept[1].contains("/SUB001_practice002-"));
+    QCOMPARE(readBytes(kept[0]), expectedResults("target.wav", {"300"}));
+    QCOMPARE(readBytes(kept[1]), expectedResults("target.wav", {"400"}));
+    QCOMPARE(session.printed(),
+             QStringList({"Responses kept in: " + kept[0], "Responses kept in: " + kept[1]}));
 }
 
 void TestResultsNothingLost::subjectCodeMayBeAnything_data() {
@@ -243,11 +244,11 @@ void TestResultsNothingLost::subjectCodeMayBeAnything() {
     session.window->lineEditSubCode->setText(code);
     session.start();
     session.respond(640);
-    QCOMPARE(session.journals().size(), 1);
-    const QString name = QFileInfo(session.journals().first()).fileName();
+    QCOMPARE(journals().size(), 1);
+    const QString name = QFileInfo(journals().first()).fileName();
     QVERIFY2(name.startsWith(begin), qPrintable(name));
     session.finish(session.folder.filePath("mine.txt"));
-    QCOMPARE(session.journals(), QStringList());
+    QCOMPARE(journals(), QStringList());
 }
 
 void TestResultsNothingLost::targetRequestsAreNotRecorded() {
@@ -256,10 +257,10 @@ void TestResultsNothingLost::targetRequestsAreNotRecorded() {
     QSignalSpy sounds(session.window.get(), &MainWindow::soundPlaying);
     emit session.driver.listener()->subjectResponded(2, 0);
     QTRY_COMPARE(sounds.count(), 2);
-    QCOMPARE(session.journals(), QStringList());
+    QCOMPARE(journals(), QStringList());
     session.respond(640);
     emit session.driver.listener()->subjectResponded(2, 0);
-    QCOMPARE(readBytes(session.journals().first()), expectedResults("target.wav", {"640"}));
+    QCOMPARE(readBytes(journals().first()), expectedResults("target.wav", {"640"}));
     session.finish();
 }
 
@@ -317,6 +318,6 @@ void TestResultsNothingLost::fullDiskKeepsTheEarlierResultsAndTheJournal() {
     QVERIFY(session.driver.listener()->close());
     QCOMPARE(session.driver.dialogs.takeComplaints(), QStringList());
     QCOMPARE(readBytes(path), QByteArray("an earlier session\r\n"));
-    QCOMPARE(session.journals().size(), 1);
-    QCOMPARE(readBytes(session.journals().first()), expectedResults("target.wav", {"640"}));
+    QCOMPARE(journals().size(), 1);
+    QCOMPARE(readBytes(journals().first()), expectedResults("target.wav", {"640"}));
 }

@@ -89,7 +89,7 @@ private:
 /// own: the administrator could replace that by a file. Where no device can be made, returns the
 /// system's, which is safe from everybody else.
 inline QString deviceIn(const QTemporaryDir& folder, const char* name, unsigned minorNumber) {
-    const QString path = folder.filePath(QLatin1String(name));
+    QString path = folder.filePath(QLatin1String(name));
     constexpr unsigned memoryDevices = 1;
     const bool isMade = ::mknod(path.toLocal8Bit().constData(), S_IFCHR | 0666U,
                                 makedev(memoryDevices, minorNumber)) == 0;
