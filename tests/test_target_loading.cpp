@@ -377,7 +377,8 @@ void TestTargetLoading::targetThatChangesAfterItsPreparationIsPlayedAsItWasShown
     QCOMPARE(bench.window.audioBytes->size(), samples.size() * int(sizeof(float)));
     for (int i = 0; i < samples.size(); ++i) {
         float sample = 0;
-        std::memcpy(&sample, bench.window.audioBytes->constData() + i * int(sizeof sample),
+        std::memcpy(&sample,
+                    bench.window.audioBytes->constData() + qint64(i) * qint64(sizeof sample),
                     sizeof sample);
         QCOMPARE(sample, static_cast<float>(samples[i]));
     }

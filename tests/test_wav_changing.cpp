@@ -96,7 +96,7 @@ void TestWavChanging::fileThatShrinksIsReadWholeOrAsAShortRead() {
     std::atomic<unsigned> turn{0};
     const Alarm alarm;
     const Meanwhile shrinking([&] {
-        const auto size = static_cast<off_t>(turn++ % 4 == 0 ? bytes.size() : 44 + turn % 200000);
+        const auto size = turn++ % 4 == 0 ? off_t{bytes.size()} : off_t{44 + turn % 200000};
         QVERIFY(::truncate(path.c_str(), 44) == 0 && ::truncate(path.c_str(), size) == 0);
     });
     while (whole == 0 || shortReads < loads) {
