@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
+#include <QPixmap>
 
 #include <utility>
 
@@ -15,16 +16,21 @@ namespace {
 QIcon programIcon() {
     QIcon icon;
     for (const QFileInfo& picture : QDir(QStringLiteral(":/icons")).entryInfoList())
-        icon.addFile(picture.filePath());
+        // As a picture: for a file the toolkit would load its engine for drawings first.
+        icon.addPixmap(QPixmap(picture.filePath(), "PNG"));
     return icon;
 }
 
-/// Sound mixers would show the toolkit's name for its connection, "QtPulseAudio" and a number. What
-/// the environment says goes.
-void nameSounds() {
+/// What the sound server and the toolkit take from the environment. What that says already goes.
+void completeEnvironment() {
     for (const auto& [variable, value] :
-         {std::pair("PULSE_PROP_OVERRIDE_application.name", "Pellion"),
-          std::pair("PULSE_PROP_application.icon_name", "pellion")})
+         {// Sound mixers would show the toolkit's name for its connection, "QtPulseAudio" and a
+          // number.
+          std::pair("PULSE_PROP_OVERRIDE_application.name", "Pellion"),
+          std::pair("PULSE_PROP_application.icon_name", "pellion"),
+          // Nothing is drawn by OpenGL. Its driver alone would take half of the program's memory
+          // and a third of its start.
+          std::pair("QT_XCB_GL_INTEGRATION", "none")})
         if (!qEnvironmentVariableIsSet(variable))
             qputenv(variable, value);
 }
@@ -32,7 +38,7 @@ void nameSounds() {
 } // namespace
 
 int main(int argc, char** argv) {
-    nameSounds();
+    completeEnvironment();
     QApplication application(argc, argv);
     // No display name: the toolkit would append it to the windows' titles.
     QApplication::setApplicationName(QStringLiteral("pellion"));

@@ -146,6 +146,8 @@ private slots:
     void openingAndDestroyingWritesNothingOnTheLog();
     void destructorLeavesNothingBehind();
     void destructorDeletesTheChartsInTheirOrder();
+    void programLoadsNoDriverThatItDoesNotDrawWith_data();
+    void programLoadsNoDriverThatItDoesNotDrawWith();
     void quitClosesTheWindow();
     void closingIsIgnoredWhileTheWindowIsDisabled();
     void windowManagerClosesOnlyTheEnabledWindow();

@@ -142,6 +142,32 @@ void TestMainWindowLife::destructorDeletesTheChartsInTheirOrder() {
     QCOMPARE(deleted, expected);
 }
 
+void TestMainWindowLife::programLoadsNoDriverThatItDoesNotDrawWith_data() {
+    QTest::addColumn<QString>("integration");
+    QTest::addColumn<bool>("isLoaded");
+    QTest::newRow("nothing is said") << QString() << false;
+    QTest::newRow("a person's own choice") << QStringLiteral("xcb_glx") << true;
+}
+
+void TestMainWindowLife::programLoadsNoDriverThatItDoesNotDrawWith() {
+    QFETCH(QString, integration);
+    QFETCH(bool, isLoaded);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("QT_XCB_GL_INTEGRATION"));
+    if (!integration.isEmpty())
+        environment.insert(QStringLiteral("QT_XCB_GL_INTEGRATION"), integration);
+    RunningProgram program(environment);
+    const ManagedWindow window = program.waitForWindow();
+    QVERIFY(window.id != 0);
+    QFile maps(QStringLiteral("/proc/%1/maps").arg(program.process.processId()));
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    const QByteArray libraries = maps.readAll();
+    QVERIFY(libraries.contains("libqxcb.so"));
+    QCOMPARE(libraries.contains("libqxcb-glx-integration.so"), isLoaded);
+    QVERIFY(!libraries.contains("libqsvgicon.so"));
+    QVERIFY(program.closeAndWait(window));
+}
+
 void TestMainWindowLife::quitClosesTheWindow() {
     MainWindow window;
     window.show();
