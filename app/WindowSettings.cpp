@@ -5,6 +5,7 @@
 #include "app/SettingsText.h"
 #include "charts/PlottedStretch.h"
 #include "charts/SpectrumSizing.h"
+#include "sound/LargePages.h"
 #include "sound/SampleCount.h"
 
 #include <QAudioDeviceInfo>
@@ -88,8 +89,10 @@ void MainWindow::sizeSpectrum() {
     fftLength = sizing.length;
     fftFrameDuration = sizing.frameDurationSeconds;
     data.nFFTPointsToPlot = sizing.pointsToPlot;
-    for (QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases})
+    for (QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases}) {
+        reserveOnLargePages(*bins, static_cast<std::size_t>(sizing.bins()));
         bins->resize(sizing.bins());
+    }
     pointsFFT.resize(sizing.pointsToPlot);
 }
 

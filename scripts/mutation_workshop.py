@@ -13,7 +13,7 @@ import time
 
 from mutation_table import ROOT, Problem, Result, Stale
 
-FUNCTION_LIMIT_SECONDS = 30
+FUNCTION_LIMIT_SECONDS = 90
 FIXTURES = {"init", "cleanup", "initTestCase", "cleanupTestCase"}
 
 

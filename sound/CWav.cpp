@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/CWav.h"
 
+#include "sound/LargePages.h"
 #include "sound/RegularFile.h"
 #include "sound/SampleConversion.h"
 
@@ -30,12 +31,12 @@ constexpr std::size_t bytesPerPiece = std::size_t{1} << 20U;
 /// Samples are converted in blocks of this many, which stay in the processor's first cache.
 constexpr std::size_t samplesPerBlock = 1024;
 
-/// Appends the samples that the bytes hold, at most `maximum`; throws, and appends none of them,
-/// when there is no room.
+/// Fills an empty vector with the samples that the bytes hold, at most `maximum`; throws, and
+/// leaves it empty, when there is no room.
 template <typename Encoding>
-void appendSamples(std::string_view bytes, std::size_t maximum, std::vector<double>& samples) {
+void fillSamples(std::string_view bytes, std::size_t maximum, std::vector<double>& samples) {
     std::size_t remaining = std::min(maximum, bytes.size() / Encoding::byteCount);
-    samples.reserve(samples.size() + remaining);
+    reserveOnLargePages(samples, remaining);
     std::array<double, samplesPerBlock> block{};
     const char* source = bytes.data();
     while (remaining > 0) {
@@ -72,9 +73,9 @@ std::size_t remainingBytes(std::istream& file) {
 /// Replaces `bytes` by the next ones of a file: `wanted` of them, or fewer when the file or the
 /// memory ends before.
 void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) {
-    bytes.clear();
     // Spares the copies that growing piece by piece would cost. One more, to meet the end in.
-    bool hasRoom = hasMemoryFor([&] { bytes.reserve(std::min(wanted, remainingBytes(file) + 1)); });
+    bool hasRoom = hasMemoryFor(
+        [&] { reserveOnLargePages(bytes, std::min(wanted, remainingBytes(file) + 1)); });
     std::size_t obtained = 0;
     while (hasRoom && obtained < wanted && file) {
         std::size_t piece = std::min(wanted - obtained, bytesPerPiece);
@@ -171,11 +172,11 @@ void CWav::ConvertData() {
     hasMemoryFor([&] {
         switch (header.bitsPerSample) {
         case 8:
-            return appendSamples<Unsigned8Bit>(bytes, numberOfSamples, samples);
+            return fillSamples<Unsigned8Bit>(bytes, numberOfSamples, samples);
         case 16:
-            return appendSamples<Signed16Bit>(bytes, numberOfSamples, samples);
+            return fillSamples<Signed16Bit>(bytes, numberOfSamples, samples);
         case 24:
-            return appendSamples<Signed24Bit>(bytes, bytes.size(), samples);
+            return fillSamples<Signed24Bit>(bytes, bytes.size(), samples);
         case 32:
             std::cerr << "32-bit PCM is not working yet." << std::endl;
             return;

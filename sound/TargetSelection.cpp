@@ -4,6 +4,7 @@
 
 #include "app/SettingsText.h"
 #include "charts/PlottedStretch.h"
+#include "sound/LargePages.h"
 #include "sound/SampleCount.h"
 #include "sound/TargetSamples.h"
 
@@ -69,8 +70,10 @@ void MainWindow::genWav() {
     sizeSpectrum();
 
     const bool isFirstPresentation = sequencePosition == 0 && soundsPlayed == 0;
-    if (isFirstPresentation)
-        targetSamples = QVector<double>(data.nSamples, 0.0);
+    if (isFirstPresentation) {
+        reserveOnLargePages(targetSamples, static_cast<std::size_t>(data.nSamples));
+        targetSamples.resize(data.nSamples);
+    }
     copyFirstChannel(wav, data.nSamples, targetSamples);
     if (!isFirstPresentation)
         return;

@@ -45,7 +45,11 @@ private slots:
     void emptySoundStaysEmpty();
     void agreesWithTheDirectTransform_data();
     void agreesWithTheDirectTransform();
+    void everyBinIsComputedFromItsSlotsOfTheTransform_data();
     void everyBinIsComputedFromItsSlotsOfTheTransform();
+    void longSpectraTakeAThreadForEachFurtherProcessor();
+    void shortSpectraTakeNoThread();
+    void withoutThreadsEveryBinIsComputedAllTheSame();
     void binZeroTakesTheHighestForItsImaginaryPart_data();
     void binZeroTakesTheHighestForItsImaginaryPart();
     void sinusoidOnABinShowsItsAmplitude_data();

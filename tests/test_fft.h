@@ -60,7 +60,7 @@ class TestFftWays : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void everyWayEqualsThePlainPasses_data();
     void everyWayEqualsThePlainPasses();
-    void thisMachineGoesEveryWay();
 };

@@ -305,5 +305,6 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
     return testsupport::runAll<TestTargetFunctions, TestTargetSelection, TestTargetLoading,
-                               TestTargetRefusals, TestTargetWaiting>(argc, argv);
+                               TestTargetRefusals, TestTargetWaiting, TestTargetLargePages>(argc,
+                                                                                            argv);
 }

@@ -162,3 +162,15 @@ private slots:
     void cursorComesBackOnEveryRoad_data();
     void cursorComesBackOnEveryRoad();
 };
+
+/// The pages of memory behind long sounds (test_target_large_pages.cpp).
+class TestTargetLargePages : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void wholeLargePagesAreAskedForAndNoOthers();
+    void shortMemoryIsLeftAlone();
+    void reservedVectorIsEmpty();
+    void longTargetLiesOnLargePages();
+};

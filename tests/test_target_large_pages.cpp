@@ -1,0 +1,118 @@
+// The pages of memory behind long sounds.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_target.h"
+
+#include "sound/LargePages.h"
+
+#include <QFile>
+#include <QtTest>
+
+#include <cstdint>
+#include <vector>
+
+#include <sys/mman.h>
+
+namespace {
+
+constexpr std::size_t largePage = std::size_t{1} << 21U;
+
+std::uintptr_t addressOf(const void* memory) {
+    return reinterpret_cast<std::uintptr_t>(memory);
+}
+
+/// Returns whether large pages have been asked for behind an address ("hg" among the flags of its
+/// mapping, as proc(5) tells them).
+bool isOnLargePages(std::uintptr_t address) {
+    QFile file("/proc/self/smaps");
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    bool isInside = false;
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        const QByteArray first = line.split(' ').first();
+        const QList<QByteArray> ends = first.split('-');
+        if (ends.size() == 2)
+            isInside = address >= ends[0].toULongLong(nullptr, 16) &&
+                       address < ends[1].toULongLong(nullptr, 16);
+        else if (isInside && first == "VmFlags:")
+            return line.split(' ').contains("hg");
+    }
+    return false;
+}
+
+/// Fresh memory, page by page.
+class Memory {
+public:
+    explicit Memory(std::size_t bytes)
+        : size(bytes),
+          begin(mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {}
+    ~Memory() { munmap(begin, size); }
+    Memory(const Memory&) = delete;
+    Memory(Memory&&) = delete;
+    Memory& operator=(const Memory&) = delete;
+    Memory& operator=(Memory&&) = delete;
+
+    const std::size_t size;
+    void* const begin;
+};
+
+bool systemHasLargePages() {
+    const Memory memory(2 * largePage);
+    return madvise(memory.begin, memory.size, MADV_HUGEPAGE) == 0;
+}
+
+} // namespace
+
+void TestTargetLargePages::initTestCase() {
+    if (!systemHasLargePages())
+        QSKIP("This system has no large pages to ask for.");
+}
+
+void TestTargetLargePages::wholeLargePagesAreAskedForAndNoOthers() {
+    const Memory memory(8 * largePage);
+    const std::uintptr_t boundary =
+        (addressOf(memory.begin) + largePage - 1) / largePage * largePage;
+    constexpr std::size_t some = 4096;
+    // From just behind one boundary to just before another: three large pages lie between.
+    preferLargePages(reinterpret_cast<void*>(boundary + some), 5 * largePage - 2 * some);
+    QVERIFY(!isOnLargePages(boundary + some));
+    QVERIFY(!isOnLargePages(boundary + largePage - 1));
+    QVERIFY(isOnLargePages(boundary + largePage));
+    QVERIFY(isOnLargePages(boundary + 4 * largePage - 1));
+    QVERIFY(!isOnLargePages(boundary + 4 * largePage));
+}
+
+void TestTargetLargePages::shortMemoryIsLeftAlone() {
+    const Memory memory(4 * largePage);
+    const std::uintptr_t boundary =
+        (addressOf(memory.begin) + largePage - 1) / largePage * largePage;
+    preferLargePages(reinterpret_cast<void*>(boundary + 1), largePage - 1);
+    preferLargePages(nullptr, 0);
+    QVERIFY(!isOnLargePages(boundary));
+    QVERIFY(!isOnLargePages(boundary + largePage));
+}
+
+void TestTargetLargePages::reservedVectorIsEmpty() {
+    QVector<double> few{1, 2, 3};
+    reserveOnLargePages(few, 2);
+    QVERIFY(few.isEmpty());
+
+    std::vector<double> many(5, 1.0);
+    constexpr std::size_t count = 8 * largePage / sizeof(double);
+    reserveOnLargePages(many, count);
+    QVERIFY(many.empty());
+    QVERIFY(many.capacity() >= count);
+    QVERIFY(isOnLargePages(addressOf(many.data()) + 4 * largePage));
+}
+
+void TestTargetLargePages::longTargetLiesOnLargePages() {
+    TargetBench bench;
+    // Two minutes: 38 MB of samples.
+    const QString path = bench.write("long.wav", unevenCodes(120 * 40000));
+    QCOMPARE(bench.prepare(path), std::string());
+    const auto& window = bench.window;
+    for (const QVector<double>* vector :
+         {&window.targetSamples, &window.fftFrequencies, &window.fftAmplitudes, &window.fftPhases})
+        QVERIFY(isOnLargePages(addressOf(vector->constData() + vector->size() / 2)));
+    QVERIFY(isOnLargePages(addressOf(window.wav.samples.data() + window.wav.samples.size() / 2)));
+    QVERIFY(isOnLargePages(addressOf(window.wav.rawData.data() + window.wav.rawData.size() / 2)));
+}
