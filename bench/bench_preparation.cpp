@@ -1,12 +1,14 @@
 // Preparing a target: what each step costs, from the chosen file to the painted charts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Each iteration prepares a target in a real main window and times the steps one by one; the
-// counters are their means in milliseconds, and the time is that of the whole. Loading stands
-// beside libsndfile's reading of the same file into doubles, and the transform beside FFTW's, so
-// that other machines can be compared.
+// Each iteration prepares a target in a new main window and times the steps one by one; the
+// counters are their means in milliseconds, the part that the system's kernel took, and the peak of
+// memory. Loading stands beside libsndfile's reading of the same file into doubles, and one
+// transform by FFTW is there so that other machines can be compared.
 #include "app/MainWindow.h"
 
+#include "DynArray.h"
+#include "FFTReal.h"
 #include "charts/ChartPoints.h"
 #include "sound/CWav.h"
 #include "support/InspectedWindows.h"
@@ -20,7 +22,9 @@
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
 #include <sndfile.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <map>
@@ -109,61 +113,134 @@ private:
     int paintings = 0;
 };
 
-/// Adds up the milliseconds of each step over the iterations of a benchmark.
-class Steps {
-public:
-    /// Returns the milliseconds of this time.
-    template <typename Function> double time(const char* step, Function&& function) {
-        const Clock::time_point start = Clock::now();
-        function();
-        const double elapsed = millisecondsSince(start);
-        sums[step] += elapsed;
-        return elapsed;
-    }
+/// Milliseconds that a step has taken.
+struct Cost {
+    double elapsed = 0; ///< By the clock on the wall.
+    double system = 0;  ///< Of these, in the system's kernel: fresh memory, mostly.
 
-    void report(benchmark::State& state) const {
-        for (const auto& [step, sum] : sums)
-            state.counters[step] = benchmark::Counter(sum, benchmark::Counter::kAvgIterations);
+    Cost& operator+=(const Cost& other) {
+        elapsed += other.elapsed;
+        system += other.system;
+        return *this;
     }
-
-private:
-    std::map<std::string, double> sums;
+    friend Cost operator-(const Cost& one, const Cost& other) {
+        return {one.elapsed - other.elapsed, one.system - other.system};
+    }
 };
 
-/// A whole preparation; "own" is all of it but the toolkit's updating and painting of charts.
+double systemMilliseconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return 1e3 * static_cast<double>(usage.ru_stime.tv_sec) +
+           1e-3 * static_cast<double>(usage.ru_stime.tv_usec);
+}
+
+template <typename Function> Cost costOf(Function&& function) {
+    const double system = systemMilliseconds();
+    const Clock::time_point start = Clock::now();
+    function();
+    return {millisecondsSince(start), systemMilliseconds() - system};
+}
+
+/// Returns a number of KiB out of /proc/self/status in bytes.
+double statusBytes(const QByteArray& field) {
+    QFile file("/proc/self/status");
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("no status of the process");
+    for (const QByteArray& line : file.readAll().split('\n'))
+        if (line.startsWith(field))
+            return 1024 * line.simplified().split(' ').value(1).toDouble();
+    return 0;
+}
+
+/// Sets the system's record of the most memory that the process has had back to the present.
+void forgetPeakMemory() {
+    QFile file("/proc/self/clear_refs");
+    if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1)
+        qFatal("the peak of memory cannot be set back");
+}
+
+/// Bytes of the buffers that stand at the same time while the spectrum is computed: the file's
+/// bytes and samples, the target, the three vectors of bins, the transform's tables and buffer
+/// (20 bytes a value), its input and its output.
+double requiredBytes(const PreparedWindow& window) {
+    const auto length = static_cast<double>(window.fftLength);
+    return static_cast<double>(window.wav.rawData.size()) +
+           8 * static_cast<double>(window.wav.samples.size()) + 8.0 * window.targetSamples.size() +
+           3 * 8 * length / 2 + 20 * length + 2 * 8 * length;
+}
+
+/// Transforms `samples` as the spectrum does, from the tables on.
+void transform(const QVector<double>& samples, qint64 length) {
+    const FFTReal<double> fft(length);
+    DynArray<double> input(length);
+    DynArray<double> output(length);
+    std::copy(samples.cbegin(), samples.cend(), &input[0]);
+    std::fill(&input[0] + samples.size(), &input[0] + length, 0.0);
+    fft.do_fft(&output[0], &input[0]);
+}
+
+/// A whole preparation in the program's order; "own" is all of it but the toolkit's updating and
+/// painting of charts. Steps that the program takes in one go are told apart by taking parts of
+/// them once more on the same data. The vectors of earlier iterations are let go beforehand, so
+/// that each preparation is a first one.
 void prepare(benchmark::State& state, Format format) {
     const QString path = targetFile(format, static_cast<int>(state.range(0)));
-    PreparedWindow window;
-    Steps steps;
-    double own = 0;
-    double total = 0;
-    for (auto _ : state) {
+    std::map<std::string, Cost> steps;
+    double peak = 0;
+    double required = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        PreparedWindow window;
         window.choose(path);
-        const double loading = steps.time("1 load, convert, buffers", [&] { window.genWav(); });
-        const double spectrum = steps.time("2 transform, amplitudes", [&] { window.genFFT(); });
-        const double charts = steps.time("3 points and chart update", [&] {
-            window.displayWav();
-            window.displayFFT();
-        });
-        const double painting = steps.time("5 painting", [&] { window.paintEverything(); });
-        state.PauseTiming();
-        // Our part of the chart update, once more on the same data.
-        QVector<QPointF> points;
+        forgetPeakMemory();
+        const double before = statusBytes("VmRSS:");
+        const Cost loading = costOf([&] { window.genWav(); });
+        Cost charts = costOf([&] { window.displayWav(); });
+        const Cost spectrum = costOf([&] { window.genFFT(); });
+        charts += costOf([&] { window.displayFFT(); });
+        const Cost painting = costOf([&] { window.paintEverything(); });
+        peak = statusBytes("VmHWM:") - before;
+        required = requiredBytes(window);
+
+        QVector<QPointF> points(0);
         QVector<double> range;
-        const double pairing = steps.time("4 of which points and ranges", [&] {
+        const Cost pairing = costOf([&] {
             pairPoints(window.timeAxisMs, window.targetSamples, window.data.nPointsToPlot, points);
             findRange(window.targetSamples, range);
             pairPoints(window.fftFrequencies, window.fftAmplitudes, window.data.nFFTPointsToPlot,
                        points);
             findRange(window.fftAmplitudes, range);
         });
-        own += loading + spectrum + pairing;
-        total += loading + spectrum + charts + painting;
-        state.ResumeTiming();
+        CWav wav;
+        const Cost reading = costOf([&] { wav.LoadWav(path.toStdString()); });
+        wav.samples = {};
+        const Cost conversion = costOf([&] { wav.ConvertData(); });
+        const Cost transforming =
+            costOf([&] { transform(window.targetSamples, window.fftLength); });
+        steps["load"] += reading - conversion;
+        steps["convert"] += conversion;
+        steps["buffers"] += loading - reading;
+        steps["points, ranges"] += pairing;
+        steps["transform"] += transforming;
+        steps["amplitudes, phases"] += spectrum - transforming;
+        steps["chart update"] += charts - pairing;
+        steps["painting"] += painting;
+        Cost& own = steps["own"];
+        for (const Cost& part : {loading, pairing, spectrum})
+            own += part;
+        Cost total;
+        for (const Cost& part : {loading, charts, spectrum, painting})
+            total += part;
+        steps["total"] += total;
+        state.SetIterationTime(total.elapsed * 1e-3);
     }
-    steps.report(state);
-    state.counters["own"] = benchmark::Counter(own, benchmark::Counter::kAvgIterations);
-    state.counters["own share"] = own / total;
+    for (const auto& [name, cost] : steps) {
+        using benchmark::Counter;
+        state.counters[name] = Counter(cost.elapsed, Counter::kAvgIterations);
+        state.counters[name + ", system"] = Counter(cost.system, Counter::kAvgIterations);
+    }
+    state.counters["peak bytes"] = peak;
+    state.counters["required bytes"] = required;
 }
 
 void load(benchmark::State& state, Format format) {
@@ -209,10 +286,19 @@ void durations(benchmark::internal::Benchmark* benchmark) {
     benchmark->Unit(benchmark::kMillisecond);
 }
 
+/// Takes as much memory as the longest target needs and gives it back to the system. A virtual
+/// machine asks its host for memory only when that is first written to, which takes many times
+/// longer than any later writing and is nobody's doing here.
+void fetchMemoryFromHost() {
+    constexpr std::size_t bytes = std::size_t{3} << 30U;
+    std::vector<char> memory(bytes);
+    benchmark::DoNotOptimize(memory.data());
+}
+
 } // namespace
 
-BENCHMARK_CAPTURE(prepare, mono16, mono16)->Apply(durations);
-BENCHMARK_CAPTURE(prepare, stereo24, stereo24)->Apply(durations);
+BENCHMARK_CAPTURE(prepare, mono16, mono16)->Apply(durations)->UseManualTime();
+BENCHMARK_CAPTURE(prepare, stereo24, stereo24)->Apply(durations)->UseManualTime();
 BENCHMARK_CAPTURE(load, mono8, Format{8, 1})->Apply(durations);
 BENCHMARK_CAPTURE(loadBySndfile, mono8, Format{8, 1})->Apply(durations);
 BENCHMARK_CAPTURE(load, mono16, mono16)->Apply(durations);
@@ -223,6 +309,7 @@ BENCHMARK(transformByFftw)->Arg(1 << 18)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
+    fetchMemoryFromHost();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

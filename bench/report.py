@@ -4,6 +4,7 @@ import datetime
 import json
 import pathlib
 import platform
+import statistics
 import sys
 
 FIRST_BITS, LAST_BITS = 3, 22
@@ -79,18 +80,37 @@ def fft_picture(runs):
     return "\n".join(parts + ["</svg>", ""])
 
 
-def preparation_table(runs):
-    steps = ["1 load, convert, buffers", "2 transform, amplitudes", "3 points and chart update",
-             "4 of which points and ranges", "5 painting", "own"]
-    unit = runs["transformByFftw/262144"]["real_time"]
-    lines = ["| target | " + " | ".join(step.lstrip("12345 ") for step in steps) +
-             " | own share | own, in transforms of 2^18 by FFTW |", "|---|" + "---|" * 8]
+def preparations(runs):
+    """Returns what is known of each preparation: (name of the target, counters)."""
+    found = []
     for name, run in runs.items():
         if name.startswith("prepare/"):
-            _, kind, milliseconds = name.split("/")
-            cells = " | ".join(f"{run[step]:.3g}" for step in steps)
-            lines.append(f"| {kind}, {int(milliseconds) / 1000:g} s | {cells} "
-                         f"| {100 * run['own share']:.0f} % | {run['own'] / unit:.1f} |")
+            _, kind, milliseconds, *_ = name.split("/")
+            found.append((f"{kind}, {int(milliseconds) / 1000:g} s", run))
+    return found
+
+
+def preparation_table(runs):
+    steps = ["load", "convert", "buffers", "points, ranges", "transform", "amplitudes, phases",
+             "chart update", "painting"]
+    lines = ["| target | " + " | ".join(steps) + " |", "|---|" + "---|" * len(steps)]
+    for target, run in preparations(runs):
+        cells = " | ".join(f"{max(run[step], 0):.3g}" for step in steps)
+        lines.append(f"| {target} | {cells} |")
+    return "\n".join(lines)
+
+
+def share_table(runs):
+    unit = runs["transformByFftw/262144"]["real_time"]
+    lines = ["| target | own (ms) | of it in the kernel | own share | own share, kernel apart "
+             "| own, in transforms of 2^18 by FFTW | peak memory / buffers |", "|---|" + "---|" * 6]
+    for target, run in preparations(runs):
+        own, total = run["own"], run["total"]
+        own_user, total_user = own - run["own, system"], total - run["total, system"]
+        memory = run["peak bytes"] / run["required bytes"]
+        lines.append(f"| {target} | {own:.3g} | {run['own, system']:.3g} | {100 * own / total:.0f} % "
+                     f"| {100 * own_user / total_user:.0f} % | {own / unit:.1f} "
+                     f"| {f'{memory:.2f}' if run['required bytes'] > 1e8 else '–'} |")
     return "\n".join(lines)
 
 
@@ -103,6 +123,64 @@ def loading_table(runs):
             lines.append(f"| {kind}, {int(milliseconds) / 1000:g} s | {run['real_time']:.3g} "
                          f"| {peer['real_time']:.3g} | {run['real_time'] / peer['real_time']:.2f} |")
     return "\n".join(lines)
+
+
+def median(runs, value):
+    return statistics.median(run[value] for run in runs)
+
+
+def over_peers(runs, value):
+    """Our median over the least of the peers'; a dash where there is no peer."""
+    peers = [median(peer, value) for name, peer in runs.items() if name != "Pellion"]
+    return f"{median(runs['Pellion'], value) / min(peers):.2f}" if peers else "–"
+
+
+def starts_table(numbers):
+    columns = [("warm", "mapped_ms", 1), ("warm", "painted_ms", 1), ("warm", "cpu_ms", 1),
+               ("cold", "painted_ms", 1), ("warm", "pss_kib", 1024), ("warm", "rss_kib", 1024)]
+    columns = [column for column in columns if column[0] in numbers]
+    titles = {"mapped_ms": "window open", "painted_ms": "painted", "cpu_ms": "computing",
+              "pss_kib": "PSS", "rss_kib": "RSS"}
+    lines = ["| program | " + " | ".join(
+        titles[value] + (" (MiB)" if unit > 1 else " (ms)") +
+        (", from the disk" if kind == "cold" else "") for kind, value, unit in columns) + " |",
+        "|---|" + "---|" * len(columns)]
+    for name in numbers["warm"]:
+        cells = (f"{median(numbers[kind][name], value) / unit:.0f}"
+                 for kind, value, unit in columns)
+        lines.append(f"| {name} | " + " | ".join(cells) + " |")
+    cells = (over_peers(numbers[kind], value) for kind, value, _ in columns)
+    return "\n".join(lines + ["| Pellion / least of the others | " + " | ".join(cells) + " |"])
+
+
+def drawings_table(runs):
+    lines = ["| program | launch to picture (ms) | computing (ms) |", "|---|---|---|"]
+    for name, own in runs.items():
+        lines.append(f"| {name} | {median(own, 'ms'):.0f} | {median(own, 'cpu_ms'):.0f} |")
+    return "\n".join(lines + [f"| Pellion / Praat | {over_peers(runs, 'ms')} "
+                              f"| {over_peers(runs, 'cpu_ms')} |"])
+
+
+def starting(results):
+    """The section on starting."""
+    numbers = json.loads((results / "start.json").read_text())
+    cold = (f"\"From the disk\" is with the page cache emptied before, "
+            f"{len(numbers['cold']['Pellion'])} rounds." if "cold" in numbers else "")
+    return f"""## Starting
+
+Medians of {len(numbers['warm']['Pellion'])} rounds in turns on one virtual screen, as an observer outside sees them
+(`bench/watch_start.cpp`), at a load of {numbers['load']:.1f}: from launch until the main window is open, and until it
+shows more than one colour. Praat opens two windows; the later one counts. Of Sonic Visualiser the
+main window counts, not its splash screen. "Computing" is the processors' time until then; memory
+is that of one second later. Aimed at: 0.7 of the fastest, 0.8 of the smallest. {cold}
+
+{starts_table(numbers)}
+
+From launch to a PNG file with the waveform and the spectrum of a target of five seconds, no window
+shown: `bench/draw_target.cpp` beside the Praat script `bench/draw_target.praat`. Aimed at: 1.
+
+{drawings_table(numbers['drawing'])}
+"""
 
 
 def main():
@@ -129,18 +207,25 @@ pass" times.
 
 ## Preparing a target
 
-From the chosen file to both charts painted, in milliseconds. "Own" is all but the toolkit's chart
-update and painting; the last column compares it with one transform of 2^18 values by FFTW, so that
-machines can be compared.
+From the chosen file to both charts painted in a new window, in milliseconds:
 
 {preparation_table(preparation)}
+
+"Own" is all but the toolkit's chart update and painting; aimed at is a quarter of the whole at
+every length. "In the kernel" is the part of it that the system takes to hand out memory; on a
+virtual machine, whose host lends it the memory anew each time, that is most of a long target's
+time and differs from run to run. Memory is the peak of the whole preparation over the bytes of the
+buffers that stand at the same time while the spectrum is computed; aimed at is 1.3.
+
+{share_table(preparation)}
 
 ## Loading
 
 `CWav` reads and converts beside libsndfile's reading into doubles.
 
 {loading_table(preparation)}
-""", encoding="utf-8")
+
+{starting(results)}""", encoding="utf-8")
 
 
 main()

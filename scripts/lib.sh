@@ -5,7 +5,8 @@
 # Names of Debian 12. "build" is what CMake looks for, "run" what the program and ./run itself use,
 # "desk" a screen and a sound device without hardware, "test" what only the tests call, "access" the
 # accessibility bus and what listens to it, "package" what makes the Debian package and checks it,
-# "bench" the peers of the benchmarks.
+# "bench" what the benchmarks link, "peers" the programs that they start beside this one, "fuzz" the
+# compiler of the fuzzers and what names the lines of a finding.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
     libxcb1-dev libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
@@ -14,10 +15,12 @@ packages_to_test=(imagemagick locales python3 r-base-core groff-base)
 packages_for_access=(at-spi2-core dbus-daemon gir1.2-atspi-2.0 python3-gi)
 packages_to_package=(appstream cmark-gfm desktop-file-utils dpkg-dev fakeroot imagemagick
     librsvg2-bin lintian python3)
-packages_to_bench=(libbenchmark-dev libgsl-dev libkissfft-dev python3 util-linux)
+packages_to_bench=(libbenchmark-dev libgsl-dev libkissfft-dev libxcb-damage0-dev python3 util-linux)
+packages_of_peers=(praat sonic-visualiser)
+packages_to_fuzz=(clang-14 libclang-rt-14-dev llvm-14)
 packages_to_check=(git clang-format-14 clang-tidy-14)
 export packages_to_build packages_to_run packages_for_desk packages_to_test packages_for_access
-export packages_to_package packages_to_bench packages_to_check
+export packages_to_package packages_to_bench packages_of_peers packages_to_fuzz packages_to_check
 
 root=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 
