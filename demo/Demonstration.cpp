@@ -4,6 +4,7 @@
 
 #include "app/DesktopFolder.h"
 #include "app/MainWindow.h"
+#include "demo/NumberedPicture.h"
 #include "demo/SimulatedListener.h"
 #include "subject/SubjectWindow.h"
 #include "support/HeardSounds.h"
@@ -26,6 +27,20 @@ constexpr double targetPitch = 440;     // Hz.
 constexpr double targetDuration = 0.25; // Seconds.
 constexpr double samplingRate = 40000;  // Hz.
 const char* const targetName = "harmonic440.wav";
+
+/// The controls of both windows in the order of the guide's tables.
+QStringList mainControls() {
+    return {"lineEditWavFilePath",    "lineEditWavFileName",    "lineEditSamplingRate",
+            "lineEditSoundDuration",  "lineEditSilentInterval", "pushButtonPractice",
+            "pushButtonExperiment",   "pushButtonGo",           "pushButtonQuit",
+            "lineEditSubCode",        "checkBoxSaveData",       "spinBoxFileNumber",
+            "lineEditOutputFilePath", "lineEditOutputFileName", "lineEditFrequencyMatched",
+            "chartViewWav",           "chartViewFFT",           "chartViewTrend"};
+}
+QStringList listenerControls() {
+    return {"pushButtonPlayTarget", "spinBoxFrequency", "sliderFrequency", "pushButtonPlaySinusoid",
+            "pushButtonDone"};
+}
 
 /// Where the program's dialog looks for it first.
 QString targetPath() {
@@ -117,13 +132,18 @@ bool Demonstration::holdSession(MainWindow& window, SessionDriver& session) {
     session.beReady();
     if (!matchPitch(session))
         return fail(QStringLiteral("a sound did not start or end"));
-    if (!savePicture(*session.listener(), QStringLiteral("subject-window.png")))
+    if (!savePicture(*session.listener(), QStringLiteral("subject-window.png")) ||
+        !saveNumberedPicture(*session.listener(), listenerControls(),
+                             QStringLiteral("subject-window-controls.png")))
         return false;
     const QString resultsName =
         testsupport::find<QLineEdit>(window, "lineEditOutputFileName")->text();
     say(QStringLiteral("Listener: \"Done\". Experimenter: saves %1.").arg(resultsName));
     session.finish(pathOf(resultsName));
-    return savePicture(window, QStringLiteral("main-window.png")) && checkResults(resultsName);
+    return savePicture(window, QStringLiteral("main-window.png")) &&
+           saveNumberedPicture(window, mainControls(),
+                               QStringLiteral("main-window-controls.png")) &&
+           checkResults(resultsName);
 }
 
 bool Demonstration::matchPitch(SessionDriver& session) {
@@ -141,6 +161,12 @@ bool Demonstration::matchPitch(SessionDriver& session) {
 bool Demonstration::savePicture(QWidget& window, const QString& fileName) {
     window.activateWindow();
     return window.grab().save(pathOf(fileName)) ||
+           fail(QStringLiteral("cannot write ") + pathOf(fileName));
+}
+
+bool Demonstration::saveNumberedPicture(QWidget& window, const QStringList& controls,
+                                        const QString& fileName) {
+    return numberedPicture(window, controls).save(pathOf(fileName)) ||
            fail(QStringLiteral("cannot write ") + pathOf(fileName));
 }
 

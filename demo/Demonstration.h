@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 class MainWindow;
@@ -30,6 +31,7 @@ private:
     bool holdSession(MainWindow& window, testsupport::SessionDriver& session);
     bool matchPitch(testsupport::SessionDriver& session);
     bool savePicture(QWidget& window, const QString& fileName);
+    bool saveNumberedPicture(QWidget& window, const QStringList& controls, const QString& fileName);
     bool checkResults(const QString& fileName);
     bool checkSound();
     QString pathOf(const QString& fileName) const { return folder.filePath(fileName); }

@@ -194,10 +194,10 @@ void TestWholeSessions::aSessionWithTheTargetAloneSavesTheHeaderOnly() {
     QCOMPARE(room->differenceHeard(), QString());
 }
 
-void TestWholeSessions::namesWithSpacesUmlautsAndCjk() {
-    const QString folderName = QStringLiteral("Jäger & Söhne 聴覚 実験");
+void TestWholeSessions::namesWithSpacesUmlautsCjkAndEmoji() {
+    const QString folderName = QStringLiteral("Jäger & Söhne 聴覚 実験 🦻");
     QVERIFY(QDir(room->folder.path()).mkdir(folderName));
-    const QString targetName = QStringLiteral("Größe 音 №1.wav");
+    const QString targetName = QStringLiteral("Größe 音 №1 🎵.wav");
     const Target target = room->tone(folderName + u'/' + targetName);
     room->prepare(practice, target);
     QCOMPARE(room->textOf("lineEditWavFilePath"), room->pathOf(folderName));
@@ -206,7 +206,7 @@ void TestWholeSessions::namesWithSpacesUmlautsAndCjk() {
     QVERIFY(room->playTarget());
     QVERIFY(room->playSinusoid(640));
     const QString results =
-        room->pathOf(folderName + QStringLiteral("/Ergebnis für Müller 結果.txt"));
+        room->pathOf(folderName + QStringLiteral("/Ergebnis für Müller 結果 🎧.txt"));
     room->driver.finish(results);
     QCOMPARE(testsupport::readBytes(results), resultsOf(targetName, {640}));
     QCOMPARE(room->differenceHeard(), QString());

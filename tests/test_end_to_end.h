@@ -15,7 +15,7 @@ private slots:
     void preparationsAreReplacedBeforeGo();
     void aSessionWithoutAnyResponseSavesTheHeaderOnly();
     void aSessionWithTheTargetAloneSavesTheHeaderOnly();
-    void namesWithSpacesUmlautsAndCjk();
+    void namesWithSpacesUmlautsCjkAndEmoji();
 };
 
 /// Dialogs that are cancelled, and results that cannot be written (test_end_to_end_dialogs.cpp).
