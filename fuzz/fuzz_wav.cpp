@@ -1,0 +1,153 @@
+// Fuzzes the WAV class: loads, converts, prints and writes back files of arbitrary bytes.
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// An input is the content of a file. Besides crashes and errors of memory, findings are whatever
+// differs from a plain reading of the same bytes: header, data and samples after loading, after
+// conversions of a header that a caller has changed, and in the files written back.
+#include "fuzz/Harness.h"
+#include "fuzz/PlainReading.h"
+#include "sound/CWav.h"
+#include "sound/SampleCount.h"
+
+#include <cstring>
+#include <limits>
+#include <utility>
+
+using fuzzing::MemoryFile;
+using fuzzing::PlainReading;
+using fuzzing::plainSamples;
+using fuzzing::require;
+
+namespace {
+
+/// Printing more samples than this would tell nothing new and take most of the time.
+constexpr std::size_t mostPrintedSamples = 2048;
+
+std::string headerImage(const CWav& wav) {
+    std::string image(fuzzing::headerSize, '\0');
+    std::memcpy(image.data(), &wav.header, image.size());
+    return image;
+}
+
+std::string_view dataOf(const CWav& wav) {
+    return {wav.rawData.data(), wav.rawData.size()};
+}
+
+PlainReading plainReading(std::string_view file) {
+    return {file, mostSamples};
+}
+
+void requireSamples(const CWav& wav, const std::vector<double>& samples) {
+    require(wav.samples == samples, "the samples are those of the bytes");
+    require(wav.samplePointer == (wav.samples.empty() ? nullptr : wav.samples.data()),
+            "the pointer leads to the first sample");
+}
+
+void load(const MemoryFile& file, const PlainReading& expected, CWav& wav) {
+    wav.mostSamplesPerChannel = mostSamples;
+    require(wav.LoadWav(file.path()) == expected.isLoaded, "the header decides what is loaded");
+    require(headerImage(wav) == expected.header, "the header is the file's");
+}
+
+/// Loads a file into a fresh object.
+CWav loaded(const MemoryFile& file, const PlainReading& expected) {
+    CWav wav;
+    load(file, expected, wav);
+    require(wav.numberOfSamples == expected.numberOfSamples, "the samples are counted");
+    require(dataOf(wav) == expected.data, "the data are the file's");
+    require(wav.bytesRead == static_cast<std::int64_t>(expected.data.size()),
+            "the bytes are counted");
+    requireSamples(wav, expected.samples);
+    return wav;
+}
+
+/// A file that gives nothing leaves the samples of the one before.
+void checkReuse(const MemoryFile& file, const PlainReading& expected) {
+    constexpr std::string_view twoSamples("RIFF\x28\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x9c\0\0"
+                                          "\x80\x38\1\0\2\0\x10\0data\4\0\0\0\1\0\0\x40",
+                                          48);
+    static const MemoryFile earlier(twoSamples);
+    static const PlainReading expectedEarlier = plainReading(twoSamples);
+    CWav wav = loaded(earlier, expectedEarlier);
+    load(file, expected, wav);
+    const bool isReplaced = expected.isLoaded && expected.dataSize != 0;
+    requireSamples(wav, isReplaced ? expected.samples : expectedEarlier.samples);
+    require(dataOf(wav) == (isReplaced ? expected.data : expectedEarlier.data),
+            "data are replaced or stay");
+}
+
+/// The samples that a caller's settings of the header give, however many were read.
+void checkConversion(CWav& wav, unsigned bitsPerSample, bool hasLimit) {
+    wav.header.bitsPerSample = static_cast<std::uint16_t>(bitsPerSample);
+    wav.ConvertData();
+    std::vector<double> samples;
+    if (wav.bytesRead == wav.header.dataSize)
+        samples = plainSamples(dataOf(wav).substr(0, wav.header.dataSize), bitsPerSample);
+    if (hasLimit && bitsPerSample != 24 && samples.size() > wav.numberOfSamples)
+        samples.resize(wav.numberOfSamples);
+    requireSamples(wav, samples);
+}
+
+void checkConversions(CWav wav) {
+    for (const unsigned bits : {8U, 16U, 24U, 32U, 0U, 0xFFFFU})
+        checkConversion(wav, bits, true);
+    // As many as there are bytes for, whatever the counts say.
+    wav.numberOfSamples = std::numeric_limits<std::uint32_t>::max();
+    const auto held = static_cast<std::uint32_t>(wav.rawData.size());
+    for (const std::uint32_t dataSize : {held, held + 1, held / 2, 0xFFFFFFFFU}) {
+        wav.header.dataSize = dataSize;
+        wav.bytesRead = dataSize;
+        for (const unsigned bits : {8U, 16U, 24U})
+            checkConversion(wav, bits, false);
+    }
+}
+
+/// Every copy is appended, and gives what a plain reading of the bytes so far gives.
+void checkWritingBack(const CWav& wav, const PlainReading& original) {
+    const std::string copy = original.header + original.data;
+    const MemoryFile file;
+    std::string expected;
+    for (int copies = 1; copies <= 2; ++copies) {
+        require(wav.WriteWav(file.path()), "a file can be written");
+        expected += copy;
+        require(file.bytes() == expected, "what was read is appended");
+        const CWav again = loaded(file, plainReading(expected));
+        require(!original.isComplete || again.samples == wav.samples,
+                "a canonical file loads as it was");
+    }
+}
+
+void checkPrinting(const CWav& wav, const fuzzing::CountingBuffer& output) {
+    constexpr std::size_t shortestHeaderText = std::size_t{12} * 30;
+    const std::size_t before = output.count;
+    wav.DisplayHeader();
+    const std::size_t behindHeader = output.count;
+    require(behindHeader >= before + shortestHeaderText, "twelve lines are printed");
+    if (wav.samples.size() > mostPrintedSamples)
+        return;
+    wav.DisplayData();
+    require(output.count >= behindHeader + 2 * wav.samples.size(), "every sample is printed");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    static const fuzzing::CountingBuffer& output = fuzzing::muteStreams();
+    static const MemoryFile file;
+    const std::string_view content = fuzzing::textOf(bytes, size);
+    file.replace(content);
+    const PlainReading expected = plainReading(content);
+
+    CWav wav = loaded(file, expected);
+    require(wav.GetHeaderSize() == static_cast<int>(fuzzing::headerSize) &&
+                wav.GetAudioFormat() == 0,
+            "these two never change");
+    checkPrinting(wav, output);
+    checkWritingBack(wav, expected);
+    checkReuse(file, expected);
+    CWav moved = std::move(wav);
+    requireSamples(moved, expected.samples);
+    requireSamples(wav, {}); // NOLINT(bugprone-use-after-move): is left as a fresh one
+    checkConversions(std::move(moved));
+    return 0;
+}
