@@ -168,4 +168,6 @@ private slots:
     void tabKeyGoesThroughTheMainWindowAsTheEyeDoes();
     void subjectWindowsControlsHaveNamesAndDescriptions();
     void tabKeyGoesThroughTheSubjectWindowAsTheEyeDoes();
+    void textsHaveTheRoomTheyTake_data();
+    void textsHaveTheRoomTheyTake();
 };

@@ -55,6 +55,28 @@ QStringList tabbedThrough(QWidget& window, QWidget* first) {
     return names;
 }
 
+/// Returns the labels and buttons of a window on a screen of 1366 x 768 that have less room than
+/// their text takes, and those of which a part lies outside of the window.
+QStringList cutOffTexts(QWidget& window) {
+    window.show();
+    window.resize(1092, 691); // the part of the screen that both windows take
+    QStringList cutOff;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        const bool hasText = qobject_cast<QAbstractButton*>(widget) != nullptr ||
+                             qobject_cast<QLabel*>(widget) != nullptr;
+        if (!hasText || widget->objectName().startsWith(QLatin1String("qt_")))
+            continue;
+        widget->show();
+        QApplication::processEvents();
+        const QSize least = widget->minimumSizeHint();
+        const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+        if (widget->width() < least.width() || widget->height() < least.height() ||
+            !window.rect().contains(place))
+            cutOff.append(widget->objectName());
+    }
+    return cutOff;
+}
+
 void compareNames(QWidget& window, const QMap<QString, QString>& expected) {
     QMap<QString, QString> names;
     for (QWidget* control : controlsOf(window)) {
@@ -146,4 +168,29 @@ void TestAccess::tabKeyGoesThroughTheSubjectWindowAsTheEyeDoes() {
     QCOMPARE(tabbedThrough(window, first),
              QStringList({"pushButtonIAmReady", "pushButtonPlayTarget", "spinBoxFrequency",
                           "pushButtonPlaySinusoid", "sliderFrequency", "pushButtonDone"}));
+}
+
+void TestAccess::textsHaveTheRoomTheyTake_data() {
+    QTest::addColumn<int>("percent");
+    for (const int percent : {100, 150, 200})
+        QTest::newRow(QByteArray::number(percent) + " %") << percent;
+}
+
+void TestAccess::textsHaveTheRoomTheyTake() {
+    QFETCH(int, percent);
+    const QFont usual = QApplication::font();
+    QFont scaled = usual;
+    scaled.setPointSizeF(usual.pointSizeF() * percent / 100);
+    QApplication::setFont(scaled);
+    testsupport::InspectedMainWindow mainWindow;
+    const QStringList cutOffInMain = cutOffTexts(mainWindow);
+    SubjectWindow subjectWindow(nullptr);
+    const QStringList cutOffInSubject = cutOffTexts(subjectWindow);
+    const int textHeight = mainWindow.labelSoundType->fontMetrics().height();
+    QApplication::setFont(usual);
+    QCOMPARE(cutOffInMain, QStringList());
+    QCOMPARE(cutOffInSubject, QStringList());
+    // The writing was really enlarged.
+    const int usualHeight = QFontMetrics(usual).height();
+    QVERIFY(std::abs(textHeight - usualHeight * percent / 100) <= 2);
 }

@@ -140,6 +140,7 @@ void TestTargetRefusals::wrongCommandLinesAreExplained_data() {
     row("make tone x.wav y.wav", "make takes the name of one file");
     row("info", "info takes the names of files");
     row("make tone x.wav --loud", "Unknown option 'loud'");
+    row("make tone x.wav --lo.ud", "Unknown option 'lo.ud'");
     row("make tone x.wav --peak", "Missing value after '--peak'");
     row("info --force x.wav", "Unknown option 'force'");
     row("make tone x.wav --harmonics 2", "--harmonics does not belong to \"make tone\"");

@@ -157,8 +157,13 @@ Request parseCommandLine(const QStringList& arguments) {
     const QCommandLineOption help({"h", "help"}, "Tell what the program does.");
     const QCommandLineOption version({"v", "version"}, "Tell the program's version.");
     parser.addOptions({help, version});
-    if (!parser.parse(arguments))
-        return UsageError{parser.errorText().remove(u'.')};
+    if (!parser.parse(arguments)) {
+        // A sentence there, and the first half of one here.
+        QString problem = parser.errorText();
+        if (problem.endsWith(u'.'))
+            problem.chop(1);
+        return UsageError{problem};
+    }
     if (parser.isSet(help))
         return TextRequest{parser.helpText()};
     if (parser.isSet(version))
