@@ -150,6 +150,7 @@ private slots:
     void onlyTheOwnerMayReadIt();
     void nothingIsRecordedOutsideOfASession();
     void savedResponsesLeaveNoJournal();
+    void journalThatCannotBeRemovedIsNamed();
     void keptResponsesAreNamed();
     void responsesAreKeptWhenTheJournalGoes();
     void responsesOfAnEarlierSessionAreKept();

@@ -198,6 +198,24 @@ void TestResponseJournal::savedResponsesLeaveNoJournal() {
     QCOMPARE(filesIn(folder->path()), QStringList());
 }
 
+void TestResponseJournal::journalThatCannotBeRemovedIsNamed() {
+    const QByteArray path = folder->filePath(nameOfJournal()).toLocal8Bit();
+    bool isHeld = false;
+    const QStringList errors = errorsOf([&] {
+        ResponseJournal journal(folder->path());
+        journal.begin(results(), start());
+        journal.record("t.wav", {500});
+        // A file that another one is mounted on cannot be removed.
+        isHeld = ::mount("/dev/null", path.constData(), nullptr, MS_BIND, nullptr) == 0;
+        journal.discard();
+    });
+    if (!isHeld)
+        QSKIP("mounting takes the right to");
+    QCOMPARE(::umount2(path.constData(), MNT_DETACH), 0);
+    QCOMPARE(errors, QStringList("Responses that were saved are also in: " + path));
+    QCOMPARE(readBytes(folder->filePath(nameOfJournal())), expectedResults("t.wav", {"500"}));
+}
+
 void TestResponseJournal::keptResponsesAreNamed() {
     const QStringList errors = errorsOf([&] {
         ResponseJournal journal(folder->path());
