@@ -1,0 +1,64 @@
+// A session of very many responses, and what each of them costs.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "reliability/TimedApplication.h"
+#include "session/ResponseJournal.h"
+#include "support/InspectedWindows.h"
+#include "support/SessionDriver.h"
+
+#include <QTemporaryDir>
+#include <QVector>
+
+/// What one response costs, in ms.
+struct ResponseCost {
+    double own = 0;     ///< The program's own share: match, synthesis, trend, bytes to be played.
+    double journal = 0; ///< The journal, with its way to the disk.
+    double click = 0;   ///< From the listener's click until it has been answered.
+    double busy = 0;    ///< All events until the sound has ended, the click among them.
+    double longest = 0; ///< The longest of these events: for so long both windows stand still.
+
+    /// Charts, widgets and sound output.
+    double toolkit() const { return busy - own - journal; }
+};
+
+/// A window whose trend belongs to no chart: the toolkit keeps its points and ticks and neither
+/// lays out nor draws anything, so that answering a response takes what the program itself needs.
+/// Its sounds last a quarter of a second; none is played.
+class DetachedWindow : public testsupport::InspectedMainWindow {
+public:
+    /// Prepares a session with such a target, which is made in a folder.
+    bool prepare(const QString& folder, testsupport::DialogDriver& dialogs);
+
+    /// Answers a request of a sinusoid by the slot of real sessions, and does what precedes
+    /// a sound. Returns the time that it took (ms).
+    double respond(int frequency);
+};
+
+/// One real session, by the widgets that a person clicks, with sounds of 5 ms. Beside it
+/// a detached window and a journal answer each response once more, so that their shares are
+/// measured in the same run, with memory and processor in the state that a session leaves.
+class LongSession {
+public:
+    explicit LongSession(TimedApplication& timedApplication) : application(timedApplication) {}
+
+    bool begin();
+
+    /// Asks for the next sinusoid and waits until it has sounded.
+    bool respond();
+
+    /// Saves the results; returns whether the file holds every response.
+    bool finish();
+
+    QVector<ResponseCost> costs; ///< Of each response.
+
+private:
+    TimedApplication& application;
+    QTemporaryDir folder;
+    MainWindow window;
+    testsupport::SessionDriver session{window};
+    DetachedWindow detached;
+    ResponseJournal journal{folder.filePath("journal")};
+    QVector<double> frequencies; ///< Hz, of each response.
+    QElapsedTimer click;
+};

@@ -1,0 +1,58 @@
+// Sessions of targets and sinusoids in random order, to be compared with a recording.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/MainWindow.h"
+#include "reliability/PresentedSounds.h"
+#include "reliability/TimedRecording.h"
+#include "support/LogLines.h"
+#include "support/SessionDriver.h"
+
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVector>
+
+#include <random>
+
+/// A sound that the listener asked for.
+struct Presentation {
+    bool isSinusoid = false;
+    int frequency = 0;            ///< Asked for, Hz; of a sinusoid only.
+    double frequencyWritten = 0;  ///< In the results file, Hz; of a sinusoid in a whole session.
+    double frequencyHeard = 0;    ///< As the device received it, Hz; of a complete sinusoid.
+    QVector<float> sound;         ///< As it should be heard.
+    double startedMs = 0;         ///< When the program told of its start; 0 when it did not.
+    HeardSound heard;             ///< What became of it.
+    bool isShownAsMatched = true; ///< Whether a sinusoid stood in the window once it had sounded.
+};
+
+/// Real sessions, by the widgets that a person clicks.
+class MixedSessions {
+public:
+    MixedSessions();
+
+    /// Holds one session of that many presentations, with a target of its own, the first of them
+    /// that target and the rest in random order. Returns whether it could be held to its end; the
+    /// presentations so far count in any case.
+    bool hold(int count);
+
+    /// Compares every presentation with what was recorded. Returns how many stretches of the
+    /// recording hold something that nobody asked for.
+    int compare(const TimedRecording& recording);
+
+    QVector<Presentation> presentations;
+    int sessions = 0;
+    int wrongResultsLines = 0; ///< Lines of the results files that are not as they should be.
+    testsupport::LogLines log;
+
+private:
+    bool present(bool isSinusoid);
+    void readResults(int firstPresentation);
+
+    QTemporaryDir folder;
+    std::mt19937 generator;
+    MainWindow window;
+    testsupport::SessionDriver session{window};
+    QVector<float> target; ///< Of the running session, as it should be heard.
+    int sinusoids = 0;     ///< Asked for so far, in all sessions.
+};
