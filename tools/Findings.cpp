@@ -5,8 +5,8 @@
 #include "app/Data.h"
 #include "app/SettingsText.h"
 #include "sound/TargetSamples.h"
+#include "tools/HeaderObjections.h"
 #include "tools/IntendedSound.h"
-#include "tools/Layout.h"
 #include "tools/Levels.h"
 
 #include <algorithm>
@@ -32,8 +32,8 @@ QString programsAnswer(const Inspection& inspection, bool isLoaded) {
         .arg(inspection.program.header.dataSize);
 }
 
-void judgeLayout(Inspection& inspection, bool isLoaded) {
-    QStringList objections = layoutObjections(inspection.walk, inspection.mending);
+void judgeHeader(Inspection& inspection, bool isLoaded) {
+    QStringList objections = headerObjections(inspection.walk, inspection.mending);
     const qint64 samples = samplesPerChannel(inspection.intended);
     if (objections.isEmpty() && !isUsableTarget(inspection.program, playedRate())) {
         objections << QStringLiteral("A sound of %1 samples is too short, or too long for the "
@@ -154,9 +154,9 @@ void judgeSound(Inspection& inspection) {
 } // namespace
 
 void judge(Inspection& inspection, bool isLoaded) {
-    judgeLayout(inspection, isLoaded);
+    judgeHeader(inspection, isLoaded);
     judgeSound(inspection);
-    inspection.notes += layoutNotes(inspection.walk);
+    inspection.notes += headerNotes(inspection.walk);
     if (!inspection.fileName.endsWith(QLatin1String(".wav"), Qt::CaseInsensitive))
         inspection.notes << QStringLiteral("Its name does not end in .wav, so the program's dialog "
                                            "does not show it.");

@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr quint16 linearPcm = 1;
 constexpr std::size_t bytesOf24Bits = 3;
 
 bool isLowestCode(const char* bytes) {

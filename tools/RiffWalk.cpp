@@ -12,7 +12,6 @@ namespace {
 constexpr int identifierBytes = 4;
 constexpr int chunkHeaderBytes = 8;
 constexpr int riffHeaderBytes = 12;
-constexpr int plainFormatBytes = 16;
 constexpr int extensibleFormatBytes = 40;
 constexpr int subformatOffset = 24;
 constexpr quint16 extensibleEncoding = 0xFFFE;

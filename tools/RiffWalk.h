@@ -9,6 +9,12 @@
 
 class QIODevice;
 
+/// What the format chunk of linear PCM says for its encoding.
+constexpr quint16 linearPcm = 1;
+
+/// The length of the shortest format chunk, which is enough for linear PCM.
+constexpr int plainFormatBytes = 16;
+
 /// One chunk of a file.
 struct RiffChunk {
     QByteArray identifier;    ///< Four characters.

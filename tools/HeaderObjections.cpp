@@ -1,6 +1,6 @@
 // What keeps the program from finding the sound in a WAV file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/Layout.h"
+#include "tools/HeaderObjections.h"
 
 #include "tools/IntendedSound.h"
 
@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr quint32 plainFormatBytes = 16;
-constexpr quint16 linearPcm = 1;
 constexpr quint16 ieeeFloat = 3;
 
 QString text(const QByteArray& identifier) {
@@ -125,7 +123,7 @@ void mendRaw(const RiffWalk& walk, Mending& mending) {
 
 } // namespace
 
-QStringList layoutObjections(const RiffWalk& walk, Mending& mending) {
+QStringList headerObjections(const RiffWalk& walk, Mending& mending) {
     QStringList objections = fileObjections(walk, mending);
     if (!objections.isEmpty() && walk.chunks.isEmpty())
         return objections;
@@ -142,7 +140,7 @@ QStringList layoutObjections(const RiffWalk& walk, Mending& mending) {
     return objections + dataObjections(walk, *data, mending);
 }
 
-QStringList layoutNotes(const RiffWalk& walk) {
+QStringList headerNotes(const RiffWalk& walk) {
     QStringList notes;
     const RiffChunk* const data = walk.find("data");
     if (data == nullptr || !walk.format)

@@ -7,7 +7,7 @@
 /// Returns a sentence for each thing in which a file differs from a canonical header, followed by
 /// linear PCM of 8, 16 or 24 bits as long as it says, and chooses the program that mends them.
 /// Empty for a canonical file.
-QStringList layoutObjections(const RiffWalk& walk, Mending& mending);
+QStringList headerObjections(const RiffWalk& walk, Mending& mending);
 
 /// Returns a sentence for each oddity that neither the program nor most others mind.
-QStringList layoutNotes(const RiffWalk& walk);
+QStringList headerNotes(const RiffWalk& walk);
