@@ -169,7 +169,8 @@ public:
     /// Draws the spectrum up to fftMaxFrequency; the y axis spans all of its bins.
     void displayFFT();
 
-    /// Adds the match of the first record to the trend.
+    /// Adds the match of the first record to the trend, and with it to what journal and results
+    /// file will hold.
     void updateTrend();
 
     /// Empties the trend. Its x axis stays until the next response.
@@ -206,6 +207,8 @@ public slots:
     void playOneSound();
 
     // 4 Session control
+
+    /// Does nothing; holds its place among the slots.
     void doNothing();
 
     // 8 Playback
@@ -314,22 +317,23 @@ protected:
     Data data;
 
     // Samples, spectrum and points of the charts
-    QVector<double> targetSamples;    ///< The target, full scale -1 to +1.
-    QVector<double> sinusoidSamples;  ///< The comparison sinusoid, full scale -1 to +1.
-    QVector<double> timeAxisMs;       ///< Milliseconds of each plotted sample.
-    QVector<double> fftFrequencies;   ///< Hz, of each bin.
-    QVector<double> fftAmplitudes;    ///< Of each bin, on the scale of the samples.
-    QVector<double> fftPhases;        ///< Radians, of each bin.
-    QVector<QPointF> pointsWav;       ///< Waveform: milliseconds, sample value.
-    QVector<QPointF> pointsFFT;       ///< Spectrum: Hz, amplitude.
-    QVector<double> trendTrials;      ///< Count of responses at each request of a sinusoid.
-    QVector<double> trendFrequencies; ///< Hz, of each request of a sinusoid in the session.
-    QVector<double> rangeWav;         ///< Least and largest sample of the target.
-    QVector<double> rangeFFT;         ///< Least and largest amplitude of the spectrum.
-    QVector<double> rangeTrend;       ///< Hz, lower and upper end of the trend's y range.
-    int windowType = 0;               ///< Analysis window: 0 none, 1 Hann. Nothing changes it.
-    qint64 fftLength = 1024;          ///< Values transformed, a power of two; sized before use.
-    double fftFrameDuration = 0.6;    ///< Seconds: fftLength / samplingRate; sized before use.
+    QVector<double> targetSamples;   ///< The target, full scale -1 to +1.
+    QVector<double> sinusoidSamples; ///< The comparison sinusoid, full scale -1 to +1.
+    QVector<double> timeAxisMs;      ///< Milliseconds of each plotted sample.
+    QVector<double> fftFrequencies;  ///< Hz, of each bin.
+    QVector<double> fftAmplitudes;   ///< Of each bin, on the scale of the samples.
+    QVector<double> fftPhases;       ///< Radians, of each bin.
+    QVector<QPointF> pointsWav;      ///< Waveform: milliseconds, sample value.
+    QVector<QPointF> pointsFFT;      ///< Spectrum: Hz, amplitude.
+    QVector<double> trendTrials;     ///< Count of responses at each request of a sinusoid.
+    /// Hz, of each request of a sinusoid in the session: what journal and results file hold.
+    QVector<double> trendFrequencies;
+    QVector<double> rangeWav;      ///< Least and largest sample of the target.
+    QVector<double> rangeFFT;      ///< Least and largest amplitude of the spectrum.
+    QVector<double> rangeTrend;    ///< Hz, lower and upper end of the trend's y range.
+    int windowType = 0;            ///< Analysis window: 0 none, 1 Hann. Nothing changes it.
+    qint64 fftLength = 1024;       ///< Values transformed, a power of two; sized before use.
+    double fftFrameDuration = 0.6; ///< Seconds: fftLength / samplingRate; sized before use.
     double frequencyResolution = 1.6666666666666667; ///< Hz per bin.
 
     // Session

@@ -21,7 +21,8 @@ QIcon programIcon() {
     return icon;
 }
 
-/// What the sound server and the toolkit take from the environment. What that says already goes.
+/// Sets what the sound server and the toolkit read from the environment, but for variables that are
+/// set already.
 void completeEnvironment() {
     for (const auto& [variable, value] :
          {// Sound mixers would show the toolkit's name for its connection, "QtPulseAudio" and a

@@ -7,50 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <future>
-#include <thread>
-#include <vector>
-
-namespace {
-
-/// Where bins are computed from and written to.
-struct Bins {
-    const double* real;
-    const double* negatedImaginary;
-    double frequencyResolution;
-    int halfSound;
-    double* frequency;
-    double* amplitude;
-    double* phase;
-
-    void compute(int begin, int end) const {
-        for (int k = begin; k < end; ++k) {
-            const double re = real[k];
-            const double im = -negatedImaginary[k];
-            frequency[k] = frequencyResolution * k;
-            amplitude[k] = std::sqrt(im * im + re * re) / halfSound;
-            phase[k] = std::atan2(im, re);
-        }
-    }
-};
-
-/// Computes all bins, those of a long spectrum on several processors at once: its arctangents take
-/// longer than the transform.
-void computeBins(const Bins& bins, int count) {
-    constexpr int leastPerThread = 1 << 15; // a fraction of a millisecond
-    const int processors = std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
-    const int perThread = std::max(count / processors + 1, leastPerThread);
-    std::vector<std::future<void>> others;
-    for (int begin = perThread; begin < count; begin += perThread)
-        // Where the system has no thread to give, get() below computes instead.
-        others.push_back(
-            std::async([=] { bins.compute(begin, std::min(count, begin + perThread)); }));
-    bins.compute(0, std::min(count, perThread));
-    for (std::future<void>& other : others)
-        other.get();
-}
-
-} // namespace
 
 void applyAnalysisWindow(QVector<double>& samples, int windowType, int nSamples) {
     if (windowType == NoWindow)
@@ -75,9 +31,18 @@ void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int
     std::fill_n(&input[0] + copied, length - copied, 0.0);
     transform.do_fft(&output[0], &input[0]);
 
+    const int bins = static_cast<int>(length / 2);
     const double* const real = &output[0];
+    const double* const negatedImaginary = real + bins;
     const int halfSound = nSamples / 2; // whole samples, deliberately
-    computeBins({real, real + length / 2, frequencyResolution, halfSound,
-                 spectrum.frequencies.data(), spectrum.amplitudes.data(), spectrum.phases.data()},
-                static_cast<int>(length / 2));
+    double* const frequency = spectrum.frequencies.data();
+    double* const amplitude = spectrum.amplitudes.data();
+    double* const phase = spectrum.phases.data();
+    for (int k = 0; k < bins; ++k) {
+        const double re = real[k];
+        const double im = -negatedImaginary[k];
+        frequency[k] = frequencyResolution * k;
+        amplitude[k] = std::sqrt(im * im + re * re) / halfSound;
+        phase[k] = std::atan2(im, re);
+    }
 }

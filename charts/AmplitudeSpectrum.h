@@ -27,7 +27,10 @@ struct SpectrumVectors {
 /// the component at half the sampling rate for its imaginary part, deliberately; that component
 /// has no bin of its own. A length below 2 leaves the vectors as they are.
 ///
-/// @param length               a power of two from 1 to 2^30
+/// Takes some 36 bytes a value of `length` until it returns; throws std::bad_alloc when they cannot
+/// be had.
+///
+/// @param length               a power of two from 1 to 2^30; another ends the program
 /// @param nSamples             the sample count of the sound
 /// @param frequencyResolution  Hz per bin
 void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int nSamples,

@@ -5,6 +5,7 @@ import collections
 import dataclasses
 import hashlib
 import pathlib
+import re
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TABLE = ROOT / "tests" / "mutations"
@@ -49,9 +50,11 @@ class Fault:
         return "\n".join(lines[:start] + put_in + lines[start + len(sought) :])
 
     def digest(self):
-        """Tells whether a result still belongs to this fault and to its file as it is now."""
+        """Tells whether a result still belongs to this fault and to its file as it is now, comments
+        and line breaks apart."""
         path = ROOT / self.file
         code = path.read_text(encoding="utf-8") if path.is_file() else ""
+        code = "".join(re.sub("//.*", "", code).split())
         whole = "\0".join([self.file, *self.tests, *self.hunk, code])
         return hashlib.sha256(whole.encode()).hexdigest()[:16]
 

@@ -21,6 +21,8 @@ void MainWindow::updateMainwindow(int response, int frequency) {
             data.records[0].frequencyMatched = frequency;
         genSinusoid();
         schedulePresentation();
+        // A request counts as a trial while the trend is updated; then the first trial is the next
+        // one again, so that there is always one left to present.
         ++sequencePosition;
         updateTrend();
         sequencePosition = 0;

@@ -11,12 +11,14 @@
 void preferLargePages(void* memory, std::size_t bytes) {
 #ifdef __linux__
     // Whole large pages only: a vector's neighbours are none of its business.
-    constexpr std::uintptr_t largePage = std::uintptr_t{1} << 21U;
-    const auto begin = reinterpret_cast<std::uintptr_t>(memory);
-    const std::uintptr_t first = (begin + largePage - 1) / largePage * largePage;
-    const std::uintptr_t last = (begin + bytes) / largePage * largePage;
-    if (first < last) // a system without large pages refuses, which does no harm
-        madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+    constexpr std::size_t largePage = std::size_t{1} << 21U;
+    const std::size_t behindBoundary = reinterpret_cast<std::uintptr_t>(memory) % largePage;
+    const std::size_t skipped = (largePage - behindBoundary) % largePage;
+    if (bytes < skipped + largePage)
+        return;
+    // A system without large pages refuses, which does no harm.
+    madvise(static_cast<char*>(memory) + skipped, (bytes - skipped) / largePage * largePage,
+            MADV_HUGEPAGE);
 #else
     static_cast<void>(memory);
     static_cast<void>(bytes);

@@ -71,6 +71,7 @@ void MainWindow::genWav() {
 
     const bool isFirstPresentation = sequencePosition == 0 && soundsPlayed == 0;
     if (isFirstPresentation) {
+        targetSamples = {}; // whose room a longer target may have left
         reserveOnLargePages(targetSamples, static_cast<std::size_t>(data.nSamples));
         targetSamples.resize(data.nSamples);
     }

@@ -260,6 +260,7 @@ void SubjectWindow::updateSubjectWindow(int index) {
     disableAllChoiceButtons();
     if (index != soundsEnded)
         return;
+    // Grey only until the line after next: deliberate.
     pushButtonPlaySinusoid->setStyleSheet(greyStyle());
     pushButtonPlayTarget->setStyleSheet(hoverStyle());
     pushButtonPlaySinusoid->setStyleSheet(hoverStyle());

@@ -47,9 +47,6 @@ private slots:
     void agreesWithTheDirectTransform();
     void everyBinIsComputedFromItsSlotsOfTheTransform_data();
     void everyBinIsComputedFromItsSlotsOfTheTransform();
-    void longSpectraTakeAThreadForEachFurtherProcessor();
-    void shortSpectraTakeNoThread();
-    void withoutThreadsEveryBinIsComputedAllTheSame();
     void binZeroTakesTheHighestForItsImaginaryPart_data();
     void binZeroTakesTheHighestForItsImaginaryPart();
     void sinusoidOnABinShowsItsAmplitude_data();

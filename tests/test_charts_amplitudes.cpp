@@ -3,7 +3,6 @@
 #include "test_charts.h"
 
 #include "charts/AmplitudeSpectrum.h"
-#include "support/ThreadStarts.h"
 
 #include "FFTReal.h"
 
@@ -14,7 +13,6 @@
 #include <complex>
 #include <numeric>
 #include <random>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -72,26 +70,6 @@ double norm(const QVector<double>& samples) {
 /// 1e-15 x log2(length), which a single bin may have all to itself.
 double tolerance(const QVector<double>& samples, int length) {
     return 1e-15 * std::log2(length) * std::sqrt(length) * norm(samples);
-}
-
-/// Compares each bin of a sound of `count` samples with what its slots of the transform give.
-void compareEveryBin(int length, int count) {
-    const double resolution = 40000.0 / length;
-    const QVector<double> samples = noise(count);
-    std::vector<double> padded(static_cast<std::size_t>(length), 0.0);
-    std::copy(samples.cbegin(), samples.cend(), padded.begin());
-    std::vector<double> transformed(padded.size());
-    FFTReal<double>(length).do_fft(transformed.data(), padded.data());
-
-    const Spectrum spectrum = spectrumOf(samples, length, count, resolution);
-    for (std::size_t k = 0; k < padded.size() / 2; ++k) {
-        const double re = transformed[k];
-        const double im = -transformed[padded.size() / 2 + k];
-        const int bin = static_cast<int>(k);
-        QVERIFY(spectrum.frequencies[bin] == resolution * bin);
-        QVERIFY(spectrum.amplitudes[bin] == std::sqrt(im * im + re * re) / (count / 2));
-        QVERIFY(spectrum.phases[bin] == std::atan2(im, re));
-    }
 }
 
 } // namespace
@@ -184,35 +162,28 @@ void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform_data() 
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("count");
     QTest::newRow("short") << 256 << 201;
-    // From here on bins are shared out among processors.
-    QTest::newRow("just above one processor's part") << (1 << 17) << 100001;
     QTest::newRow("long") << (1 << 20) << 700001;
 }
 
 void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform() {
     QFETCH(int, length);
     QFETCH(int, count);
-    compareEveryBin(length, count);
-}
+    const double resolution = 40000.0 / length;
+    const QVector<double> samples = noise(count);
+    std::vector<double> padded(static_cast<std::size_t>(length), 0.0);
+    std::copy(samples.cbegin(), samples.cend(), padded.begin());
+    std::vector<double> transformed(padded.size());
+    FFTReal<double>(length).do_fft(transformed.data(), padded.data());
 
-void TestAmplitudeSpectrum::longSpectraTakeAThreadForEachFurtherProcessor() {
-    const auto processors = static_cast<int>(std::thread::hardware_concurrency());
-    const testsupport::ThreadStarts starts(false);
-    compareEveryBin(1 << 21, 1500001);
-    QCOMPARE(starts.count, std::min(processors, 32) - 1);
-}
-
-void TestAmplitudeSpectrum::shortSpectraTakeNoThread() {
-    const testsupport::ThreadStarts starts(false);
-    compareEveryBin(1 << 16, 40001);
-    QCOMPARE(starts.count, 0);
-}
-
-void TestAmplitudeSpectrum::withoutThreadsEveryBinIsComputedAllTheSame() {
-    const testsupport::ThreadStarts starts(true);
-    compareEveryBin(1 << 20, 700001);
-    if (std::thread::hardware_concurrency() > 1)
-        QVERIFY(starts.count > 0);
+    const Spectrum spectrum = spectrumOf(samples, length, count, resolution);
+    for (std::size_t k = 0; k < padded.size() / 2; ++k) {
+        const double re = transformed[k];
+        const double im = -transformed[padded.size() / 2 + k];
+        const int bin = static_cast<int>(k);
+        QVERIFY(spectrum.frequencies[bin] == resolution * bin);
+        QVERIFY(spectrum.amplitudes[bin] == std::sqrt(im * im + re * re) / (count / 2));
+        QVERIFY(spectrum.phases[bin] == std::atan2(im, re));
+    }
 }
 
 void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart_data() {

@@ -1,4 +1,4 @@
-// An owned array on the heap with checked indexes, for the tables of the real FFT.
+// An owned array on the heap with checked indexes, for the tables and values of the real FFT.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
