@@ -169,6 +169,7 @@ void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform() {
     QFETCH(int, length);
     QFETCH(int, count);
     const double resolution = 40000.0 / length;
+    const int halfSound = count / 2;
     const QVector<double> samples = noise(count);
     std::vector<double> padded(static_cast<std::size_t>(length), 0.0);
     std::copy(samples.cbegin(), samples.cend(), padded.begin());
@@ -181,7 +182,7 @@ void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform() {
         const double im = -transformed[padded.size() / 2 + k];
         const int bin = static_cast<int>(k);
         QVERIFY(spectrum.frequencies[bin] == resolution * bin);
-        QVERIFY(spectrum.amplitudes[bin] == std::sqrt(im * im + re * re) / (count / 2));
+        QVERIFY(spectrum.amplitudes[bin] == std::sqrt(im * im + re * re) / halfSound);
         QVERIFY(spectrum.phases[bin] == std::atan2(im, re));
     }
 }

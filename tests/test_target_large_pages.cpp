@@ -51,6 +51,11 @@ public:
     Memory& operator=(const Memory&) = delete;
     Memory& operator=(Memory&&) = delete;
 
+    /// Where the first large page begins.
+    [[nodiscard]] char* firstBoundary() const {
+        return static_cast<char*>(begin) + (largePage - addressOf(begin) % largePage) % largePage;
+    }
+
     const std::size_t size;
     void* const begin;
 };
@@ -69,26 +74,24 @@ void TestTargetLargePages::initTestCase() {
 
 void TestTargetLargePages::wholeLargePagesAreAskedForAndNoOthers() {
     const Memory memory(8 * largePage);
-    const std::uintptr_t boundary =
-        (addressOf(memory.begin) + largePage - 1) / largePage * largePage;
+    char* const boundary = memory.firstBoundary();
     constexpr std::size_t some = 4096;
     // From just behind one boundary to just before another: three large pages lie between.
-    preferLargePages(reinterpret_cast<void*>(boundary + some), 5 * largePage - 2 * some);
-    QVERIFY(!isOnLargePages(boundary + some));
-    QVERIFY(!isOnLargePages(boundary + largePage - 1));
-    QVERIFY(isOnLargePages(boundary + largePage));
-    QVERIFY(isOnLargePages(boundary + 4 * largePage - 1));
-    QVERIFY(!isOnLargePages(boundary + 4 * largePage));
+    preferLargePages(boundary + some, 5 * largePage - 2 * some);
+    QVERIFY(!isOnLargePages(addressOf(boundary + some)));
+    QVERIFY(!isOnLargePages(addressOf(boundary + largePage - 1)));
+    QVERIFY(isOnLargePages(addressOf(boundary + largePage)));
+    QVERIFY(isOnLargePages(addressOf(boundary + 4 * largePage - 1)));
+    QVERIFY(!isOnLargePages(addressOf(boundary + 4 * largePage)));
 }
 
 void TestTargetLargePages::shortMemoryIsLeftAlone() {
     const Memory memory(4 * largePage);
-    const std::uintptr_t boundary =
-        (addressOf(memory.begin) + largePage - 1) / largePage * largePage;
-    preferLargePages(reinterpret_cast<void*>(boundary + 1), largePage - 1);
+    char* const boundary = memory.firstBoundary();
+    preferLargePages(boundary + 1, largePage - 1);
     preferLargePages(nullptr, 0);
-    QVERIFY(!isOnLargePages(boundary));
-    QVERIFY(!isOnLargePages(boundary + largePage));
+    QVERIFY(!isOnLargePages(addressOf(boundary)));
+    QVERIFY(!isOnLargePages(addressOf(boundary + largePage)));
 }
 
 void TestTargetLargePages::reservedVectorIsEmpty() {
