@@ -35,11 +35,9 @@ struct Signed24Bit {
     static constexpr std::size_t byteCount = 3;
 
     static double decode(const char* bytes) {
-        const int low = static_cast<unsigned char>(bytes[0]);
-        const int middle = static_cast<unsigned char>(bytes[1]);
-        const int high = static_cast<unsigned char>(bytes[2]);
-        const int code = low + 256 * middle + 65536 * high;
-        // Subtracting 2.0 as an integer spares a branch that noise would mispredict half the time.
-        return (code - (code > 0x800000 ? 0x1000000 : 0)) * 1.1920928955078125e-7;
+        std::uint16_t lower = 0;
+        std::memcpy(&lower, bytes, sizeof(lower));
+        const int code = static_cast<signed char>(bytes[2]) * 0x10000 + lower;
+        return (code == -0x800000 ? -code : code) * 1.1920928955078125e-7;
     }
 };
