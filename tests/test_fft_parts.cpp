@@ -142,6 +142,8 @@ void TestFftParts::powersOfTwoAreTold() {
         QVERIFY(!FFTReal_is_pow2((std::int64_t{1} << bit) - 1));
         QVERIFY(!FFTReal_is_pow2((std::int64_t{1} << bit) + 1));
     }
+    for (int bit = 0; bit < 61; ++bit)
+        QVERIFY(!FFTReal_is_pow2(std::int64_t{3} << bit));
     QVERIFY(!FFTReal_is_pow2(std::numeric_limits<std::int64_t>::max()));
 }
 
