@@ -16,7 +16,8 @@ namespace {
 QIcon programIcon() {
     QIcon icon;
     for (const QFileInfo& picture : QDir(QStringLiteral(":/icons")).entryInfoList())
-        // As a picture: for a file the toolkit would load its engine for drawings first.
+        // As a picture: for a file the toolkit would look through its engines for drawings first,
+        // which takes some milliseconds.
         icon.addPixmap(QPixmap(picture.filePath(), "PNG"));
     return icon;
 }
