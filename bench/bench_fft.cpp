@@ -11,6 +11,7 @@
 // Ours, FFTW and GSL compute with doubles; the packaged kissfft computes with floats, half of the
 // work. GSL transforms in place and is handed a copy each time, which counts.
 #include "FFTReal.h"
+#include "Median.h"
 
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
@@ -75,12 +76,6 @@ double microseconds(const std::function<void()>& transform, int repetitions) {
     const std::chrono::duration<double, std::micro> taken =
         std::chrono::steady_clock::now() - begin;
     return taken.count() / repetitions;
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 /// Lets all of them transform in turns, round after round.

@@ -9,6 +9,7 @@
 
 #include "DynArray.h"
 #include "FFTReal.h"
+#include "Median.h"
 #include "charts/ChartPoints.h"
 #include "sound/CWav.h"
 #include "support/InspectedWindows.h"
@@ -241,12 +242,6 @@ void prepare(benchmark::State& state, Format format) {
     }
     state.counters["peak bytes"] = peak;
     state.counters["required bytes"] = required;
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 void readBySndfile(const std::string& path) {

@@ -16,7 +16,6 @@
 #include <QProcess>
 #include <QTextStream>
 
-#include <cmath>
 #include <cstring>
 
 using testsupport::SessionDriver;
@@ -64,14 +63,6 @@ QByteArray outputOf(const QString& program, const QStringList& arguments) {
     constexpr int patienceMs = 30000;
     const bool hasSucceeded = process.waitForFinished(patienceMs) && process.exitCode() == 0;
     return hasSucceeded && process.isReadable() ? process.readAllStandardOutput() : QByteArray();
-}
-
-QVector<float> sinusoid(int frequency) {
-    constexpr double twoPi = 6.283185307179586;
-    QVector<float> samples(static_cast<int>(targetDuration * samplingRate));
-    for (int i = 0; i < samples.size(); ++i)
-        samples[i] = static_cast<float>(std::sin(i * (frequency * twoPi) / samplingRate));
-    return samples;
 }
 
 } // namespace
@@ -153,7 +144,8 @@ bool Demonstration::matchPitch(SessionDriver& session) {
                 .arg(frequency));
         if (!session.playTarget() || !session.playSinusoid(frequency))
             return false;
-        expected.append({targetSamples, sinusoid(frequency)});
+        expected.append(
+            {targetSamples, testsupport::heardSinusoid(frequency, targetSamples.size())});
     }
     return true;
 }

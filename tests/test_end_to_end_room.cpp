@@ -67,14 +67,6 @@ QByteArray resultsOf(const QString& targetName, const QVector<int>& frequencies)
     return lines;
 }
 
-QVector<float> sinusoid(int frequency, int sampleCount) {
-    constexpr double twoPi = 6.283185307179586;
-    QVector<float> samples(sampleCount);
-    for (int i = 0; i < sampleCount; ++i)
-        samples[i] = float(std::sin(i * (frequency * twoPi) / playedRate));
-    return samples;
-}
-
 SessionRoom::SessionRoom() : driver(window) {}
 
 bool SessionRoom::open() {
@@ -134,7 +126,7 @@ bool SessionRoom::playTarget() {
 }
 
 bool SessionRoom::playSinusoid(int frequency) {
-    expectSound(sinusoid(frequency, target.played.size()));
+    expectSound(testsupport::heardSinusoid(frequency, target.played.size()));
     return driver.playSinusoid(frequency);
 }
 

@@ -90,9 +90,6 @@ private:
 /// The results file of a session.
 QByteArray resultsOf(const QString& targetName, const QVector<int>& frequencies);
 
-/// The comparison sinusoid as the sound device should receive it.
-QVector<float> sinusoid(int frequency, int sampleCount);
-
 /// A fresh room for each test, and a look at its complaints afterwards.
 class RoomTest : public QObject {
     Q_OBJECT

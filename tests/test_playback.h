@@ -16,12 +16,8 @@
 /// Returns that many 16-bit samples, no two neighbours alike, none of them 0.
 QVector<int> unevenCodes(int count, int seed = 1);
 
-/// Returns integer samples as they are heard: 8 bits as (code - 128) / 128, others as fractions of
-/// the largest negative one, except that of 24 bits, which is +1.
-QVector<float> heardFrom(const QVector<int>& codes, int bits = 16);
-
-/// Returns a sinusoid as it is heard at 40000 Hz.
-QVector<float> heardSinusoid(int frequency, int count);
+using testsupport::heardFrom;
+using testsupport::heardSinusoid;
 
 /// A main window on the screen, its listener, what it tells and logs, and a recorder.
 class PlaybackBench {

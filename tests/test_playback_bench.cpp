@@ -6,32 +6,11 @@
 #include <QLineEdit>
 #include <QtTest>
 
-#include <cmath>
-
 QVector<int> unevenCodes(int count, int seed) {
     QVector<int> codes(count);
     for (int i = 0; i < count; ++i)
         codes[i] = ((i + seed) * 7919 % 16381 + 1) * (i % 2 == 0 ? 1 : -1);
     return codes;
-}
-
-QVector<float> heardFrom(const QVector<int>& codes, int bits) {
-    const int fullScale = 1 << (bits - 1);
-    QVector<float> samples;
-    samples.reserve(codes.size());
-    for (const int code : codes) {
-        const int value = bits == 8 ? code - fullScale : code;
-        const bool isLowestOf24Bits = bits == 24 && value == -fullScale;
-        samples.append(isLowestOf24Bits ? 1.0F : float(double(value) / fullScale));
-    }
-    return samples;
-}
-
-QVector<float> heardSinusoid(int frequency, int count) {
-    QVector<float> samples(count);
-    for (int i = 0; i < count; ++i)
-        samples[i] = static_cast<float>(std::sin(i * (frequency * 6.283185307179586) / 40000.0));
-    return samples;
 }
 
 PlaybackBench::PlaybackBench() {
@@ -53,10 +32,7 @@ void PlaybackBench::prepare(const QVector<int>& codes) {
 }
 
 void PlaybackBench::setPause(double milliseconds) {
-    const double duration =
-        testsupport::find<QLineEdit>(window, "lineEditSoundDuration")->text().toDouble();
-    testsupport::find<QLineEdit>(window, "lineEditSilentInterval")
-        ->setText(QString::number(milliseconds - duration, 'f', 2));
+    session.setPause(milliseconds);
 }
 
 bool PlaybackBench::go() {

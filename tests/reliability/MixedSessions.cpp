@@ -3,24 +3,18 @@
 #include "reliability/MixedSessions.h"
 
 #include "reliability/ToneFrequency.h"
+#include "support/HeardSounds.h"
 #include "support/WavBytes.h"
 
 #include <QLineEdit>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace {
 
 constexpr double pauseMs = 20; // From a request to its sound.
 const char* const targetName = "target.wav";
-
-double nowMs() {
-    return std::chrono::duration<double, std::milli>(
-               TimedRecording::Clock::now().time_since_epoch())
-        .count();
-}
 
 /// A 16-bit target unlike any other, without a silent sample.
 QVector<int> noise(int count, std::mt19937& generator) {
@@ -29,23 +23,6 @@ QVector<int> noise(int count, std::mt19937& generator) {
     for (int& code : codes)
         code = generator() % 2 == 0 ? loudness(generator) : -loudness(generator);
     return codes;
-}
-
-QVector<float> heardFrom(const QVector<int>& codes) {
-    constexpr int fullScale = 32768;
-    QVector<float> samples(codes.size());
-    std::transform(codes.cbegin(), codes.cend(), samples.begin(),
-                   [](int code) { return static_cast<float>(double(code) / fullScale); });
-    return samples;
-}
-
-QVector<float> heardSinusoid(int frequency, int count) {
-    constexpr double twoPi = 6.283185307179586;
-    QVector<float> samples(count);
-    for (int i = 0; i < count; ++i)
-        samples[i] = static_cast<float>(
-            std::sin(i * (frequency * twoPi) / double(TimedRecording::samplingRate)));
-    return samples;
 }
 
 /// Lowest, highest, and then each of the frequencies between them before one comes again.
@@ -63,7 +40,7 @@ int frequencyOf(int sinusoid) {
 MixedSessions::MixedSessions() {
     QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
         if (index == 1 && !presentations.isEmpty())
-            presentations.last().startedMs = nowMs();
+            presentations.last().startedMs = TimedRecording::nowMs();
     });
     window.show();
 }
@@ -76,13 +53,10 @@ bool MixedSessions::hold(int count) {
     const QString path = folder.filePath(targetName);
     if (!testsupport::writeBytes(path, testsupport::wavWithSamples({}, codes)))
         return false;
-    target = heardFrom(codes);
+    target = testsupport::heardFrom(codes);
     ++sessions;
     session.prepare(testsupport::SessionDriver::Session::Practice, path);
-    const double duration =
-        testsupport::find<QLineEdit>(window, "lineEditSoundDuration")->text().toDouble();
-    testsupport::find<QLineEdit>(window, "lineEditSilentInterval")
-        ->setText(QString::number(pauseMs - duration, 'f', 2));
+    session.setPause(pauseMs);
     if (session.go() == nullptr)
         return false;
     session.beReady();
@@ -103,7 +77,7 @@ bool MixedSessions::present(bool isSinusoid) {
     presentation.isSinusoid = isSinusoid;
     if (isSinusoid) {
         presentation.frequency = frequencyOf(sinusoids++);
-        presentation.sound = heardSinusoid(presentation.frequency, target.size());
+        presentation.sound = testsupport::heardSinusoid(presentation.frequency, target.size());
     } else {
         presentation.sound = target;
     }

@@ -19,12 +19,6 @@ namespace {
 
 constexpr double samplesPerMillisecond = TimedRecording::samplingRate / 1000.0;
 
-double nowMs() {
-    return std::chrono::duration<double, std::milli>(
-               TimedRecording::Clock::now().time_since_epoch())
-        .count();
-}
-
 /// Starts the recorder with its output going to a pipe; returns the pipe's reading end.
 int startRecorder(pid_t& recorder) {
     int pipeEnds[2] = {-1, -1};
@@ -50,6 +44,10 @@ int startRecorder(pid_t& recorder) {
 }
 
 } // namespace
+
+double TimedRecording::nowMs() {
+    return std::chrono::duration<double, std::milli>(Clock::now().time_since_epoch()).count();
+}
 
 TimedRecording::~TimedRecording() {
     stop();

@@ -16,6 +16,9 @@ class TimedRecording {
 public:
     using Clock = std::chrono::steady_clock;
 
+    /// The present, in ms of `Clock`.
+    static double nowMs();
+
     TimedRecording() = default;
     ~TimedRecording();
     TimedRecording(const TimedRecording&) = delete;

@@ -50,9 +50,7 @@ public:
         requests = 0;
         tell("prepare " + text("lineEditOutputFileName"));
         session.prepare(SessionDriver::Session::Practice, target);
-        const double duration = text("lineEditSoundDuration").toDouble();
-        testsupport::find<QLineEdit>(window, "lineEditSilentInterval")
-            ->setText(QString::number(pause - duration, 'f', 2));
+        session.setPause(pause);
         if (session.go() == nullptr)
             return false;
         tell("go");

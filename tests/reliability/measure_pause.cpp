@@ -26,12 +26,6 @@ constexpr double silentIntervalMs = 250;
 constexpr double pauseMs = 350; // Sound and silent interval together, as the program has it.
 constexpr int presentationsPerSession = 20;
 
-double nowMs() {
-    return std::chrono::duration<double, std::milli>(
-               TimedRecording::Clock::now().time_since_epoch())
-        .count();
-}
-
 struct Presentation {
     bool isJournaled;
     double askedMs;       ///< The click.
@@ -46,7 +40,7 @@ public:
         QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
             // Not for the target that opens the next session.
             if (index == 1 && !presentations.isEmpty() && presentations.last().startedMs == 0)
-                presentations.last().startedMs = nowMs();
+                presentations.last().startedMs = TimedRecording::nowMs();
         });
         window.show();
         testsupport::writeBytes(target,
@@ -67,7 +61,7 @@ public:
             return false;
         // Noted before the window's own slots run, for those are connected to clicked().
         QObject::connect(button, &QPushButton::released, [this, isJournaled] {
-            presentations.append({isJournaled, nowMs()});
+            presentations.append({isJournaled, TimedRecording::nowMs()});
         });
         for (int i = 0; i < presentationsPerSession; ++i)
             if (!session.playSinusoid(100 + i))

@@ -3,6 +3,7 @@
 #include "support/HeardSounds.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace testsupport {
 
@@ -59,6 +60,27 @@ QVector<float> asFloats(const QVector<double>& samples) {
     std::transform(samples.cbegin(), samples.cend(), floats.begin(),
                    [](double sample) { return static_cast<float>(sample); });
     return floats;
+}
+
+QVector<float> heardFrom(const QVector<int>& codes, int bits) {
+    const int fullScale = 1 << (bits - 1);
+    QVector<float> samples;
+    samples.reserve(codes.size());
+    for (const int code : codes) {
+        const int value = bits == 8 ? code - fullScale : code;
+        const bool isLowestOf24Bits = bits == 24 && value == -fullScale;
+        samples.append(isLowestOf24Bits ? 1.0F : float(double(value) / fullScale));
+    }
+    return samples;
+}
+
+QVector<float> heardSinusoid(int frequency, int count) {
+    constexpr double twoPi = 6.283185307179586;
+    constexpr double samplingRate = 40000; // Hz.
+    QVector<float> samples(count);
+    for (int i = 0; i < count; ++i)
+        samples[i] = static_cast<float>(std::sin(i * (frequency * twoPi) / samplingRate));
+    return samples;
 }
 
 } // namespace testsupport

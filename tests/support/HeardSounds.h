@@ -18,6 +18,12 @@ struct HeardSounds {
 /// be told from silence and must not be among them.
 HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds);
 
+/// Returns what is heard of a target of one channel with these codes, of 8, 16 or 24 bits.
+QVector<float> heardFrom(const QVector<int>& codes, int bits = 16);
+
+/// Returns what is heard of a comparison sinusoid of that frequency (Hz) and count of samples.
+QVector<float> heardSinusoid(int frequency, int count);
+
 /// Returns samples as they are sent to the sound device.
 QVector<float> asFloats(const QVector<double>& samples);
 

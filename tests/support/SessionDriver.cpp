@@ -5,6 +5,7 @@
 #include "app/MainWindow.h"
 #include "subject/SubjectWindow.h"
 
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 
@@ -34,6 +35,12 @@ SessionDriver::SessionDriver(MainWindow& mainWindow) : window(mainWindow) {}
 void SessionDriver::prepare(Session session, const QString& targetPath) {
     dialogs.chooseTarget(targetPath);
     click(window, session == Session::Practice ? "pushButtonPractice" : "pushButtonExperiment");
+}
+
+void SessionDriver::setPause(double milliseconds) {
+    const double duration = find<QLineEdit>(window, "lineEditSoundDuration")->text().toDouble();
+    find<QLineEdit>(window, "lineEditSilentInterval")
+        ->setText(QString::number(milliseconds - duration, 'f', 2));
 }
 
 SubjectWindow* SessionDriver::go() {

@@ -34,6 +34,10 @@ public:
     /// Clicks "Practice" or "Experiment" and chooses the target in the dialog that opens.
     void prepare(Session session, const QString& targetPath);
 
+    /// Sets the silent interval so that a sound comes this long after its request, once a target
+    /// is prepared. The field cannot be typed into by a person.
+    void setPause(double milliseconds);
+
     /// Clicks "Go" and waits until the listener's window is on the screen. Returns it, or null
     /// when none came.
     SubjectWindow* go();
