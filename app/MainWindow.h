@@ -46,6 +46,7 @@ class QAudioOutput;
 class QBuffer;
 class QCheckBox;
 class QComboBox;
+class QFileInfo;
 class QGridLayout;
 class QHBoxLayout;
 class QLabel;
@@ -245,23 +246,22 @@ protected:
     void nameButtons();
     void nameCharts();
 
-    // 3 Settings
-    void sizeSpectrum();
-    void setUpFonts();
-    void setUpAudioFormat();
-
     // 4 Session control
     void prepareSession(int repetitions, int sessionTypeIndex);
+    void prepareTarget();
     void saveResultsAndAdvanceFileNumber();
 
     // 5 Responses
+    void showThatNothingIsMatchedYet();
     void journalResponses();
 
     // 7 Target
+    void chooseTarget(const QFileInfo& file);
     bool loadTarget(Record& record);
     void refuseTarget();
 
     // 8 Playback
+    void setUpAudioFormat();
     void schedulePresentation();
     void cancelPresentation();
     void startAudioOutput(const QVector<double>& samples, int length);
@@ -269,6 +269,8 @@ protected:
     void deleteReleasedOutputs();
 
     // 9 Charts
+    void setUpFonts();
+    void sizeSpectrum();
     void deleteCharts();
 
     // Widgets, in the order of their creation. The three labels and combo boxes that are owned

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "app/Version.h"
 #include "app/WindowPlacement.h"
 
 #include <QCheckBox>
@@ -19,7 +20,7 @@ constexpr int headingRow = 1;
 
 void MainWindow::setupGUIMainWindow() {
     centerAndResizeMainWindow(isCentered, widthRatio, heightRatio);
-    setWindowTitle(QStringLiteral("Vantaro Lab | Pellion (v014) | Main Window"));
+    setWindowTitle(titleOfWindow(QStringLiteral("Main Window")));
     layOutControls();
 
     layoutOuter->addLayout(layoutControls, 0, 0);

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowPlacement.h"
 
-#include "sound/SampleCount.h"
+#include "app/Truncation.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -4,14 +4,10 @@
 
 #include "app/SettingsText.h"
 #include "charts/PlottedStretch.h"
-#include "charts/SpectrumSizing.h"
-#include "sound/LargePages.h"
 #include "sound/SampleCount.h"
 
-#include <QAudioDeviceInfo>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDebug>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -50,7 +46,7 @@ void MainWindow::initParameters() {
     pushButtonPractice->setEnabled(true);
     pushButtonExperiment->setEnabled(false);
     pushButtonGo->setEnabled(false);
-    lineEditFrequencyMatched->setText(QStringLiteral("not started yet"));
+    showThatNothingIsMatchedYet();
 
     soundsPerPresentation = 1;
     targetSamples.resize(data.nPointsToPlot);
@@ -81,39 +77,4 @@ void MainWindow::getParameters() {
     data.outputFileName = lineEditOutputFileName->text();
     data.nSamples = sampleCount(data.soundDuration, data.samplingRate);
     limitPlotToSound(data);
-}
-
-void MainWindow::sizeSpectrum() {
-    const SpectrumSizing sizing =
-        spectrumSizing(data.nSamples, data.samplingRate, data.fftMaxFrequency);
-    fftLength = sizing.length;
-    fftFrameDuration = sizing.frameDurationSeconds;
-    data.nFFTPointsToPlot = sizing.pointsToPlot;
-    for (QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases}) {
-        reserveOnLargePages(*bins, static_cast<std::size_t>(sizing.bins()));
-        bins->resize(sizing.bins());
-    }
-    pointsFFT.resize(sizing.pointsToPlot);
-}
-
-void MainWindow::setUpFonts() {
-    constexpr int axisPixels = 10;
-    constexpr int titlePixels = 12;
-    fontAxisLabels.setPixelSize(axisPixels);
-    fontAxisTitles.setPixelSize(axisPixels);
-    fontChartTitle.setPixelSize(titlePixels);
-    for (QFont* font : {&fontAxisLabels, &fontAxisTitles, &fontChartTitle})
-        font->setWeight(QFont::Normal);
-}
-
-void MainWindow::setUpAudioFormat() {
-    constexpr int bitsPerSample = 32;
-    audioFormat.setSampleRate(truncatedToInt(data.samplingRate));
-    audioFormat.setChannelCount(1);
-    audioFormat.setSampleSize(bitsPerSample);
-    audioFormat.setCodec(QStringLiteral("audio/pcm"));
-    audioFormat.setByteOrder(QAudioFormat::LittleEndian);
-    audioFormat.setSampleType(QAudioFormat::Float);
-    if (!QAudioDeviceInfo::defaultOutputDevice().isFormatSupported(audioFormat))
-        qWarning() << "Raw audio format not supported by backend, cannot play audio.";
 }

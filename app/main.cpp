@@ -1,6 +1,7 @@
 // The program's entry.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
+#include "app/Version.h"
 #include "session/ResponseJournal.h"
 
 #include <QApplication>
@@ -44,7 +45,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     // No display name: the toolkit would append it to the windows' titles.
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    QApplication::setApplicationVersion(QStringLiteral("v014"));
+    QApplication::setApplicationVersion(programVersion());
     QApplication::setDesktopFileName(QStringLiteral("pellion"));
     QApplication::setWindowIcon(programIcon());
     nameKeptJournals(journalFolder());

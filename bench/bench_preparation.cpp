@@ -12,6 +12,7 @@
 #include "Median.h"
 #include "charts/ChartPoints.h"
 #include "sound/CWav.h"
+#include "support/FileBytes.h"
 #include "support/InspectedWindows.h"
 #include "support/WavBytes.h"
 
@@ -93,13 +94,8 @@ public:
     }
 
     void choose(const QString& path) {
-        Record record;
-        record.filePath = QFileInfo(path).path();
-        record.fileName = QFileInfo(path).fileName();
-        data.records = {record};
-        nFiles = 1;
-        nRepetitions = 1;
-        soundsPlayed = 0;
+        chooseTarget(QFileInfo(path));
+        nRepetitions = nRepetitionsPractice;
         genRandomSequence();
     }
 

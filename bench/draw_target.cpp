@@ -30,21 +30,9 @@ public:
     bool prepare(const QFileInfo& target) {
         nRepetitions = nRepetitionsPractice;
         getParameters();
-        Record record;
-        record.filePath = target.path();
-        record.fileName = target.fileName();
-        data.records = {record};
-        nFiles = 1;
-        genRandomSequence();
-        genWav();
-        if (nFiles == 0)
-            return false;
-        displayWav();
-        genFFT();
-        displayFFT();
-        resetTrend();
-        updateWavTextFields();
-        return true;
+        chooseTarget(target);
+        prepareTarget();
+        return nFiles > 0;
     }
 
     /// Writes both charts, one above the other, to a PNG file; returns false where that fails.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include "app/Release.h"
+#include "app/OrderedDeletion.h"
 #include "charts/EmptyTrend.h"
 
 #include <QGridLayout>
@@ -51,6 +51,16 @@ QChartView* createView(const char* memberName, QChart* chart) {
 }
 
 } // namespace
+
+void MainWindow::setUpFonts() {
+    constexpr int axisPixels = 10;
+    constexpr int titlePixels = 12;
+    fontAxisLabels.setPixelSize(axisPixels);
+    fontAxisTitles.setPixelSize(axisPixels);
+    fontChartTitle.setPixelSize(titlePixels);
+    for (QFont* font : {&fontAxisLabels, &fontAxisTitles, &fontChartTitle})
+        font->setWeight(QFont::Normal);
+}
 
 void MainWindow::displayEmptyWav() {
     if (seriesWav == nullptr)

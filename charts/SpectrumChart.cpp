@@ -4,9 +4,24 @@
 
 #include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
+#include "charts/SpectrumSizing.h"
+#include "sound/LargePages.h"
 
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
+
+void MainWindow::sizeSpectrum() {
+    const SpectrumSizing sizing =
+        spectrumSizing(data.nSamples, data.samplingRate, data.fftMaxFrequency);
+    fftLength = sizing.length;
+    fftFrameDuration = sizing.frameDurationSeconds;
+    data.nFFTPointsToPlot = sizing.pointsToPlot;
+    for (QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases}) {
+        reserveOnLargePages(*bins, static_cast<std::size_t>(sizing.bins()));
+        bins->resize(sizing.bins());
+    }
+    pointsFFT.resize(sizing.pointsToPlot);
+}
 
 void MainWindow::genFFT() {
     applyAnalysisWindow(targetSamples, windowType, data.nSamples);

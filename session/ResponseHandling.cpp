@@ -49,6 +49,10 @@ void MainWindow::journalResponses() {
         journal.record(data.records.constFirst().fileName, trendFrequencies);
 }
 
+void MainWindow::showThatNothingIsMatchedYet() {
+    lineEditFrequencyMatched->setText(QStringLiteral("not started yet"));
+}
+
 void MainWindow::updateFrequencyMatched() {
     if (!data.records.isEmpty())
         lineEditFrequencyMatched->setText(hertzText(data.records.constFirst().frequencyMatched));

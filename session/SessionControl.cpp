@@ -56,6 +56,12 @@ void MainWindow::getReadyToGo() {
     selectWavFile();
     if (nFiles <= 0)
         return;
+    prepareTarget();
+}
+
+/// Loads and draws the target that has been chosen. A file that is refused leaves charts, trend and
+/// texts as they are, and nFiles 0.
+void MainWindow::prepareTarget() {
     const WaitCursor waitCursor;
     genRandomSequence();
     genWav();
@@ -66,7 +72,7 @@ void MainWindow::getReadyToGo() {
     displayFFT();
     resetTrend();
     updateWavTextFields();
-    lineEditFrequencyMatched->setText(QStringLiteral("not started yet"));
+    showThatNothingIsMatchedYet();
 }
 
 void MainWindow::genRandomSequence() {

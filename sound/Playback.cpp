@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "app/Truncation.h"
 #include "sound/Presentation.h"
 #include "sound/Sinusoid.h"
 #include "sound/SoundBytes.h"
 #include "sound/TailedBuffer.h"
 #include "subject/ResponseCode.h"
 
+#include <QAudioDeviceInfo>
 #include <QAudioOutput>
 #include <QCoreApplication>
 #include <QDebug>
@@ -26,6 +28,18 @@ qint64 silentTailBytes(const QAudioFormat& format, const QByteArray& sound) {
 }
 
 } // namespace
+
+void MainWindow::setUpAudioFormat() {
+    constexpr int bitsPerSample = 32;
+    audioFormat.setSampleRate(truncatedToInt(data.samplingRate));
+    audioFormat.setChannelCount(1);
+    audioFormat.setSampleSize(bitsPerSample);
+    audioFormat.setCodec(QStringLiteral("audio/pcm"));
+    audioFormat.setByteOrder(QAudioFormat::LittleEndian);
+    audioFormat.setSampleType(QAudioFormat::Float);
+    if (!QAudioDeviceInfo::defaultOutputDevice().isFormatSupported(audioFormat))
+        qWarning() << "Raw audio format not supported by backend, cannot play audio.";
+}
 
 void MainWindow::genSinusoid() {
     if (sequencePosition == 0 && soundsPlayed == 0)

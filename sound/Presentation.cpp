@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/Presentation.h"
 
-#include "sound/SampleCount.h"
+#include "app/Truncation.h"
 
 #include <algorithm>
 

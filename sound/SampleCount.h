@@ -10,10 +10,6 @@
 constexpr int mostSamples =
     (std::numeric_limits<int>::max() - int(sizeof(QArrayData))) / int(sizeof(double));
 
-/// Converts a real number to an int, dropping its fraction. Beyond the range of an int the nearest
-/// int is returned, for NaN 0: a plain conversion would be undefined there.
-int truncatedToInt(double number);
-
 /// Returns floor(durationSeconds x samplingRate), the sampling rate in Hz, limited to 0 and
 /// mostSamples; for NaN 0.
 int sampleCount(double durationSeconds, double samplingRate);

@@ -28,15 +28,9 @@ void MainWindow::selectWavFile() {
     while (isLookingOn) {
         data.wavFolder = desktopFolder();
         // A cancelled dialog is stored like any choice: an empty name, which then fails to load.
-        const QFileInfo chosen(
+        chooseTarget(QFileInfo(
             QFileDialog::getOpenFileName(this, QStringLiteral("Select a target sound file"),
-                                         data.wavFolder, QStringLiteral("Sound files (*.wav)")));
-        data.wavFilePath = chosen.path();
-        data.wavFileName = chosen.fileName();
-        Record record;
-        record.filePath = data.wavFilePath;
-        record.fileName = data.wavFileName;
-        data.records = {record};
+                                         data.wavFolder, QStringLiteral("Sound files (*.wav)"))));
         isLookingOn = data.records.isEmpty() &&
                       QMessageBox::question(this, QStringLiteral("Question"),
                                             QStringLiteral("This folder contains no .wav files.\n"
@@ -44,6 +38,16 @@ void MainWindow::selectWavFile() {
                                             QMessageBox::Yes | QMessageBox::No,
                                             QMessageBox::Yes) == QMessageBox::Yes;
     }
+}
+
+/// Makes a file the only record.
+void MainWindow::chooseTarget(const QFileInfo& file) {
+    data.wavFilePath = file.path();
+    data.wavFileName = file.fileName();
+    Record record;
+    record.filePath = data.wavFilePath;
+    record.fileName = data.wavFileName;
+    data.records = {record};
     nFiles = data.records.size();
 }
 

@@ -3,7 +3,8 @@
 #include "subject/SubjectWindow.h"
 
 #include "app/Access.h"
-#include "app/Release.h"
+#include "app/OrderedDeletion.h"
+#include "app/Version.h"
 #include "app/WindowPlacement.h"
 #include "subject/ResponseCode.h"
 
@@ -126,7 +127,7 @@ void SubjectWindow::connectWidgets() {
 
 void SubjectWindow::setupGUISubjectWindow() {
     centerAndResizeSubjectWindow(isCentered, widthRatio, heightRatio);
-    setWindowTitle(QStringLiteral("Vantaro Lab | Pellion (v014) | Subject Window"));
+    setWindowTitle(titleOfWindow(QStringLiteral("Subject Window")));
     placeWidgets();
     sizeWidgets();
     spinBoxFrequency->setRange(leastFrequency, mostFrequency);

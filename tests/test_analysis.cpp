@@ -4,7 +4,7 @@
 
 #include "session/OutputFileName.h"
 #include "session/ResultsText.h"
-#include "support/WavBytes.h"
+#include "support/FileBytes.h"
 
 #include <QFileInfo>
 #include <QImage>

@@ -4,8 +4,8 @@
 
 #include "app/Data.h"
 #include "app/Record.h"
+#include "support/FileBytes.h"
 #include "support/TestMain.h"
-#include "support/WavBytes.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

@@ -3,6 +3,7 @@
 #include "test_app.h"
 
 #include "app/SettingsText.h"
+#include "app/Truncation.h"
 #include "app/WindowPlacement.h"
 #include "sound/SampleCount.h"
 

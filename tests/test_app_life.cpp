@@ -3,10 +3,10 @@
 #include "test_app.h"
 
 #include "support/CloseButton.h"
+#include "support/FileBytes.h"
 #include "support/LogLines.h"
 #include "support/ManagedWindows.h"
 #include "support/SessionDriver.h"
-#include "support/WavBytes.h"
 
 #include <QApplication>
 #include <QCheckBox>

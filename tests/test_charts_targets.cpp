@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_charts.h"
 
+#include "support/FileBytes.h"
 #include "support/SessionDriver.h"
 #include "support/WavBytes.h"
 

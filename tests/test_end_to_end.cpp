@@ -3,6 +3,7 @@
 #include "test_end_to_end.h"
 
 #include "subject/SubjectWindow.h"
+#include "support/FileBytes.h"
 #include "support/TestMain.h"
 
 #include <QApplication>

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "subject/SubjectWindow.h"
 #include "support/CloseButton.h"
+#include "support/FileBytes.h"
 #include "support/TestMain.h"
 #include "test_end_to_end_room.h"
 

@@ -1,6 +1,7 @@
 // Sessions whose dialogs are cancelled, whose results cannot be written, and session 100.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "subject/SubjectWindow.h"
+#include "support/FileBytes.h"
 #include "support/StreamCapture.h"
 #include "test_end_to_end.h"
 

@@ -3,6 +3,7 @@
 #include "test_end_to_end_room.h"
 
 #include "subject/SubjectWindow.h"
+#include "support/FileBytes.h"
 #include "support/HeardSounds.h"
 
 #include <QLineEdit>

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback.h"
 
+#include "support/FileBytes.h"
+
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QtTest>

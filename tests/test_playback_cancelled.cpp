@@ -4,6 +4,7 @@
 
 #include "subject/SubjectWindow.h"
 #include "support/CloseButton.h"
+#include "support/FileBytes.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

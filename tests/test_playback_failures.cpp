@@ -4,6 +4,7 @@
 
 #include "session/ResponseJournal.h"
 #include "support/CloseButton.h"
+#include "support/FileBytes.h"
 #include "support/ProcessorTime.h"
 #include "support/WavBytes.h"
 

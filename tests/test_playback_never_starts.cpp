@@ -1,9 +1,9 @@
 // Sessions in which the toolkit never comes back from starting a sound.
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/FileBytes.h"
 #include "support/ProcessorTime.h"
 #include "support/SoundServer.h"
 #include "support/TestMain.h"
-#include "support/WavBytes.h"
 
 #include <QDir>
 

@@ -4,9 +4,9 @@
 
 #include "session/ResponseJournal.h"
 #include "support/DiskFaults.h"
+#include "support/FileBytes.h"
 #include "support/StreamCapture.h"
 #include "support/SyncCalls.h"
-#include "support/WavBytes.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -4,6 +4,7 @@
 
 #include "session/ResponseJournal.h"
 #include "support/DiskFaults.h"
+#include "support/FileBytes.h"
 #include "support/SessionDriver.h"
 #include "support/StreamCapture.h"
 #include "support/SyncCalls.h"

@@ -4,8 +4,8 @@
 
 #include "session/FileReplacement.h"
 #include "support/DiskFaults.h"
+#include "support/FileBytes.h"
 #include "support/SyncCalls.h"
-#include "support/WavBytes.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,6 +3,7 @@
 #include "test_results.h"
 
 #include "support/DiskFaults.h"
+#include "support/FileBytes.h"
 #include "support/LogLines.h"
 #include "support/SessionDriver.h"
 #include "support/WavBytes.h"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session.h"
 
+#include "support/FileBytes.h"
 #include "support/SessionDriver.h"
 #include "support/TestMain.h"
 #include "support/WavBytes.h"

@@ -1,7 +1,7 @@
 // The end of a session: saving, the next file number, and nothing that sounds afterwards.
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/FileBytes.h"
 #include "support/SessionDriver.h"
-#include "support/WavBytes.h"
 #include "test_session.h"
 
 #include <QAudioOutput>

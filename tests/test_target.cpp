@@ -4,6 +4,7 @@
 
 #include "sound/TargetSamples.h"
 #include "support/AddressSpaceLimit.h"
+#include "support/FileBytes.h"
 #include "support/TestMain.h"
 
 #include <QLineEdit>

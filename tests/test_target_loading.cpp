@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
+#include "support/FileBytes.h"
+
 #include <QLineEdit>
 #include <QProcess>
 #include <QtCharts/QValueAxis>

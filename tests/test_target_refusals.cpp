@@ -4,6 +4,7 @@
 
 #include "subject/SubjectWindow.h"
 #include "support/AddressSpaceLimit.h"
+#include "support/FileBytes.h"
 
 #include <QFile>
 #include <QLineEdit>

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/FileBytes.h"
 #include "support/WavBytes.h"
 
 #include <QObject>

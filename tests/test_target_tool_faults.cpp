@@ -66,11 +66,15 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
          plainly);
     made("sox, AIFF", "sox plain.wav -t aiff x.wav", {"It is no WAVE file."},
          {"The program refuses it (\"Not a WAV file: x.wav" + goesOn},
-         "ffmpeg -i x.wav -ar 40000 -ac 1 -c:a pcm_s16le -bitexact x-mended.wav");
+         "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
+    made("sox, AIFF, nothing in its second channel", "sox plain.wav -t aiff x.wav remix 1 0",
+         {"It is no WAVE file."}, {"The program refuses it (\"Not a WAV file: x.wav" + goesOn},
+         "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
     made("ffmpeg, beyond 4 GiB", QString(byFfmpeg) + "-rf64 always -bitexact x.wav",
          {"It has the header of files beyond 4 GiB (RF64). A chunk ds64 of 28 bytes stands before "
           "the data. Its header says 4294967295 bytes of data, but the file ends after 20000."},
-         {notPcm}, "ffmpeg -i x.wav -ar 40000 -ac 1 -c:a pcm_s16le -bitexact x-mended.wav");
+         {notPcm},
+         "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
     made("44100 Hz", "sox -r 44100 -n -b 16 -c 1 x.wav synth 0.25 sine 440 vol 0.5",
          {"Its sampling rate is 44100 Hz."},
          {"The program plays it at 40000 Hz without conversion: 440 Hz in it are heard as 399.09 "
@@ -118,11 +122,11 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
            "sox --ignore-length x.wav -t wavpcm x-mended.wav");
     byHand("a rate of 0", with32(good, wavoffset::samplingRate, 0),
            {"Its header says a sampling rate of 0 Hz."}, {unusable},
-           "ffmpeg -f s16le -ar 40000 -ac 1 -skip_initial_bytes 44 -i x.wav -ar 40000 -ac 1 "
+           "ffmpeg -f s16le -ar 40000 -ac 1 -skip_initial_bytes 44 -i x.wav -ar 40000 "
            "-c:a pcm_s16le -bitexact x-mended.wav");
     byHand("no channels", with16(good, wavoffset::channelCount, 0),
            {"Its header says that it has no channels."}, {unusable},
-           "ffmpeg -f s16le -ar 40000 -ac 1 -skip_initial_bytes 44 -i x.wav -ar 40000 -ac 1 "
+           "ffmpeg -f s16le -ar 40000 -ac 1 -skip_initial_bytes 44 -i x.wav -ar 40000 "
            "-c:a pcm_s16le -bitexact x-mended.wav");
     byHand("a longer format chunk",
            with32(good, wavoffset::formatChunkSize, 18).insert(36, QByteArray(2, '\0')),

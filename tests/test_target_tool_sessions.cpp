@@ -1,5 +1,6 @@
 // Sessions with targets made by pellion-target: what is heard is what the files hold.
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/FileBytes.h"
 #include "test_end_to_end_room.h"
 
 #include <QProcess>

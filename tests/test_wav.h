@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sound/CWav.h"
+#include "support/FileBytes.h"
 #include "support/StreamCapture.h"
 #include "support/WavBytes.h"
 

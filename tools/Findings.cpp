@@ -2,21 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Findings.h"
 
-#include "app/Data.h"
 #include "app/SettingsText.h"
 #include "sound/TargetSamples.h"
 #include "tools/HeaderObjections.h"
 #include "tools/IntendedSound.h"
 #include "tools/Levels.h"
+#include "tools/PlayedRate.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
-
-quint32 playedRate() {
-    return static_cast<quint32>(Data().samplingRate);
-}
 
 /// What the program does with a file whose sound it does not find.
 QString programsAnswer(const Inspection& inspection, bool isLoaded) {

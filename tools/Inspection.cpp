@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Inspection.h"
 
-#include "app/Data.h"
 #include "app/SettingsText.h"
 #include "sound/RegularFile.h"
 #include "sound/SampleCount.h"
 #include "tools/Findings.h"
 #include "tools/IntendedSound.h"
+#include "tools/PlayedRate.h"
 
 #include <QFile>
 
@@ -37,7 +37,7 @@ private:
 
 int playedSamples(qint64 samples, quint32 samplingRate) {
     const QString shown = millisecondsText(static_cast<double>(samples) / samplingRate);
-    return sampleCount(secondsFromMillisecondsText(shown), Data().samplingRate);
+    return sampleCount(secondsFromMillisecondsText(shown), playedRate());
 }
 
 Inspection inspect(const QString& fileName) {

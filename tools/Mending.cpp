@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Mending.h"
 
-#include "app/Data.h"
+#include "tools/PlayedRate.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -10,10 +10,6 @@
 #include <algorithm>
 
 namespace {
-
-QString playedRate() {
-    return QString::number(Data().samplingRate);
-}
 
 /// Returns a file's name as one word of a shell's command line that no program takes for an option.
 QString shellWord(const QString& fileName) {
@@ -46,7 +42,7 @@ QStringList soxWords(const Mending& mending, const QString& source, const QStrin
               << "1";
     if (mending.isResampled)
         words << "rate"
-              << "-v" << playedRate();
+              << "-v" << QString::number(playedRate());
     if (mending.isLowestCodeAvoided)
         words << "vol"
               << "0.9999998";
@@ -62,14 +58,17 @@ QStringList ffmpegWords(const Mending& mending, const QString& source, const QSt
         const QString encoding = mending.rawBitsPerSample == 8
                                      ? QStringLiteral("u8")
                                      : QStringLiteral("s%1le").arg(mending.rawBitsPerSample);
-        words << "-f" << encoding << "-ar" << playedRate() << "-ac"
+        words << "-f" << encoding << "-ar" << QString::number(playedRate()) << "-ac"
               << "1"
               << "-skip_initial_bytes" << QString::number(mending.rawOffset);
     }
+    words << "-i" << source << "-ar" << QString::number(playedRate());
+    // Of several channels the first, as the program plays it; "-ac 1" would mix them.
+    if (mending.program == Mending::Program::Ffmpeg)
+        words << "-af"
+              << "'pan=mono|c0=c0'";
     // Bit-exact means without a chunk that tells which program wrote the file.
-    words << "-i" << source << "-ar" << playedRate() << "-ac"
-          << "1"
-          << "-c:a"
+    words << "-c:a"
           << "pcm_s16le"
           << "-bitexact" << result;
     return words;

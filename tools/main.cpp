@@ -1,5 +1,6 @@
 // The entry of pellion-target, which makes target sounds and looks at them.
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Version.h"
 #include "tools/CommandLine.h"
 #include "tools/Inspection.h"
 #include "tools/IntendedSound.h"
@@ -96,7 +97,7 @@ int main(int argc, char** argv) {
         argv[0] = name;
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QLatin1String(name));
-    QCoreApplication::setApplicationVersion(QStringLiteral("v014"));
+    QCoreApplication::setApplicationVersion(programVersion());
     try {
         const int status = std::visit([](const auto& request) { return answer(request); },
                                       parseCommandLine(QCoreApplication::arguments()));

@@ -5,6 +5,7 @@
 #include "session/ResultsText.h"
 #include "sound/SoundBytes.h"
 #include "subject/ResponseCode.h"
+#include "support/FileBytes.h"
 #include "support/WavBytes.h"
 
 #include <QLineEdit>

@@ -3,6 +3,7 @@
 #include "reliability/MixedSessions.h"
 
 #include "reliability/ToneFrequency.h"
+#include "support/FileBytes.h"
 #include "support/HeardSounds.h"
 #include "support/WavBytes.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/ProcessResources.h"
 
-#include "support/WavBytes.h"
+#include "support/FileBytes.h"
 
 #include <QByteArrayList>
 #include <QDir>

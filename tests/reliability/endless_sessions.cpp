@@ -1,6 +1,7 @@
 // Holds one session after another until it is killed: endless_sessions FOLDER PAUSE.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
+#include "support/FileBytes.h"
 #include "support/SessionDriver.h"
 #include "support/WavBytes.h"
 

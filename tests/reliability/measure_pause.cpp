@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 #include "reliability/TimedRecording.h"
 #include "subject/SubjectWindow.h"
+#include "support/FileBytes.h"
 #include "support/SessionDriver.h"
 #include "support/WavBytes.h"
 

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/LongSession.h"
 #include "reliability/ProcessResources.h"
+#include "support/FileBytes.h"
 #include "support/LogLines.h"
 #include "support/WavBytes.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "support/WavBytes.h"
+#include "support/FileBytes.h"
 
 #include <sys/resource.h>
 #include <unistd.h>

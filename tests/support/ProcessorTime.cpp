@@ -1,8 +1,7 @@
 // How long programs have kept the processor busy.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ProcessorTime.h"
-
-#include "support/WavBytes.h"
+#include "support/FileBytes.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/WavBytes.h"
 
-#include <QFile>
 #include <QtEndian>
 
 namespace testsupport {
@@ -52,18 +51,6 @@ void setUnsigned16(QByteArray& bytes, int offset, quint16 value) {
 
 void setUnsigned32(QByteArray& bytes, int offset, quint32 value) {
     overwrite(bytes, offset, value);
-}
-
-bool writeBytes(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-}
-
-QByteArray readBytes(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
 }
 
 } // namespace testsupport

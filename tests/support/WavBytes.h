@@ -46,10 +46,4 @@ QByteArray wavWithSamples(const WavFormat& format, const QVector<int>& samples);
 void setUnsigned16(QByteArray& bytes, int offset, quint16 value);
 void setUnsigned32(QByteArray& bytes, int offset, quint32 value);
 
-/// Replaces or creates a file; returns whether all of it was written.
-bool writeBytes(const QString& path, const QByteArray& bytes);
-
-/// Returns all of a file; a null array when it cannot be opened.
-QByteArray readBytes(const QString& path);
-
 } // namespace testsupport
