@@ -14,6 +14,10 @@ double secondsFromMillisecondsText(const QString& milliseconds) {
     return milliseconds.toDouble() / millisecondsPerSecond;
 }
 
+double durationAsShown(double durationSeconds) {
+    return secondsFromMillisecondsText(millisecondsText(durationSeconds));
+}
+
 QString hertzText(double hertz) {
     return QString::number(hertz, 'g', 6);
 }

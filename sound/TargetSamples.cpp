@@ -72,8 +72,7 @@ bool isUsableTarget(const CWav& wav, double samplingRate) {
     if (wav.header.numberOfChannels == 0 || wav.header.samplingRate == 0 || wav.samples.empty())
         return false;
     const auto loaded = static_cast<double>(samplesPerChannel(wav));
-    const double shownSeconds = secondsFromMillisecondsText(millisecondsText(durationSeconds(wav)));
-    const double played = std::floor(shownSeconds * samplingRate);
+    const double played = std::floor(durationAsShown(durationSeconds(wav)) * samplingRate);
     return isPlayableCount(loaded) && isPlayableCount(played) &&
            isMemoryAvailable(bytesToPrepare(static_cast<int>(loaded), static_cast<int>(played)));
 }

@@ -108,6 +108,7 @@ private slots:
     void rampsAreTheLibrarys();
     void headersAreCanonical_data();
     void headersAreCanonical();
+    void namesWithPercentSignsStayAsTheyAre();
     void bothChannelsHoldTheSound();
     void oddDataAreFollowedByAByteOfZero();
     void durationsAreRoundedToTheNearestSample_data();

@@ -75,6 +75,17 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
           "the data. Its header says 4294967295 bytes of data, but the file ends after 20000."},
          {notPcm},
          "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
+    made("ffmpeg, beyond 4 GiB, 237.475 ms",
+         "sox plain.wav short.wav trim 0 9499s && ffmpeg -v error -i short.wav -rf64 always "
+         "-bitexact x.wav && sox short.wav plain.wav pad 0 1s",
+         {"It has the header of files beyond 4 GiB (RF64). A chunk ds64 of 28 bytes stands before "
+          "the data. Its header says 4294967295 bytes of data, but the file ends after 18998.",
+          "Its 9499 samples are 237.475 ms long, which the program shows as 237.47 ms."},
+         {notPcm,
+          "The program plays as many samples as the duration shown holds, 9498, and leaves out "
+          "the last 1."},
+         "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0,aresample=40000,apad=pad_len=1' "
+         "-c:a pcm_s16le -bitexact x-mended.wav");
     made("44100 Hz", "sox -r 44100 -n -b 16 -c 1 x.wav synth 0.25 sine 440 vol 0.5",
          {"Its sampling rate is 44100 Hz."},
          {"The program plays it at 40000 Hz without conversion: 440 Hz in it are heard as 399.09 "
@@ -128,6 +139,27 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
            {"Its header says that it has no channels."}, {unusable},
            "ffmpeg -f s16le -ar 40000 -ac 1 -skip_initial_bytes 44 -i x.wav -ar 40000 "
            "-c:a pcm_s16le -bitexact x-mended.wav");
+    made("no RIFF, three channels and a chunk behind",
+         "sox plain.wav -t wavpcm x.wav remix 1 0 0 && printf 'LIST\\4\\0\\0\\0abcd' >>x.wav && "
+         "printf XXXX | dd of=x.wav conv=notrunc",
+         {"It has 3 channels."}, {"The program plays silence in its place."},
+         "ffmpeg -f s16le -ar 40000 -ac 3 -skip_initial_bytes 44 -i x.wav -ar 40000 "
+         "-af 'pan=mono|c0=c0,atrim=end_sample=10000' -c:a pcm_s16le -bitexact x-mended.wav");
+    made("no RIFF, two channels at 44100 Hz",
+         "sox -r 44100 -n -b 16 x.wav synth 0.25 sine 440 sine 660 vol 0.5 && "
+         "printf XXXX | dd of=x.wav conv=notrunc",
+         {"Its sampling rate is 44100 Hz."},
+         {"The program plays it at 40000 Hz without conversion: 440 Hz in it are heard as 399.09 "
+          "Hz (-168.9 cents). The last 1025 of its 11025 samples are left out."},
+         "ffmpeg -f s16le -ar 44100 -ac 2 -skip_initial_bytes 44 -i x.wav -ar 40000 "
+         "-af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav",
+         false);
+    made("a rate of 0, nothing in the second channel",
+         "sox plain.wav -t wavpcm x.wav remix 1 0 && "
+         "printf '\\0\\0\\0\\0' | dd of=x.wav conv=notrunc bs=1 seek=24",
+         {"Its header says a sampling rate of 0 Hz."}, {unusable},
+         "ffmpeg -f s16le -ar 40000 -ac 2 -skip_initial_bytes 44 -i x.wav -ar 40000 "
+         "-af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
     byHand("a longer format chunk",
            with32(good, wavoffset::formatChunkSize, 18).insert(36, QByteArray(2, '\0')),
            {"Its format chunk has 18 bytes instead of 16."}, {unusable}, plainly);
@@ -171,6 +203,10 @@ void TestTargetInfo::whatNothingMendsIsSaid_data() {
     QTest::newRow("no data") << wavWithData({}, {}) << "It has no data." << unusable;
     QTest::newRow("no data chunk")
         << testsupport::wavHeader({}, 0).left(36) << "It has no data chunk." << unusable;
+    QTest::newRow("no channels, 12 bits")
+        << with16(wavWithData({40000, 0, 12}, "abcd"), wavoffset::channelCount, 0)
+        << "Its samples have 12 bits, not 8, 16 or 24. Its header says that it has no channels."
+        << "The program refuses it (\"Not a 8-bit, 16-bit, or 24-bit WAV file: x.wav" + goesOn;
     QTest::newRow("no format chunk") << with32("RIFF....WAVE" + tag("data", 4) + "abcd", 4, 16)
                                      << "It has no format chunk." << notPcm;
     QTest::newRow("too short to be played")

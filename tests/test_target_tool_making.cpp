@@ -199,6 +199,14 @@ void TestTargetMaking::headersAreCanonical() {
     QVERIFY(folder.shell("test -z \"$(sox x.wav -n 2>&1)\""));
 }
 
+void TestTargetMaking::namesWithPercentSignsStayAsTheyAre() {
+    const ToolFolder folder;
+    QVERIFY(folder.shell("mkdir '50%1 a%2b'"));
+    const ToolRun run = folder.runWords({"make", "tone", "50%1 a%2b/%3.wav"});
+    QCOMPARE(run.errors, QByteArray());
+    QVERIFY(folder.shell("test -s '50%1 a%2b/%3.wav'"));
+}
+
 void TestTargetMaking::bothChannelsHoldTheSound() {
     const ToolFolder folder;
     QCOMPARE(folder.run("make tone x.wav --channels 2 --bits 24").status, 0);

@@ -17,6 +17,7 @@ namespace {
 const QString makeCommand = QStringLiteral("make");
 const QString infoCommand = QStringLiteral("info");
 
+/// In the order of SoundKind.
 const QStringList& kindWords() {
     static const QStringList words{"tone", "complex", "sam", "noise"};
     return words;
@@ -34,29 +35,47 @@ const QMap<QString, QStringList>& kindsOfOptions() {
     return kinds;
 }
 
+/// An option with a value, and with its default in the place of %1 in its description.
+QCommandLineOption valued(const QString& name, const QString& description, const QString& value,
+                          const QString& byDefault) {
+    return {name, QString(description).replace(QLatin1String("%1"), byDefault), value, byDefault};
+}
+
+QCommandLineOption valued(const QString& name, const QString& description, const QString& value,
+                          double byDefault) {
+    return valued(name, description, value, QString::number(byDefault));
+}
+
 void addSoundOptions(QCommandLineParser& parser) {
+    const TargetRecipe usual;
     parser.addOptions(
-        {{"frequency", "Of the tone, the fundamental or the carrier (default 440).", "Hz", "440"},
-         {"phase", "At which tone, harmonics or carrier start (default 0).", "degrees", "0"},
-         {"harmonics", "complex: which, such as 2-10 or 1,3,5 (default 1-10).", "list", "1-10"},
+        {valued("frequency", "Of the tone, the fundamental or the carrier (default %1).", "Hz",
+                usual.frequency),
+         valued("phase", "At which tone, harmonics or carrier start (default %1).", "degrees",
+                usual.phaseDegrees),
+         valued("harmonics", "complex: which, such as 2-10 or 1,3,5 (default %1).", "list", "1-10"),
          {"without-fundamental", "complex: leave out harmonic 1."},
-         {"modulation", "sam: frequency of the modulation (default 40).", "Hz", "40"},
-         {"depth", "sam: from 0 to 1 (default 1).", "factor", "1"},
-         {"modulation-phase", "sam: at which the modulating cosine starts (default 0).", "degrees",
-          "0"}});
+         valued("modulation", "sam: frequency of the modulation (default %1).", "Hz",
+                usual.modulationFrequency),
+         valued("depth", "sam: from 0 to 1 (default %1).", "factor", usual.modulationDepth),
+         valued("modulation-phase", "sam: at which the modulating cosine starts (default %1).",
+                "degrees", usual.modulationPhaseDegrees)});
 }
 
 void addFileOptions(QCommandLineParser& parser) {
+    const TargetRecipe usual;
     parser.addOptions(
-        {{"duration", "Of the whole sound (default 250).", "ms", "250"},
-         {"peak", "Level of the highest sample re full scale (default -6).", "dB", "-6"},
-         {"rms", "RMS level re full scale, in the place of --peak.", "dB", "0"},
-         {"ramp", "Onset and offset: cos, cos2, linear or none (default cos).", "kind", "cos"},
-         {"ramp-duration", "Of either ramp (default 20).", "ms", "20"},
-         {"rate", "Sampling rate (default 40000, the only one that the program plays).", "Hz",
-          "40000"},
-         {"bits", "Per sample: 8, 16 or 24 (default 16).", "bits", "16"},
-         {"channels", "1 or 2, with the same sound in both (default 1).", "count", "1"},
+        {valued("duration", "Of the whole sound (default %1).", "ms", usual.durationMs),
+         valued("peak", "Level of the highest sample re full scale (default %1).", "dB",
+                usual.levelDecibels),
+         valued("rms", "RMS level re full scale, in the place of --peak.", "dB", "0"),
+         valued("ramp", "Onset and offset: cos, cos2, linear or none (default %1).", "kind", "cos"),
+         valued("ramp-duration", "Of either ramp (default %1).", "ms", usual.rampMs),
+         valued("rate", "Sampling rate (default %1, the only one that the program plays).", "Hz",
+                usual.samplingRate),
+         valued("bits", "Per sample: 8, 16 or 24 (default %1).", "bits", usual.bitsPerSample),
+         valued("channels", "1 or 2, with the same sound in both (default %1).", "count",
+                usual.channelCount),
          {"force", "Replace a file that exists."}});
 }
 

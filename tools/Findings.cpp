@@ -6,11 +6,11 @@
 #include "sound/TargetSamples.h"
 #include "tools/HeaderObjections.h"
 #include "tools/IntendedSound.h"
-#include "tools/Levels.h"
 #include "tools/PlayedRate.h"
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
 

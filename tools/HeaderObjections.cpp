@@ -3,8 +3,11 @@
 #include "tools/HeaderObjections.h"
 
 #include "tools/IntendedSound.h"
+#include "tools/PlayedRate.h"
 
 #include <QMap>
+
+#include <algorithm>
 
 namespace {
 
@@ -14,19 +17,26 @@ QString text(const QByteArray& identifier) {
     return QString::fromLatin1(identifier).trimmed();
 }
 
-QString encodingName(quint16 encoding) {
-    static const QMap<quint16, QString> names{{2, "MS ADPCM"},   {ieeeFloat, "floating point"},
-                                              {6, "A-law"},      {7, "mu-law"},
-                                              {17, "IMA ADPCM"}, {49, "GSM 6.10"},
-                                              {85, "MP3"}};
-    return names.value(encoding, QStringLiteral("format %1").arg(encoding));
+/// An encoding other than linear PCM.
+struct Encoding {
+    QString name;
+    bool isReadBySox = true;
+};
+
+Encoding encodingOf(quint16 code) {
+    static const QMap<quint16, Encoding> encodings{
+        {2, {"MS ADPCM"}},   {ieeeFloat, {"floating point"}},
+        {6, {"A-law"}},      {7, {"mu-law"}},
+        {17, {"IMA ADPCM"}}, {49, {"GSM 6.10"}},
+        {85, {"MP3", false}}};
+    return encodings.value(code, {QStringLiteral("format %1").arg(code), false});
 }
 
 bool isReadBySox(const RiffFormat& format) {
     const quint16 bits = format.bitsPerSample;
     if (format.encoding == linearPcm)
         return bits == 8 || bits == 16 || bits == 24 || bits == 32;
-    return format.encoding != 85 && !encodingName(format.encoding).startsWith("format ");
+    return encodingOf(format.encoding).isReadBySox;
 }
 
 /// What the first twelve bytes say.
@@ -69,8 +79,7 @@ QStringList chunkObjections(const RiffWalk& walk) {
             break;
         if (chunk.identifier != "fmt ")
             objections << QStringLiteral("A chunk %1 of %2 bytes stands before the data.")
-                              .arg(text(chunk.identifier))
-                              .arg(chunk.declaredSize);
+                              .arg(text(chunk.identifier), QString::number(chunk.declaredSize));
     }
     return objections;
 }
@@ -80,7 +89,7 @@ QStringList formatObjections(const RiffFormat& format, Mending& mending) {
     const quint16 bits = format.bitsPerSample;
     if (format.encoding != linearPcm) {
         objections << QStringLiteral("Its samples are encoded as %1, not as linear PCM.")
-                          .arg(encodingName(format.encoding));
+                          .arg(encodingOf(format.encoding).name);
         mending.bitsPerSample = format.encoding == ieeeFloat ? 24 : 16;
     } else if (bits != 8 && bits != 16 && bits != 24) {
         objections << QStringLiteral("Its samples have %1 bits, not 8, 16 or 24.").arg(bits);
@@ -111,14 +120,26 @@ QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data, Mending&
                             : QStringLiteral("Its header says 0 bytes of data.")};
 }
 
-/// Other programs refuse to open what this one does.
-void mendRaw(const RiffWalk& walk, Mending& mending) {
-    const RiffChunk* const data = walk.find("data");
-    if (data == nullptr || !walk.format || walk.format->encoding != linearPcm)
+/// Other programs refuse to open what this one does. What its header does not tell, or wrongly, is
+/// taken for one channel at the program's rate.
+void mendRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& data,
+             Mending& mending) {
+    const quint16 bits = format.bitsPerSample;
+    const bool isRead =
+        format.encoding == linearPcm && (bits == 8 || bits == 16 || bits == 24 || bits == 32);
+    if (!isRead) {
+        mending.program = Mending::Program::None;
         return;
+    }
     mending.program = Mending::Program::FfmpegRaw;
-    mending.rawBitsPerSample = walk.format->bitsPerSample;
-    mending.rawOffset = data->offset;
+    RawSound& raw = mending.raw;
+    raw.offset = data.offset;
+    raw.bitsPerSample = bits;
+    raw.channelCount = std::max<int>(format.channelCount, 1);
+    raw.samplingRate = format.samplingRate == 0 ? playedRate() : format.samplingRate;
+    const bool isMoreBehind = data.offset + data.heldSize < walk.fileSize;
+    if (isMoreBehind)
+        raw.frames = data.heldSize / (raw.channelCount * (bits / 8));
 }
 
 } // namespace
@@ -136,7 +157,7 @@ QStringList headerObjections(const RiffWalk& walk, Mending& mending) {
     objections += formatObjections(*walk.format, mending);
     if (walk.format->channelCount == 0 || walk.format->samplingRate == 0 ||
         (!walk.identifier.startsWith("RIF") && mending.program == Mending::Program::Sox))
-        mendRaw(walk, mending);
+        mendRaw(walk, *walk.format, *data, mending);
     return objections + dataObjections(walk, *data, mending);
 }
 
@@ -161,8 +182,7 @@ QStringList headerNotes(const RiffWalk& walk) {
                                            "program does not read.")
                           : QStringLiteral("Behind its data stands a chunk %1 of %2 bytes, which "
                                            "the program does not read.")
-                                .arg(text(chunk.identifier))
-                                .arg(chunk.declaredSize));
+                                .arg(text(chunk.identifier), QString::number(chunk.declaredSize)));
     if (walk.bytesBehind > 0)
         notes << QStringLiteral("Its last bytes, %1 of them, are no chunk. The program does not "
                                 "read them.")

@@ -36,8 +36,7 @@ private:
 } // namespace
 
 int playedSamples(qint64 samples, quint32 samplingRate) {
-    const QString shown = millisecondsText(static_cast<double>(samples) / samplingRate);
-    return sampleCount(secondsFromMillisecondsText(shown), playedRate());
+    return sampleCount(durationAsShown(static_cast<double>(samples) / samplingRate), playedRate());
 }
 
 Inspection inspect(const QString& fileName) {

@@ -11,13 +11,17 @@
 
 namespace {
 
-/// Returns a file's name as one word of a shell's command line that no program takes for an option.
-QString shellWord(const QString& fileName) {
-    const QString word = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
+/// Returns a text as one word of a shell's command line.
+QString shellWord(const QString& word) {
     const bool isPlain = std::all_of(word.cbegin(), word.cend(), [](QChar character) {
         return character.isLetterOrNumber() || QStringLiteral("/._-+").contains(character);
     });
     return isPlain ? word : u'\'' + QString(word).replace(u'\'', QLatin1String("'\\''")) + u'\'';
+}
+
+/// Returns a file's name as a word that no program takes for an option.
+QString nameWord(const QString& fileName) {
+    return shellWord(fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName);
 }
 
 QString mendedName(const QString& fileName) {
@@ -52,21 +56,37 @@ QStringList soxWords(const Mending& mending, const QString& source, const QStrin
     return words;
 }
 
+QString rawEncoding(const RawSound& raw) {
+    return raw.bitsPerSample == 8 ? QStringLiteral("u8")
+                                  : QStringLiteral("s%1le").arg(raw.bitsPerSample);
+}
+
+/// What is done to the sound on its way from the file to the file, in ffmpeg's words.
+QStringList ffmpegFilters(const Mending& mending) {
+    QStringList filters;
+    const bool isRaw = mending.program == Mending::Program::FfmpegRaw;
+    // Of several channels the first, as the program plays it; "-ac 1" would mix them.
+    if (!isRaw || mending.raw.channelCount > 1)
+        filters << "pan=mono|c0=c0";
+    if (isRaw && mending.raw.frames > 0)
+        filters << QStringLiteral("atrim=end_sample=%1").arg(mending.raw.frames);
+    if (mending.paddingSamples > 0)
+        filters << QStringLiteral("aresample=%1").arg(playedRate())
+                << QStringLiteral("apad=pad_len=%1").arg(mending.paddingSamples);
+    return filters;
+}
+
 QStringList ffmpegWords(const Mending& mending, const QString& source, const QString& result) {
     QStringList words{"ffmpeg"};
-    if (mending.program == Mending::Program::FfmpegRaw) {
-        const QString encoding = mending.rawBitsPerSample == 8
-                                     ? QStringLiteral("u8")
-                                     : QStringLiteral("s%1le").arg(mending.rawBitsPerSample);
-        words << "-f" << encoding << "-ar" << QString::number(playedRate()) << "-ac"
-              << "1"
-              << "-skip_initial_bytes" << QString::number(mending.rawOffset);
-    }
+    if (mending.program == Mending::Program::FfmpegRaw)
+        words << "-f" << rawEncoding(mending.raw) << "-ar"
+              << QString::number(mending.raw.samplingRate) << "-ac"
+              << QString::number(mending.raw.channelCount) << "-skip_initial_bytes"
+              << QString::number(mending.raw.offset);
     words << "-i" << source << "-ar" << QString::number(playedRate());
-    // Of several channels the first, as the program plays it; "-ac 1" would mix them.
-    if (mending.program == Mending::Program::Ffmpeg)
-        words << "-af"
-              << "'pan=mono|c0=c0'";
+    const QStringList filters = ffmpegFilters(mending);
+    if (!filters.isEmpty())
+        words << "-af" << shellWord(filters.join(u','));
     // Bit-exact means without a chunk that tells which program wrote the file.
     words << "-c:a"
           << "pcm_s16le"
@@ -79,8 +99,8 @@ QStringList ffmpegWords(const Mending& mending, const QString& source, const QSt
 QString mendingCommand(const Mending& mending, const QString& fileName) {
     if (mending.program == Mending::Program::None)
         return {};
-    const QString source = shellWord(fileName);
-    const QString result = shellWord(mendedName(fileName));
+    const QString source = nameWord(fileName);
+    const QString result = nameWord(mendedName(fileName));
     const QStringList words = mending.program == Mending::Program::Sox
                                   ? soxWords(mending, source, result)
                                   : ffmpegWords(mending, source, result);

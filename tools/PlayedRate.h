@@ -4,7 +4,11 @@
 
 #include "app/Data.h"
 
-/// In Hz.
+#include <QtGlobal>
+
+/// Returns the rate in Hz at which the program plays everything: the default of the settings, which
+/// nothing changes.
 inline quint32 playedRate() {
-    return static_cast<quint32>(Data().samplingRate);
+    static const auto rate = static_cast<quint32>(Data().samplingRate);
+    return rate;
 }

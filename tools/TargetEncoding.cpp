@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/TargetEncoding.h"
 
+#include "tools/RiffWalk.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -21,8 +23,8 @@ WavHeader headerOf(const TargetRecipe& recipe, quint32 dataSize) {
     header.riffChunkSize = headerBytesCounted + dataSize + dataSize % 2;
     header.format = {'W', 'A', 'V', 'E'};
     header.formatChunkIdentifier = {'f', 'm', 't', ' '};
-    header.formatChunkSize = 16;
-    header.audioFormat = 1;
+    header.formatChunkSize = plainFormatBytes;
+    header.audioFormat = linearPcm;
     header.numberOfChannels = static_cast<quint16>(recipe.channelCount);
     header.samplingRate = static_cast<quint32>(recipe.samplingRate);
     header.byteRate = header.samplingRate * frameBytes;

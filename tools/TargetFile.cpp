@@ -15,8 +15,7 @@ class PartialFile {
 public:
     explicit PartialFile(const QFileInfo& target)
         : name(QStringLiteral("%1/.pellion-target.%2.part")
-                   .arg(target.path())
-                   .arg(QCoreApplication::applicationPid())) {}
+                   .arg(target.path(), QString::number(QCoreApplication::applicationPid()))) {}
     ~PartialFile() {
         if (isMade)
             QFile::remove(name);
@@ -73,7 +72,7 @@ QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile exist
         return QStringLiteral("%1 is no regular file").arg(fileName);
     if ((named.exists() || named.isSymLink()) && existing == ExistingFile::Keep)
         return QStringLiteral("%1 exists; --force replaces it").arg(fileName);
-    // What a link points to is replaced, not the link.
+    // What a link leads to is replaced, not the link, unless it leads nowhere.
     const QFileInfo target(named.exists() ? named.canonicalFilePath() : named.absoluteFilePath());
     PartialFile partial(target);
     if (!partial.make())

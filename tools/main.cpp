@@ -3,10 +3,10 @@
 #include "app/Version.h"
 #include "tools/CommandLine.h"
 #include "tools/Inspection.h"
-#include "tools/IntendedSound.h"
 #include "tools/Levels.h"
 #include "tools/Report.h"
 #include "tools/TargetEncoding.h"
+#include "tools/TargetFile.h"
 #include "tools/TargetSound.h"
 
 #include <QCoreApplication>
@@ -14,6 +14,7 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <variant>
 
 namespace {
 
