@@ -13,9 +13,11 @@
 /// starts with. The main window owns one; the widgets mirror it: initParameters() copies it into
 /// them at start, getParameters() copies them back.
 struct Data {
-    double samplingRate = 40000.0;   ///< Hz, of everything generated and played.
-    double soundDuration = 0.25;     ///< Seconds, of one sound.
-    int nSamples = 10000;            ///< Samples of one sound: floor(soundDuration x samplingRate).
+    double samplingRate = 40000.0; ///< Hz, of everything generated and played.
+    double soundDuration = 0.25;   ///< Seconds, of one sound.
+    /// Samples of one sound: floor(soundDuration x samplingRate); from a target's loading to "Go",
+    /// which reads the fields again, those of its file.
+    int nSamples = 10000;
     double plotDuration = 0.25;      ///< Seconds of the waveform that are drawn.
     int nPointsToPlot = 10000;       ///< Samples of the waveform that are drawn, at most nSamples.
     double fftMaxFrequency = 2000.0; ///< Hz, the highest frequency shown in the spectrum.

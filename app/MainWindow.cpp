@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include <QAudioOutput>
 #include <QBuffer>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -15,6 +14,7 @@
 #include <QSpinBox>
 
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -102,7 +102,7 @@ void MainWindow::createWidgets() {
 }
 
 void MainWindow::createLayouts() {
-    constexpr int rowsOfSeveralControls = 11;
+    constexpr int rowsOfSeveralControls = 11; // those that layOutRow() is called for
     for (int row = 0; row < rowsOfSeveralControls; ++row)
         rowLayouts.append(new QHBoxLayout);
     layoutControls = new QGridLayout;

@@ -72,6 +72,8 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
+    // 1 Life and assembly
+
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
     MainWindow(const MainWindow&) = delete;
@@ -89,7 +91,8 @@ public:
 
     // 3 Settings
 
-    /// Copies the settings into the widgets and sizes the vectors for them. Called once.
+    /// Copies the settings into the widgets, tells which of these can be used, sizes the vectors,
+    /// and lays down fonts, audio format and sounds per presentation. Called once.
     void initParameters();
 
     /// Copies the widgets back into the settings and recomputes the sample counts. A text that is
@@ -134,8 +137,8 @@ public:
 
     /// Loads the target of the current trial, copies its first channel and sizes the charts'
     /// buffers. A file that fails to load leaves the earlier target, if any, in use, and the
-    /// record names that one. One that cannot be
-    /// a target is refused: nFiles becomes 0 and trialSequence empty, and neither charts, samples
+    /// record names that one. One that cannot be a target is refused, and so is a cancelled dialog,
+    /// whatever was in use: nFiles becomes 0 and trialSequence empty, and neither charts, samples
     /// nor texts change.
     void genWav();
 
@@ -204,7 +207,8 @@ public slots:
 
     // 8 Playback
 
-    /// Plays the sound that is due: the sinusoid or the target.
+    /// Plays the sound that is due, the sinusoid or the target, and emits soundPlaying(). A
+    /// sinusoid is shown as the match and counted as a response.
     void playOneSound();
 
     // 4 Session control
@@ -214,7 +218,8 @@ public slots:
 
     // 8 Playback
 
-    /// Releases the audio output when it has drained, and reports one that failed on the log.
+    /// Releases the audio output when it has drained and emits soundPlaying(-1), which unlocks the
+    /// listener's window; reports an output that failed, or ended early, on the log.
     void handleStateChanged(QAudio::State audioState);
 
     // 4 Session control
@@ -228,12 +233,14 @@ public slots:
     /// advances the file number and frees the main window.
     void refreshMainWindow();
 
+    // Protected rather than private: tests, benchmarks and the fuzzer derive from the window.
 protected:
+    // 1 Life and assembly: the phases of the constructor, and closing
+
     /// Ignored while the window is disabled for a session: a window manager's close button reaches
     /// disabled windows too, and would take the unsaved responses with it.
     void closeEvent(QCloseEvent* event) override;
 
-    // 1 Life and assembly: the phases of the constructor
     void createWidgets();
     void createLayouts();
     void connectWidgets();
@@ -248,6 +255,9 @@ protected:
 
     // 4 Session control
     void prepareSession(int repetitions, int sessionTypeIndex);
+    /// Loads and draws the target that has been chosen, for nRepetitions. Needs sequencePosition
+    /// and soundsPlayed at 0. A file that is refused leaves charts, trend and texts as they are,
+    /// and nFiles 0.
     void prepareTarget();
     void saveResultsAndAdvanceFileNumber();
 
@@ -354,6 +364,7 @@ protected:
 
     ResponseJournal journal{journalFolder()}; ///< The responses, until they are saved.
 
+    // Fonts of the charts, by setUpFonts()
     QFont fontAxisLabels;
     QFont fontAxisTitles;
     QFont fontChartTitle;
@@ -366,7 +377,7 @@ protected:
     std::unique_ptr<QByteArray> audioBytes; ///< What the output plays.
     std::unique_ptr<QBuffer> audioBuffer;   ///< The device it is pulled from.
     QAudioOutput* audioOutput = nullptr;    ///< A child of this window; null between sounds.
-    QAudioFormat audioFormat;
+    QAudioFormat audioFormat;               ///< Of every sound, by setUpAudioFormat().
     /// Context of the timers that wait for a presentation; replacing it cancels them.
     std::unique_ptr<QObject> pendingPresentations;
 

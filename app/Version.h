@@ -4,12 +4,13 @@
 
 #include <QString>
 
-/// As titles, "--version" and the manual pages show it; the build's own number is its digits.
+/// As titles, "pellion-target --version" and the manual pages show it. The build's own number
+/// (CMakeLists.txt) is its digits; scripts/check-documents compares them all.
 inline QString programVersion() {
     return QStringLiteral("v014");
 }
 
-/// Returns the title of the window that is called that.
+/// Returns the full title of a window, given its name, such as "Main Window".
 inline QString titleOfWindow(const QString& window) {
     return QStringLiteral("Vantaro Lab | Pellion (%1) | %2").arg(programVersion(), window);
 }

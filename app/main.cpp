@@ -17,8 +17,7 @@ namespace {
 QIcon programIcon() {
     QIcon icon;
     for (const QFileInfo& picture : QDir(QStringLiteral(":/icons")).entryInfoList())
-        // As a picture: for a file the toolkit would look through its engines for drawings first,
-        // which takes some milliseconds.
+        // As a picture: for a file the toolkit would look through its engines for drawings first.
         icon.addPixmap(QPixmap(picture.filePath(), "PNG"));
     return icon;
 }

@@ -1,4 +1,4 @@
-// The main window: the three charts, empty.
+// The main window: making the three charts, empty, and deleting them.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
@@ -6,8 +6,10 @@
 #include "charts/EmptyTrend.h"
 
 #include <QGridLayout>
+#include <QPainter>
 #include <QtCharts/QChart>
 #include <QtCharts/QChartView>
+#include <QtCharts/QLegend>
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
 
@@ -137,20 +139,21 @@ void MainWindow::displayEmptyTrend() {
     }
 }
 
+/// What hangs in something else goes before it: a view deletes its chart, a chart what it has left.
 void MainWindow::deleteCharts() {
-    release(seriesWav);
-    release(seriesFFT);
-    release(seriesTrend);
-    release(axisXWav);
-    release(axisXFFT);
-    release(axisXTrend);
-    release(axisYWav);
-    release(axisYFFT);
-    release(axisYTrend);
-    release(chartWav);
-    release(chartFFT);
-    release(chartTrend);
-    release(chartViewWav);
-    release(chartViewFFT);
-    release(chartViewTrend);
+    deleteAndForget(seriesWav);
+    deleteAndForget(seriesFFT);
+    deleteAndForget(seriesTrend);
+    deleteAndForget(axisXWav);
+    deleteAndForget(axisXFFT);
+    deleteAndForget(axisXTrend);
+    deleteAndForget(axisYWav);
+    deleteAndForget(axisYFFT);
+    deleteAndForget(axisYTrend);
+    deleteAndForget(chartWav);
+    deleteAndForget(chartFFT);
+    deleteAndForget(chartTrend);
+    deleteAndForget(chartViewWav);
+    deleteAndForget(chartViewFFT);
+    deleteAndForget(chartViewTrend);
 }

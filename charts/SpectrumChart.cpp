@@ -10,6 +10,8 @@
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
 
+#include <cstddef>
+
 void MainWindow::sizeSpectrum() {
     const SpectrumSizing sizing =
         spectrumSizing(data.nSamples, data.samplingRate, data.fftMaxFrequency);

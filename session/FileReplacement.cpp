@@ -58,7 +58,8 @@ FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
     }
     if (!writeThrough(file, bytes))
         return FileReplacement::NotWritten;
-    // Somebody else's file in a folder that all share, or a name as long as names can be.
+    // A file cannot be renamed over somebody else's in a folder that all share, nor be given
+    // a longer name than names can have while it is unfinished.
     if (!file.commit())
         return writeInPlace(path, bytes);
     syncNamesToDisk(target.path());

@@ -156,8 +156,10 @@ bool ResponseJournal::open() {
     flock(descriptor, LOCK_EX | LOCK_NB);
     // Each response goes to the system in one piece, so that no line is torn when the program dies.
     if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
-                   QFileDevice::AutoCloseHandle))
+                   QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
         return false;
+    }
     syncNamesToDisk(folder);
     return true;
 }

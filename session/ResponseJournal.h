@@ -58,7 +58,7 @@ private:
 
     QString folder;
     QString name;      ///< Empty between sessions.
-    QString path;      ///< Of the file, once it was tried to make it.
+    QString path;      ///< Of the file, from the first attempt to create it.
     QFile file;        ///< Open from the first response on; only its owner may read it.
     int responses = 0; ///< Held by the file.
     bool hasComplained = false;

@@ -25,8 +25,7 @@ void MainWindow::updateOutputFileName() {
 }
 
 void MainWindow::writeDataToTxt() {
-    const QString textFiles = QStringLiteral("Text files (*.txt)");
-    QString selectedFilter = textFiles;
+    QString selectedFilter = QStringLiteral("Text files (*.txt)");
     const QString chosen = QFileDialog::getSaveFileName(
         this, tr("Save a file"), data.outputFilePath + u'/' + data.outputFileName,
         QStringLiteral("All files (*.*);; Text files (*.txt)"), &selectedFilter,

@@ -8,7 +8,6 @@
 
 #include <QComboBox>
 #include <QDateTime>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 
@@ -59,8 +58,6 @@ void MainWindow::getReadyToGo() {
     prepareTarget();
 }
 
-/// Loads and draws the target that has been chosen. A file that is refused leaves charts, trend and
-/// texts as they are, and nFiles 0.
 void MainWindow::prepareTarget() {
     const WaitCursor waitCursor;
     genRandomSequence();

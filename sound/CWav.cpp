@@ -7,7 +7,6 @@
 #include "sound/SampleConversion.h"
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -18,7 +17,7 @@
 #include <utility>
 
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__,
-              "header and 16-bit samples are taken from the file as they are");
+              "the header is taken from the file as it is");
 
 namespace {
 

@@ -66,7 +66,7 @@ public:
 
     /// Replaces the samples by what the data bytes give at the header's bits per sample; by nothing
     /// when not exactly as many bytes were read as the header's data size says, or at other sizes
-    /// than 8, 16 and 24 bits.
+    /// than 8, 16 and 24 bits, which are named on standard error.
     void ConvertData();
 
     /// Appends the header and the data bytes, as they were read, to a file, which is created where

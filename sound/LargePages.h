@@ -4,10 +4,10 @@
 
 #include <cstddef>
 
-/// Asks the system for large pages, where it has them, behind memory; behind what has been written
-/// to already it changes nothing. Nothing but the time of the first writing depends on it: a page
-/// at a time, the system takes longer to hand out a gibibyte than our own work on it takes. (The
-/// real FFT's arrays do the same for themselves.)
+/// Asks the system to back memory by large pages, where it has them; pages that have been written
+/// to stay as they are. Nothing but the time of the first writing depends on it: a page at a time,
+/// the system takes longer to hand out a gibibyte than our own work on it takes. (The real FFT's
+/// arrays do the same for themselves.)
 void preferLargePages(void* memory, std::size_t bytes);
 
 /// Empties a vector and makes room for `count` elements in it, on large pages where it is long.

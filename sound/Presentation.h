@@ -12,5 +12,5 @@ struct PresentationPause {
 
 /// Returns the pause of one sound's length plus the silent interval, both in seconds, truncated to
 /// whole milliseconds and limited to 0 and the largest int. Pauses under two seconds ask for
-/// a precise timer, longer ones for a coarse one.
+/// a precise timer, others for a coarse one.
 PresentationPause presentationPause(double soundDuration, double silentInterval);

@@ -6,6 +6,9 @@
 #include <cstdint>
 #include <cstring>
 
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__,
+              "samples are taken from the bytes as they are");
+
 // Each encoding has a byteCount and a decode(), which returns the sample on the full scale of -1 to
 // +1 that the byteCount bytes from `bytes` on stand for, little-endian.
 

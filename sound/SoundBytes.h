@@ -6,7 +6,7 @@
 #include <QVector>
 
 /// Returns `length` samples as little-endian 32-bit floats, four bytes each: the samples given,
-/// cut off or padded with zeros at the end. Nothing is scaled, clipped or dithered; values
-/// beyond -1..+1 are passed on as they are. A length below 1
-/// gives no bytes, one beyond mostSamples that many samples.
+/// cut off or padded with zeros at the end. Nothing is scaled, clipped or dithered; values beyond
+/// -1..+1 are passed on as they are. A length below 1 gives no bytes, one beyond mostSamples that
+/// many samples.
 QByteArray soundBytes(const QVector<double>& samples, int length);

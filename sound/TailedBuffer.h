@@ -6,7 +6,8 @@
 
 #include <algorithm>
 
-/// Hands out the bytes of an array, and then that many zero bytes, which the array does not hold.
+/// Hands out the bytes of an array, and then `tailBytes` zero bytes, which the array does not hold.
+/// For one reading from start to end: going back does not bring the tail back.
 class TailedBuffer : public QBuffer {
 public:
     TailedBuffer(QByteArray* bytes, qint64 tailBytes) : QBuffer(bytes), tailLeft(tailBytes) {}

@@ -14,6 +14,7 @@
 #include <QMessageBox>
 
 #include <algorithm>
+#include <cstddef>
 #include <iostream>
 #include <utility>
 
@@ -31,6 +32,8 @@ void MainWindow::selectWavFile() {
         chooseTarget(QFileInfo(
             QFileDialog::getOpenFileName(this, QStringLiteral("Select a target sound file"),
                                          data.wavFolder, QStringLiteral("Sound files (*.wav)"))));
+        // The dialog gives one file or an empty name, which is a record as well, so that nobody is
+        // asked; the question is kept for a dialog that looks for files.
         isLookingOn = data.records.isEmpty() &&
                       QMessageBox::question(this, QStringLiteral("Question"),
                                             QStringLiteral("This folder contains no .wav files.\n"
@@ -40,7 +43,7 @@ void MainWindow::selectWavFile() {
     }
 }
 
-/// Makes a file the only record.
+/// Makes a file the only record and names it in the settings.
 void MainWindow::chooseTarget(const QFileInfo& file) {
     data.wavFilePath = file.path();
     data.wavFileName = file.fileName();
@@ -62,7 +65,7 @@ void MainWindow::genWav() {
         refuseTarget();
         return;
     }
-    // Only now: a refused target changes nothing, and a kept one has another name than the chosen.
+    // Once more: a kept target has another name than the chosen one.
     data.wavFilePath = record.filePath;
     data.wavFileName = record.fileName;
     currentTargetPath = pathOf(record);
@@ -89,7 +92,8 @@ void MainWindow::genWav() {
 
 /// Loads the file of a record into `wav`. A file that fails to load leaves the earlier target in
 /// use, if there is one, and the record then names that one, so that nothing shown or saved is
-/// mislabelled. Returns false, with `wav` as it was, when there is nothing to play.
+/// mislabelled. Returns false, with `wav` as it was, when there is nothing to play, and after
+/// a cancelled dialog, whatever was in use before.
 bool MainWindow::loadTarget(Record& record) {
     CWav loaded;
     loaded.mostSamplesPerChannel = mostSamples;

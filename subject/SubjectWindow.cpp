@@ -77,17 +77,17 @@ SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
 }
 
 SubjectWindow::~SubjectWindow() {
-    release(pushButtonPlayTarget);
-    release(labelCurrentValue);
-    release(spinBoxFrequency);
-    release(pushButtonPlaySinusoid);
-    release(sliderFrequency);
-    release(pushButtonIAmReady);
-    release(pushButtonDone);
-    release(layoutFrequency);
-    release(layoutUnused);
-    release(layoutWindow);
-    release(widgetCentral);
+    deleteAndForget(pushButtonPlayTarget);
+    deleteAndForget(labelCurrentValue);
+    deleteAndForget(spinBoxFrequency);
+    deleteAndForget(pushButtonPlaySinusoid);
+    deleteAndForget(sliderFrequency);
+    deleteAndForget(pushButtonIAmReady);
+    deleteAndForget(pushButtonDone);
+    deleteAndForget(layoutFrequency);
+    deleteAndForget(layoutUnused);
+    deleteAndForget(layoutWindow);
+    deleteAndForget(widgetCentral);
 }
 
 void SubjectWindow::createWidgets() {

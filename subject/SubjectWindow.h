@@ -99,7 +99,7 @@ protected:
 
     int frequencyMin = 10;      ///< Hz.
     int frequencyMax = 1000;    ///< Hz.
-    int frequencyCurrent = 500; ///< Hz; the last one asked for.
+    int frequencyCurrent = 500; ///< Hz: the one to start at, then the last one asked for.
     int frequencyStepSize = 1;  ///< Hz.
 
     // Colours, read by nothing: the style sheets name their own.
