@@ -6,7 +6,7 @@
 # "desk" a screen and a sound device without hardware, "test" what only the tests call, "access" the
 # accessibility bus and what listens to it, "package" what makes the Debian package and checks it,
 # "bench" what the benchmarks link, "peers" the programs that they start beside this one, "fuzz" the
-# compiler of the fuzzers and what names the lines of a finding.
+# compiler of the fuzzers and what names the lines of a finding, "check" what looks at the sources.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
     libxcb1-dev libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
@@ -18,7 +18,7 @@ packages_to_package=(appstream cmark-gfm desktop-file-utils dpkg-dev fakeroot im
 packages_to_bench=(libbenchmark-dev libgsl-dev libkissfft-dev libxcb-damage0-dev python3 util-linux)
 packages_of_peers=(praat sonic-visualiser)
 packages_to_fuzz=(clang-14 libclang-rt-14-dev llvm-14)
-packages_to_check=(git clang-format-14 clang-tidy-14)
+packages_to_check=(git clang-format-14 clang-tidy-14 shellcheck)
 export packages_to_build packages_to_run packages_for_desk packages_to_test packages_for_access
 export packages_to_package packages_to_bench packages_of_peers packages_to_fuzz packages_to_check
 
@@ -76,10 +76,25 @@ configure() {
 }
 
 # Warnings stop a build where nobody reads them.
+fatal_warnings() { if [[ ${CI:-} == true ]]; then printf ON; else printf OFF; fi; }
+
+# Without the benchmarks, which configure_benchmarks() may have added.
 configure_release() {
-    local fatal_warnings=OFF
-    [[ ${CI:-} != true ]] || fatal_warnings=ON
-    configure build -DCMAKE_BUILD_TYPE=Release -DPELLION_WARNINGS_AS_ERRORS=$fatal_warnings
+    configure build -DCMAKE_BUILD_TYPE=Release -DPELLION_BUILD_BENCHMARKS=OFF \
+        -DPELLION_WARNINGS_AS_ERRORS="$(fatal_warnings)"
+}
+
+# To the release build, whose library they share, to see that they compile. They are measured in
+# a directory of their own.
+configure_benchmarks() { configure build -DPELLION_BUILD_BENCHMARKS=ON; }
+
+# The fuzzers are optimised, but with assertions.
+configure_fuzzers() {
+    local compiler
+    compiler=$(command -v clang++-14 clang++ | head -n 1 || true)
+    configure build-fuzz -DCMAKE_CXX_COMPILER="${compiler:?is missing}" -DCMAKE_BUILD_TYPE=Release \
+        -DCMAKE_CXX_FLAGS_RELEASE="-O2 -g1" -DPELLION_SANITIZE=ON -DPELLION_BUILD_FUZZERS=ON \
+        -DPELLION_BUILD_TESTS=OFF -DPELLION_WARNINGS_AS_ERRORS="$(fatal_warnings)"
 }
 
 # build DIRECTORY [TARGET...]: everything where no target is named.

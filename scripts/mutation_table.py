@@ -80,6 +80,10 @@ def read_table():
     for name, count in collections.Counter(fault.name for fault in faults).items():
         if count > 1:
             raise Problem(f"{name} is there {count} times")
+    for fault in faults:
+        for field, content in (("file", fault.file), ("tests", fault.tests), ("lines", fault.hunk)):
+            if not content:
+                raise Problem(f"{fault.name} has no {field}")
     return faults
 
 

@@ -131,7 +131,8 @@ class Workshop:
         return "" if built.returncode == 0 else built.stdout[-4000:] or "the build failed"
 
     def run(self, names, limits=None):
-        """Runs test programs one after the other; returns name -> TestRun."""
+        """Runs test programs one after the other; returns name -> TestRun. They have to be programs
+        of Qt Test: each is told to name its functions as it goes."""
         logs = self.directory / "logs"
         logs.mkdir(exist_ok=True)
         lines = []
@@ -200,6 +201,8 @@ class Workshop:
         say(f"running {len(names)} tests without a fault")
         known = self.functions()
         for name, run in self.run(sorted(names)).items():
+            if not run.functions:
+                raise Problem(f"{name} names no function as a program of Qt Test does")
             if not run.passed:
                 raise Problem(f"{name} fails without a fault: {' '.join(run.failed)}")
             tests = [f for f in run.functions if f.split("::")[1] not in FIXTURES]
