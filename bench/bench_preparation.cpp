@@ -2,94 +2,59 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Each iteration prepares a target in a new main window and times the steps one by one; the
-// counters are their means in milliseconds, the part that the system's kernel took, and the peak of
-// memory. Loading stands beside libsndfile's reading of the same file into doubles, and one
-// transform by FFTW is there so that other machines can be compared.
+// counters are medians over the iterations, whose number is fixed: of the milliseconds of each step
+// and of the part of them that the system's kernel took, and of the peak of memory. Loading stands
+// beside libsndfile's reading of the same file into doubles, and one transform by FFTW is there so
+// that other machines can be compared.
 #include "app/MainWindow.h"
 
+#include "Cost.h"
 #include "DynArray.h"
 #include "FFTReal.h"
 #include "Median.h"
+#include "TargetFiles.h"
 #include "charts/ChartPoints.h"
 #include "sound/CWav.h"
-#include "support/FileBytes.h"
 #include "support/InspectedWindows.h"
-#include "support/WavBytes.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
+#include <QTest>
 #include <QtCharts/QChartView>
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
+#include <malloc.h>
 #include <sndfile.h>
-#include <sys/resource.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <map>
+#include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
-constexpr int samplingRate = 40000;
-
-struct Format {
-    quint16 bits;
-    quint16 channels;
-};
-
-constexpr Format mono16{16, 1};
-constexpr Format stereo24{24, 2};
-
-using Clock = std::chrono::steady_clock;
-
-double millisecondsSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-/// Returns the path of a target with a decaying harmonic sound of that many milliseconds.
-QString targetFile(Format format, int milliseconds) {
-    static const QTemporaryDir folder;
-    const QString path = folder.filePath(
-        QString("%1-%2-%3.wav").arg(format.bits).arg(format.channels).arg(milliseconds));
-    if (QFile::exists(path))
-        return path;
-    const int points = samplingRate / 1000 * milliseconds;
-    const double fullScale = (1 << (format.bits - 1)) - 1;
-    const int offset = format.bits == 8 ? 128 : 0;
-    QByteArray data;
-    data.reserve(points * format.channels * format.bits / 8);
-    for (int i = 0; i < points; ++i) {
-        const double sample = 0.5 * std::sin(i * 0.0691) + 0.3 * std::sin(i * 0.1382 + 1);
-        const auto code =
-            static_cast<quint32>(static_cast<qint32>(std::lrint(sample * fullScale)) + offset);
-        for (int channel = 0; channel < format.channels; ++channel)
-            for (int shift = 0; shift < format.bits; shift += 8)
-                data.append(static_cast<char>((code >> shift) & 0xFFU));
-    }
-    const testsupport::WavFormat wavFormat{samplingRate, format.channels, format.bits};
-    if (!testsupport::writeBytes(path, testsupport::wavWithData(wavFormat, data)))
-        qFatal("no target can be written");
-    return path;
-}
-
-/// The window whose preparation is timed, step by step as getReadyToGo() takes them.
+/// The window whose preparation is timed, step by step as prepareTarget() takes them.
 class PreparedWindow : public testsupport::InspectedMainWindow {
 public:
     PreparedWindow() {
         show();
-        chartViewWav->viewport()->installEventFilter(this);
-        chartViewFFT->viewport()->installEventFilter(this);
+        for (QWidget* viewport : viewports())
+            viewport->installEventFilter(this);
         paintEverything();
+        // What the window manager has painted once more is not to be taken for the target's charts.
+        QTest::qWait(20);
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Paint)
-            ++paintings;
+            unpainted.erase(watched);
         return InspectedMainWindow::eventFilter(watched, event);
     }
 
@@ -99,45 +64,26 @@ public:
         genRandomSequence();
     }
 
-    /// Handles events until both charts have been painted.
+    /// Handles events until each of both charts has been painted.
     void paintEverything() {
-        paintings = 0;
-        while (paintings < 2)
+        for (QWidget* viewport : viewports())
+            unpainted.insert(viewport);
+        constexpr int mostMilliseconds = 60000;
+        const QDeadlineTimer deadline(mostMilliseconds);
+        while (!unpainted.empty()) {
+            if (deadline.hasExpired())
+                qFatal("the charts are not painted");
             QApplication::processEvents();
+        }
     }
 
 private:
-    int paintings = 0;
-};
-
-/// Milliseconds that a step has taken.
-struct Cost {
-    double elapsed = 0; ///< By the clock on the wall.
-    double system = 0;  ///< Of these, in the system's kernel: fresh memory, mostly.
-
-    Cost& operator+=(const Cost& other) {
-        elapsed += other.elapsed;
-        system += other.system;
-        return *this;
+    [[nodiscard]] std::vector<QWidget*> viewports() const {
+        return {chartViewWav->viewport(), chartViewFFT->viewport()};
     }
-    friend Cost operator-(const Cost& one, const Cost& other) {
-        return {one.elapsed - other.elapsed, one.system - other.system};
-    }
+
+    std::set<QObject*> unpainted;
 };
-
-double systemMilliseconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return 1e3 * static_cast<double>(usage.ru_stime.tv_sec) +
-           1e-3 * static_cast<double>(usage.ru_stime.tv_usec);
-}
-
-template <typename Function> Cost costOf(Function&& function) {
-    const double system = systemMilliseconds();
-    const Clock::time_point start = Clock::now();
-    function();
-    return {millisecondsSince(start), systemMilliseconds() - system};
-}
 
 /// Returns a number of KiB out of /proc/self/status in bytes.
 double statusBytes(const QByteArray& field) {
@@ -177,75 +123,121 @@ void transform(const QVector<double>& samples, qint64 length) {
     fft.do_fft(&output[0], &input[0]);
 }
 
-/// A whole preparation in the program's order; "own" is all of it but the toolkit's updating and
-/// painting of charts. Steps that the program takes in one go are told apart by taking parts of
-/// them once more on the same data. The vectors of earlier iterations are let go beforehand, so
-/// that each preparation is a first one.
+/// The costs of steps over the iterations, by name.
+using Steps = std::map<std::string, std::vector<Cost>>;
+
+double medianOf(const std::vector<Cost>& costs, double Cost::*kind) {
+    std::vector<double> values;
+    values.reserve(costs.size());
+    for (const Cost& cost : costs)
+        values.push_back(cost.*kind);
+    return median(std::move(values));
+}
+
+/// Reads the file again, and converts it again, each on its own.
+void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
+    CWav wav;
+    reading = costOf([&] { wav.LoadWav(cutPath.toStdString()); });
+    // From here on the header declares what is there.
+    wav.header.dataSize = static_cast<std::uint32_t>(wav.rawData.size());
+    wav.numberOfSamples = wav.header.dataSize / (wav.header.bitsPerSample / 8U);
+    const bool isReadOnly = wav.samples.empty() && !wav.rawData.empty();
+    conversion = costOf([&] { wav.ConvertData(); });
+    if (!isReadOnly || wav.samples.size() != wav.numberOfSamples)
+        qFatal("reading and converting have not been told apart");
+}
+
+/// What the program does to draw the vectors of a window, without the charts.
+void pairAndFindRanges(const PreparedWindow& window) {
+    QVector<QPointF> points(0);
+    QVector<double> range;
+    pairPoints(window.timeAxisMs, window.targetSamples, window.data.nPointsToPlot, points);
+    findRange(window.targetSamples, range);
+    pairPoints(window.fftFrequencies, window.fftAmplitudes, window.data.nFFTPointsToPlot, points);
+    findRange(window.fftAmplitudes, range);
+}
+
+/// Takes a whole preparation in the program's order; "own" is all of it but the toolkit's updating
+/// and painting of charts. Steps that the program takes in one go are told apart by taking parts of
+/// them once more on the same data; "buffers", "amplitudes, phases" and "chart update" are what is
+/// left of the whole, and may be below zero where that is less than the runs differ.
+void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,
+                 std::vector<double>& peaks) {
+    forgetPeakMemory();
+    const double before = statusBytes("VmRSS:");
+    const Cost loading = costOf([&] { window.genWav(); });
+    Cost charts = costOf([&] { window.displayWav(); });
+    const Cost spectrum = costOf([&] { window.genFFT(); });
+    charts += costOf([&] { window.displayFFT(); });
+    const Cost painting = costOf([&] { window.paintEverything(); });
+    peaks.push_back(statusBytes("VmHWM:") - before);
+
+    const Cost pairing = costOf([&] { pairAndFindRanges(window); });
+    Cost reading;
+    Cost conversion;
+    readAndConvert(cutPath, reading, conversion);
+    const Cost transforming = costOf([&] { transform(window.targetSamples, window.fftLength); });
+    steps["read"].push_back(reading);
+    steps["convert"].push_back(conversion);
+    steps["buffers"].push_back(loading - reading - conversion);
+    steps["points, ranges"].push_back(pairing);
+    steps["transform"].push_back(transforming);
+    steps["amplitudes, phases"].push_back(spectrum - transforming);
+    steps["chart update"].push_back(charts - pairing);
+    steps["painting"].push_back(painting);
+    Cost own;
+    for (const Cost& part : {loading, pairing, spectrum})
+        own += part;
+    steps["own"].push_back(own);
+    Cost total;
+    for (const Cost& part : {loading, charts, spectrum, painting})
+        total += part;
+    steps["total"].push_back(total);
+}
+
+/// Prepares in a window after the other. The vectors of earlier iterations are let go beforehand
+/// and their memory is given back, so that each preparation is a first one.
 void prepare(benchmark::State& state, Format format) {
-    const QString path = targetFile(format, static_cast<int>(state.range(0)));
-    std::map<std::string, Cost> steps;
-    double peak = 0;
+    const auto milliseconds = static_cast<int>(state.range(0));
+    const QString path = targetFile(format, milliseconds);
+    const QString cutPath = cutTargetFile(format, milliseconds);
+    Steps steps;
+    std::vector<double> peaks;
     double required = 0;
     for ([[maybe_unused]] auto _ : state) {
         PreparedWindow window;
         window.choose(path);
-        forgetPeakMemory();
-        const double before = statusBytes("VmRSS:");
-        const Cost loading = costOf([&] { window.genWav(); });
-        Cost charts = costOf([&] { window.displayWav(); });
-        const Cost spectrum = costOf([&] { window.genFFT(); });
-        charts += costOf([&] { window.displayFFT(); });
-        const Cost painting = costOf([&] { window.paintEverything(); });
-        peak = statusBytes("VmHWM:") - before;
+        malloc_trim(0);
+        prepareOnce(window, cutPath, steps, peaks);
         required = requiredBytes(window);
-
-        QVector<QPointF> points(0);
-        QVector<double> range;
-        const Cost pairing = costOf([&] {
-            pairPoints(window.timeAxisMs, window.targetSamples, window.data.nPointsToPlot, points);
-            findRange(window.targetSamples, range);
-            pairPoints(window.fftFrequencies, window.fftAmplitudes, window.data.nFFTPointsToPlot,
-                       points);
-            findRange(window.fftAmplitudes, range);
-        });
-        CWav wav;
-        const Cost reading = costOf([&] { wav.LoadWav(path.toStdString()); });
-        wav.samples = {};
-        const Cost conversion = costOf([&] { wav.ConvertData(); });
-        const Cost transforming =
-            costOf([&] { transform(window.targetSamples, window.fftLength); });
-        steps["load"] += reading - conversion;
-        steps["convert"] += conversion;
-        steps["buffers"] += loading - reading;
-        steps["points, ranges"] += pairing;
-        steps["transform"] += transforming;
-        steps["amplitudes, phases"] += spectrum - transforming;
-        steps["chart update"] += charts - pairing;
-        steps["painting"] += painting;
-        Cost& own = steps["own"];
-        for (const Cost& part : {loading, pairing, spectrum})
-            own += part;
-        Cost total;
-        for (const Cost& part : {loading, charts, spectrum, painting})
-            total += part;
-        steps["total"] += total;
-        state.SetIterationTime(total.elapsed * 1e-3);
+        state.SetIterationTime(steps["total"].back().elapsed * 1e-3);
     }
-    for (const auto& [name, cost] : steps) {
-        using benchmark::Counter;
-        state.counters[name] = Counter(cost.elapsed, Counter::kAvgIterations);
-        state.counters[name + ", system"] = Counter(cost.system, Counter::kAvgIterations);
+    std::vector<double> shares;
+    std::vector<double> sharesWithoutKernel;
+    for (std::size_t i = 0; i < peaks.size(); ++i) {
+        const Cost& own = steps["own"][i];
+        const Cost& total = steps["total"][i];
+        shares.push_back(own.elapsed / total.elapsed);
+        sharesWithoutKernel.push_back((own.elapsed - own.system) / (total.elapsed - total.system));
     }
-    state.counters["peak bytes"] = peak;
+    for (const auto& [name, costs] : steps) {
+        state.counters[name] = medianOf(costs, &Cost::elapsed);
+        state.counters[name + ", system"] = medianOf(costs, &Cost::system);
+    }
+    state.counters["own share"] = median(shares);
+    state.counters["own share, kernel apart"] = median(sharesWithoutKernel);
+    state.counters["peak bytes"] = median(peaks);
     state.counters["required bytes"] = required;
 }
 
 void readBySndfile(const std::string& path) {
     SF_INFO info = {};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    std::vector<double> samples(static_cast<std::size_t>(info.frames) *
-                                static_cast<std::size_t>(info.channels));
-    benchmark::DoNotOptimize(sf_readf_double(file, samples.data(), info.frames));
+    const auto count =
+        static_cast<std::size_t>(info.frames) * static_cast<std::size_t>(info.channels);
+    // Not a vector, which would write zeros first.
+    const std::unique_ptr<double[]> samples(new double[count]);
+    benchmark::DoNotOptimize(sf_readf_double(file, samples.get(), info.frames));
     sf_close(file);
 }
 
@@ -276,8 +268,12 @@ void transformByFftw(benchmark::State& state) {
     std::vector<fftw_complex> output(static_cast<std::size_t>(length / 2 + 1));
     fftw_forget_wisdom();
     fftw_plan plan = fftw_plan_dft_r2c_1d(length, input.data(), output.data(), FFTW_ESTIMATE);
-    for (auto _ : state)
-        fftw_execute(plan);
+    std::vector<double> times;
+    for ([[maybe_unused]] auto _ : state) {
+        times.push_back(costOf([&] { fftw_execute(plan); }).elapsed);
+        state.SetIterationTime(times.back() * 1e-3);
+    }
+    state.counters["median_ms"] = median(times);
     fftw_destroy_plan(plan);
 }
 
@@ -286,28 +282,43 @@ constexpr int fiveSeconds = 5000;
 constexpr int oneMinute = 60000;
 constexpr int tenMinutes = 600000;
 
-void durations(benchmark::internal::Benchmark* benchmark) {
-    for (const int milliseconds : {quarterSecond, fiveSeconds, oneMinute, tenMinutes})
-        benchmark->Arg(milliseconds);
-    benchmark->Unit(benchmark::kMillisecond);
+void timeByHand(benchmark::internal::Benchmark* benchmark, int iterations) {
+    benchmark->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 
 void turns(benchmark::internal::Benchmark* benchmark) {
-    durations(benchmark);
-    benchmark->Iterations(21)->UseManualTime();
+    for (const int milliseconds : {quarterSecond, fiveSeconds, oneMinute, tenMinutes})
+        benchmark->Arg(milliseconds);
+    timeByHand(benchmark, 21);
+}
+
+/// Long preparations take seconds, so that there are fewer of them.
+void preparations(const char* name, Format format) {
+    struct Rounds {
+        int milliseconds;
+        int iterations;
+    };
+    for (const auto [milliseconds, iterations] :
+         {Rounds{quarterSecond, 21}, {fiveSeconds, 21}, {oneMinute, 7}, {tenMinutes, 3}})
+        timeByHand(benchmark::RegisterBenchmark(name, prepare, format)->Arg(milliseconds),
+                   iterations);
 }
 
 } // namespace
 
-BENCHMARK_CAPTURE(prepare, mono16, mono16)->Apply(durations)->UseManualTime();
-BENCHMARK_CAPTURE(prepare, stereo24, stereo24)->Apply(durations)->UseManualTime();
 BENCHMARK_CAPTURE(load, mono8, Format{8, 1})->Apply(turns);
 BENCHMARK_CAPTURE(load, mono16, mono16)->Apply(turns);
 BENCHMARK_CAPTURE(load, stereo24, stereo24)->Apply(turns);
-BENCHMARK(transformByFftw)->Arg(1 << 18)->Unit(benchmark::kMillisecond);
+BENCHMARK(transformByFftw)
+    ->Arg(1 << 18)
+    ->Iterations(101)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
+    preparations("prepare/mono16", mono16);
+    preparations("prepare/stereo24", stereo24);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -1,9 +1,10 @@
 """Measures starting beside other programs: measure_start.py BUILD RESULT, on a virtual desk.
 
 Starts the program and its peers in turns, with all files in memory and, where this is root's
-process, with none, and has watch_start time each until its windows are painted. Then times whole
-processes from launch to a picture of a target of five seconds: draw_target and a Praat script in
-turns. BUILD is the build tree, RESULT the file for the numbers.
+process, with none, and has watch_start time each until its windows are painted. Divides the
+program's start into steps by divide_start, and starts it as it is and with what it leaves out in
+turns. Then times whole processes from launch to a picture of a target of five seconds: draw_target
+and a Praat script in turns. BUILD is the build tree, RESULT the file for the numbers.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
 import array
@@ -20,6 +21,7 @@ import wave
 
 WARM_ROUNDS = 11
 COLD_ROUNDS = 5
+DIVIDING_ROUNDS = 11
 DRAWING_ROUNDS = 15
 SAMPLING_RATE = 40000
 TARGET_SECONDS = 5
@@ -52,6 +54,12 @@ def end_earlier_praat(home):
     (home / ".praat-dir" / "pid").unlink(missing_ok=True)
 
 
+def numbers_of(command, environment):
+    """Returns what a command prints as JSON."""
+    return json.loads(subprocess.run(command, env=environment, stdout=subprocess.PIPE,
+                                     check=True).stdout)
+
+
 class Starts:
     """The programs' starts, by name: how many windows make a start, and the command."""
 
@@ -68,12 +76,10 @@ class Starts:
         if "Sonic Visualiser" in self.programs:
             answer_first_questions(home)
 
-    def once(self, name):
+    def once(self, name, **variables):
         windows, program = self.programs[name]
         end_earlier_praat(self.home)
-        return json.loads(subprocess.run(
-            [self.watcher, str(windows), program], env=self.environment,
-            stdout=subprocess.PIPE, check=True).stdout)
+        return numbers_of([self.watcher, str(windows), program], self.environment | variables)
 
     def rounds(self, count, prepare=lambda: None):
         """Starts all programs so often, each round beginning with another one."""
@@ -85,6 +91,24 @@ class Starts:
                 prepare()
                 runs[name].append(self.once(name))
         return runs
+
+
+def divisions(starts, build):
+    """The steps of the program's start, and starts without and with what the program leaves out."""
+    divider = build / "bench" / "divide_start"
+    runs = {"steps": [], "icon as files": [], "as it is": [], "with OpenGL": []}
+    for number in range(DIVIDING_ROUNDS + 1):
+        round_ = {
+            "steps": numbers_of([divider, str(time.monotonic_ns())], starts.environment),
+            "icon as files": numbers_of([divider, str(time.monotonic_ns()), "files"],
+                                        starts.environment),
+            "as it is": starts.once("Pellion"),
+            # What the toolkit tries first where nobody has said anything.
+            "with OpenGL": starts.once("Pellion", QT_XCB_GL_INTEGRATION="xcb_glx")}
+        if number > 0:
+            for name, run in round_.items():
+                runs[name].append(run)
+    return runs
 
 
 def write_target(path):
@@ -108,8 +132,7 @@ def time_process(command, picture):
         process.returncode = os.waitstatus_to_exitcode(status)
     if process.returncode != 0 or not picture.stat().st_size:
         raise RuntimeError(f"{command[0]} has drawn nothing")
-    return {"ms": 1000 * elapsed, "cpu_ms": 1000 * (usage.ru_utime + usage.ru_stime),
-            "most_rss_kib": usage.ru_maxrss}
+    return {"ms": 1000 * elapsed, "cpu_ms": 1000 * (usage.ru_utime + usage.ru_stime)}
 
 
 def drawings(build, folder):
@@ -134,6 +157,7 @@ def main():
     numbers = {"load": os.getloadavg()[0]}
     starts.rounds(1)
     numbers["warm"] = starts.rounds(WARM_ROUNDS)
+    numbers["division"] = divisions(starts, build)
     with tempfile.TemporaryDirectory() as folder:
         numbers["drawing"] = drawings(build, pathlib.Path(folder))
     try:
