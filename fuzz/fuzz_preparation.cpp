@@ -13,8 +13,8 @@
 #include "app/MainWindow.h"
 
 #include "fuzz/Harness.h"
-#include "fuzz/PlainReading.h"
 #include "sound/SampleCount.h"
+#include "tests/support/PlainReading.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -29,8 +29,8 @@
 #include <utility>
 
 using fuzzing::MemoryFile;
-using fuzzing::PlainReading;
 using fuzzing::require;
+using testsupport::PlainReading;
 
 namespace {
 

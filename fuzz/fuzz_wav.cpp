@@ -5,18 +5,18 @@
 // differs from a plain reading of the same bytes: header, data and samples after loading, after
 // conversions of a header that a caller has changed, and in the files written back.
 #include "fuzz/Harness.h"
-#include "fuzz/PlainReading.h"
 #include "sound/CWav.h"
 #include "sound/SampleCount.h"
+#include "tests/support/PlainReading.h"
 
 #include <cstring>
 #include <limits>
 #include <utility>
 
 using fuzzing::MemoryFile;
-using fuzzing::PlainReading;
-using fuzzing::plainSamples;
 using fuzzing::require;
+using testsupport::PlainReading;
+using testsupport::plainSamples;
 
 namespace {
 
@@ -24,7 +24,7 @@ namespace {
 constexpr std::size_t mostPrintedSamples = 2048;
 
 std::string headerImage(const CWav& wav) {
-    std::string image(fuzzing::headerSize, '\0');
+    std::string image(testsupport::headerSize, '\0');
     std::memcpy(image.data(), &wav.header, image.size());
     return image;
 }
@@ -139,7 +139,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const PlainReading expected = plainReading(content);
 
     CWav wav = loaded(file, expected);
-    require(wav.GetHeaderSize() == static_cast<int>(fuzzing::headerSize) &&
+    require(wav.GetHeaderSize() == static_cast<int>(testsupport::headerSize) &&
                 wav.GetAudioFormat() == 0,
             "these two never change");
     checkPrinting(wav, output);

@@ -24,6 +24,13 @@ QString expectedDesktop() {
     return qEnvironmentVariable("HOME") + QStringLiteral("/Desktop");
 }
 
+bool isAscending(const std::vector<const void*>& addresses) {
+    return std::adjacent_find(addresses.cbegin(), addresses.cend(), std::greater_equal<>()) ==
+           addresses.cend();
+}
+
+} // namespace
+
 void addRow(const char* field, const QVariant& actual, const QVariant& expected) {
     QTest::newRow(field) << actual << expected;
 }
@@ -34,13 +41,6 @@ void compareValueAndType() {
     QCOMPARE(actual.userType(), expected.userType());
     QCOMPARE(actual, expected);
 }
-
-bool isAscending(const std::vector<const void*>& addresses) {
-    return std::adjacent_find(addresses.cbegin(), addresses.cend(), std::greater_equal<>()) ==
-           addresses.cend();
-}
-
-} // namespace
 
 void TestSettings::everySettingHasItsDefault_data() {
     QTest::addColumn<QVariant>("actual");

@@ -6,8 +6,15 @@
 #include "support/InspectedWindows.h"
 
 #include <QObject>
+#include <QVariant>
 
 #include <memory>
+
+/// Adds a row of the columns "actual" and "expected", named after a field or member.
+void addRow(const char* field, const QVariant& actual, const QVariant& expected);
+
+/// Tests that both columns of the row have the same type and value.
+void compareValueAndType();
 
 /// The settings and the records (test_app.cpp).
 class TestSettings : public QObject {

@@ -11,21 +11,6 @@
 using testsupport::find;
 using testsupport::InspectedMainWindow;
 
-namespace {
-
-void addRow(const char* member, const QVariant& actual, const QVariant& expected) {
-    QTest::newRow(member) << actual << expected;
-}
-
-void compareValueAndType() {
-    QFETCH(QVariant, actual);
-    QFETCH(QVariant, expected);
-    QCOMPARE(actual.userType(), expected.userType());
-    QCOMPARE(actual, expected);
-}
-
-} // namespace
-
 void TestMainWindowMembers::initTestCase() {
     window = std::make_unique<InspectedMainWindow>();
 }

@@ -13,11 +13,9 @@
 #include <QObject>
 #include <QTemporaryDir>
 
-/// Returns that many 16-bit samples, no two neighbours alike, none of them 0.
-QVector<int> unevenCodes(int count, int seed = 1);
-
 using testsupport::heardFrom;
 using testsupport::heardSinusoid;
+using testsupport::unevenCodes;
 
 /// A main window on the screen, its listener, what it tells and logs, and a recorder.
 class PlaybackBench {

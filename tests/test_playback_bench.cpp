@@ -8,13 +8,6 @@
 #include <QLineEdit>
 #include <QtTest>
 
-QVector<int> unevenCodes(int count, int seed) {
-    QVector<int> codes(count);
-    for (int i = 0; i < count; ++i)
-        codes[i] = ((i + seed) * 7919 % 16381 + 1) * (i % 2 == 0 ? 1 : -1);
-    return codes;
-}
-
 PlaybackBench::PlaybackBench() {
     window.show();
     if (!QTest::qWaitForWindowExposed(&window))
@@ -50,10 +43,7 @@ void PlaybackBench::finish() {
 }
 
 QVector<int> PlaybackBench::soundsTold() const {
-    QVector<int> told;
-    for (const QList<QVariant>& arguments : sounds)
-        told.append(arguments.first().toInt());
-    return told;
+    return testsupport::soundsTold(sounds);
 }
 
 QString PlaybackBench::wrongInRecording(const QVector<QVector<float>>& soundsExpected) {

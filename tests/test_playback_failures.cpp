@@ -8,7 +8,6 @@
 #include "support/ProcessorTime.h"
 #include "support/WavBytes.h"
 
-#include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -26,14 +25,15 @@ QByteArray resultsWith(const QVector<int>& frequencies) {
 
 /// What the journals of all sessions hold.
 QList<QByteArray> journals() {
-    QList<QByteArray> contents;
-    const QDir folder(journalFolder());
-    for (const QString& name : folder.entryList(QDir::Files))
-        contents.append(testsupport::readBytes(folder.filePath(name)));
-    return contents;
+    return testsupport::contentsOf(journalFolder());
 }
 
 } // namespace
+
+testsupport::SoundServer& server() {
+    static testsupport::SoundServer theServer;
+    return theServer;
+}
 
 FailureBench::FailureBench() {
     window.show();
@@ -41,14 +41,17 @@ FailureBench::FailureBench() {
         qFatal("the main window does not appear");
 }
 
-void FailureBench::prepareAndGo(int samples) {
+bool FailureBench::prepareAndGo(int samples) {
     const QString path = folder.filePath("target.wav");
-    QVERIFY(testsupport::writeBytes(path,
-                                    testsupport::wavWithSamples({}, QVector<int>(samples, 12345))));
+    if (!testsupport::writeSteadyTarget(path, samples))
+        return false;
     session.prepare(testsupport::SessionDriver::Session::Practice, path);
-    session.setPause(10);
-    QVERIFY(session.go() != nullptr);
+    constexpr double pauseMs = 10;
+    session.setPause(pauseMs);
+    if (session.go() == nullptr)
+        return false;
     session.beReady();
+    return true;
 }
 
 void FailureBench::request(int frequency) {
@@ -93,10 +96,7 @@ bool FailureBench::isAtRest() const {
 }
 
 QVector<int> FailureBench::soundsTold() const {
-    QVector<int> told;
-    for (const QList<QVariant>& arguments : sounds)
-        told.append(arguments.first().toInt());
-    return told;
+    return testsupport::soundsTold(sounds);
 }
 
 QString FailureBench::text(const char* lineEditName) {

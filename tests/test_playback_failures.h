@@ -7,10 +7,14 @@
 #include "support/InspectedWindows.h"
 #include "support/LogLines.h"
 #include "support/SessionDriver.h"
+#include "support/SoundServer.h"
 
 #include <QTemporaryDir>
 
 #include <memory>
+
+/// The sound server of the program, not yet started.
+testsupport::SoundServer& server();
 
 /// A main window on the screen, its listener, and what it tells and logs.
 class FailureBench {
@@ -18,8 +22,8 @@ public:
     FailureBench();
 
     /// Prepares a practice session with a target of that many samples, and starts it. A pause of
-    /// 10 ms follows each request.
-    void prepareAndGo(int samples = 400);
+    /// 10 ms follows each request. Returns whether the listener's window came.
+    bool prepareAndGo(int samples = 400);
 
     /// The listener asks for a sinusoid; tests that it is told to have started. The listener's
     /// window may be locked for a sound that never ended: what no sound unlocks is asked for as

@@ -5,8 +5,6 @@
 #include "support/SoundServer.h"
 #include "support/TestMain.h"
 
-#include <QDir>
-
 namespace {
 
 /// The sessions' pause, long enough to do away with the sound device meanwhile.
@@ -34,11 +32,7 @@ public:
 
     /// The contents of the journals.
     QList<QByteArray> journals() const {
-        QList<QByteArray> contents;
-        const QDir journals(folder.filePath("pellion/journal"));
-        for (const QString& name : journals.entryList(QDir::Files))
-            contents.append(testsupport::readBytes(journals.filePath(name)));
-        return contents;
+        return testsupport::contentsOf(folder.filePath("pellion/journal"));
     }
 
 private:

@@ -8,15 +8,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-namespace {
-
-/// There is never a server at this address.
-QByteArray nowhere() {
-    return "unix:/nonexistent/sound-server";
-}
-
-} // namespace
-
+/// In this order: the server comes last.
 class TestPlaybackWithoutServer : public QObject {
     Q_OBJECT
 
@@ -26,6 +18,8 @@ private slots:
     void sessionEndsAndSaves();
     void nextSessionIsHeldLikeTheFirst();
     void mainWindowGoesWithAnOutputThatNeverEnds();
+    void serverThatComesLaterIsNotFound();
+    void cleanupTestCase();
 };
 
 void TestPlaybackWithoutServer::unsupportedFormatIsLoggedOnceAtTheStart() {
@@ -39,7 +33,7 @@ void TestPlaybackWithoutServer::unsupportedFormatIsLoggedOnceAtTheStart() {
 
 void TestPlaybackWithoutServer::soundIsAttemptedAndNeverEnds() {
     FailureBench bench;
-    bench.prepareAndGo();
+    QVERIFY(bench.prepareAndGo());
     testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
     QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
     QVERIFY(bench.window.audioOutput != nullptr);
@@ -57,7 +51,7 @@ void TestPlaybackWithoutServer::soundIsAttemptedAndNeverEnds() {
 
 void TestPlaybackWithoutServer::sessionEndsAndSaves() {
     FailureBench bench;
-    bench.prepareAndGo();
+    QVERIFY(bench.prepareAndGo());
     // What no sound unlocks is asked for as the listener's window would.
     for (const int frequency : {640, 441}) {
         bench.sounds.clear();
@@ -76,16 +70,17 @@ void TestPlaybackWithoutServer::nextSessionIsHeldLikeTheFirst() {
     FailureBench bench;
     for (const int frequency : {300, 400}) {
         bench.sounds.clear();
-        bench.prepareAndGo();
+        QVERIFY(bench.prepareAndGo());
         emit bench.session.listener()->subjectResponded(4, frequency);
         QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+        bench.verifyJournal({frequency});
         bench.endAndVerify({frequency});
     }
 }
 
 void TestPlaybackWithoutServer::mainWindowGoesWithAnOutputThatNeverEnds() {
     FailureBench bench;
-    bench.prepareAndGo();
+    QVERIFY(bench.prepareAndGo());
     testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
     QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
     bench.windowOwner.reset();
@@ -93,8 +88,29 @@ void TestPlaybackWithoutServer::mainWindowGoesWithAnOutputThatNeverEnds() {
     QCOMPARE(bench.session.dialogs.takeComplaints(), QStringList());
 }
 
+void TestPlaybackWithoutServer::serverThatComesLaterIsNotFound() {
+    QVERIFY(server().start());
+    // Three seconds after it has lost a server the toolkit looks for it, but it never had this one.
+    constexpr int longerThanThatMs = 3500;
+    QTest::qWait(longerThanThatMs);
+    QVERIFY(QAudioDeviceInfo::defaultOutputDevice().isNull());
+    FailureBench bench;
+    QVERIFY(bench.prepareAndGo());
+    bench.request(640);
+    QCOMPARE(bench.window.audioOutput->state(), QAudio::StoppedState);
+    QVERIFY(bench.isAtRest());
+    QCOMPARE(bench.soundsTold(), QVector<int>{1});
+    QVERIFY(!bench.session.listener()->isEnabled());
+    bench.verifyJournal({640});
+    bench.endAndVerify({640});
+}
+
+void TestPlaybackWithoutServer::cleanupTestCase() {
+    server().kill();
+}
+
 int main(int argc, char** argv) {
-    qputenv("PULSE_SERVER", nowhere());
+    qputenv("PULSE_SERVER", server().address());
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
     return testsupport::runAll<TestPlaybackWithoutServer>(argc, argv);

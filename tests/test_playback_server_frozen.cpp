@@ -3,20 +3,10 @@
 #include "test_playback_failures.h"
 
 #include "support/ProcessorTime.h"
-#include "support/SoundServer.h"
 #include "support/TestMain.h"
 
 #include <QAudioOutput>
 #include <QElapsedTimer>
-
-namespace {
-
-testsupport::SoundServer& server() {
-    static testsupport::SoundServer theServer;
-    return theServer;
-}
-
-} // namespace
 
 class TestPlaybackServerFrozen : public QObject {
     Q_OBJECT
@@ -39,7 +29,7 @@ void TestPlaybackServerFrozen::cleanupTestCase() {
 void TestPlaybackServerFrozen::soundWaitsForAServerThatStandsStill() {
     constexpr int frozenMs = 5000;
     FailureBench bench;
-    bench.prepareAndGo();
+    QVERIFY(bench.prepareAndGo());
     QVERIFY(bench.session.playTarget());
     QVERIFY(bench.session.playSinusoid(300));
     QElapsedTimer clock;
@@ -65,7 +55,7 @@ void TestPlaybackServerFrozen::soundWaitsForAServerThatStandsStill() {
 
 void TestPlaybackServerFrozen::sessionCanBeEndedWhileTheServerStandsStillInMidSound() {
     FailureBench bench;
-    bench.prepareAndGo(200000);
+    QVERIFY(bench.prepareAndGo(200000));
     bench.request(640);
     QTRY_COMPARE(bench.window.audioOutput->state(), QAudio::ActiveState);
     server().freeze();
@@ -74,7 +64,7 @@ void TestPlaybackServerFrozen::sessionCanBeEndedWhileTheServerStandsStillInMidSo
     bench.verifyJournal({640});
     bench.endAndVerify({640});
     server().thaw();
-    bench.prepareAndGo();
+    QVERIFY(bench.prepareAndGo());
     QVERIFY(bench.session.playTarget());
     bench.sounds.clear();
     bench.endAndVerify({});

@@ -2,17 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback_failures.h"
 
-#include "support/SoundServer.h"
 #include "support/TestMain.h"
 
 #include <QAudioOutput>
 
 namespace {
-
-testsupport::SoundServer& server() {
-    static testsupport::SoundServer theServer;
-    return theServer;
-}
 
 bool isThereADevice() {
     return !QAudioDeviceInfo::defaultOutputDevice().isNull();
@@ -49,7 +43,7 @@ void TestPlaybackSinkEnds::cleanupTestCase() {
 
 void TestPlaybackSinkEnds::sinkRemovedInMidSoundLeavesTheOutputActiveForEver() {
     FailureBench bench;
-    bench.prepareAndGo(4000);
+    QVERIFY(bench.prepareAndGo(4000));
     QVERIFY(bench.session.playTarget());
     bench.request(640);
     QTRY_COMPARE(bench.window.audioOutput->state(), QAudio::ActiveState);
@@ -66,7 +60,7 @@ void TestPlaybackSinkEnds::sinkRemovedInMidSoundLeavesTheOutputActiveForEver() {
 
 void TestPlaybackSinkEnds::sinkRemovedBetweenSoundsLeavesNoDevice() {
     FailureBench bench;
-    bench.prepareAndGo();
+    QVERIFY(bench.prepareAndGo());
     QVERIFY(bench.session.playTarget());
     QVERIFY(bench.session.playSinusoid(300));
     QVERIFY(server().removeSink());
@@ -82,7 +76,7 @@ void TestPlaybackSinkEnds::sinkRemovedBetweenSoundsLeavesNoDevice() {
 void TestPlaybackSinkEnds::nextSessionPlaysOnceTheSinkIsBack() {
     FailureBench bench;
     for (const int frequency : {300, 400}) {
-        bench.prepareAndGo();
+        QVERIFY(bench.prepareAndGo());
         QVERIFY(bench.session.playTarget());
         QVERIFY(bench.session.playSinusoid(frequency));
         bench.request(frequency + 1);

@@ -1,6 +1,9 @@
-// What the long campaigns judge recordings by.
+// What the long campaigns judge recordings, files and costs by.
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "reliability/KilledSessions.h"
 #include "reliability/PresentedSounds.h"
+#include "reliability/ProcessResources.h"
+#include "reliability/ResponseCost.h"
 #include "reliability/ToneFrequency.h"
 
 #include <QtTest>
@@ -20,6 +23,10 @@ QVector<float> tone(double frequency, int count, double amplitude, double phase)
     return samples;
 }
 
+QByteArray header() {
+    return "filename\tnTrials\tfrequency matched (Hz)\r\n";
+}
+
 } // namespace
 
 class TestReliability : public QObject {
@@ -32,6 +39,14 @@ private slots:
     void cents();
     void fates_data();
     void fates();
+    void wrongLinesAreTold_data();
+    void wrongLinesAreTold();
+    void responsesAreFoundInFiles_data();
+    void responsesAreFoundInFiles();
+    void growthOfMemoryIsThatOfTheBestLine_data();
+    void growthOfMemoryIsThatOfTheBestLine();
+    void medianAndMostOfValues_data();
+    void medianAndMostOfValues();
 };
 
 void TestReliability::frequencies_data() {
@@ -120,6 +135,108 @@ void TestReliability::fates() {
     QCOMPARE(heard.start, start);
     QCOMPARE(heard.samplesMissing, missing);
     QCOMPARE(heard.isFollowedByMore, isFollowedByMore);
+}
+
+void TestReliability::wrongLinesAreTold_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("wrong");
+    const QByteArray first = "target.wav\t1\t640\r\n";
+    const QByteArray second = "target.wav\t2\t10\r\n";
+    const auto row = [](const char* name, const QByteArray& file, const char* wrong = "") {
+        QTest::newRow(name) << file << QString(wrong);
+    };
+    row("header alone", header());
+    row("one response", header() + first);
+    row("two responses", header() + first + second);
+    const char* const noHeader = "there is no whole header";
+    row("nothing", "", noHeader);
+    row("cut header", header().chopped(2), noHeader);
+    row("header without its carriage return", header().replace('\r', "") + first, noHeader);
+    row("no header", first + second, noHeader);
+    const char* const cut = "the last line is not whole";
+    row("cut in the frequency", header() + first + "target.wav\t2\t1", cut);
+    row("cut before the line feed", header() + first.chopped(1), cut);
+    row("cut in the name", header() + first + "tar", cut);
+    row("zeros behind", header() + first + QByteArray(3, '\0'), cut);
+    const char* const firstWrong = "line 1 is not whole";
+    row("begins with the second", header() + second, firstWrong);
+    row("empty line", header() + "\r\n" + first, firstWrong);
+    row("other target", header() + "target2.wav\t1\t640\r\n", firstWrong);
+    row("frequency below the lowest", header() + "target.wav\t1\t9\r\n", firstWrong);
+    row("no frequency", header() + "target.wav\t1\t\r\n", firstWrong);
+    row("a field too few", header() + "target.wav\t1\r\n", firstWrong);
+    row("a field too many", header() + "target.wav\t1\t640\t1\r\n", firstWrong);
+    row("line without its carriage return", header() + "target.wav\t1\t640\n" + second, firstWrong);
+    const char* const secondWrong = "line 2 is not whole";
+    row("the same twice", header() + first + first, secondWrong);
+    row("one is missing", header() + first + "target.wav\t3\t10\r\n", secondWrong);
+    row("two lines in one", header() + first + "target.wav\t2\ttarget.wav\t3\t10\r\n", secondWrong);
+}
+
+void TestReliability::wrongLinesAreTold() {
+    QFETCH(QByteArray, file);
+    QTEST(wrongWithLines(file), "wrong");
+}
+
+void TestReliability::responsesAreFoundInFiles_data() {
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<bool>("isHeld");
+    // The response is the second, of 640 Hz.
+    QTest::newRow("last line") << QByteArray("target.wav\t1\t10\r\ntarget.wav\t2\t640\r\n") << true;
+    QTest::newRow("line in between")
+        << QByteArray("target.wav\t2\t640\r\ntarget.wav\t3\t10\r\n") << true;
+    QTest::newRow("nothing") << QByteArray() << false;
+    QTest::newRow("other frequency") << QByteArray("target.wav\t2\t641\r\n") << false;
+    QTest::newRow("longer frequency") << QByteArray("target.wav\t2\t6400\r\n") << false;
+    QTest::newRow("other number") << QByteArray("target.wav\t1\t640\r\n") << false;
+    QTest::newRow("longer number") << QByteArray("target.wav\t22\t640\r\n") << false;
+    QTest::newRow("other target") << QByteArray("a target.wav\t2\t640\r\n") << false;
+    QTest::newRow("cut line") << QByteArray("target.wav\t2\t640\r") << false;
+}
+
+void TestReliability::responsesAreFoundInFiles() {
+    QFETCH(QByteArray, lines);
+    QTEST(holds(header() + lines, {2, "640"}), "isHeld");
+}
+
+void TestReliability::growthOfMemoryIsThatOfTheBestLine_data() {
+    QTest::addColumn<QVector<double>>("mebibytes");
+    QTest::addColumn<int>("firstIndex");
+    QTest::addColumn<double>("growth");
+    using Values = QVector<double>;
+    QTest::newRow("none") << Values{7, 7, 7, 7} << 0 << 0.0;
+    QTest::newRow("as a line") << Values{1, 3, 5, 7, 9} << 0 << 2.0;
+    QTest::newRow("two") << Values{1, 4} << 0 << 3.0;
+    QTest::newRow("shrinking") << Values{9, 8, 7} << 0 << -1.0;
+    QTest::newRow("behind the first ones") << Values{100, 50, 1, 3, 5, 7} << 2 << 2.0;
+    // Around its middle: (-1.5 * 0 - 0.5 * 2 + 0.5 * 1 + 1.5 * 5) / (2.25 + 0.25 + 0.25 + 2.25).
+    QTest::newRow("uneven") << Values{0, 2, 1, 5} << 0 << 1.4;
+}
+
+void TestReliability::growthOfMemoryIsThatOfTheBestLine() {
+    QFETCH(QVector<double>, mebibytes);
+    QFETCH(int, firstIndex);
+    QVector<ProcessResources> held;
+    for (const double residentMiB : mebibytes) {
+        ProcessResources resources;
+        resources.residentMiB = residentMiB;
+        held.append(resources);
+    }
+    QTEST(growthOfMemory(held, firstIndex), "growth");
+}
+
+void TestReliability::medianAndMostOfValues_data() {
+    QTest::addColumn<QVector<double>>("values");
+    QTest::addColumn<QString>("text");
+    using Values = QVector<double>;
+    QTest::newRow("one") << Values{3} << "3.00 / 3.00";
+    QTest::newRow("odd count") << Values{9, 1, 2} << "2.00 / 9.00";
+    QTest::newRow("even count") << Values{4, 1, 2, 0.5} << "1.50 / 4.00";
+}
+
+void TestReliability::medianAndMostOfValues() {
+    QFETCH(QVector<double>, values);
+    QTEST(medianAndMost(values).text(), "text");
 }
 
 QTEST_APPLESS_MAIN(TestReliability)

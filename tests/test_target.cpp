@@ -49,13 +49,6 @@ QString line(const char* name, const QtCharts::QValueAxis* axis) {
 
 } // namespace
 
-QVector<int> unevenCodes(int count, int seed) {
-    QVector<int> codes(count);
-    for (int i = 0; i < count; ++i)
-        codes[i] = ((i + seed) * 7919 % 16381 + 1) * (i % 2 == 0 ? 1 : -1);
-    return codes;
-}
-
 QVector<double> scaledFrom16Bits(const QVector<int>& codes) {
     QVector<double> samples;
     for (const int code : codes)

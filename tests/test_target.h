@@ -15,15 +15,8 @@
 #include <iostream>
 #include <string>
 
-/// Returns what a function writes to standard error.
-template <typename Function> std::string errorsOf(Function&& function) {
-    const testsupport::StreamCapture errors(std::cerr);
-    function();
-    return errors.text();
-}
-
-/// Returns that many samples of 16 bits, no two neighbours alike, none of them 0.
-QVector<int> unevenCodes(int count, int seed = 1);
+using testsupport::errorsOf;
+using testsupport::unevenCodes;
 
 /// Returns what 16-bit samples are on the scale of a target.
 QVector<double> scaledFrom16Bits(const QVector<int>& codes);
@@ -158,7 +151,7 @@ class TestTargetWaiting : public QObject {
     Q_OBJECT
 
 private slots:
-    void cursorWaitsFromTheDialogToTheLastDrawing();
+    void cursorStillWaitsWhenTheChartsAreDrawn();
     void cursorComesBackOnEveryRoad_data();
     void cursorComesBackOnEveryRoad();
 };

@@ -34,7 +34,7 @@ public:
 
 } // namespace
 
-void TestTargetWaiting::cursorWaitsFromTheDialogToTheLastDrawing() {
+void TestTargetWaiting::cursorStillWaitsWhenTheChartsAreDrawn() {
     TargetBench bench;
     const QString path = bench.write("target.wav", unevenCodes(400));
     // What showing the window for the first time paints.

@@ -29,12 +29,7 @@ private:
     QTemporaryDir folder_;
 };
 
-/// Returns what a function writes to standard error.
-template <typename Function> std::string errorsOf(Function&& function) {
-    const testsupport::StreamCapture errors(std::cerr);
-    function();
-    return errors.text();
-}
+using testsupport::errorsOf;
 
 inline QByteArray headerImage(const CWav& wav) {
     return {reinterpret_cast<const char*>(&wav.header), static_cast<int>(sizeof(wav.header))};

@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_wav.h"
 
+#include "support/PlainReading.h"
+
 #include <QtTest>
 
 #include <random>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,52 +32,13 @@ QByteArray unevenBytes(int count) {
     return bytes;
 }
 
-quint32 littleEndian(const QByteArray& bytes) {
-    quint32 number = 0;
-    for (int i = bytes.size() - 1; i >= 0; --i)
-        number = number * 256U + static_cast<unsigned char>(bytes[i]);
-    return number;
+std::string_view viewOf(const QByteArray& bytes) {
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
-/// One sample after another, by division.
 Samples plainSamples(const QByteArray& data, int bitsPerSample) {
-    Samples samples;
-    const int width = bitsPerSample / 8;
-    for (int offset = 0; offset + width <= data.size(); offset += width) {
-        const auto code = static_cast<double>(littleEndian(data.mid(offset, width)));
-        if (bitsPerSample == 8)
-            samples.push_back((code - 128.0) / 128.0);
-        else if (bitsPerSample == 16)
-            samples.push_back((code >= 32768.0 ? code - 65536.0 : code) / 32768.0);
-        else
-            samples.push_back((code > 8388608.0 ? code - 16777216.0 : code) / 8388608.0);
-    }
-    return samples;
+    return testsupport::plainSamples(viewOf(data), static_cast<unsigned>(bitsPerSample));
 }
-
-/// What a whole file is to give, found with all of it at hand.
-struct PlainReading {
-    explicit PlainReading(const QByteArray& file)
-        : header(file.left(wavoffset::data).leftJustified(wavoffset::data, '\0')) {
-        const auto bits = static_cast<int>(littleEndian(header.mid(wavoffset::bitsPerSample, 2)));
-        isLoaded = header.mid(wavoffset::format, 4) == "WAVE" &&
-                   littleEndian(header.mid(wavoffset::audioFormat, 2)) == 1 &&
-                   (bits == 8 || bits == 16 || bits == 24);
-        if (!isLoaded)
-            return;
-        const QByteArray rest = file.mid(wavoffset::data);
-        const quint32 declared = littleEndian(header.mid(wavoffset::dataSize, 4));
-        const bool isComplete = declared <= static_cast<quint32>(rest.size());
-        data = isComplete ? rest.left(static_cast<int>(declared)) : rest;
-        if (isComplete)
-            samples = plainSamples(data, bits);
-    }
-
-    QByteArray header;
-    bool isLoaded = false;
-    QByteArray data;
-    Samples samples;
-};
 
 /// Files that are WAV files more or less.
 class RandomFiles {
@@ -248,17 +212,18 @@ void TestWavRobustness::randomHeadersAgreeWithAPlainReader() {
     int loadedCount = 0;
     for (int round = 0; round < 600; ++round) {
         const QByteArray bytes = files.next();
-        const PlainReading expected(bytes);
+        const testsupport::PlainReading expected(viewOf(bytes), CWav().mostSamplesPerChannel);
         CWav wav;
         bool isLoaded = false;
         const std::string path = folder.write(bytes);
         errorsOf([&] { isLoaded = wav.LoadWav(path); });
         QCOMPARE(isLoaded, expected.isLoaded);
-        QCOMPARE(headerImage(wav), expected.header);
-        QCOMPARE(rawBytes(wav), expected.data);
+        QCOMPARE(headerImage(wav), QByteArray::fromStdString(expected.header));
+        QCOMPARE(rawBytes(wav), QByteArray::fromStdString(expected.data));
         QCOMPARE(wav.samples, expected.samples);
         QVERIFY(wav.WriteWav(copy.toStdString()));
-        QCOMPARE(testsupport::readBytes(copy), expected.header + expected.data);
+        QCOMPARE(testsupport::readBytes(copy),
+                 QByteArray::fromStdString(expected.header + expected.data));
         QVERIFY(QFile::remove(copy));
         loadedCount += isLoaded ? 1 : 0;
     }

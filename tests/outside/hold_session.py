@@ -70,9 +70,16 @@ class Recorder:
 
     def stop(self):
         """Returns the samples, once what is still on its way has arrived."""
-        time.sleep(0.2)
+        before = len(self.samples())
+        silent = SAMPLING_RATE * 3 // 10
+        wait_for("silence at the sound device",
+                 lambda: len(self.samples()) >= before + silent and not any(self.samples()[-silent:]))
         self.process.terminate()
         self.process.wait()
+        return self.samples()
+
+    def samples(self):
+        """Returns what has been written so far."""
         data = self.path.read_bytes()
         return array.array("f", data[:len(data) // 4 * 4])
 

@@ -8,12 +8,13 @@
 #include "support/FileBytes.h"
 #include "support/WavBytes.h"
 
-#include <QLineEdit>
 #include <QPushButton>
 
 #include <QtCharts/QChart>
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
+
+#include <ctime>
 
 namespace {
 
@@ -23,9 +24,13 @@ double msOf(const QElapsedTimer& clock) {
     return double(clock.nsecsElapsed()) / TimedApplication::nanosecondsInMillisecond;
 }
 
-bool writeTarget(const QString& path, int samples) {
-    return testsupport::writeBytes(path,
-                                   testsupport::wavWithSamples({}, QVector<int>(samples, 12345)));
+/// Time of the processor that the calling thread has taken so far.
+double processorMs() {
+    timespec taken{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &taken);
+    constexpr double millisecondsInSecond = 1000;
+    return double(taken.tv_sec) * millisecondsInSecond +
+           double(taken.tv_nsec) / TimedApplication::nanosecondsInMillisecond;
 }
 
 } // namespace
@@ -33,7 +38,7 @@ bool writeTarget(const QString& path, int samples) {
 bool DetachedWindow::prepare(const QString& folder, testsupport::DialogDriver& dialogs) {
     constexpr int quarterOfASecond = 10000;
     const QString target = folder + "/quarter.wav";
-    if (!writeTarget(target, quarterOfASecond))
+    if (!testsupport::writeSteadyTarget(target, quarterOfASecond))
         return false;
     dialogs.chooseTarget(target);
     on_pushButtonPractice_clicked();
@@ -44,30 +49,34 @@ bool DetachedWindow::prepare(const QString& folder, testsupport::DialogDriver& d
 }
 
 double DetachedWindow::respond(int frequency) {
-    QElapsedTimer clock;
-    clock.start();
+    const double beforeAnsweringMs = processorMs();
     updateMainwindow(PlaySinusoid, frequency);
-    const double answeringMs = msOf(clock);
+    const double answeringMs = processorMs() - beforeAnsweringMs;
     cancelPresentation();
     // As playOneSound() does once the pause is over, but for the output.
-    clock.start();
+    const double beforePlayingMs = processorMs();
     updateFrequencyMatched();
     ++data.nResponses;
     const QByteArray bytes = soundBytes(sinusoidSamples, data.nSamples);
-    const double playingMs = msOf(clock);
+    const double playingMs = processorMs() - beforePlayingMs;
     if (bytes.isEmpty())
         qFatal("there is nothing to play");
     return answeringMs + playingMs;
 }
 
 bool LongSession::begin() {
-    constexpr int samples = 200; // 5 ms.
-    const QString target = folder.filePath(shortTarget);
-    if (!detached.prepare(folder.path(), session.dialogs) || !writeTarget(target, samples))
-        return false;
     window.show();
+    return detached.prepare(folder.path(), session.dialogs) && beginNext();
+}
+
+bool LongSession::beginNext() {
+    frequencies.clear();
+    const QString target = folder.filePath(shortTarget);
+    if (!testsupport::writeSteadyTarget(target))
+        return false;
     session.prepare(testsupport::SessionDriver::Session::Practice, target);
-    testsupport::find<QLineEdit>(window, "lineEditSilentInterval")->setText("5");
+    constexpr double pauseMs = 10;
+    session.setPause(pauseMs);
     SubjectWindow* const listener = session.go();
     if (listener == nullptr)
         return false;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "reliability/ResponseCost.h"
 #include "reliability/TimedApplication.h"
 #include "session/ResponseJournal.h"
 #include "support/InspectedWindows.h"
@@ -9,18 +10,6 @@
 
 #include <QTemporaryDir>
 #include <QVector>
-
-/// What one response costs, in ms.
-struct ResponseCost {
-    double own = 0;     ///< The program's own share: match, synthesis, trend, bytes to be played.
-    double journal = 0; ///< The journal, with its way to the disk.
-    double click = 0;   ///< From the listener's click until it has been answered.
-    double busy = 0;    ///< All events until the sound has ended, the click among them.
-    double longest = 0; ///< The longest of these events: for so long both windows stand still.
-
-    /// Charts, widgets and sound output.
-    double toolkit() const { return busy - own - journal; }
-};
 
 /// A window whose trend belongs to no chart: the toolkit keeps its points and ticks and neither
 /// lays out nor draws anything, so that answering a response takes what the program itself needs.
@@ -31,26 +20,30 @@ public:
     bool prepare(const QString& folder, testsupport::DialogDriver& dialogs);
 
     /// Answers a request of a sinusoid by the slot of real sessions, and does what precedes
-    /// a sound. Returns the time that it took (ms).
+    /// a sound. Returns the time of the processor that it took (ms).
     double respond(int frequency);
 };
 
-/// One real session, by the widgets that a person clicks, with sounds of 5 ms. Beside it
+/// A real session, by the widgets that a person clicks, with sounds of 5 ms. Beside it
 /// a detached window and a journal answer each response once more, so that their shares are
 /// measured in the same run, with memory and processor in the state that a session leaves.
+/// Another session may follow in the same window.
 class LongSession {
 public:
     explicit LongSession(TimedApplication& timedApplication) : application(timedApplication) {}
 
     bool begin();
 
+    /// Begins another session once the last one is finished.
+    bool beginNext();
+
     /// Asks for the next sinusoid and waits until it has sounded.
     bool respond();
 
-    /// Saves the results; returns whether the file holds every response.
+    /// Saves the results; returns whether the file holds every response of the session.
     bool finish();
 
-    QVector<ResponseCost> costs; ///< Of each response.
+    QVector<ResponseCost> costs; ///< Of each response, of all sessions.
 
 private:
     TimedApplication& application;
@@ -59,6 +52,6 @@ private:
     testsupport::SessionDriver session{window};
     DetachedWindow detached;
     ResponseJournal journal{folder.filePath("journal")};
-    QVector<double> frequencies; ///< Hz, of each response.
+    QVector<double> frequencies; ///< Hz, of each response of the session.
     QElapsedTimer click;
 };

@@ -74,7 +74,7 @@ bool MixedSessions::hold(int count) {
 }
 
 bool MixedSessions::present(bool isSinusoid) {
-    Presentation presentation;
+    PresentedSound presentation;
     presentation.isSinusoid = isSinusoid;
     if (isSinusoid) {
         presentation.frequency = frequencyOf(sinusoids++);
@@ -121,8 +121,8 @@ int MixedSessions::compare(const TimedRecording& recording) {
         return int(std::clamp(sample, 0.0, double(samples.size())));
     };
     // What was not started has no stretch of its own: it is missing.
-    QVector<Presentation*> started;
-    for (Presentation& presentation : presentations) {
+    QVector<PresentedSound*> started;
+    for (PresentedSound& presentation : presentations) {
         presentation.heard.samplesMissing = presentation.sound.size();
         if (presentation.startedMs > 0)
             started.append(&presentation);
@@ -135,7 +135,7 @@ int MixedSessions::compare(const TimedRecording& recording) {
         const int from = sampleAt(started[i]->startedMs);
         const int to =
             i + 1 < started.size() ? sampleAt(started[i + 1]->startedMs) : samples.size();
-        Presentation& presentation = *started[i];
+        PresentedSound& presentation = *started[i];
         const HeardSound heard = findSound(samples.mid(from, to - from), presentation.sound);
         presentation.heard = heard;
         strangers += int(heard.isFollowedByMore);

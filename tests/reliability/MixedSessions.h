@@ -15,7 +15,7 @@
 #include <random>
 
 /// A sound that the listener asked for.
-struct Presentation {
+struct PresentedSound {
     bool isSinusoid = false;
     int frequency = 0;            ///< Asked for, Hz; of a sinusoid only.
     double frequencyWritten = 0;  ///< In the results file, Hz; of a sinusoid in a whole session.
@@ -40,7 +40,7 @@ public:
     /// recording hold something that nobody asked for.
     int compare(const TimedRecording& recording);
 
-    QVector<Presentation> presentations;
+    QVector<PresentedSound> presentations;
     int sessions = 0;
     int wrongResultsLines = 0; ///< Lines of the results files that are not as they should be.
     testsupport::LogLines log;

@@ -6,6 +6,9 @@
 
 #include <QByteArrayList>
 #include <QDir>
+#include <QtTest>
+
+#include <malloc.h>
 
 namespace {
 
@@ -27,8 +30,33 @@ ProcessResources ownResources() {
         else if (words[0] == "Private_Dirty:")
             resources.privateMiB = mebibytes;
     }
+    const struct mallinfo2 heap = mallinfo2();
+    resources.allocatedMiB =
+        double(heap.uordblks + heap.hblkhd) / kibibytesInMebibyte / kibibytesInMebibyte;
     // The folder that is being read is one of them each time.
     resources.descriptors = entriesOf("/proc/self/fd");
     resources.threads = entriesOf("/proc/self/task");
     return resources;
+}
+
+void rest() {
+    constexpr int restMs = 200;
+    QTest::qWait(restMs);
+}
+
+ProcessResources resourcesAtRest() {
+    rest();
+    malloc_trim(0);
+    return ownResources();
+}
+
+double growthOfMemory(const QVector<ProcessResources>& held, int firstIndex) {
+    double products = 0;
+    double squares = 0;
+    const double middle = (firstIndex + held.size() - 1) / 2.0;
+    for (int i = firstIndex; i < held.size(); ++i) {
+        products += (i - middle) * held[i].residentMiB;
+        squares += (i - middle) * (i - middle);
+    }
+    return products / squares;
 }

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QtTest>
 
 #include <algorithm>
 #include <csignal>
@@ -11,24 +12,25 @@
 #include <limits>
 #include <vector>
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
+constexpr int patienceMs = 10000;
 constexpr double samplesPerMillisecond = TimedRecording::samplingRate / 1000.0;
 
-/// Starts the recorder with its output going to a pipe; returns the pipe's reading end.
+/// Starts the recorder with its output going to a pipe; returns the pipe's reading end, or
+/// a negative number when that fails.
 int startRecorder(pid_t& recorder) {
     int pipeEnds[2] = {-1, -1};
-    if (::pipe(pipeEnds) != 0)
+    if (::pipe2(pipeEnds, O_CLOEXEC) != 0)
         return -1;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addclose(&actions, pipeEnds[0]);
-    posix_spawn_file_actions_addclose(&actions, pipeEnds[1]);
     QByteArrayList words{"parec",        "--device=lab.monitor", "--latency-msec=5",
                          "--rate=40000", "--channels=1",         "--format=float32le",
                          "--raw"};
@@ -36,11 +38,15 @@ int startRecorder(pid_t& recorder) {
     for (QByteArray& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    if (posix_spawnp(&recorder, "parec", &actions, nullptr, arguments.data(), environ) != 0)
-        recorder = -1;
+    const int error =
+        posix_spawnp(&recorder, "parec", &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     ::close(pipeEnds[1]);
-    return pipeEnds[0];
+    if (error == 0)
+        return pipeEnds[0];
+    ::close(pipeEnds[0]);
+    recorder = -1;
+    return -1;
 }
 
 } // namespace
@@ -55,13 +61,18 @@ TimedRecording::~TimedRecording() {
 
 bool TimedRecording::start() {
     const int descriptor = startRecorder(recorder);
-    if (descriptor < 0 || recorder < 0)
+    if (descriptor < 0)
         return false;
     receiver = std::thread([this, descriptor] { receive(descriptor); });
-    const double limitMs = nowMs() + 10000;
-    while (!hasBegun && nowMs() < limitMs)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return hasBegun;
+    return QTest::qWaitFor([this] { return receivedSoFar > 0; }, patienceMs);
+}
+
+bool TimedRecording::waitForSilence(int milliseconds) const {
+    const int silentSamples = int(milliseconds * samplesPerMillisecond);
+    const int before = receivedSoFar;
+    return QTest::qWaitFor(
+        [&] { return receivedSoFar - std::max(before, endOfSound.load()) >= silentSamples; },
+        patienceMs);
 }
 
 void TimedRecording::stop() {
@@ -90,7 +101,13 @@ void TimedRecording::receive(int descriptor) {
         std::memcpy(received.data() + before, rest.constData(), std::size_t(count) * sizeof(float));
         rest.remove(0, count * int(sizeof(float)));
         pieces.append({arrivalMs, received.size()});
-        hasBegun = true;
+        const auto lastAudible = std::find_if(received.crbegin(), received.crbegin() + count,
+                                              [](float sample) { return sample != 0.0F; });
+        const int silentSamples = int(lastAudible - received.crbegin());
+        if (silentSamples < count)
+            endOfSound = received.size() - silentSamples;
+        // Last: what it counts has been looked at.
+        receivedSoFar = received.size();
     }
     ::close(descriptor);
 }

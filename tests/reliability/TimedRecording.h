@@ -29,6 +29,10 @@ public:
     /// Starts to record and waits until samples arrive; returns false when none come.
     bool start();
 
+    /// Waits, with the event loop running, until as much silence has been received from now on, so
+    /// that every sound that has ended is recorded. Returns false after ten seconds without it.
+    bool waitForSilence(int milliseconds = 300) const;
+
     /// Stops recording; what follows holds for what was recorded until then.
     void stop();
 
@@ -55,7 +59,8 @@ private:
     double originMs(int firstPiece, int lastPiece) const;
 
     std::thread receiver;
-    std::atomic<bool> hasBegun{false};
+    std::atomic<int> receivedSoFar{0}; ///< Samples.
+    std::atomic<int> endOfSound{0};    ///< As many of them up to the last that is not silent.
     pid_t recorder = -1;
     QVector<float> received;
     QVector<Piece> pieces;

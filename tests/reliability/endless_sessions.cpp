@@ -1,7 +1,6 @@
 // Holds one session after another until it is killed: endless_sessions FOLDER PAUSE.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
-#include "support/FileBytes.h"
 #include "support/SessionDriver.h"
 #include "support/WavBytes.h"
 
@@ -44,9 +43,7 @@ public:
 
     bool hold() {
         const QString target = folder + "/target.wav";
-        constexpr int targetSamples = 200; // 5 ms
-        if (!testsupport::writeBytes(
-                target, testsupport::wavWithSamples({}, QVector<int>(targetSamples, 12345))))
+        if (!testsupport::writeSteadyTarget(target))
             return false;
         requests = 0;
         tell("prepare " + text("lineEditOutputFileName"));

@@ -1,7 +1,7 @@
 // Measures the pause between a response and its sound: measure_pause COUNT.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
-#include "reliability/TimedRecording.h"
+#include "reliability/RecordedCampaign.h"
 #include "subject/SubjectWindow.h"
 #include "support/FileBytes.h"
 #include "support/SessionDriver.h"
@@ -27,7 +27,7 @@ constexpr double silentIntervalMs = 250;
 constexpr double pauseMs = 350; // Sound and silent interval together, as the program has it.
 constexpr int presentationsPerSession = 20;
 
-struct Presentation {
+struct MeasuredPause {
     bool isJournaled;
     double askedMs;       ///< The click.
     double startedMs = 0; ///< When the program told the listener's window of the start.
@@ -74,7 +74,7 @@ public:
         return session.dialogs.takeComplaints().isEmpty();
     }
 
-    QVector<Presentation> presentations;
+    QVector<MeasuredPause> presentations;
 
 private:
     QTemporaryDir folder;
@@ -84,11 +84,11 @@ private:
 };
 
 /// Finds the sinusoids; returns whether each presentation has one.
-bool findOnsets(const TimedRecording& recording, QVector<Presentation>& presentations) {
+bool findOnsets(const TimedRecording& recording, QVector<MeasuredPause>& presentations) {
     const QVector<float>& samples = recording.samples();
     int position = 0;
     const double originMs = recording.timeOfMs(0);
-    for (Presentation& presentation : presentations) {
+    for (MeasuredPause& presentation : presentations) {
         while (position < samples.size() && samples[position] == 0.0F)
             ++position;
         if (position == samples.size())
@@ -126,11 +126,11 @@ void report(QTextStream& out, const QString& name, QVector<double> values) {
     out << qSetFieldWidth(0) << '\n';
 }
 
-void reportKind(QTextStream& out, const QVector<Presentation>& presentations, bool isJournaled) {
+void reportKind(QTextStream& out, const QVector<MeasuredPause>& presentations, bool isJournaled) {
     QVector<double> heard;
     QVector<double> started;
     QVector<double> chain;
-    for (const Presentation& presentation : presentations) {
+    for (const MeasuredPause& presentation : presentations) {
         if (presentation.isJournaled != isJournaled)
             continue;
         heard.append(presentation.heardMs - presentation.askedMs - pauseMs);
@@ -148,29 +148,21 @@ void reportKind(QTextStream& out, const QVector<Presentation>& presentations, bo
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    QTextStream out(stdout);
-    const int count = QApplication::arguments().value(1).toInt();
-    if (count < 1) {
-        out << "usage: measure_pause COUNT\n";
+    RecordedCampaign campaign("measure_pause", 1);
+    if (!campaign.hasBegun())
         return EXIT_FAILURE;
-    }
-    TimedRecording recording;
+    QTextStream& out = campaign.out;
     MeasuredSessions sessions;
-    if (!recording.start()) {
-        out << "there is no sound device \"lab\" to record\n";
-        return EXIT_FAILURE;
-    }
     // Both kinds in turn, so that whatever else the machine does meets them alike.
-    for (int held = 0; held < count; held += presentationsPerSession)
+    for (int held = 0; held < campaign.count; held += presentationsPerSession)
         for (const bool isJournaled : {true, false})
             if (!sessions.hold(isJournaled)) {
                 out << "a session went wrong\n";
                 return EXIT_FAILURE;
             }
-    constexpr int lastSoundMs = 1000;
-    QTest::qWait(lastSoundMs);
-    recording.stop();
-    if (!findOnsets(recording, sessions.presentations)) {
+    if (!campaign.finishRecording())
+        return EXIT_FAILURE;
+    if (!findOnsets(campaign.recording, sessions.presentations)) {
         out << "what the sound device received is not what was played\n";
         return EXIT_FAILURE;
     }
@@ -178,6 +170,6 @@ int main(int argc, char** argv) {
         << "percentile, standard deviation, least, most.\n";
     reportKind(out, sessions.presentations, true);
     reportKind(out, sessions.presentations, false);
-    out << "drift of the device's clock: " << recording.clockDriftMs() << " ms\n";
+    out << "drift of the device's clock: " << campaign.recording.clockDriftMs() << " ms\n";
     return EXIT_SUCCESS;
 }

@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QTextStream>
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
@@ -31,6 +32,20 @@ std::vector<Moment> randomMoments(int count, quint32 seed) {
     return moments;
 }
 
+/// What sessions tell, in their order, and what it is called in the summary.
+struct Event {
+    const char* told;
+    const char* text;
+};
+constexpr std::array<Event, 8> events{{{"", "nothing"},
+                                       {"prepare", "session prepared"},
+                                       {"go", "started"},
+                                       {"asked", "response given"},
+                                       {"started", "presentation started"},
+                                       {"ended", "presentation ended"},
+                                       {"done", "\"Done\""},
+                                       {"saved", "saved"}}};
+
 /// Adds up what became of all the kills.
 class Summary {
 public:
@@ -52,25 +67,33 @@ public:
     /// Whether nothing was lost, and there was something to lose.
     bool isFlawless() const { return total.faults.isEmpty() && total.responses > 0; }
 
+    /// A table in Markdown, and what went wrong, line by line.
     QString text() const {
         QString text;
         QTextStream stream(&text);
-        stream << "kills: " << kills << " (by what the sessions had told last:";
-        for (auto event = killsAfter.cbegin(); event != killsAfter.cend(); ++event)
-            stream << ' ' << event.key() << ' ' << event.value();
-        stream << ")\nsessions begun: " << total.sessions
-               << "\nresponses acknowledged: " << total.responses
-               << "\n  in a results file only: " << total.inResultsOnly
-               << "\n  in a journal only: " << total.inJournalOnly
-               << "\n  in both: " << total.inBoth << "\n  lost: " << total.lost
-               << "\nunfinished files beside a results file: " << total.halfFiles
-               << "\nother faults: " << total.faults.size() - total.lost << '\n';
+        stream << "| | |\n|---|---|\n| kills | " << kills << " (last told before: " << lastTold()
+               << ") |\n| sessions begun | " << total.sessions << " |\n| responses presented | "
+               << total.responses << " |\n| found in a results file | "
+               << total.inResultsOnly + total.inBoth << " |\n| found in a journal | "
+               << total.inJournalOnly + total.inBoth << " |\n| found in both of them | "
+               << total.inBoth << " |\n| **lost** | **" << total.lost
+               << "** |\n| lines that were not whole, and other faults | "
+               << total.faults.size() - total.lost
+               << " |\n| unfinished files beside a results file | " << total.halfFiles << " |\n";
         for (const QString& fault : total.faults)
             stream << fault << '\n';
         return text;
     }
 
 private:
+    QString lastTold() const {
+        QStringList counts;
+        for (const Event& event : events)
+            if (const int count = killsAfter.value(event.told); count > 0)
+                counts.append(QStringLiteral("%1 %2").arg(QLatin1String(event.text)).arg(count));
+        return counts.join(QStringLiteral(", "));
+    }
+
     std::mutex mutex;
     Remains total;
     int kills = 0;

@@ -2,6 +2,7 @@
 // the sound device received: try_presentations COUNT.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/MixedSessions.h"
+#include "reliability/RecordedCampaign.h"
 #include "reliability/ToneFrequency.h"
 
 #include <QApplication>
@@ -36,10 +37,10 @@ void row(QTextStream& out, const char* name, const QString& value) {
 
 /// Targets, sinusoids and both that meet a condition.
 template <typename Condition>
-QString counts(const QVector<Presentation>& presentations, Condition condition) {
+QString counts(const QVector<PresentedSound>& presentations, Condition condition) {
     int targets = 0;
     int sinusoids = 0;
-    for (const Presentation& presentation : presentations)
+    for (const PresentedSound& presentation : presentations)
         if (condition(presentation))
             ++(presentation.isSinusoid ? sinusoids : targets);
     return QStringLiteral("%1 (%2 + %3)").arg(targets + sinusoids).arg(targets).arg(sinusoids);
@@ -47,9 +48,9 @@ QString counts(const QVector<Presentation>& presentations, Condition condition) 
 
 /// The largest distance (cents) of a complete tone's frequency, as the device received it, from
 /// the one in the results file. Not a number when no tone is complete, or one has no frequency.
-double largestErrorCents(const QVector<Presentation>& presentations) {
+double largestErrorCents(const QVector<PresentedSound>& presentations) {
     double largest = std::numeric_limits<double>::quiet_NaN();
-    for (const Presentation& presentation : presentations) {
+    for (const PresentedSound& presentation : presentations) {
         if (presentation.frequencyHeard == 0 || presentation.frequencyWritten == 0)
             continue;
         const double error =
@@ -68,7 +69,7 @@ int warningsOfSound(const QStringList& warnings) {
 }
 
 /// Names every sound that is incomplete, and what the program said.
-void nameFaults(QTextStream& out, const QVector<Presentation>& presentations,
+void nameFaults(QTextStream& out, const QVector<PresentedSound>& presentations,
                 const QStringList& warnings) {
     for (int i = 0; i < presentations.size(); ++i)
         for (const NamedFate& named : namedFates)
@@ -83,23 +84,23 @@ void nameFaults(QTextStream& out, const QVector<Presentation>& presentations,
 
 /// Prints a table, then every fault; returns whether there was none.
 bool report(QTextStream& out, const MixedSessions& sessions, int asked, int strangers) {
-    const QVector<Presentation>& presentations = sessions.presentations;
+    const QVector<PresentedSound>& presentations = sessions.presentations;
     const QStringList warnings = sessions.log.warnings();
     const double cents = largestErrorCents(presentations);
     qint64 samples = 0;
     int incomplete = 0;
     int wronglyShown = 0;
-    for (const Presentation& presentation : presentations) {
+    for (const PresentedSound& presentation : presentations) {
         samples += presentation.sound.size();
         incomplete += int(presentation.heard.fate != Fate::Complete);
         wronglyShown += int(!presentation.isShownAsMatched);
     }
     row(out, "presentations (targets + sinusoids)",
-        counts(presentations, [](const Presentation&) { return true; }));
+        counts(presentations, [](const PresentedSound&) { return true; }));
     row(out, "sessions", QString::number(sessions.sessions));
     row(out, "samples compared", QString::number(samples));
     for (const NamedFate& named : namedFates)
-        row(out, named.name, counts(presentations, [&](const Presentation& presentation) {
+        row(out, named.name, counts(presentations, [&](const PresentedSound& presentation) {
                 return presentation.heard.fate == named.fate;
             }));
     row(out, "sounds that nobody asked for", QString::number(strangers));
@@ -121,18 +122,12 @@ bool report(QTextStream& out, const MixedSessions& sessions, int asked, int stra
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    QTextStream out(stdout);
-    const int count = QApplication::arguments().value(1).toInt();
-    if (count < 2) {
-        out << "usage: try_presentations COUNT, 2 or more\n";
+    RecordedCampaign campaign("try_presentations", 2);
+    if (!campaign.hasBegun())
         return EXIT_FAILURE;
-    }
-    TimedRecording recording;
+    const int count = campaign.count;
+    QTextStream& out = campaign.out;
     MixedSessions sessions;
-    if (!recording.start()) {
-        out << "there is no sound device \"lab\" to record\n";
-        return EXIT_FAILURE;
-    }
     while (sessions.presentations.size() < count) {
         const int left = count - sessions.presentations.size();
         // Never one that would leave a single presentation, which no session is made of.
@@ -142,9 +137,7 @@ int main(int argc, char** argv) {
             break;
         }
     }
-    constexpr int lastSoundMs = 1000;
-    QTest::qWait(lastSoundMs);
-    recording.stop();
-    const int strangers = sessions.compare(recording);
-    return report(out, sessions, count, strangers) ? EXIT_SUCCESS : EXIT_FAILURE;
+    const bool isWhole = campaign.finishRecording();
+    const int strangers = sessions.compare(campaign.recording);
+    return report(out, sessions, count, strangers) && isWhole ? EXIT_SUCCESS : EXIT_FAILURE;
 }

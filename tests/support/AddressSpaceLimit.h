@@ -31,6 +31,8 @@ public:
     static constexpr bool isPossible() {
 #if defined(__SANITIZE_ADDRESS__)
         return false;
+#elif defined(__has_feature) // As clang tells it.
+        return !__has_feature(address_sanitizer);
 #else
         return true;
 #endif

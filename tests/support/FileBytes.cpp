@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/FileBytes.h"
 
+#include <QDir>
 #include <QFile>
 
 namespace testsupport {
@@ -16,6 +17,14 @@ QByteArray readBytes(const QString& path) {
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return file.readAll();
+}
+
+QList<QByteArray> contentsOf(const QString& folder) {
+    QList<QByteArray> contents;
+    const QDir files(folder);
+    for (const QString& name : files.entryList(QDir::Files, QDir::Name))
+        contents.append(readBytes(files.filePath(name)));
+    return contents;
 }
 
 } // namespace testsupport

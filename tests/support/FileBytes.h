@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 namespace testsupport {
@@ -12,5 +13,8 @@ bool writeBytes(const QString& path, const QByteArray& bytes);
 
 /// Returns all of a file; a null array when it cannot be opened.
 QByteArray readBytes(const QString& path);
+
+/// Returns all of each file in a folder, by their names; none when there is no such folder.
+QList<QByteArray> contentsOf(const QString& folder);
 
 } // namespace testsupport

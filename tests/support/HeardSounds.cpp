@@ -55,13 +55,6 @@ HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<fl
     return heard;
 }
 
-QVector<float> asFloats(const QVector<double>& samples) {
-    QVector<float> floats(samples.size());
-    std::transform(samples.cbegin(), samples.cend(), floats.begin(),
-                   [](double sample) { return static_cast<float>(sample); });
-    return floats;
-}
-
 QVector<float> heardFrom(const QVector<int>& codes, int bits) {
     const int fullScale = 1 << (bits - 1);
     QVector<float> samples;

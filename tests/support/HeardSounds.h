@@ -24,7 +24,4 @@ QVector<float> heardFrom(const QVector<int>& codes, int bits = 16);
 /// Returns what is heard of a comparison sinusoid of that frequency (Hz) and count of samples.
 QVector<float> heardSinusoid(int frequency, int count);
 
-/// Returns samples as they are sent to the sound device.
-QVector<float> asFloats(const QVector<double>& samples);
-
 } // namespace testsupport

@@ -30,6 +30,13 @@ void click(QWidget& window, const char* memberName) {
     QTest::mouseClick(find<QPushButton>(window, memberName), Qt::LeftButton);
 }
 
+QVector<int> soundsTold(const QSignalSpy& sounds) {
+    QVector<int> told;
+    for (const QList<QVariant>& arguments : sounds)
+        told.append(arguments.first().toInt());
+    return told;
+}
+
 SessionDriver::SessionDriver(MainWindow& mainWindow) : window(mainWindow) {}
 
 void SessionDriver::prepare(Session session, const QString& targetPath) {

@@ -6,6 +6,7 @@
 
 #include <QSignalSpy>
 #include <QString>
+#include <QVector>
 #include <QtTest>
 
 class MainWindow;
@@ -23,6 +24,9 @@ template <typename Widget> Widget* find(QWidget& window, const char* memberName)
 
 /// Clicks a button of a window as a person would. A disabled or hidden button takes no click.
 void click(QWidget& window, const char* memberName);
+
+/// Returns the arguments of soundPlaying that a spy has collected.
+QVector<int> soundsTold(const QSignalSpy& sounds);
 
 /// The experimenter and the listener of one main window.
 class SessionDriver {

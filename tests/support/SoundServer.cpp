@@ -72,6 +72,8 @@ bool SoundServer::start() {
 }
 
 void SoundServer::kill() {
+    if (delayedThaw.processId() > 0)
+        ::kill(-static_cast<pid_t>(delayedThaw.processId()), SIGKILL);
     delayedThaw.kill();
     delayedThaw.waitForFinished();
     process.kill();
@@ -107,9 +109,11 @@ void SoundServer::thaw() {
 }
 
 void SoundServer::thawAfter(int milliseconds) {
-    delayedThaw.start("sh", {"-c", QStringLiteral("sleep %1; kill -CONT %2")
-                                       .arg(milliseconds / 1000.0)
-                                       .arg(process.processId())});
+    // A group of its own, so that it can be ended together with the command that it waits for.
+    delayedThaw.start("setsid", {"sh", "-c",
+                                 QStringLiteral("sleep %1; kill -CONT %2")
+                                     .arg(milliseconds / 1000.0)
+                                     .arg(process.processId())});
     delayedThaw.waitForStarted();
 }
 

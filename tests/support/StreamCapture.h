@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <ostream>
+#include <iostream>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace testsupport {
 
@@ -41,5 +42,12 @@ private:
     Buffer buffer_;
     std::streambuf* original_;
 };
+
+/// Returns what a function writes to standard error.
+template <typename Function> std::string errorsOf(Function&& function) {
+    const StreamCapture errors(std::cerr);
+    std::forward<Function>(function)();
+    return errors.text();
+}
 
 } // namespace testsupport

@@ -4,14 +4,37 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <vector>
+
 namespace testsupport {
 
+/// Tells whether an argument names a test function of a class, with or without a row of its data.
+inline bool namesFunctionOf(const QMetaObject& tests, const char* argument) {
+    return tests.indexOfSlot(QByteArray(argument).split(':').constFirst() + "()") >= 0;
+}
+
 /// Runs each test class in turn with the program's own arguments and returns the number of
-/// classes that failed, so that an exit status of 0 means that every one of them passed.
+/// classes that failed, so that an exit status of 0 means that every one of them passed. Where
+/// arguments name test functions, only the classes that have them run.
 template <typename... TestClasses> int runAll(int argc, char** argv) {
+    const std::vector<char*> arguments(argv, argv + argc);
+    const auto isNameInAny = [](const char* argument) {
+        return (namesFunctionOf(TestClasses::staticMetaObject, argument) || ...);
+    };
+    const bool isSelection = std::any_of(arguments.cbegin() + 1, arguments.cend(), isNameInAny);
     int failedClasses = 0;
     const auto run = [&](auto&& test) {
-        if (QTest::qExec(&test, argc, argv) != 0)
+        const QMetaObject& functions = *test.metaObject();
+        std::vector<char*> words;
+        bool isSelected = !isSelection;
+        for (char* argument : arguments) {
+            const bool isOurs = namesFunctionOf(functions, argument);
+            isSelected = isSelected || isOurs;
+            if (isOurs || !isNameInAny(argument))
+                words.push_back(argument);
+        }
+        if (isSelected && QTest::qExec(&test, static_cast<int>(words.size()), words.data()) != 0)
             ++failedClasses;
     };
     (run(TestClasses()), ...);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/WavBytes.h"
 
+#include "support/FileBytes.h"
+
 #include <QtEndian>
 
 namespace testsupport {
@@ -43,6 +45,18 @@ QByteArray wavWithSamples(const WavFormat& format, const QVector<int>& samples) 
             data.append(static_cast<char>((code >> shift) & 0xFFU));
     }
     return wavWithData(format, data);
+}
+
+QVector<int> unevenCodes(int count, int seed) {
+    QVector<int> codes(count);
+    for (int i = 0; i < count; ++i)
+        codes[i] = ((i + seed) * 7919 % 16381 + 1) * (i % 2 == 0 ? 1 : -1);
+    return codes;
+}
+
+bool writeSteadyTarget(const QString& path, int samples) {
+    constexpr int code = 12345;
+    return writeBytes(path, wavWithSamples({}, QVector<int>(samples, code)));
 }
 
 void setUnsigned16(QByteArray& bytes, int offset, quint16 value) {

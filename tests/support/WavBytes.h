@@ -42,6 +42,13 @@ QByteArray wavWithData(const WavFormat& format, const QByteArray& data);
 /// that the file holds: 0 to 255 at 8 bits, signed at others; its lowest bytes are taken.
 QByteArray wavWithSamples(const WavFormat& format, const QVector<int>& samples);
 
+/// Returns that many samples of 16 bits, no two neighbours alike, none of them 0.
+QVector<int> unevenCodes(int count, int seed = 1);
+
+/// Writes a target of 16 bits whose samples are all alike and not silent; returns whether all of it
+/// was written. 200 samples last 5 ms.
+bool writeSteadyTarget(const QString& path, int samples = 200);
+
 /// Overwrites two or four bytes at an offset by a little-endian number.
 void setUnsigned16(QByteArray& bytes, int offset, quint16 value);
 void setUnsigned32(QByteArray& bytes, int offset, quint32 value);

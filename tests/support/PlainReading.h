@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace fuzzing {
+namespace testsupport {
 
 constexpr std::size_t headerSize = 44;
 
@@ -83,4 +83,4 @@ private:
     }
 };
 
-} // namespace fuzzing
+} // namespace testsupport

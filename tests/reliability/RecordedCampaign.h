@@ -1,0 +1,28 @@
+// What the campaigns that listen to the sound device share.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "reliability/TimedRecording.h"
+
+#include <QTextStream>
+
+/// A campaign NAME COUNT: what it is asked for, where it tells what it finds, and the recording of
+/// the sound device "lab".
+class RecordedCampaign {
+public:
+    /// Starts to record if the first argument is a number, `leastCount` or more.
+    RecordedCampaign(const char* name, int leastCount);
+
+    /// Whether it has begun. If not, the reason has been told.
+    bool hasBegun() const { return isRecording; }
+
+    /// Ends the recording once the last sound has arrived; tells when it does not.
+    bool finishRecording();
+
+    int count = 0; ///< As asked for.
+    QTextStream out{stdout};
+    TimedRecording recording;
+
+private:
+    bool isRecording = false;
+};

@@ -1,0 +1,34 @@
+// What the responses of a session cost.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+/// What one response costs, in ms.
+struct ResponseCost {
+    /// The program's own share: match, synthesis, trend, bytes to be played. It waits for nothing:
+    /// time of the processor, so that what else the machine does is not in it.
+    double own = 0;
+    double journal = 0; ///< The journal, with its way to the disk.
+    double click = 0;   ///< From the listener's click until it has been answered.
+    double busy = 0;    ///< All events until the sound has ended, the click among them.
+    double longest = 0; ///< The longest of these events: for so long both windows stand still.
+
+    /// All that the program itself does, the wait for the disk included.
+    double ownAndJournal() const { return own + journal; }
+
+    /// Charts, widgets and sound output.
+    double toolkit() const { return busy - own - journal; }
+};
+
+struct MedianAndMost {
+    double median = 0;
+    double most = 0;
+
+    /// Both with two decimals.
+    QString text() const;
+};
+
+/// Of values in any order, at least one.
+MedianAndMost medianAndMost(QVector<double> values);
