@@ -40,6 +40,7 @@ private slots:
     void resizingLosesContentsAndZeroChangesNothing();
     void longArraysBeginAtALine();
     void transformAllocatesNothing();
+    void transformCallsNoSineAndNoCosine();
     void memoryIsWhatTheTablesNeed();
     void arraysAreFreedInOrder();
 };

@@ -3,6 +3,7 @@
 #include "test_fft.h"
 
 #include "FFTReal.h"
+#include "support/TrigonometricCalls.h"
 
 #include <QtTest>
 
@@ -303,6 +304,20 @@ void TestFftParts::transformAllocatesNothing() {
         const HeapLog log = stopHeapLog();
         QCOMPARE(log.allocations, std::size_t{0});
         QCOMPARE(log.frees, std::size_t{0});
+    }
+}
+
+void TestFftParts::transformCallsNoSineAndNoCosine() {
+    for (std::int64_t length = 1; length <= 1 << 18; length *= 2) {
+        const long before = testsupport::trigonometricCalls();
+        const FFTReal<double> fft(length);
+        const std::vector<double> x(static_cast<std::size_t>(length), 0.5);
+        std::vector<double> f(x.size());
+        const long built = testsupport::trigonometricCalls();
+        // The tables take some, or nothing would be counted here.
+        QCOMPARE(built > before, length > 8);
+        fft.do_fft(f.data(), x.data());
+        QCOMPARE(testsupport::trigonometricCalls(), built);
     }
 }
 
