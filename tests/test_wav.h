@@ -140,6 +140,7 @@ private slots:
     void changedHeaderConvertsOnlyHeldBytes();
     void movedObjectTakesEverything();
     void randomHeadersAgreeWithAPlainReader();
+    void nothingStaysOpen();
 };
 
 /// Files that change under the hands of the reader (test_wav_changing.cpp).

@@ -6,7 +6,10 @@
 
 #include <QtTest>
 
+#include <filesystem>
+#include <iterator>
 #include <random>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -228,4 +231,26 @@ void TestWavRobustness::randomHeadersAgreeWithAPlainReader() {
         loadedCount += isLoaded ? 1 : 0;
     }
     QVERIFY2(loadedCount > 200 && loadedCount < 500, qPrintable(QString::number(loadedCount)));
+}
+
+void TestWavRobustness::nothingStaysOpen() {
+    const std::filesystem::path descriptors("/proc/self/fd");
+    if (!std::filesystem::exists(descriptors))
+        QSKIP("this system does not list open files");
+    const auto openFiles = [&] {
+        return std::distance(std::filesystem::directory_iterator(descriptors),
+                             std::filesystem::directory_iterator());
+    };
+    const WavFolder folder;
+    const std::string good = folder.write(wavWithSamples({}, {1, 2, 3}));
+    const auto before = openFiles();
+    CWav wav;
+    QVERIFY(wav.LoadWav(good));
+    QVERIFY(wav.WriteWav(folder.path("copy.wav").toStdString()));
+    errorsOf([&] {
+        QVERIFY(!wav.LoadWav(folder.path(".").toStdString()));
+        QVERIFY(!wav.LoadWav("/dev/null"));
+        QVERIFY(!wav.WriteWav("/dev/null"));
+    });
+    QCOMPARE(openFiles(), before);
 }
