@@ -139,6 +139,7 @@ private slots:
     void unusableTargetAfterAnEarlierOneChangesNothing();
     void rateOfTheSettingsThatGivesNoCountRefuses_data();
     void rateOfTheSettingsThatGivesNoCountRefuses();
+    void earlierTargetIsJudgedAgainBeforeItIsKept();
     void memoryThatCannotBeHadRefusesTheTarget();
 
 private:

@@ -278,6 +278,19 @@ void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses() {
     QCOMPARE(bench.complaints(), QString());
 }
 
+void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept() {
+    TargetBench bench;
+    const QString earlier = prepareEarlierTarget(bench);
+    testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText("0");
+    const QString path = bench.write("chosen.wav", QByteArray(100, 'x'));
+    QCOMPARE(bench.prepare(path),
+             ("Not a WAV file: " + path + "\nUnusable WAV file: " + earlier + "\n").toStdString());
+    QCOMPARE(bench.window.nFiles, 0);
+    QVERIFY(bench.window.targetSamples == scaledFrom16Bits(unevenCodes(earlierSamples)));
+    QVERIFY(!bench.isEnabled("pushButtonGo"));
+    QCOMPARE(bench.complaints(), QString());
+}
+
 void TestTargetRefusals::memoryThatCannotBeHadRefusesTheTarget() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");

@@ -54,6 +54,11 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
          {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
           "of 4 bytes stands before the data. Its samples have 32 bits, not 8, 16 or 24."},
          {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav", false);
+    made("ffmpeg, floating point", QString(byFfmpeg) + "-c:a pcm_f32le -bitexact x.wav",
+         {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
+          "of 4 bytes stands before the data. Its samples are encoded as floating point, not as "
+          "linear PCM."},
+         {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav", false);
     made("sox, floating point", "sox plain.wav -b 32 -e floating-point x.wav",
          {"Its format chunk has 18 bytes instead of 16. A chunk fact of 4 bytes stands before the "
           "data. Its samples are encoded as floating point, not as linear PCM."},
@@ -163,6 +168,9 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
     byHand("a longer format chunk",
            with32(good, wavoffset::formatChunkSize, 18).insert(36, QByteArray(2, '\0')),
            {"Its format chunk has 18 bytes instead of 16."}, {unusable}, plainly);
+    byHand("two format chunks", QByteArray(good).insert(36, good.mid(12, 24)),
+           {"Its chunks say otherwise than its first 44 bytes."},
+           {"The program goes by the latter."}, plainly);
     byHand("junk before the format",
            QByteArray(good).insert(12, tag("JUNK", 28) + QByteArray(28, '\0')),
            {"A chunk JUNK of 28 bytes stands before the data."}, {notPcm}, plainly);
