@@ -185,11 +185,13 @@ private:
 
     /// What the program has asked for tells more exactly than what is resident what it keeps.
     void checkMemory(const ProcessResources& last, const ProcessResources& next) {
-        constexpr double mostKibibytes = 24; // A label of the trend's axis takes 19.
-        const double mostGrown = (count - fewResponses) * mostKibibytes / kibibytesInMebibyte;
+        constexpr double mostGrownKibibytes = 24; // A label of the trend's axis takes 19.
+        constexpr double mostKeptKibibytes = 1;   // The toolkit's lists keep their room.
+        const double kibiResponses = (count - fewResponses) / kibibytesInMebibyte;
         const double grown = last.allocatedMiB - first.allocatedMiB;
         const double kept = next.allocatedMiB - first.allocatedMiB;
-        isMemoryKept = grown <= mostGrown + leftBesidesMiB && kept <= leftBesidesMiB;
+        isMemoryKept = grown <= kibiResponses * mostGrownKibibytes + leftBesidesMiB &&
+                       kept <= kibiResponses * mostKeptKibibytes + leftBesidesMiB;
         if (!isMemoryKept)
             out << "\nA session keeps more memory than it should.\n";
     }
