@@ -124,9 +124,7 @@ QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data, Mending&
 /// taken for one channel at the program's rate.
 void mendRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& data,
              Mending& mending) {
-    const quint16 bits = format.bitsPerSample;
-    const bool isRead =
-        format.encoding == linearPcm && (bits == 8 || bits == 16 || bits == 24 || bits == 32);
+    const bool isRead = format.encoding == linearPcm && isReadBySox(format);
     if (!isRead) {
         mending.program = Mending::Program::None;
         return;
@@ -134,12 +132,12 @@ void mendRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& da
     mending.program = Mending::Program::FfmpegRaw;
     RawSound& raw = mending.raw;
     raw.offset = data.offset;
-    raw.bitsPerSample = bits;
+    raw.bitsPerSample = format.bitsPerSample;
     raw.channelCount = std::max<int>(format.channelCount, 1);
     raw.samplingRate = format.samplingRate == 0 ? playedRate() : format.samplingRate;
     const bool isMoreBehind = data.offset + data.heldSize < walk.fileSize;
     if (isMoreBehind)
-        raw.frames = data.heldSize / (raw.channelCount * (bits / 8));
+        raw.frames = data.heldSize / (qint64(raw.channelCount) * (raw.bitsPerSample / 8));
 }
 
 } // namespace
