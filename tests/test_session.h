@@ -142,6 +142,7 @@ class TestSessionResponses : public SessionTest {
 private slots:
     void aSinusoidIsMatchedGeneratedAndScheduled();
     void theTargetIsScheduledAndNothingMatched();
+    void aSinusoidCountsAsATrialWhileTheTrendIsUpdated();
     void theStartIsOnlyLogged();
     void anInvalidResponseIsReportedAndChangesNothing_data();
     void anInvalidResponseIsReportedAndChangesNothing();

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtCharts/QLineSeries>
+#include <QtCharts/QValueAxis>
 #include <QtTest>
 
 #include <cmath>
@@ -68,6 +69,19 @@ void TestSessionResponses::aSinusoidIsMatchedGeneratedAndScheduled() {
     QCOMPARE(sounds.at(0).at(0).toInt(), 1);
     QCOMPARE(sounds.at(1).at(0).toInt(), -1);
     QCOMPARE(window.data.nResponses, 1);
+}
+
+void TestSessionResponses::aSinusoidCountsAsATrialWhileTheTrendIsUpdated() {
+    bench->preparePractice();
+    bench->go();
+    ObservedMainWindow& window = bench->window;
+    QVector<int> positions;
+    connect(window.axisXTrend, &QtCharts::QValueAxis::rangeChanged, this,
+            [&] { positions.append(window.sequencePosition); });
+    window.updateMainwindow(4, 640);
+    QVERIFY(!positions.isEmpty());
+    QCOMPARE(positions, QVector<int>(positions.size(), 1));
+    QCOMPARE(window.sequencePosition, 0);
 }
 
 void TestSessionResponses::theTargetIsScheduledAndNothingMatched() {

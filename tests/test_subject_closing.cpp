@@ -4,6 +4,7 @@
 
 #include "support/CloseButton.h"
 #include "support/DialogDriver.h"
+#include "support/LogLines.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -154,9 +155,11 @@ void TestSubjectWindowClosing::questionAsksAsLaidDown() {
             QApplication::activeModalWidget()->close();
     });
     closer.start(10);
+    const testsupport::LogLines log;
     window.close();
     QVERIFY(isAsked);
     QVERIFY(window.isVisible());
+    QCOMPARE(log.all(), QStringList());
 }
 
 void TestSubjectWindowClosing::questionIsTranslated() {
