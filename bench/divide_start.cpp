@@ -1,13 +1,13 @@
 // Takes the program's start step by step and tells how long each step takes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-//     divide_start NANOSECONDS
+//     divide_start NANOSECONDS [files]
 //
-// NANOSECONDS is what the system's monotonic clock said when this process was launched. Prints one
-// JSON object of milliseconds. The steps are those of the program's main() in its order, but for
-// two that the window's constructor would take: fonts and sound device are looked up before, and
-// the second time costs next to nothing. Behind the sum stand parts of it that are taken once more,
-// with everything loaded, and what the icon would cost as files instead of pictures.
+// NANOSECONDS is what the system's monotonic clock said when this process was launched; with
+// "files" the icon is taken as files instead of pictures. Prints one JSON object of milliseconds.
+// The steps are those of the program's main() in its order, but for two that the window's
+// constructor would take: fonts and sound device are looked up before, and the second time costs
+// next to nothing. Behind them stand the charts, built once more with everything loaded.
 #include "app/MainWindow.h"
 
 #include "session/ResponseJournal.h"
