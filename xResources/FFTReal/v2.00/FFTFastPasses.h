@@ -35,8 +35,9 @@
 // second array is needed. Bins 0 and h need hardly any multiplication and are treated apart.
 //
 // Where the time goes is memory. So a block is combined as soon as it is complete, while it is in
-// the cache; and sixteen parts of the buffer are filled in turns, because those take neighbouring
-// rows of x, which share the lines of the cache.
+// the cache; and four parts of the buffer are filled in turns, because those take neighbouring rows
+// of x, which share the lines of the cache. (More parts lie so that they push each other out of
+// it.)
 //
 // Cosines of the late passes
 // --------------------------
@@ -147,7 +148,7 @@ private:
     /// All passes but the last two: from x to rows in the buffer.
     FFTREAL_INLINE void combine_rows() const {
         const Int nbr_rows = Int{1} << (_work.nbr_bits - 2);
-        const Int part = nbr_rows < 1024 ? nbr_rows : nbr_rows / 16;
+        const Int part = nbr_rows < 1024 ? nbr_rows : nbr_rows / 4;
         const Int chunk = std::min(part, Int{256}); // 8 KiB, which any nearest cache holds
         for (Int row = 0; row < part; row += chunk) {
             read_rows(row, chunk, part);
