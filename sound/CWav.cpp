@@ -27,7 +27,8 @@ constexpr std::uint16_t linearPcm = 1;
 /// Data are read in pieces of this many bytes, so that a declared size costs nothing by itself.
 constexpr std::size_t bytesPerPiece = std::size_t{1} << 20U;
 
-/// Samples are converted in blocks of this many, which stay in the processor's first cache.
+/// Samples are converted in blocks of this many: the zeros that a vector grows by are then still in
+/// the processor's first cache when the samples take their place.
 constexpr std::size_t samplesPerBlock = 1024;
 
 /// Fills an empty vector with the samples that the bytes hold, at most `maximum`; throws, and
@@ -36,13 +37,13 @@ template <typename Encoding>
 void fillSamples(std::string_view bytes, std::size_t maximum, std::vector<double>& samples) {
     std::size_t remaining = std::min(maximum, bytes.size() / Encoding::byteCount);
     reserveOnLargePages(samples, remaining);
-    std::array<double, samplesPerBlock> block{};
     const char* source = bytes.data();
     while (remaining > 0) {
         const std::size_t count = std::min(remaining, samplesPerBlock);
+        samples.resize(samples.size() + count);
+        double* const block = samples.data() + samples.size() - count;
         for (std::size_t i = 0; i < count; ++i)
             block[i] = Encoding::decode(source + i * Encoding::byteCount);
-        samples.insert(samples.end(), block.data(), block.data() + count);
         source += count * Encoding::byteCount;
         remaining -= count;
     }
