@@ -13,6 +13,7 @@
 #include "FFTReal.h"
 #include "Median.h"
 #include "TargetFiles.h"
+#include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
 #include "sound/CWav.h"
 #include "support/InspectedWindows.h"
@@ -29,6 +30,7 @@
 #include <sndfile.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -113,16 +115,6 @@ double requiredBytes(const PreparedWindow& window) {
            3 * 8 * length / 2 + 20 * length + 2 * 8 * length;
 }
 
-/// Transforms `samples` as the spectrum does, from the tables on.
-void transform(const QVector<double>& samples, qint64 length) {
-    const FFTReal<double> fft(length);
-    DynArray<double> input(length);
-    DynArray<double> output(length);
-    std::copy(samples.cbegin(), samples.cend(), &input[0]);
-    std::fill(&input[0] + samples.size(), &input[0] + length, 0.0);
-    fft.do_fft(&output[0], &input[0]);
-}
-
 /// The costs of steps over the iterations, by name.
 using Steps = std::map<std::string, std::vector<Cost>>;
 
@@ -134,33 +126,68 @@ double medianOf(const std::vector<Cost>& costs, double Cost::*kind) {
     return median(std::move(values));
 }
 
-/// Reads the file again, and converts it again, each on its own.
+// Parts of a preparation that is over, once more on the same data and in the same memory, so that
+// none of them asks the system for any.
+
+/// Reads the file, and converts it, each on its own.
 void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
     CWav wav;
+    wav.LoadWav(cutPath.toStdString());
     reading = costOf([&] { wav.LoadWav(cutPath.toStdString()); });
+    const bool isReadOnly = wav.samples.empty() && !wav.rawData.empty();
     // From here on the header declares what is there.
     wav.header.dataSize = static_cast<std::uint32_t>(wav.rawData.size());
     wav.numberOfSamples = wav.header.dataSize / (wav.header.bitsPerSample / 8U);
-    const bool isReadOnly = wav.samples.empty() && !wav.rawData.empty();
+    wav.ConvertData();
     conversion = costOf([&] { wav.ConvertData(); });
     if (!isReadOnly || wav.samples.size() != wav.numberOfSamples)
         qFatal("reading and converting have not been told apart");
 }
 
 /// What the program does to draw the vectors of a window, without the charts.
-void pairAndFindRanges(const PreparedWindow& window) {
-    QVector<QPointF> points(0);
-    QVector<double> range;
-    pairPoints(window.timeAxisMs, window.targetSamples, window.data.nPointsToPlot, points);
-    findRange(window.targetSamples, range);
-    pairPoints(window.fftFrequencies, window.fftAmplitudes, window.data.nFFTPointsToPlot, points);
-    findRange(window.fftAmplitudes, range);
+Cost pairAndFindRanges(const PreparedWindow& window) {
+    // Not the window's, which the charts share and which would be copied first.
+    QVector<QPointF> pointsWav(window.pointsWav.size());
+    QVector<QPointF> pointsFFT(window.pointsFFT.size());
+    QVector<double> range(2);
+    return costOf([&] {
+        pairPoints(window.timeAxisMs, window.targetSamples, window.data.nPointsToPlot, pointsWav);
+        findRange(window.targetSamples, range);
+        pairPoints(window.fftFrequencies, window.fftAmplitudes, window.data.nFFTPointsToPlot,
+                   pointsFFT);
+        findRange(window.fftAmplitudes, range);
+    });
+}
+
+/// Fills the spectrum from its transform; "library" is what the C library takes of a preparation:
+/// of this the arctangents, and of the transform's tables the cosines.
+void fillSpectrumAgain(PreparedWindow& window, Cost& filling, Cost& library) {
+    const qint64 length = window.fftLength;
+    const auto bins = static_cast<int>(length / 2);
+    DynArray<double> input(length);
+    DynArray<double> output(length);
+    const QVector<double>& samples = window.targetSamples;
+    std::copy(samples.cbegin(), samples.cend(), &input[0]);
+    std::fill(&input[0] + samples.size(), &input[0] + length, 0.0);
+    FFTReal<double>(length).do_fft(&output[0], &input[0]);
+    filling = costOf([&] {
+        fillSpectrum(&output[0], length, window.data.nSamples, window.frequencyResolution,
+                     {window.fftFrequencies, window.fftAmplitudes, window.fftPhases});
+    });
+    const double* const real = &output[0];
+    double* const results = &input[0];
+    constexpr double pi = 3.141592653589793;
+    library = costOf([&] {
+        for (int k = 0; k < bins; ++k)
+            results[k] = std::atan2(-real[bins + k], real[k]);
+        for (int i = 0; i < bins / 2; ++i)
+            results[i] = std::cos(i * (pi / bins));
+    });
 }
 
 /// Takes a whole preparation in the program's order; "own" is all of it but the toolkit's updating
 /// and painting of charts. Steps that the program takes in one go are told apart by taking parts of
-/// them once more on the same data; "buffers", "amplitudes, phases" and "chart update" are what is
-/// left of the whole, and may be below zero where that is less than the runs differ.
+/// them again; "buffers", "transform" and "chart update" are what is left of the whole.
 void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,
                  std::vector<double>& peaks) {
     forgetPeakMemory();
@@ -172,19 +199,22 @@ void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,
     const Cost painting = costOf([&] { window.paintEverything(); });
     peaks.push_back(statusBytes("VmHWM:") - before);
 
-    const Cost pairing = costOf([&] { pairAndFindRanges(window); });
+    const Cost pairing = pairAndFindRanges(window);
     Cost reading;
     Cost conversion;
     readAndConvert(cutPath, reading, conversion);
-    const Cost transforming = costOf([&] { transform(window.targetSamples, window.fftLength); });
+    Cost filling;
+    Cost library;
+    fillSpectrumAgain(window, filling, library);
     steps["read"].push_back(reading);
     steps["convert"].push_back(conversion);
     steps["buffers"].push_back(loading - reading - conversion);
     steps["points, ranges"].push_back(pairing);
-    steps["transform"].push_back(transforming);
-    steps["amplitudes, phases"].push_back(spectrum - transforming);
+    steps["transform"].push_back(spectrum - filling);
+    steps["amplitudes, phases"].push_back(filling);
     steps["chart update"].push_back(charts - pairing);
     steps["painting"].push_back(painting);
+    steps["C library"].push_back(library);
     Cost own;
     for (const Cost& part : {loading, pairing, spectrum})
         own += part;

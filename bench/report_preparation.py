@@ -34,10 +34,11 @@ def shares_table(preparations, unit):
     for target, _, run in preparations:
         memory = memory_of(run)
         rows.append([target, f"{run['own']:.3g}", f"{run['own, system']:.3g}",
+                     f"{run['C library']:.3g}",
                      f"{100 * run['own share']:.0f} %",
                      f"{100 * run['own share, kernel apart']:.0f} %", f"{run['own'] / unit:.1f}",
                      f"{memory:.2f}" if memory else "–"])
-    return table(["target", "own (ms)", "of it in the kernel", "own share",
+    return table(["target", "own (ms)", "of it in the kernel", "in the C library", "own share",
                   "own share, kernel apart", "own, in transforms of 2^18 by FFTW",
                   "peak memory / buffers"], rows)
 
@@ -68,17 +69,19 @@ medians over the preparations ({iterations_text(preparations)}).
 
 {steps_table(preparations)}
 
-What the program does in one go is told apart by doing parts of it once more on the same data:
-"buffers", "amplitudes, phases" and "chart update" are what is then left of the whole, and may come
-out below zero where that is less than two runs differ.
+What the program does in one go is told apart by doing parts of it once more on the same data and in
+the same memory; "buffers", "transform" and "chart update" are what is then left of the whole. So
+fresh memory is in "buffers" and "transform", and in the toolkit's steps.
 
 "Own" is all but the toolkit's chart update and painting; aimed at is a quarter of the whole at
-every length, so that what one waits for is the drawing. Where targets of minutes miss that: each of
-their millions of bins has its square root and its arctangent, to the bit those of the C library and
-on the program's one thread. "In the kernel" is the part of "own" that the system takes to hand out
-memory, all of which is given back before the next preparation; on a virtual machine, whose host
-lends it the memory anew each time, that is most of a long target's time and differs from run to
-run. One transform of 2^18 by FFTW took {unit:.3g} ms. Memory is the peak of the whole preparation over the
+every length, so that what one waits for is the drawing. "In the kernel" is the part of "own" that
+the system takes to hand out memory, all of which is given back before the next preparation; on
+a virtual machine, whose host lends it the memory anew each time, that can be most of a long target's
+time and differs from run to run. "In the C library" are the arctangents of the phases and the
+cosines of the transform's tables, measured apart: to the bit those of the C library, one for each
+of a long target's millions of bins and table entries, on the program's one thread. These two are
+what a target of minutes spends most on, and no arrangement of our own code changes them.
+One transform of 2^18 by FFTW took {unit:.3g} ms. Memory is the peak of the whole preparation over the
 bytes of the buffers that stand at the same time while the spectrum is computed.
 
 {shares_table(preparations, unit)}

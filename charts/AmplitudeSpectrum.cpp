@@ -30,9 +30,13 @@ void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int
     std::copy_n(samples.cbegin(), copied, &input[0]);
     std::fill_n(&input[0] + copied, length - copied, 0.0);
     transform.do_fft(&output[0], &input[0]);
+    fillSpectrum(&output[0], length, nSamples, frequencyResolution, spectrum);
+}
 
+void fillSpectrum(const double* transformed, qint64 length, int nSamples,
+                  double frequencyResolution, const SpectrumVectors& spectrum) {
     const int bins = static_cast<int>(length / 2);
-    const double* const real = &output[0];
+    const double* const real = transformed;
     const double* const negatedImaginary = real + bins;
     const int halfSound = nSamples / 2; // whole samples, deliberately
     double* const frequency = spectrum.frequencies.data();

@@ -19,13 +19,8 @@ struct SpectrumVectors {
     QVector<double>& phases;      ///< Radians, -pi to pi.
 };
 
-/// Transforms `samples`, zero-padded at their end or cut off to `length`, and fills the first
-/// length / 2 elements of each vector of `spectrum`, which must have them.
-///
-/// Amplitudes are sqrt(re^2 + im^2) divided by nSamples / 2 in integer division: half the length
-/// of the sound, not of the padded transform, so that padding does not lower them. Bin 0 takes
-/// the component at half the sampling rate for its imaginary part, deliberately; that component
-/// has no bin of its own. A length below 2 leaves the vectors as they are.
+/// Transforms `samples`, zero-padded at their end or cut off to `length`, and fills `spectrum` as
+/// fillSpectrum() does.
 ///
 /// Takes some 36 bytes a value of `length` until it returns; throws std::bad_alloc when they cannot
 /// be had.
@@ -35,3 +30,13 @@ struct SpectrumVectors {
 /// @param frequencyResolution  Hz per bin
 void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int nSamples,
                               double frequencyResolution, const SpectrumVectors& spectrum);
+
+/// Fills the first length / 2 elements of each vector of `spectrum`, which must have them, from the
+/// `length` values of a transform, in the layout that FFTReal.h tells.
+///
+/// Amplitudes are sqrt(re^2 + im^2) divided by nSamples / 2 in integer division: half the length
+/// of the sound, not of the padded transform, so that padding does not lower them. Bin 0 takes
+/// the component at half the sampling rate for its imaginary part, deliberately; that component
+/// has no bin of its own. A length below 2 leaves the vectors as they are.
+void fillSpectrum(const double* transformed, qint64 length, int nSamples,
+                  double frequencyResolution, const SpectrumVectors& spectrum);
