@@ -15,7 +15,9 @@ inline double millisecondsSince(Clock::time_point start) {
 /// Milliseconds that a step has taken.
 struct Cost {
     double elapsed = 0; ///< By the clock on the wall.
-    double system = 0;  ///< Of these, in the system's kernel: fresh memory, mostly.
+    /// Of these, in the system's kernel: fresh memory, mostly. Many systems count it in ticks of
+    /// some milliseconds, so that it says nothing of short steps.
+    double system = 0;
 
     Cost& operator+=(const Cost& other) {
         elapsed += other.elapsed;

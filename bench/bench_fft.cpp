@@ -4,7 +4,8 @@
 // For each length, all of them transform in turns of about half a millisecond, so that whatever
 // else the machine does meets them alike. What is reported are medians over the turns: the time of
 // our transform in microseconds, and the ratio of it to each other's in the same turn, "x_fftw" for
-// instance, which is below 1 where ours is faster. Run on one processor and at rest:
+// instance, which is below 1 where ours is faster. Run on one processor and at rest, and more than
+// once, because where in memory the arrays come to lie is luck:
 //
 //     taskset -c 1 bench_fft --benchmark_format=json
 //

@@ -29,7 +29,7 @@ def machine(context):
 
 def main():
     results, docs = map(pathlib.Path, sys.argv[1:3])
-    fft, fft_context = read(results / "fft.json")
+    fft, fft_context = read(*sorted(results.glob("fft-*.json")))
     preparation, preparation_context = read(results / "preparation.json")
     start = json.loads((results / "start.json").read_text(encoding="utf-8"))
     reliability = (docs / "reliability.md").read_text(encoding="utf-8")
@@ -38,7 +38,7 @@ def main():
 
 Written by `scripts/bench` on {machine(fft_context)}. All
 times and ratios are medians, never means or best ones. Ratios below 1 are in our favour. A load is
-the machine's over the minute before a part was begun: 0 is a machine at rest.
+the machine's over the minute before a part was begun, in which an earlier part counts 1.
 
 {fft_section(fft, fft_context)}
 {preparation_section(preparation, preparation_context)}

@@ -1,6 +1,6 @@
 """The report's part on the transform."""
 # SPDX-License-Identifier: GPL-3.0-or-later
-from report_values import goals_table, load_of, table, version
+from report_values import goals_table, load_of, number_text, table, version
 
 FIRST_BITS, LAST_BITS = 3, 22
 
@@ -16,7 +16,7 @@ def lengths_table(runs):
         pairs = fft_run(runs, "repeated in two pairs", bits)
         plain = fft_run(runs, "repeated pass by pass", bits)
         once = fft_run(runs, "once", bits)
-        rows.append([f"2^{bits}", f"{ours['median_us']:.3g}", f"{ours['x_fftw']:.2f}",
+        rows.append([f"2^{bits}", number_text(ours['median_us']), f"{ours['x_fftw']:.2f}",
                      f"{pairs['x_fftw']:.2f}", f"{plain['x_fftw']:.2f}", f"{ours['x_gsl']:.2f}",
                      f"{ours['x_kissfft']:.2f}", f"{once['x_fftw']:.3f}",
                      f"{once['x_fftw_warm']:.2f}"])
@@ -79,9 +79,10 @@ def fft_section(runs, context):
 Ours beside FFTW {version("libfftw3-dev")} in double precision (real to complex, out of place, `FFTW_ESTIMATE`), GSL
 {version("libgsl-dev")} (in place, its copy counted) and KISS FFT {version("libkissfft-dev")} (packaged in single precision: half of
 the work), at a load of {load_of(context):.1f}. All transform in turns of half a millisecond; each ratio is the
-median over the turns. "Once" is all from the tables on for one transform, FFTW planning anew;
-"planner warm" keeps what its planner has learnt. Every output value is, bit for bit, that of the
-plain passes in `FFTReal.h`, which "pass by pass" times.
+median over the turns, and over three processes, because where in memory the arrays come to lie is
+luck. "Once" is all from the tables on for one transform, FFTW planning anew; "planner warm" keeps
+what its planner has learnt. Every output value is, bit for bit, that of the plain passes in
+`FFTReal.h`, which "pass by pass" times.
 
 ![Ratios over the length](pictures/fft-ratios.svg)
 

@@ -1,9 +1,10 @@
 """The report's parts on preparing and loading a target and on answering."""
 # SPDX-License-Identifier: GPL-3.0-or-later
-from report_values import goals_table, load_of, table, version
+from report_values import goals_table, load_of, number_text, table, version
 
 STEPS = ["read", "convert", "buffers", "points, ranges", "transform", "amplitudes, phases",
          "chart update", "painting"]
+OWN_CODE = "own code's share"
 RESPONSES_TITLE = "## Many sessions, many responses"
 
 
@@ -20,7 +21,7 @@ def runs_of(runs, kind):
 
 def steps_table(preparations):
     return table(["target", *STEPS],
-                 [[target, *(f"{run[step]:.3g}" for step in STEPS)]
+                 [[target, *(number_text(run[step]) for step in STEPS)]
                   for target, _, run in preparations])
 
 
@@ -31,15 +32,17 @@ def memory_of(run):
 
 def shares_table(preparations, unit):
     rows = []
-    for target, _, run in preparations:
+    for target, seconds, run in preparations:
         memory = memory_of(run)
-        rows.append([target, f"{run['own']:.3g}", f"{run['own, system']:.3g}",
-                     f"{run['C library']:.3g}",
-                     f"{100 * run['own share']:.0f} %",
-                     f"{100 * run['own share, kernel apart']:.0f} %", f"{run['own'] / unit:.1f}",
-                     f"{memory:.2f}" if memory else "–"])
-    return table(["target", "own (ms)", "of it in the kernel", "in the C library", "own share",
-                  "own share, kernel apart", "own, in transforms of 2^18 by FFTW",
+        # The system counts its time in ticks, of which short targets have too few.
+        is_told = seconds >= 60
+        rows.append([target, number_text(run["own"]),
+                     number_text(run["own, system"]) if is_told else "–",
+                     number_text(run["C library"]), f"{100 * run['own share']:.0f} %",
+                     f"{100 * run[OWN_CODE]:.0f} %" if is_told else "–",
+                     f"{run['own'] / unit:.1f}", f"{memory:.2f}" if memory else "–"])
+    return table(["target", "own (ms)", "of it in the kernel", "of it in the C library",
+                  "own share", "share without these two", "own, in transforms of 2^18 by FFTW",
                   "peak memory / buffers"], rows)
 
 
@@ -69,20 +72,22 @@ medians over the preparations ({iterations_text(preparations)}).
 
 {steps_table(preparations)}
 
-What the program does in one go is told apart by doing parts of it once more on the same data and in
-the same memory; "buffers", "transform" and "chart update" are what is then left of the whole. So
-fresh memory is in "buffers" and "transform", and in the toolkit's steps.
+What the program does in one go is told apart by doing parts of it once more on the same data, in
+memory that has been written to before; "buffers", "transform" and "chart update" are what is then
+left of the whole. So fresh memory is in "buffers", in "transform" and in the toolkit's steps.
 
 "Own" is all but the toolkit's chart update and painting; aimed at is a quarter of the whole at
-every length, so that what one waits for is the drawing. "In the kernel" is the part of "own" that
-the system takes to hand out memory, all of which is given back before the next preparation; on
-a virtual machine, whose host lends it the memory anew each time, that can be most of a long target's
-time and differs from run to run. "In the C library" are the arctangents of the phases and the
-cosines of the transform's tables, measured apart: to the bit those of the C library, one for each
-of a long target's millions of bins and table entries, on the program's one thread. These two are
-what a target of minutes spends most on, and no arrangement of our own code changes them.
-One transform of 2^18 by FFTW took {unit:.3g} ms. Memory is the peak of the whole preparation over the
-bytes of the buffers that stand at the same time while the spectrum is computed.
+every length, so that what one waits for is the drawing. "In the kernel" is the system's part of
+"own": handing out memory, mostly, all of which is given back before the next preparation; reading
+the file; taking memory back. On a virtual machine, whose host lends the memory anew, that differs
+much from run to run. "In the C library" are the arctangents of the phases, one for each bin, and the
+cosines of the transform's tables, half as many, measured apart: they are the library's to the bit,
+one after the other on the program's one thread. For targets of minutes these two come to more than
+half of "own"; "share without these two" is what the rest of it takes of the whole.
+
+One transform of 2^18 by FFTW took {unit:.3g} ms here, with its arrays as they come and not pinned to
+a processor. Memory is the peak of the whole preparation over the bytes of the buffers that stand at
+the same time while the spectrum is computed.
 
 {shares_table(preparations, unit)}
 
@@ -91,14 +96,18 @@ bytes of the buffers that stand at the same time while the spectrum is computed.
 
 
 def loading_section(runs):
-    rows = [[target, f"{run['ours']:.3g}", f"{run['sndfile']:.3g}", f"{run['x_sndfile']:.2f}"]
-            for target, _, run in runs_of(runs, "load")]
+    loadings = runs_of(runs, "load")
+    rows = [[target, number_text(run["ours"]), number_text(run["sndfile"]),
+             f"{run['x_sndfile']:.2f}"] for target, _, run in loadings]
     return f"""## Loading
 
 `CWav` reads and converts beside the reading of libsndfile {version("libsndfile1-dev")} into doubles, in turns: medians, the
 ratio's over the turns. `CWav` keeps the bytes as well.
 
 {table(["file", "ours (ms)", "libsndfile (ms)", "ratio"], rows)}
+
+{goals_table([("ours / libsndfile", 1, [(target, run["x_sndfile"])
+                                        for target, _, run in loadings])])}
 """
 
 

@@ -5,10 +5,15 @@ import statistics
 import subprocess
 
 
-def read(path):
-    """Returns the benchmarks of a file by name, and what is known of the machine."""
-    document = json.loads(path.read_text(encoding="utf-8"))
-    return {run["name"]: run for run in document["benchmarks"]}, document["context"]
+def read(*paths):
+    """Returns the benchmarks by name, and what is known of the machine; of several files, which hold
+    the same benchmarks in the same order, the medians of the numbers and the first one's machine."""
+    documents = [json.loads(path.read_text(encoding="utf-8")) for path in paths]
+    found = {}
+    for runs in zip(*(document["benchmarks"] for document in documents)):
+        numbers = [key for key, value in runs[0].items() if isinstance(value, (int, float))]
+        found[runs[0]["name"]] = {**runs[0], **{key: median(runs, key) for key in numbers}}
+    return found, documents[0]["context"]
 
 
 def load_of(context):
@@ -18,6 +23,11 @@ def load_of(context):
 
 def median(runs, value):
     return statistics.median(run[value] for run in runs)
+
+
+def number_text(value):
+    """Returns a number with three digits, or with all in front of the point."""
+    return f"{value:.3g}" if abs(value) < 999.5 else f"{value:.0f}"
 
 
 def version(package):
