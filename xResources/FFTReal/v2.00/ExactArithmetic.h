@@ -2,11 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cfloat>
+
 // The order and the rounding of every operation are part of the transform's contract. What lies
 // between FFTREAL_EXACT_BEGIN and FFTREAL_EXACT_END is compiled without fused multiply-adds,
 // whatever the command line says of them (clang's -ffp-contract=fast alone overrules it).
-#ifdef __FAST_MATH__
+#if defined(__FAST_MATH__) || defined(__ASSOCIATIVE_MATH__)
 #error "The real FFT cannot be compiled with -ffast-math: its results are defined to the last bit."
+#endif
+#if FLT_EVAL_METHOD != 0 && FLT_EVAL_METHOD != 16 // which is for shorter types than these
+#error                                                                                             \
+    "The real FFT needs arithmetic that rounds each result to its type, such as -msse2 -mfpmath=sse."
 #endif
 
 #if defined(__clang__) && (defined(__x86_64__) || defined(__i386__))

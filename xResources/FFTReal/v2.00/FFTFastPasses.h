@@ -22,7 +22,7 @@
 // Two passes at a time
 // --------------------
 // Passes are counted as in FFTReal.h: 1, 2 and 3, and from p = 3 on again those that make one
-// transform of 2n values out of two of n = 2^p (so that the first of p = 2 is the one called 3).
+// transform of 2n values out of two of n = 2^p. (In that count the pass called 3 is p = 2.)
 //
 // Passes p and p + 1 make one transform of 4n values out of four of n. Bin i of all four is read,
 // and nothing else, and becomes four bins of the result (a Quad). With h = n/2:
@@ -36,16 +36,16 @@
 //
 // Where the time goes is memory. So a block is combined as soon as it is complete, while it is in
 // the cache; and four parts of the buffer are filled in turns, because those take neighbouring rows
-// of x, which share the lines of the cache. (More parts lie so that they push each other out of
-// it.)
+// of x, which share the lines of the cache. (Parts lie a power of two apart, where a cache has few
+// lines for all of them: more parts push each other out.)
 //
 // Cosines of the late passes
 // --------------------------
 // Every block of a pass turns its oscillator through the same positions. They are computed once, at
 // the start. Nobody needs f until the last two passes, so that is where they wait: pass p has
 // 2^(p-1) cosines from f + L - 2^(p+1) on, and after them as many sines, backwards like those of
-// the table. Pass by pass they fill f exactly, and each is read by the very step of the last two
-// passes that overwrites it.
+// the table. Pass by pass they fill f but for its end, and each is read by the very step of the
+// last two passes that overwrites it.
 #pragma once
 
 #include "ExactArithmetic.h"
