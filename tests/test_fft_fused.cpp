@@ -1,5 +1,5 @@
-// The real FFT gives the same bits where the compiler is told to fuse multiplications and
-// additions. SPDX-License-Identifier: GPL-3.0-or-later
+// The real FFT gives the same bits where the compiler is told to fuse operations.
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_fft_fused.h"
 
 #include "support/PlainFftPasses.h"

@@ -1,5 +1,5 @@
-// The signal library's interface and its warnings without a box, and the main function of its
-// tests. SPDX-License-Identifier: GPL-3.0-or-later
+// The signal library's interface, its warnings without a box, and its tests' main function.
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_signal_console.h"
 
 #include "support/SignalCalls.h"

@@ -1,5 +1,5 @@
-// The test classes of the WAV files, by subject; each is defined in the file that its comment
-// names. SPDX-License-Identifier: GPL-3.0-or-later
+// The test classes of the WAV files; each is defined in the file that its comment names.
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "sound/CWav.h"
