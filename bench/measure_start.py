@@ -38,6 +38,18 @@ def forget_all_files():
     DROP_CACHES.write_text("3\n", encoding="ascii")
 
 
+def processes_with_toolkit():
+    """Returns the names of the processes that hold the toolkit's libraries in memory."""
+    names = []
+    for process in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            if "libQt5Core" in (process / "maps").read_text(encoding="utf-8", errors="replace"):
+                names.append((process / "comm").read_text(encoding="utf-8").strip())
+        except OSError:  # ended by now, or somebody else's
+            continue
+    return names
+
+
 def answer_first_questions(home):
     """Sonic Visualiser asks at its first start whether it may use the network."""
     folder = home / ".config" / "sonic-visualiser"
@@ -154,7 +166,9 @@ def drawings(build, folder):
 def main():
     build, result = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
     starts = Starts(build, pathlib.Path.home())
-    numbers = {"load": os.getloadavg()[0]}
+    numbers = {"load": os.getloadavg()[0], "beside": processes_with_toolkit()}
+    if numbers["beside"]:
+        complain(f"the toolkit is in use and in memory: {', '.join(numbers['beside'])}")
     starts.rounds(1)
     numbers["warm"] = starts.rounds(WARM_ROUNDS)
     numbers["division"] = divisions(starts, build)

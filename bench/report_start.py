@@ -98,6 +98,10 @@ searches its engines for drawings, {files:.1f} ms.
 def start_section(numbers):
     cold = (f' "From the disk" is with the page cache emptied before, {len(numbers["cold"]["Pellion"])} rounds.'
             if "cold" in numbers else "")
+    beside = (f"""
+
+While this was measured, {', '.join(numbers['beside'])} had the toolkit's libraries in memory: without that,
+starts from the disk take longer, and the PSS is larger.""" if numbers["beside"] else "")
     return f"""## Starting
 
 Beside Sonic Visualiser {version("sonic-visualiser")} and Praat {version("praat")}: medians of {len(numbers['warm']['Pellion'])} rounds in turns on one virtual
@@ -105,7 +109,7 @@ screen, as an observer outside sees them (`bench/watch_start.cpp`), at a load of
 until the main window is open, and until it is painted, which is when the commonest colour covers
 less than 99 % of the rows of pixels looked at. Praat opens two windows; the later one counts. Of
 Sonic Visualiser the main window counts, not its splash screen. "Computing" is the processors' time
-until then; memory is that of one second later.{cold}
+until then; memory is that of one second later.{cold}{beside}
 
 {starts_table(numbers)}
 
