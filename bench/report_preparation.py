@@ -82,8 +82,8 @@ every length, so that what one waits for is the drawing. "In the kernel" is the 
 the file; taking memory back. On a virtual machine, whose host lends the memory anew, that differs
 much from run to run. "In the C library" are the arctangents of the phases, one for each bin, and the
 cosines of the transform's tables, half as many, measured apart: they are the library's to the bit,
-one after the other on the program's one thread. For targets of minutes these two come to more than
-half of "own"; "share without these two" is what the rest of it takes of the whole.
+one after the other on the program's one thread. "Share without these two" is what the rest of
+"own" takes of the whole.
 
 One transform of 2^18 by FFTW took {unit:.3g} ms here, with its arrays as they come and not pinned to
 a processor. Memory is the peak of the whole preparation over the bytes of the buffers that stand at

@@ -6,13 +6,17 @@ import subprocess
 
 
 def read(*paths):
-    """Returns the benchmarks by name, and what is known of the machine; of several files, which hold
-    the same benchmarks in the same order, the medians of the numbers and the first one's machine."""
+    """Returns the benchmarks by name, and what is known of the machine; of several files the medians
+    of the numbers, and the first one's machine."""
     documents = [json.loads(path.read_text(encoding="utf-8")) for path in paths]
+    repeated = {}
+    for document in documents:
+        for run in document["benchmarks"]:
+            repeated.setdefault(run["name"], []).append(run)
     found = {}
-    for runs in zip(*(document["benchmarks"] for document in documents)):
+    for name, runs in repeated.items():
         numbers = [key for key, value in runs[0].items() if isinstance(value, (int, float))]
-        found[runs[0]["name"]] = {**runs[0], **{key: median(runs, key) for key in numbers}}
+        found[name] = {**runs[0], **{key: median(runs, key) for key in numbers}}
     return found, documents[0]["context"]
 
 
