@@ -37,7 +37,7 @@ void fillSpectrum(const double* transformed, qint64 length, int nSamples,
                   double frequencyResolution, const SpectrumVectors& spectrum) {
     const int bins = static_cast<int>(length / 2);
     const double* const real = transformed;
-    const double* const negatedImaginary = real + bins;
+    const double* const negatedImaginary = transformed + bins;
     const int halfSound = nSamples / 2; // whole samples, deliberately
     double* const frequency = spectrum.frequencies.data();
     double* const amplitude = spectrum.amplitudes.data();

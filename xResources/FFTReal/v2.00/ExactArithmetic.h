@@ -11,8 +11,7 @@
 #error "The real FFT cannot be compiled with -ffast-math: its results are defined to the last bit."
 #endif
 #if FLT_EVAL_METHOD != 0 && FLT_EVAL_METHOD != 16 // which is for shorter types than these
-#error                                                                                             \
-    "The real FFT needs arithmetic that rounds each result to its type, such as -msse2 -mfpmath=sse."
+#error "The real FFT needs arithmetic that rounds each result to its type (-mfpmath=sse)."
 #endif
 
 #if defined(__clang__) && (defined(__x86_64__) || defined(__i386__))
