@@ -139,7 +139,6 @@ bool CWav::LoadWav(std::string fileName) {
     if (!file.is_open())
         return refuse("Unable to open WAV file: ", path);
 
-    header = {};
     file.read(reinterpret_cast<char*>(&header), sizeof(header));
     if (file.gcount() == 0)
         return refuse("Header size is zero. ", path);

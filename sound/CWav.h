@@ -58,10 +58,10 @@ public:
     /// Reads a file and converts its data to samples.
     ///
     /// Returns whether it is a regular file whose header says WAVE, PCM and 8, 16 or 24 bits.
-    /// A file that cannot be opened changes nothing here; any other takes the place of the header,
-    /// with zeros where a short file gives nothing. A file that ends before its data size counts as
-    /// loaded, with the bytes it has and no samples; a data size of 0 leaves data and samples as
-    /// they were.
+    /// A file that cannot be opened changes nothing here; any other overwrites the header as far as
+    /// it reaches, also when it is refused. The header of a file shorter than 44 bytes goes on with
+    /// what was there before. A file that ends before the data size counts as loaded, with the
+    /// bytes it has and no samples; a data size of 0 leaves data and samples as they were.
     bool LoadWav(std::string fileName);
 
     /// Replaces the samples by what the data bytes give at the header's bits per sample; by nothing
@@ -93,8 +93,8 @@ public:
     std::int64_t bytesRead = 0;        ///< data bytes that the last read obtained
     /// Of all channels together, as the header declares it; there may be fewer in `samples`.
     std::uint32_t numberOfSamples = 0;
-    const double* samplePointer = nullptr; ///< first of `samples`, null when there are none
-    std::vector<double> samples;           ///< full scale -1 to +1, channels interleaved
+    double* samplePointer = nullptr; ///< first of `samples`, null when there are none
+    std::vector<double> samples;     ///< full scale -1 to +1, channels interleaved
 
     /// Files that declare more samples than this are not worth reading to the caller: they count as
     /// files that end before their data.

@@ -40,7 +40,7 @@ void TestWavLoading::freshObjectIsZeroNullAndEmpty() {
     QVERIFY(wav.samples.empty());
 }
 
-void TestWavLoading::operationsHaveTheirTypes() {
+void TestWavLoading::operationsAndMembersHaveTheirTypes() {
     QVERIFY((std::is_same_v<decltype(&CWav::LoadWav), bool (CWav::*)(std::string)>));
     QVERIFY((std::is_same_v<decltype(&CWav::ConvertData), void (CWav::*)()>));
     QVERIFY((std::is_same_v<decltype(&CWav::WriteWav), bool (CWav::*)(std::string) const>));
@@ -48,6 +48,7 @@ void TestWavLoading::operationsHaveTheirTypes() {
     QVERIFY((std::is_same_v<decltype(&CWav::GetAudioFormat), std::uint16_t (CWav::*)() const>));
     QVERIFY((std::is_same_v<decltype(&CWav::DisplayHeader), void (CWav::*)() const>));
     QVERIFY((std::is_same_v<decltype(&CWav::DisplayData), void (CWav::*)() const>));
+    QVERIFY((std::is_same_v<decltype(CWav::samplePointer), double*>));
     QVERIFY(!std::is_copy_constructible_v<CWav> && !std::is_copy_assignable_v<CWav>);
     QVERIFY(std::is_nothrow_move_constructible_v<CWav>);
     QVERIFY(std::is_nothrow_move_assignable_v<CWav>);

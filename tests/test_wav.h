@@ -58,7 +58,7 @@ class TestWavLoading : public QObject {
 
 private slots:
     void freshObjectIsZeroNullAndEmpty();
-    void operationsHaveTheirTypes();
+    void operationsAndMembersHaveTheirTypes();
     void headerIsKeptAsInTheFile();
     void wordBehindTheHeaderIsNotTheAudioFormat();
     void twentyThousandSamplesOf16Bits();
@@ -85,10 +85,10 @@ private slots:
     void checksHaveTheirOrder();
     void missingFileLeavesTheObjectAsItWas();
     void unreadableFileCannotBeOpened();
-    void emptyFileZeroesTheHeader();
+    void emptyFileLeavesTheHeader();
     void failedLoadKeepsSamplesAndTheHeaderRead();
-    void shortHeaderInheritsNothing_data();
-    void shortHeaderInheritsNothing();
+    void shortHeaderOverwritesOnlyWhatItHolds_data();
+    void shortHeaderOverwritesOnlyWhatItHolds();
     void onlyRegularFilesAreOpened_data();
     void onlyRegularFilesAreOpened();
     void linksToRegularFilesAreFollowed();

@@ -3,21 +3,20 @@
 #include "test_wav.h"
 
 #include "support/DiskFaults.h"
+#include "support/EndsByItself.h"
 
 #include <QtTest>
 
 #include <cstring>
-#include <future>
-#include <utility>
 #include <vector>
 
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 namespace wavoffset = testsupport::wavoffset;
+using testsupport::endsByItself;
 using testsupport::setUnsigned16;
 using testsupport::wavHeader;
 using testsupport::wavWithSamples;
@@ -49,19 +48,6 @@ bool makeSocket(const QByteArray& path) {
         ::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
     ::close(socket);
     return isBound;
-}
-
-/// Returns whether a call ends by itself within ten seconds; one that waits for the other end of
-/// the FIFO at `path` is freed by opening that end.
-template <typename Function> bool endsByItself(Function&& function, const QByteArray& path) {
-    const std::future<void> result =
-        std::async(std::launch::async, std::forward<Function>(function));
-    if (result.wait_for(std::chrono::seconds(10)) == std::future_status::ready)
-        return true;
-    const int otherEnd = ::open(path.constData(), O_RDWR | O_NONBLOCK);
-    result.wait_for(std::chrono::seconds(1));
-    ::close(otherEnd);
-    return false;
 }
 
 } // namespace
@@ -154,13 +140,14 @@ void TestWavRefusals::unreadableFileCannotBeOpened() {
     QCOMPARE(errors, "Unable to open WAV file: " + path + "\n");
 }
 
-void TestWavRefusals::emptyFileZeroesTheHeader() {
+void TestWavRefusals::emptyFileLeavesTheHeader() {
     const WavFolder folder;
     CWav wav;
-    QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, {16384}))));
+    const QByteArray bytes = wavWithSamples({22050, 1, 16}, {16384});
+    QVERIFY(wav.LoadWav(folder.write(bytes)));
     const std::string path = folder.write({});
     QCOMPARE(errorsOf([&] { QVERIFY(!wav.LoadWav(path)); }), "Header size is zero. " + path + "\n");
-    QCOMPARE(headerImage(wav), QByteArray(44, '\0'));
+    QCOMPARE(headerImage(wav), bytes.left(44));
     QCOMPARE(wav.samples, Samples{0.5});
 }
 
@@ -179,34 +166,38 @@ void TestWavRefusals::failedLoadKeepsSamplesAndTheHeaderRead() {
     QCOMPARE(wav.samples, Samples{-0.5});
 }
 
-void TestWavRefusals::shortHeaderInheritsNothing_data() {
+void TestWavRefusals::shortHeaderOverwritesOnlyWhatItHolds_data() {
     QTest::addColumn<int>("length");
+    QTest::addColumn<QByteArray>("format");
     QTest::addColumn<QString>("message");
-    const QString badBits = "Not a 8-bit, 16-bit, or 24-bit WAV file: ";
-    QTest::newRow("within the format") << 10 << "Not a WAV file: ";
-    QTest::newRow("behind the format") << 12 << "Not a PCM (linear quantitation) WAV file: ";
-    QTest::newRow("within the audio format's zero byte") << 21 << badBits;
-    QTest::newRow("behind the audio format") << 22 << badBits;
-    QTest::newRow("before the data size") << 40 << "";
-    QTest::newRow("within the data size") << 43 << "";
+    const QByteArray wave = "WAVE";
+    QTest::newRow("one byte") << 1 << wave << "";
+    QTest::newRow("within a format") << 10 << QByteArray("AVI ") << "Not a WAV file: ";
+    QTest::newRow("within the same format") << 10 << wave << "";
+    QTest::newRow("within the sampling rate") << 26 << wave << "";
+    QTest::newRow("before the data size") << 40 << wave << "";
+    QTest::newRow("within the data size") << 43 << wave << "";
 }
 
-void TestWavRefusals::shortHeaderInheritsNothing() {
+void TestWavRefusals::shortHeaderOverwritesOnlyWhatItHolds() {
     QFETCH(int, length);
+    QFETCH(QByteArray, format);
     QFETCH(QString, message);
     const WavFolder folder;
     CWav wav;
-    QVERIFY(wav.LoadWav(folder.write(wavWithSamples({22050, 2, 16}, QVector<int>(40000, 5)))));
-    const QByteArray bytes = wavHeader({}, 0x010203).left(length);
+    const QByteArray earlier = wavWithSamples({22050, 2, 16}, QVector<int>(40000, 5));
+    QVERIFY(wav.LoadWav(folder.write(earlier)));
+    const QByteArray bytes =
+        wavHeader({44100, 1, 8}, 0x010203).replace(wavoffset::format, 4, format).left(length);
     const std::string path = folder.write(bytes);
     bool isLoaded = false;
     const std::string errors = errorsOf([&] { isLoaded = wav.LoadWav(path); });
     QCOMPARE(isLoaded, message.isEmpty());
     QCOMPARE(errors, isLoaded ? std::string() : message.toStdString() + path + "\n");
-    QCOMPARE(headerImage(wav), bytes.leftJustified(44, '\0'));
-    // A data size that was cut short still asks for data, and there are none.
-    QCOMPARE(wav.samples.size(), std::size_t{length == 43 ? 0U : 40000U});
-    QCOMPARE(wav.bytesRead, std::int64_t{length == 43 ? 0 : 80000});
+    QCOMPARE(headerImage(wav), bytes + earlier.mid(length, 44 - length));
+    // What is then the data size asks for data, and there are none.
+    QCOMPARE(wav.samples.size(), std::size_t{isLoaded ? 0U : 40000U});
+    QCOMPARE(wav.bytesRead, std::int64_t{isLoaded ? 0 : 80000});
 }
 
 void TestWavRefusals::onlyRegularFilesAreOpened_data() {
