@@ -9,8 +9,10 @@
 
 int pointCount(double samplingRate, double durationSeconds) {
     const double count = std::floor(samplingRate * durationSeconds);
+    if (count < 1)
+        return 0;
     // So that NaN, which compares with nothing, is refused as well.
-    if (count >= std::numeric_limits<int>::min() && count <= std::numeric_limits<int>::max())
+    if (count <= std::numeric_limits<int>::max())
         return static_cast<int>(count);
     qWarning("no signal has %g samples (%g Hz x %g s)", count, samplingRate, durationSeconds);
     return 0;

@@ -48,10 +48,11 @@ void TestSignalGenerators::pointsOfASignalAreRoundedDown_data() {
     QTest::newRow("fraction dropped") << 10.0 << 0.99 << 9;
     // 0.043 is a little less than it looks, and so is its product.
     QTest::newRow("the last point lost") << 40000.0 << 0.043 << 1719;
-    QTest::newRow("below zero, downwards") << 10.0 << -0.01 << -1;
     QTest::newRow("no duration") << 40000.0 << 0.0 << 0;
     QTest::newRow("largest") << 2147483647.5 << 1.0 << mostInt;
-    QTest::newRow("smallest") << -2147483648.0 << 1.0 << leastInt;
+    QTest::newRow("below zero") << 10.0 << -0.01 << 0;
+    QTest::newRow("far below zero") << 40000.0 << -1e300 << 0;
+    QTest::newRow("infinitely far below zero") << 40000.0 << -infinity << 0;
 }
 
 void TestSignalGenerators::pointsOfASignalAreRoundedDown() {
@@ -71,11 +72,8 @@ void TestSignalGenerators::noCountIsOneLineOnTheLogAndNoSignal_data() {
     };
     row("not a number", 40000, notANumber, "no signal has nan samples (40000 Hz x nan s)");
     row("infinite", infinity, 0.5, "no signal has inf samples (inf Hz x 0.5 s)");
-    row("infinitely small", 40000, -infinity, "no signal has -inf samples (40000 Hz x -inf s)");
     row("one too many", 2147483648.0, 1,
         "no signal has 2.14748e+09 samples (2.14748e+09 Hz x 1 s)");
-    row("one too few", -2147483649.0, 1,
-        "no signal has -2.14748e+09 samples (-2.14748e+09 Hz x 1 s)");
     row("much too many", 40000, 1e300, "no signal has 4e+304 samples (40000 Hz x 1e+300 s)");
 }
 
