@@ -38,6 +38,8 @@ private slots:
     void arrayOfDefaultSizeIsEmpty();
     void arrayKeepsWhatIsWritten();
     void resizingLosesContentsAndZeroChangesNothing();
+    void elementsAreDestroyedWithTheirArray();
+    void elementsBeginWhereTheirTypeDemands();
     void longArraysBeginAtALine();
     void transformAllocatesNothing();
     void transformCallsNoSineAndNoCosine();

@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <limits>
 #include <new>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -117,6 +118,23 @@ public:
     using FFTReal<double>::_work_buf;
     using FFTReal<double>::_rot_osc;
     using FFTReal<double>::use_buffer;
+};
+
+/// An element that has something to give back, and how many of them there are.
+struct Element {
+    Element() { ++count; }
+    ~Element() { --count; }
+    Element(const Element&) = delete;
+    Element(Element&&) = delete;
+    Element& operator=(const Element&) = delete;
+    Element& operator=(Element&&) = delete;
+
+    inline static std::int64_t count = 0;
+    std::string text = "longer than what a string holds without memory of its own";
+};
+
+struct alignas(256) WideElement {
+    double value;
 };
 
 } // namespace
@@ -281,6 +299,26 @@ void TestFftParts::resizingLosesContentsAndZeroChangesNothing() {
     array.resize(0);
     QCOMPARE(qint64{array.size()}, qint64{5});
     QVERIFY(&array[0] == kept);
+}
+
+void TestFftParts::elementsAreDestroyedWithTheirArray() {
+    for (const std::int64_t size : {1, 100, 1000, 100000}) {
+        {
+            DynArray<Element> array(size);
+            QCOMPARE(qint64{Element::count}, qint64{size});
+            array[size - 1].text += '.';
+            array.resize(size + 1);
+            QCOMPARE(qint64{Element::count}, qint64{size + 1});
+        }
+        QCOMPARE(qint64{Element::count}, qint64{0});
+    }
+}
+
+void TestFftParts::elementsBeginWhereTheirTypeDemands() {
+    for (const std::int64_t size : {1, 3, 8, 100, 10000}) {
+        const DynArray<WideElement> array(size);
+        QCOMPARE(reinterpret_cast<std::uintptr_t>(&array[0]) % 256, std::uintptr_t{0});
+    }
 }
 
 void TestFftParts::longArraysBeginAtALine() {

@@ -4,6 +4,7 @@
 
 #include "Assertion.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -13,8 +14,9 @@
 #include <sys/mman.h>
 #endif
 
-/// A heap array of default-initialised elements: numbers start out undetermined, not zero.
-/// Violated preconditions abort the program (FFTREAL_ASSERT). It is neither copied nor moved.
+/// A heap array of default-initialised elements of any default-constructible type: numbers start
+/// out undetermined, not zero. Elements are destroyed with the array, also when resize() replaces
+/// it. Violated preconditions abort the program (FFTREAL_ASSERT). It is neither copied nor moved.
 template <typename T> class DynArray {
 public:
     DynArray() = default;
@@ -60,13 +62,15 @@ public:
     }
 
 private:
-    static_assert(std::is_trivially_destructible_v<T>);
-
-    // Where an array begins. A line of the cache at least, but for short arrays, which belong to
-    // short transforms: finding such a place takes longer than they would gain.
-    static constexpr std::size_t LINE = 64;
+    // Where an array begins; 0 leaves that to new[]. A line of the cache at least, but for short
+    // arrays, which belong to short transforms: finding such a place takes longer than they would
+    // gain. Elements with a destructor have theirs called by delete[], which gives back only what
+    // new[] has placed by itself.
+    static constexpr std::size_t LINE = std::max<std::size_t>(64, alignof(T));
     static constexpr std::size_t LARGE_PAGE = std::size_t{1} << 21;
     static std::size_t alignment(std::int64_t size) {
+        if (!std::is_trivially_destructible_v<T>)
+            return 0;
         const std::size_t bytes = static_cast<std::size_t>(size) * sizeof(T);
         return bytes >= LARGE_PAGE ? LARGE_PAGE : bytes >= 32 * LINE ? LINE : 0;
     }
