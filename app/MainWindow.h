@@ -136,10 +136,10 @@ public:
     void selectWavFile();
 
     /// Loads the target of the current trial, copies its first channel and sizes the charts'
-    /// buffers. A file that fails to load leaves the earlier target, if any, in use, and the
-    /// record names that one. One that cannot be a target is refused, and so is a cancelled dialog,
-    /// whatever was in use: nFiles becomes 0 and trialSequence empty, and neither charts, samples
-    /// nor texts change.
+    /// buffers. A file that fails to load or cannot be a target leaves the earlier target in use,
+    /// and the record names that one. Without one that suits the settings the file is refused, and
+    /// so is a cancelled dialog, whatever was in use: nFiles becomes 0 and trialSequence empty, and
+    /// neither charts, samples nor texts change.
     void genWav();
 
     /// Shows the folder and file name of the current target.
@@ -268,6 +268,7 @@ protected:
     // 7 Target
     void chooseTarget(const QFileInfo& file);
     bool loadTarget(Record& record);
+    bool keepEarlierTarget(Record& record);
     void refuseTarget();
 
     // 8 Playback

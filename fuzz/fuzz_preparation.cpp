@@ -87,6 +87,12 @@ public:
         seriesFFT->clear();
     }
 
+    /// Whether the target is the file that was chosen last.
+    bool isChosenInUse() const {
+        return nFiles == 1 && currentTargetPath == chosenFile() && targetInUse.has_value() &&
+               targetInUse->filePath + u'/' + targetInUse->fileName == chosenFile();
+    }
+
     /// Prepares a practice session; returns whether it has a target.
     bool prepare(const std::string& path) {
         chosenFile() = QString::fromStdString(path);
@@ -187,18 +193,23 @@ private:
     QVector<double> initialTarget;
 };
 
-void prepareInAFreshWindow(FuzzedWindow& window, const MemoryFile& file,
+/// Returns whether the file can be a target.
+bool prepareInAFreshWindow(FuzzedWindow& window, const MemoryFile& file,
                            const PlainReading& content) {
     window.startAfresh();
     const Shown before = window.shown();
-    if (window.prepare(file.path()))
+    const bool isPrepared = window.prepare(file.path());
+    require(isPrepared == window.isChosenInUse(), "there is no other target");
+    require(!isPrepared || content.isLoaded, "only what is loaded is accepted");
+    if (isPrepared)
         window.checkPrepared(content);
     else
         require(window.shown() == before, "a refused target changes nothing");
+    return isPrepared;
 }
 
 void prepareBehindAGoodTarget(FuzzedWindow& window, const MemoryFile& file,
-                              const PlainReading& content) {
+                              const PlainReading& content, bool isUsable) {
     constexpr std::string_view fourSamples("RIFF\x28\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x9c\0\0"
                                            "\x40\x9c\0\0\1\0\x08\0data\4\0\0\0\x10\xc0\x40\xff",
                                            48);
@@ -208,12 +219,12 @@ void prepareBehindAGoodTarget(FuzzedWindow& window, const MemoryFile& file,
     require(window.prepare(earlierFile.path()), "a good target is accepted");
     window.checkPrepared(earlier);
     const Shown before = window.shown();
-    const bool isPrepared = window.prepare(file.path());
-    if (isPrepared && content.isLoaded)
+    require(window.prepare(file.path()), "a file that is no target leaves the earlier in use");
+    require(window.isChosenInUse() == isUsable, "the earlier target stays where it has to");
+    if (isUsable)
         window.checkPrepared(content);
     else
         require(window.shown() == before, "the earlier target stays");
-    require(isPrepared || content.isLoaded, "a file that fails to load leaves the earlier in use");
 }
 
 /// Lines of the toolkit about what it was asked to do are findings, as they are in the tests.
@@ -257,8 +268,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::string_view content = fuzzing::textOf(bytes, size);
     file.replace(content);
     const PlainReading reading(content, mostSamples);
-    prepareInAFreshWindow(theWindow(), file, reading);
-    prepareBehindAGoodTarget(theWindow(), file, reading);
+    const bool isUsable = prepareInAFreshWindow(theWindow(), file, reading);
+    prepareBehindAGoodTarget(theWindow(), file, reading, isUsable);
     // What is still held would have the whole memory searched for leaks after every input.
     theWindow().startAfresh();
     QCoreApplication::sendPostedEvents();

@@ -22,6 +22,10 @@ namespace {
 QString pathOf(const Record& record) {
     return record.filePath + u'/' + record.fileName;
 }
+
+void report(const char* message, const Record& record) {
+    std::cerr << message << pathOf(record).toStdString() << std::endl;
+}
 } // namespace
 
 void MainWindow::selectWavFile() {
@@ -90,10 +94,11 @@ void MainWindow::genWav() {
         timeAxisMs[i] = i / data.samplingRate * 1000;
 }
 
-/// Loads the file of a record into `wav`. A file that fails to load leaves the earlier target in
-/// use, if there is one, and the record then names that one, so that nothing shown or saved is
-/// mislabelled. Returns false, with `wav` as it was, when there is nothing to play, and after
-/// a cancelled dialog, whatever was in use before.
+/// Loads the file of a record into `wav`. A file that fails to load or cannot be a target leaves
+/// the earlier target in use, if there is one that suits the settings, and the record then names
+/// that one, so that nothing shown or saved is mislabelled. Returns false, with `wav` and the
+/// record as they were, when there is nothing to play, and after a cancelled dialog, whatever was
+/// in use before.
 bool MainWindow::loadTarget(Record& record) {
     CWav loaded;
     loaded.mostSamplesPerChannel = mostSamples;
@@ -101,19 +106,30 @@ bool MainWindow::loadTarget(Record& record) {
     const bool isCancelled = record.fileName.isEmpty();
     if (isCancelled)
         return false;
-    const bool isEarlierKept = !isLoaded && targetInUse.has_value();
-    if (isEarlierKept)
-        record = *targetInUse;
-    if (!isUsableTarget(isEarlierKept ? wav : loaded, data.samplingRate)) {
-        std::cerr << "Unusable WAV file: " << pathOf(record).toStdString() << std::endl;
-        return false;
-    }
-    if (isEarlierKept) {
-        std::cerr << "Keeping the earlier target: " << pathOf(record).toStdString() << std::endl;
-    } else {
+    if (isLoaded && isUsableTarget(loaded, data.samplingRate)) {
         wav = std::move(loaded);
         targetInUse = record;
+        return true;
     }
+    // A failed load has been reported, but not that it leaves nothing to play.
+    if (isLoaded || !targetInUse.has_value())
+        report("Unusable WAV file: ", record);
+    // The earlier target may need the memory.
+    loaded = CWav();
+    return keepEarlierTarget(record);
+}
+
+/// Makes a record name the target in use. Returns false, with the record as it was, when there is
+/// none or it does not suit the settings.
+bool MainWindow::keepEarlierTarget(Record& record) {
+    if (!targetInUse.has_value())
+        return false;
+    if (!isUsableTarget(wav, data.samplingRate)) {
+        report("Unusable WAV file: ", *targetInUse);
+        return false;
+    }
+    record = *targetInUse;
+    report("Keeping the earlier target: ", record);
     return true;
 }
 

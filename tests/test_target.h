@@ -135,12 +135,14 @@ private slots:
     void resultsNameTheTargetThatWasPlayed();
     void unusableTargetChangesNothing_data();
     void unusableTargetChangesNothing();
-    void unusableTargetAfterAnEarlierOneChangesNothing_data();
-    void unusableTargetAfterAnEarlierOneChangesNothing();
+    void unusableTargetGoesOnWithTheEarlierTarget_data();
+    void unusableTargetGoesOnWithTheEarlierTarget();
     void rateOfTheSettingsThatGivesNoCountRefuses_data();
     void rateOfTheSettingsThatGivesNoCountRefuses();
+    void earlierTargetIsJudgedAgainBeforeItIsKept_data();
     void earlierTargetIsJudgedAgainBeforeItIsKept();
-    void memoryThatCannotBeHadRefusesTheTarget();
+    void memoryThatCannotBeHadKeepsTheEarlierTarget();
+    void earlierTargetMayTakeTheMemoryOfTheUnusableOne();
 
 private:
     static void unusableTargets();

@@ -56,6 +56,34 @@ QString writeTarget(TargetBench& bench, const QByteArray& bytes, qint64 size) {
     return path;
 }
 
+/// The same once more; `prepared` is the state between the second preparation and its answer.
+QString prepareEarlierTargetAgain(TargetBench& bench, QStringList& prepared) {
+    QString path = prepareEarlierTarget(bench);
+    bench.prepare(path);
+    prepared = bench.preparedState();
+    answerOnce(bench);
+    return path;
+}
+
+/// What stands after the earlier target has been kept: a session on it can be started.
+void verifyEarlierKept(TargetBench& bench, const QStringList& before) {
+    const QString folder = bench.folder.path();
+    QCOMPARE(bench.preparedState(), before);
+    QCOMPARE(bench.window.data.wavFilePath, folder);
+    QCOMPARE(bench.window.data.wavFileName, QString("earlier.wav"));
+    QCOMPARE(bench.window.data.records.size(), 1);
+    QCOMPARE(bench.window.data.records[0].filePath, folder);
+    QCOMPARE(bench.window.data.records[0].fileName, QString("earlier.wav"));
+    QVERIFY(bench.window.data.records[0].frequencyMatched == 0.0);
+    QCOMPARE(bench.window.currentTargetPath, folder + "/earlier.wav");
+    QCOMPARE(bench.text("lineEditWavFileName"), QString("earlier.wav"));
+    QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("not started yet"));
+    QCOMPARE(bench.window.nFiles, 1);
+    QCOMPARE(bench.window.trialSequence, QVector<int>{0});
+    QVERIFY(bench.isEnabled("pushButtonGo"));
+    QCOMPARE(bench.complaints(), QString());
+}
+
 /// What stands after a refused preparation, whatever was there before.
 void verifyRefused(TargetBench& bench, const QStringList& before) {
     QCOMPARE(bench.preparedState(), before);
@@ -112,27 +140,12 @@ void TestTargetRefusals::failedLoadGoesOnWithTheEarlierTarget() {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, prefix);
     TargetBench bench;
-    const QString earlier = prepareEarlierTarget(bench);
-    QCOMPARE(bench.prepare(earlier), std::string());
-    const QStringList before = bench.preparedState();
-    answerOnce(bench);
+    QStringList before;
+    const QString earlier = prepareEarlierTargetAgain(bench, before);
     const QString path = bench.write("chosen.wav", bytes);
     QCOMPARE(bench.prepare(path),
              (prefix + path + "\nKeeping the earlier target: " + earlier + "\n").toStdString());
-    QCOMPARE(bench.preparedState(), before);
-    QCOMPARE(bench.window.data.wavFilePath, bench.folder.path());
-    QCOMPARE(bench.window.data.wavFileName, QString("earlier.wav"));
-    QCOMPARE(bench.window.data.records.size(), 1);
-    QCOMPARE(bench.window.data.records[0].filePath, bench.folder.path());
-    QCOMPARE(bench.window.data.records[0].fileName, QString("earlier.wav"));
-    QVERIFY(bench.window.data.records[0].frequencyMatched == 0.0);
-    QCOMPARE(bench.window.currentTargetPath, earlier);
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("earlier.wav"));
-    QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("not started yet"));
-    QCOMPARE(bench.window.nFiles, 1);
-    QCOMPARE(bench.window.trialSequence, QVector<int>{0});
-    QVERIFY(bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+    verifyEarlierKept(bench, before);
 }
 
 void TestTargetRefusals::fileThatHasVanishedIsAFailedLoad() {
@@ -163,8 +176,11 @@ void TestTargetRefusals::failedLoadAfterRefusedAndCancelledOnesGoesOnWithTheLast
     const QVector<int> codes = unevenCodes(60, 9);
     const QString accepted = bench.write("second.wav", codes);
     QCOMPARE(bench.prepare(accepted), std::string());
-    const QString silent = bench.write("silent.wav", wavHeader({8000, 2, 8}, 0));
-    QCOMPARE(bench.prepare(silent), "Unusable WAV file: " + silent.toStdString() + "\n");
+    testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText("0");
+    const QString refused = bench.write("refused.wav", unevenCodes(80));
+    bench.prepare(refused);
+    QVERIFY(!bench.isEnabled("pushButtonGo"));
+    testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText("40000");
     bench.prepareCancelled();
     const QString text = bench.write("text.wav", QByteArray("This is no sound."));
     QCOMPARE(bench.prepare(text), "Not a WAV file: " + text.toStdString() +
@@ -236,24 +252,21 @@ void TestTargetRefusals::unusableTargetChangesNothing() {
     verifyRefused(bench, before);
 }
 
-void TestTargetRefusals::unusableTargetAfterAnEarlierOneChangesNothing_data() {
+void TestTargetRefusals::unusableTargetGoesOnWithTheEarlierTarget_data() {
     unusableTargets();
 }
 
-void TestTargetRefusals::unusableTargetAfterAnEarlierOneChangesNothing() {
+void TestTargetRefusals::unusableTargetGoesOnWithTheEarlierTarget() {
     QFETCH(QByteArray, bytes);
     QFETCH(qint64, size);
     TargetBench bench;
-    const QString earlier = prepareEarlierTarget(bench);
-    QVERIFY(bench.isEnabled("pushButtonGo"));
-    const QStringList before = bench.preparedState();
+    QStringList before;
+    const QString earlier = prepareEarlierTargetAgain(bench, before);
     const QString path = writeTarget(bench, bytes, size);
-    QCOMPARE(bench.prepare(path), "Unusable WAV file: " + path.toStdString() + "\n");
-    verifyRefused(bench, before);
-    // And nothing of it stays in the way of the next.
-    QCOMPARE(bench.prepare(earlier), std::string());
-    QVERIFY(bench.window.targetSamples == scaledFrom16Bits(unevenCodes(earlierSamples)));
-    QVERIFY(bench.isEnabled("pushButtonGo"));
+    QCOMPARE(bench.prepare(path),
+             ("Unusable WAV file: " + path + "\nKeeping the earlier target: " + earlier + "\n")
+                 .toStdString());
+    verifyEarlierKept(bench, before);
 }
 
 void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses_data() {
@@ -278,25 +291,33 @@ void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses() {
     QCOMPARE(bench.complaints(), QString());
 }
 
+void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("prefix");
+    QTest::newRow("failed load") << QByteArray(100, 'x') << "Not a WAV file: ";
+    QTest::newRow("unusable") << goodFile() << "Unusable WAV file: ";
+}
+
 void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, prefix);
     TargetBench bench;
     const QString earlier = prepareEarlierTarget(bench);
     testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText("0");
-    const QString path = bench.write("chosen.wav", QByteArray(100, 'x'));
+    bench.window.getParameters();
+    const QStringList before = bench.preparedState();
+    const QString path = bench.write("chosen.wav", bytes);
     QCOMPARE(bench.prepare(path),
-             ("Not a WAV file: " + path + "\nUnusable WAV file: " + earlier + "\n").toStdString());
-    QCOMPARE(bench.window.nFiles, 0);
-    QVERIFY(bench.window.targetSamples == scaledFrom16Bits(unevenCodes(earlierSamples)));
-    QVERIFY(!bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+             (prefix + path + "\nUnusable WAV file: " + earlier + "\n").toStdString());
+    verifyRefused(bench, before);
 }
 
-void TestTargetRefusals::memoryThatCannotBeHadRefusesTheTarget() {
+void TestTargetRefusals::memoryThatCannotBeHadKeepsTheEarlierTarget() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
     TargetBench bench;
-    const QString earlier = prepareEarlierTarget(bench);
-    const QStringList before = bench.preparedState();
+    QStringList before;
+    const QString earlier = prepareEarlierTargetAgain(bench, before);
     // Loaded, it is 40 MB of samples; the transform takes another 384 MiB, the sounds 100 MB.
     const QString path = writeTarget(bench, wavHeader({40000, 1, 8}, 5000000), 5000044);
     std::string errors;
@@ -304,8 +325,24 @@ void TestTargetRefusals::memoryThatCannotBeHadRefusesTheTarget() {
         const testsupport::AddressSpaceLimit limit(300);
         errors = bench.prepare(path);
     }
-    QCOMPARE(errors, "Unusable WAV file: " + path.toStdString() + "\n");
-    verifyRefused(bench, before);
+    QCOMPARE(errors,
+             ("Unusable WAV file: " + path + "\nKeeping the earlier target: " + earlier + "\n")
+                 .toStdString());
+    verifyEarlierKept(bench, before);
+}
+
+void TestTargetRefusals::earlierTargetMayTakeTheMemoryOfTheUnusableOne() {
+    if (!testsupport::AddressSpaceLimit::isPossible())
+        QSKIP("a limit of the address space leaves the sanitizer none");
+    TargetBench bench;
+    // Prepared, it takes 50 MB; the chosen file holds another 120 MB while it is judged.
+    const QString earlier = bench.write("earlier.wav", unevenCodes(400000));
     QCOMPARE(bench.prepare(earlier), std::string());
+    const QString path = writeTarget(bench, wavHeader({40000, 1, 8}, 12000000), 12000044);
+    {
+        const testsupport::AddressSpaceLimit limit(150);
+        bench.prepare(path);
+    }
+    QCOMPARE(bench.text("lineEditWavFileName"), QString("earlier.wav"));
     QVERIFY(bench.isEnabled("pushButtonGo"));
 }

@@ -11,9 +11,8 @@ namespace wavoffset = testsupport::wavoffset;
 
 namespace {
 
-const QString unusable = "The program cannot play it (\"Unusable WAV file: x.wav\"), and \"Go\" "
-                         "stays disabled.";
 const QString goesOn = "\") and goes on with the earlier target, if there is one.";
+const QString unusable = "The program cannot play it (\"Unusable WAV file: x.wav" + goesOn;
 const QString notPcm =
     "The program refuses it (\"Not a PCM (linear quantitation) WAV file: x.wav" + goesOn;
 

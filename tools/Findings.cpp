@@ -21,8 +21,8 @@ QString programsAnswer(const Inspection& inspection, bool isLoaded) {
                               "target, if there is one.")
             .arg(inspection.programMessage);
     if (!isUsableTarget(inspection.program, playedRate()))
-        return QStringLiteral("The program cannot play it (\"Unusable WAV file: %1\"), and \"Go\" "
-                              "stays disabled.")
+        return QStringLiteral("The program cannot play it (\"Unusable WAV file: %1\") and goes on "
+                              "with the earlier target, if there is one.")
             .arg(inspection.fileName);
     return QStringLiteral("The program takes the %1 bytes from byte 44 on for the sound.")
         .arg(inspection.program.header.dataSize);
