@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <sys/stat.h>
+
 namespace {
 
 constexpr QIODevice::OpenMode textMode = QIODevice::WriteOnly | QIODevice::Text;
@@ -30,7 +32,15 @@ bool writeThrough(QFileDevice& file, const QByteArray& bytes) {
            file.error() == QFileDevice::NoError && syncToDisk(file);
 }
 
+/// Opening a FIFO waits for somebody who reads it, and what is written there is on no disk.
+bool isFifo(const QString& path) {
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 FileReplacement writeInPlace(const QString& path, const QByteArray& bytes) {
+    if (isFifo(path))
+        return FileReplacement::NotOpened;
     QFile file(path);
     // Some systems let nobody make a file where somebody else's stands, and mean its opening too.
     const QIODevice::OpenMode existence =

@@ -126,6 +126,8 @@ private slots:
     void linkIsFollowed();
     void folderOfTheFileItselfIsSynced();
     void deviceStaysADevice();
+    void fifoIsNotOpened_data();
+    void fifoIsNotOpened();
     void bytesAndNameAreSynced();
     void diskThatFailsWhenItIsSyncedKeepsTheEarlierFile();
     void pathThatCannotBeAFileIsNotOpened_data();

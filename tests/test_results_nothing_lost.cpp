@@ -19,6 +19,8 @@
 
 #include <iostream>
 
+#include <sys/stat.h>
+
 using testsupport::readBytes;
 using testsupport::SessionDriver;
 using testsupport::StreamCapture;
@@ -153,6 +155,9 @@ void TestResultsNothingLost::unsavedSessionLeavesItsJournal() {
     session.driver.dialogs.click("Confirmation MessageBox", QMessageBox::Yes);
     if (path.isEmpty())
         session.driver.dialogs.cancelSaving();
+    const QString fifo = devices->filePath("fifo");
+    QCOMPARE(::mkfifo(fifo.toLocal8Bit().constData(), 0600), 0);
+    QTest::newRow("FIFO") << fifo << cannotOpen + fifo + "fifo";
     else
         session.driver.dialogs.saveAs(path);
     QStringList printedBeforeTheWarning;

@@ -4,6 +4,7 @@
 
 #include "session/FileReplacement.h"
 #include "support/DiskFaults.h"
+#include "support/EndsByItself.h"
 #include "support/FileBytes.h"
 #include "support/SyncCalls.h"
 
@@ -14,7 +15,9 @@
 #include <cerrno>
 #include <utility>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using testsupport::readBytes;
 using testsupport::SmallDisk;
@@ -267,6 +270,31 @@ void TestFileReplacement::deviceStaysADevice() {
         QVERIFY(S_ISCHR(statusOf(device).st_mode));
         QCOMPARE(statusOf(device).st_rdev, earlier);
     }
+}
+
+void TestFileReplacement::fifoIsNotOpened_data() {
+    QTest::addColumn<bool>("isLink");
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("that nobody reads") << false << false;
+    QTest::newRow("that nobody reads, by a link") << true << false;
+    QTest::newRow("that somebody reads") << false << true;
+}
+
+void TestFileReplacement::fifoIsNotOpened() {
+    QFETCH(bool, isLink);
+    QFETCH(bool, isRead);
+    const OpenFolder folder;
+    const QByteArray fifo = folder.path("fifo").toLocal8Bit();
+    QCOMPARE(::mkfifo(fifo.constData(), 0600), 0);
+    const int reader = isRead ? ::open(fifo.constData(), O_RDONLY | O_NONBLOCK) : -1;
+    QVERIFY(!isLink || QFile::link("fifo", folder.path("results.txt")));
+    FileReplacement outcome = FileReplacement::Written;
+    QVERIFY(testsupport::endsByItself(
+        [&] { outcome = replaceFile(folder.path(isLink ? "results.txt" : "fifo"), newBytes()); },
+        fifo));
+    ::close(reader);
+    QCOMPARE(outcome, FileReplacement::NotOpened);
+    QVERIFY(S_ISFIFO(statusOf(folder.path("fifo")).st_mode));
 }
 
 void TestFileReplacement::bytesAndNameAreSynced() {
