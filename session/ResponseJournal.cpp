@@ -11,6 +11,8 @@
 
 #include <cerrno>
 #include <iostream>
+#include <optional>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -61,6 +63,23 @@ void makeFolder(const QString& path) {
         makeFolder(parent);
     if (QDir().mkdir(path))
         syncNamesToDisk(parent);
+}
+
+/// What tells a file from every other one, whatever its names: device and inode.
+using Identity = std::pair<dev_t, ino_t>;
+
+std::optional<Identity> identityOf(const QString& path) {
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return Identity(status.st_dev, status.st_ino);
+}
+
+std::optional<Identity> identityOf(int descriptor) {
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0)
+        return std::nullopt;
+    return Identity(status.st_dev, status.st_ino);
 }
 
 void print(const char* message, const QString& path) {
@@ -117,12 +136,18 @@ void ResponseJournal::record(const QString& targetFileName,
         complain();
 }
 
-void ResponseJournal::discard() {
+void ResponseJournal::discard(const QString& resultsPath) {
     name.clear();
     if (!file.isOpen())
         return;
+    const std::optional<Identity> found = identityOf(path);
+    const bool isResultsFile = found.has_value() && found == identityOf(resultsPath);
+    // Something else when the file has been replaced.
+    const bool isJournal = found == identityOf(file.handle());
     file.close();
-    if (!QFile::remove(path) && QFile::exists(path))
+    if (isResultsFile)
+        print("Responses saved in the journal itself: ", path);
+    else if (isJournal && !QFile::remove(path) && QFile::exists(path))
         print("Responses that were saved are also in: ", path);
 }
 

@@ -46,7 +46,7 @@ void MainWindow::writeDataToTxt() {
     const FileReplacement outcome = replaceFile(chosen, bytes);
     // Before the warning, which may stand open for as long as it takes to find out about it.
     if (outcome == FileReplacement::Written)
-        journal.discard();
+        journal.discard(chosen);
     else
         journal.keep();
     if (outcome == FileReplacement::NotOpened)

@@ -152,6 +152,10 @@ private slots:
     void onlyTheOwnerMayReadIt();
     void nothingIsRecordedOutsideOfASession();
     void savedResponsesLeaveNoJournal();
+    void resultsInTheJournalsPlaceStay_data();
+    void resultsInTheJournalsPlaceStay();
+    void resultsInAHardLinkToTheJournalStayAlone();
+    void fileThatHasTakenTheJournalsPlaceStays();
     void journalThatCannotBeRemovedIsNamed();
     void keptResponsesAreNamed();
     void responsesAreKeptWhenTheJournalGoes();
@@ -177,6 +181,7 @@ private slots:
     void initTestCase();
     void journalHoldsEveryResponseOfTheSession();
     void savedSessionLeavesNoJournal();
+    void resultsSavedOnTheirJournalStay();
     void unsavedSessionLeavesItsJournal_data();
     void unsavedSessionLeavesItsJournal();
     void windowThatGoesLeavesItsJournal();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_results.h"
 
+#include "session/FileReplacement.h"
 #include "session/ResponseJournal.h"
 #include "support/DiskFaults.h"
 #include "support/FileBytes.h"
@@ -19,6 +20,7 @@
 #include <memory>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using testsupport::readBytes;
 using testsupport::StreamCapture;
@@ -36,6 +38,11 @@ QString results() {
 
 QString nameOfJournal() {
     return QStringLiteral("SUB001_practice001-20260309-080559.txt");
+}
+
+/// A results file that has nothing to do with the journal.
+QString resultsPath() {
+    return QStringLiteral("/tmp/SUB001_practice001.txt");
 }
 
 QStringList filesIn(const QString& folder) {
@@ -105,7 +112,7 @@ void TestResponseJournal::namesFitIntoAnyFolder() {
         QCOMPARE(filesIn(folder->path()).size(), 1);
         QCOMPARE(readBytes(folder->filePath(filesIn(folder->path()).constFirst())),
                  expectedResults("t.wav", {"500"}));
-        journal.discard();
+        journal.discard(resultsPath());
     }
 }
 
@@ -140,7 +147,7 @@ void TestResponseJournal::eachResponseIsInTheFileAtOnce() {
     }
     journal.record("Größe 目標.wav", frequencies);
     QCOMPARE(readBytes(deep + '/' + nameOfJournal()), expectedResults("Größe 目標.wav", texts));
-    journal.discard();
+    journal.discard(resultsPath());
 }
 
 void TestResponseJournal::eachResponseIsSynced() {
@@ -155,7 +162,7 @@ void TestResponseJournal::eachResponseIsSynced() {
     journal.record("t.wav", {500, 640});
     QCOMPARE(syncs.count, 3);
     QCOMPARE(syncs.bytesSynced, expectedResults("t.wav", {"500", "640"}).size());
-    journal.discard();
+    journal.discard(resultsPath());
 }
 
 void TestResponseJournal::onlyTheOwnerMayReadIt() {
@@ -167,7 +174,7 @@ void TestResponseJournal::onlyTheOwnerMayReadIt() {
     struct stat status = {};
     QCOMPARE(::stat(folder->filePath(nameOfJournal()).toLocal8Bit().constData(), &status), 0);
     QCOMPARE(status.st_mode & 07777U, 0600U);
-    journal.discard();
+    journal.discard(resultsPath());
 }
 
 void TestResponseJournal::nothingIsRecordedOutsideOfASession() {
@@ -178,7 +185,7 @@ void TestResponseJournal::nothingIsRecordedOutsideOfASession() {
         journal.begin(results(), start());
         journal.record("t.wav", {500});
         QCOMPARE(filesIn(folder->path()), QStringList(nameOfJournal()));
-        journal.discard();
+        journal.discard(resultsPath());
         journal.record("t.wav", {500, 640});
     });
     QCOMPARE(errors, QStringList());
@@ -190,30 +197,85 @@ void TestResponseJournal::savedResponsesLeaveNoJournal() {
         ResponseJournal journal(folder->path());
         journal.begin(results(), start());
         journal.record("t.wav", {500});
-        journal.discard();
-        journal.discard();
+        journal.discard(resultsPath());
+        journal.discard(resultsPath());
         journal.keep();
     });
     QCOMPARE(errors, QStringList());
     QCOMPARE(filesIn(folder->path()), QStringList());
 }
 
+void TestResponseJournal::resultsInTheJournalsPlaceStay_data() {
+    QTest::addColumn<QString>("way");
+    for (const char* way : {"by its path", "by a link", "by a link to its folder", "in place"})
+        QTest::newRow(way) << way;
+}
+
+void TestResponseJournal::resultsInTheJournalsPlaceStay() {
+    QFETCH(QString, way);
+    const QTemporaryDir elsewhere;
+    const QString path = folder->filePath(nameOfJournal());
+    const QByteArray saved = "the results";
+    ResponseJournal journal(folder->path());
+    journal.begin(results(), start());
+    journal.record("t.wav", {500});
+    QString chosen = path;
+    if (way == "by a link")
+        chosen = elsewhere.filePath("results.txt");
+    else if (way == "by a link to its folder")
+        chosen = elsewhere.filePath("folder/" + nameOfJournal());
+    QVERIFY(way != "by a link" || QFile::link(path, chosen));
+    QVERIFY(way != "by a link to its folder" ||
+            QFile::link(folder->path(), QFileInfo(chosen).path()));
+    if (way == "in place")
+        QVERIFY(testsupport::writeBytes(path, saved));
+    else
+        QCOMPARE(replaceFile(chosen, saved), FileReplacement::Written);
+    const QStringList errors = errorsOf([&] { journal.discard(chosen); });
+    QCOMPARE(errors, QStringList("Responses saved in the journal itself: " + path));
+    QCOMPARE(readBytes(path), saved);
+}
+
+void TestResponseJournal::resultsInAHardLinkToTheJournalStayAlone() {
+    const QString path = folder->filePath(nameOfJournal());
+    const QString chosen = folder->filePath("results.txt");
+    ResponseJournal journal(folder->path());
+    journal.begin(results(), start());
+    journal.record("t.wav", {500});
+    QCOMPARE(::link(path.toLocal8Bit().constData(), chosen.toLocal8Bit().constData()), 0);
+    QCOMPARE(replaceFile(chosen, "the results"), FileReplacement::Written);
+    QCOMPARE(errorsOf([&] { journal.discard(chosen); }), QStringList());
+    QCOMPARE(filesIn(folder->path()), QStringList("results.txt"));
+    QCOMPARE(readBytes(chosen), QByteArray("the results"));
+}
+
+void TestResponseJournal::fileThatHasTakenTheJournalsPlaceStays() {
+    const QString path = folder->filePath(nameOfJournal());
+    ResponseJournal journal(folder->path());
+    journal.begin(results(), start());
+    journal.record("t.wav", {500});
+    QCOMPARE(replaceFile(path, "the results of another program"), FileReplacement::Written);
+    QCOMPARE(errorsOf([&] { journal.discard(resultsPath()); }), QStringList());
+    QCOMPARE(readBytes(path), QByteArray("the results of another program"));
+}
+
 void TestResponseJournal::journalThatCannotBeRemovedIsNamed() {
-    const QByteArray path = folder->filePath(nameOfJournal()).toLocal8Bit();
-    bool isHeld = false;
-    const QStringList errors = errorsOf([&] {
-        ResponseJournal journal(folder->path());
-        journal.begin(results(), start());
-        journal.record("t.wav", {500});
-        // A file that another one is mounted on cannot be removed.
-        isHeld = ::mount("/dev/null", path.constData(), nullptr, MS_BIND, nullptr) == 0;
-        journal.discard();
-    });
-    if (!isHeld)
-        QSKIP("mounting takes the right to");
-    QCOMPARE(::umount2(path.constData(), MNT_DETACH), 0);
+    const QString path = folder->filePath(nameOfJournal());
+    const auto setMode = [&](mode_t mode) {
+        return ::chmod(folder->path().toLocal8Bit().constData(), mode) == 0;
+    };
+    ResponseJournal journal(folder->path());
+    journal.begin(results(), start());
+    journal.record("t.wav", {500});
+    QVERIFY(setMode(0555));
+    QStringList errors;
+    {
+        const testsupport::WithoutPrivileges user;
+        errors = errorsOf([&] { journal.discard(resultsPath()); });
+    }
+    QVERIFY(setMode(0755));
     QCOMPARE(errors, QStringList("Responses that were saved are also in: " + path));
-    QCOMPARE(readBytes(folder->filePath(nameOfJournal())), expectedResults("t.wav", {"500"}));
+    QCOMPARE(readBytes(path), expectedResults("t.wav", {"500"}));
 }
 
 void TestResponseJournal::keptResponsesAreNamed() {
@@ -249,7 +311,7 @@ void TestResponseJournal::responsesOfAnEarlierSessionAreKept() {
     QCOMPARE(readBytes(folder->filePath(nameOfJournal())), expectedResults("t.wav", {"500"}));
     QCOMPARE(readBytes(folder->filePath("SUB001_practice002-20260309-080600.txt")),
              expectedResults("u.wav", {"640"}));
-    journal.discard();
+    journal.discard(resultsPath());
     QCOMPARE(filesIn(folder->path()), QStringList(nameOfJournal()));
 }
 
@@ -270,7 +332,7 @@ void TestResponseJournal::sessionsOfTheSameSecondHaveTheirOwn() {
     QCOMPARE(readBytes(folder->filePath(common + "-2.txt")), expectedResults("t.wav", {"501"}));
     QCOMPARE(readBytes(folder->filePath(common + "-3.txt")), expectedResults("t.wav", {"502"}));
     for (ResponseJournal* journal : {&first, &second, &third})
-        journal->discard();
+        journal->discard(resultsPath());
 }
 
 void TestResponseJournal::fullDiskCostsOneLineAndIsMadeUpFor() {
@@ -293,7 +355,7 @@ void TestResponseJournal::fullDiskCostsOneLineAndIsMadeUpFor() {
     QCOMPARE(readBytes(path), expectedResults("t.wav", {"500", "501", "502"}));
     journal.record("t.wav", {500, 501, 502, 503});
     QCOMPARE(readBytes(path), expectedResults("t.wav", {"500", "501", "502", "503"}));
-    journal.discard();
+    journal.discard(resultsPath());
 }
 
 void TestResponseJournal::lineIsWrittenWholeOrNotAtAll() {
@@ -324,7 +386,7 @@ void TestResponseJournal::lineIsWrittenWholeOrNotAtAll() {
     QCOMPARE(readBytes(path), one);
     journal.record("t.wav", {500, 640});
     QCOMPARE(readBytes(path), two);
-    journal.discard();
+    journal.discard(resultsPath());
 }
 
 void TestResponseJournal::folderThatCannotBeMadeCostsOneLine() {
@@ -356,7 +418,7 @@ void TestResponseJournal::failedSyncCostsOneLineAndRepeatsNothing() {
     });
     QCOMPARE(errors, QStringList("Responses cannot be kept in: " + path));
     QCOMPARE(readBytes(path), expectedResults("t.wav", {"500", "640", "700"}));
-    journal.discard();
+    journal.discard(resultsPath());
 }
 
 void TestResponseJournal::keptJournalsAreNamedOldestFirst() {
@@ -399,5 +461,5 @@ void TestResponseJournal::newFoldersAreSynced() {
         expected.push_back(status.st_ino);
     }
     QCOMPARE(syncs.foldersSynced, expected);
-    journal.discard();
+    journal.discard(resultsPath());
 }

@@ -134,6 +134,18 @@ void TestResultsNothingLost::savedSessionLeavesNoJournal() {
     QCOMPARE(session.printed(), QStringList());
 }
 
+void TestResultsNothingLost::resultsSavedOnTheirJournalStay() {
+    JournalledSession session;
+    session.start();
+    session.respond(640);
+    QCOMPARE(journals().size(), 1);
+    const QString journal = journals().first();
+    session.finish(journal);
+    QCOMPARE(journals(), QStringList(journal));
+    QCOMPARE(readBytes(journal), expectedResults("target.wav", {"640"}));
+    QCOMPARE(session.printed(), QStringList("Responses saved in the journal itself: " + journal));
+}
+
 void TestResultsNothingLost::unsavedSessionLeavesItsJournal_data() {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("warning");
@@ -143,6 +155,9 @@ void TestResultsNothingLost::unsavedSessionLeavesItsJournal_data() {
     QTest::newRow("cancelled") << "" << cannotOpen;
     QTest::newRow("unwritable") << "/proc/mine.txt" << cannotOpen + "/proc/mine.txtmine.txt";
     QTest::newRow("full disk") << full << cannotWrite + full;
+    const QString fifo = devices->filePath("fifo");
+    QCOMPARE(::mkfifo(fifo.toLocal8Bit().constData(), 0600), 0);
+    QTest::newRow("FIFO") << fifo << cannotOpen + fifo + "fifo";
 }
 
 void TestResultsNothingLost::unsavedSessionLeavesItsJournal() {
@@ -155,9 +170,6 @@ void TestResultsNothingLost::unsavedSessionLeavesItsJournal() {
     session.driver.dialogs.click("Confirmation MessageBox", QMessageBox::Yes);
     if (path.isEmpty())
         session.driver.dialogs.cancelSaving();
-    const QString fifo = devices->filePath("fifo");
-    QCOMPARE(::mkfifo(fifo.toLocal8Bit().constData(), 0600), 0);
-    QTest::newRow("FIFO") << fifo << cannotOpen + fifo + "fifo";
     else
         session.driver.dialogs.saveAs(path);
     QStringList printedBeforeTheWarning;

@@ -114,8 +114,8 @@ bool LongSession::respond() {
 }
 
 bool LongSession::finish() {
-    journal.discard();
     const QString results = folder.filePath("results.txt");
+    journal.discard(results);
     session.finish(results);
     return testsupport::readBytes(results) == resultsText(shortTarget, frequencies).toLatin1() &&
            session.dialogs.takeComplaints().isEmpty();
