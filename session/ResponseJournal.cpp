@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cerrno>
 #include <iostream>
 #include <optional>
@@ -119,6 +120,7 @@ void ResponseJournal::begin(const QString& resultsFileName, const QDateTime& sta
     keep();
     name = journalName(resultsFileName, start);
     responses = 0;
+    wholeLines = 0;
     hasComplained = false;
 }
 
@@ -191,10 +193,15 @@ bool ResponseJournal::open() {
 
 /// Writes whole lines or, when they do not fit, none of them.
 bool ResponseJournal::append(const QByteArray& lines) {
-    const qint64 wholeLines = file.pos();
-    if (file.write(lines) == lines.size())
+    // Over what an earlier attempt may have left behind, which these lines begin with.
+    if (file.seek(wholeLines) && file.write(lines) == lines.size()) {
+        wholeLines += lines.size();
         return true;
-    file.resize(wholeLines);
+    }
+    // A line that breaks off within its frequency reads as another one. Where it cannot be cut off,
+    // empty lines take its place, which nobody takes for a response.
+    if (!file.resize(wholeLines) && file.seek(wholeLines))
+        file.write(QByteArray(std::max(0, int(file.size() - wholeLines)), '\n'));
     return false;
 }
 

@@ -59,9 +59,10 @@ private:
     void complain();
 
     QString folder;
-    QString name;      ///< Empty between sessions.
-    QString path;      ///< Of the file, from the first attempt to create it.
-    QFile file;        ///< Open from the first response on; only its owner may read it.
-    int responses = 0; ///< Held by the file.
+    QString name;          ///< Empty between sessions.
+    QString path;          ///< Of the file, from the first attempt to create it.
+    QFile file;            ///< Open from the first response on; only its owner may read it.
+    int responses = 0;     ///< Held by the file.
+    qint64 wholeLines = 0; ///< Bytes of the file that are these responses.
     bool hasComplained = false;
 };

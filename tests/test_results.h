@@ -163,6 +163,7 @@ private slots:
     void sessionsOfTheSameSecondHaveTheirOwn();
     void fullDiskCostsOneLineAndIsMadeUpFor();
     void lineIsWrittenWholeOrNotAtAll();
+    void tornLineThatCannotBeTakenBackIsNoResponse();
     void folderThatCannotBeMadeCostsOneLine();
     void failedSyncCostsOneLineAndRepeatsNothing();
     void keptJournalsAreNamedOldestFirst();

@@ -389,6 +389,30 @@ void TestResponseJournal::lineIsWrittenWholeOrNotAtAll() {
     journal.discard(resultsPath());
 }
 
+void TestResponseJournal::tornLineThatCannotBeTakenBackIsNoResponse() {
+    const QString path = folder->filePath(nameOfJournal());
+    const QByteArray one = expectedResults("t.wav", {"500"});
+    const int torn = int(qstrlen("t.wav\t2\t64"));
+    testsupport::SyncCalls disk;
+    ResponseJournal journal(folder->path());
+    journal.begin(results(), start());
+    journal.record("t.wav", {500});
+    disk.truncationFailure = EIO;
+    QStringList errors;
+    {
+        const testsupport::FileSizeLimit limit(rlim_t(one.size() + torn));
+        errors = errorsOf([&] { journal.record("t.wav", {500, 640}); });
+    }
+    QCOMPARE(errors, QStringList("Responses cannot be kept in: " + path));
+    // Not 64 Hz.
+    QCOMPARE(readBytes(path), one + QByteArray(torn, '\n'));
+    journal.record("t.wav", {500, 640});
+    QCOMPARE(readBytes(path), expectedResults("t.wav", {"500", "640"}));
+    journal.record("t.wav", {500, 640, 700});
+    QCOMPARE(readBytes(path), expectedResults("t.wav", {"500", "640", "700"}));
+    journal.discard(resultsPath());
+}
+
 void TestResponseJournal::folderThatCannotBeMadeCostsOneLine() {
     QVERIFY(testsupport::writeBytes(folder->filePath("file"), "in the way"));
     const QString path = folder->filePath("file/journal");

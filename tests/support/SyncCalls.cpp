@@ -6,6 +6,7 @@
 #include <chrono>
 #include <thread>
 
+#include <dlfcn.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,6 +34,15 @@ int syncFile(int descriptor) {
     return calls->failure == 0 ? 0 : -1;
 }
 
+template <typename Length> int truncateFile(const char* function, int descriptor, Length length) {
+    if (current() != nullptr && current()->truncationFailure != 0) {
+        errno = current()->truncationFailure;
+        return -1;
+    }
+    auto* const original = reinterpret_cast<int (*)(int, Length)>(dlsym(RTLD_NEXT, function));
+    return original(descriptor, length);
+}
+
 } // namespace
 
 SyncCalls::SyncCalls() {
@@ -48,4 +58,12 @@ SyncCalls::~SyncCalls() {
 // For the whole test program, in the place of the system's.
 extern "C" int fsync(int fd) {
     return testsupport::syncFile(fd);
+}
+
+extern "C" int ftruncate(int fd, off_t length) noexcept {
+    return testsupport::truncateFile("ftruncate", fd, length);
+}
+
+extern "C" int ftruncate64(int fd, off64_t length) noexcept {
+    return testsupport::truncateFile("ftruncate64", fd, length);
 }

@@ -6,8 +6,9 @@
 
 namespace testsupport {
 
-/// Stands between the program under test and the system's fsync while it lives: one at a time.
-/// To be had by the programs that compile SyncCalls.cpp, in which fsync does nothing otherwise.
+/// Stands between the program under test and the system's fsync and ftruncate while it lives: one
+/// at a time. To be had by the programs that compile SyncCalls.cpp, in which fsync does nothing
+/// otherwise.
 class SyncCalls {
 public:
     SyncCalls();
@@ -20,6 +21,7 @@ public:
     int count = 0;             ///< Calls so far.
     int failure = 0;           ///< The errno of the next ones; 0 lets them succeed.
     unsigned delayMs = 0;      ///< How long each takes.
+    int truncationFailure = 0; ///< The errno of the next truncations; 0 hands them on.
     long long bytesSynced = 0; ///< Size of the file at the last call that was for a regular one.
     std::vector<unsigned long> foldersSynced; ///< Inode of each call that was for a folder.
 };
