@@ -45,6 +45,7 @@ void TestSignalGenerators::pointsOfASignalAreRoundedDown_data() {
     QTest::addColumn<int>("points");
     QTest::newRow("half a second") << 40000.0 << 0.5 << 20000;
     QTest::newRow("fraction of a point") << 40000.0 << 0.00001 << 0;
+    QTest::newRow("one point") << 10.0 << 0.1 << 1;
     QTest::newRow("fraction dropped") << 10.0 << 0.99 << 9;
     // 0.043 is a little less than it looks, and so is its product.
     QTest::newRow("the last point lost") << 40000.0 << 0.043 << 1719;

@@ -335,8 +335,8 @@ void TestTargetRefusals::earlierTargetMayTakeTheMemoryOfTheUnusableOne() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
     TargetBench bench;
-    // Prepared, it takes 50 MB; the chosen file holds another 120 MB while it is judged.
-    const QString earlier = bench.write("earlier.wav", unevenCodes(400000));
+    // To prepare it takes 80 MB; the chosen file holds another 108 MB while it is judged.
+    const QString earlier = bench.write("earlier.wav", unevenCodes(1000000));
     QCOMPARE(bench.prepare(earlier), std::string());
     const QString path = writeTarget(bench, wavHeader({40000, 1, 8}, 12000000), 12000044);
     {
