@@ -12,6 +12,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSlider>
@@ -220,8 +221,34 @@ void SubjectWindow::disableAllChoiceButtons() {
     pushButtonPlaySinusoid->setEnabled(false);
 }
 
-void SubjectWindow::on_pushButtonIAmReady_clicked() {
+void SubjectWindow::lock() {
+    QWidget* const focusInQuestion =
+        closeQuestion.isNull() ? nullptr : closeQuestion->focusWidget();
+    // A window that is locked already has no focus any more.
+    if (isEnabled()) {
+        const auto* frequencyText = spinBoxFrequency->findChild<QLineEdit*>();
+        lockedFocus = focusWidget();
+        wasWholeFrequencySelected = frequencyText->selectedText() == frequencyText->text();
+    }
     setEnabled(false);
+    // Disabling a window disables its dialogs too, but the listener must still be able to answer.
+    if (!closeQuestion.isNull())
+        closeQuestion->setEnabled(true);
+    if (focusInQuestion != nullptr)
+        focusInQuestion->setFocus();
+}
+
+void SubjectWindow::unlock() {
+    setEnabled(true);
+    if (lockedFocus.isNull() || !lockedFocus->isVisibleTo(this))
+        return;
+    lockedFocus->setFocus(); // Has no effect on a control that is disabled by now.
+    if (lockedFocus == spinBoxFrequency && wasWholeFrequencySelected)
+        spinBoxFrequency->selectAll();
+}
+
+void SubjectWindow::on_pushButtonIAmReady_clicked() {
+    lock();
     pushButtonPlayTarget->setEnabled(true);
     // The target must be heard before a frequency can be set. The label stays grey for good.
     labelCurrentValue->setEnabled(false);
@@ -236,16 +263,18 @@ void SubjectWindow::on_pushButtonIAmReady_clicked() {
     pushButtonIAmReady->hide();
     pushButtonDone->hide();
     pushButtonPlayTarget->setStyleSheet(hoverStyle());
-    setEnabled(true);
+    unlock();
+    // The button that had the focus is gone, and this is the only one that can be used.
+    pushButtonPlayTarget->setFocus();
 }
 
 void SubjectWindow::on_pushButtonPlayTarget_clicked() {
-    setEnabled(false);
+    lock();
     emit subjectResponded(PlayTarget, 0);
 }
 
 void SubjectWindow::on_pushButtonPlaySinusoid_clicked() {
-    setEnabled(false);
+    lock();
     pushButtonDone->setEnabled(true);
     pushButtonDone->show();
     pushButtonDone->setStyleSheet(hoverStyle());
@@ -254,10 +283,7 @@ void SubjectWindow::on_pushButtonPlaySinusoid_clicked() {
 }
 
 void SubjectWindow::updateSubjectWindow(int index) {
-    setEnabled(false);
-    // Disabling a window disables its dialogs too, but the listener must still be able to answer.
-    if (!closeQuestion.isNull())
-        closeQuestion->setEnabled(true);
+    lock();
     disableAllChoiceButtons();
     if (index != soundsEnded)
         return;
@@ -269,7 +295,7 @@ void SubjectWindow::updateSubjectWindow(int index) {
     spinBoxFrequency->setEnabled(true);
     pushButtonPlaySinusoid->setEnabled(true);
     sliderFrequency->setEnabled(true);
-    setEnabled(true);
+    unlock();
 }
 
 void SubjectWindow::closeEvent(QCloseEvent* event) {

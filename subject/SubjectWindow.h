@@ -84,6 +84,13 @@ protected:
     void sizeWidgets();
     void setUpAccess();
 
+    /// Disables the window, but not the question whether to close it.
+    void lock();
+
+    /// Enables the window and leads the keyboard back to where it was when the window was locked,
+    /// unless that control is hidden or disabled by now.
+    void unlock();
+
     QPushButton* pushButtonPlayTarget = nullptr;
     QLabel* labelCurrentValue = nullptr;
     QSpinBox* spinBoxFrequency = nullptr; ///< Hz.
@@ -113,4 +120,8 @@ protected:
     double heightRatio = 0.8; ///< Of the available screen.
 
     QPointer<QMessageBox> closeQuestion; ///< While the listener is asked; null otherwise.
+
+    // Where the keyboard was when the window was locked: disabling a window takes the focus away.
+    QPointer<QWidget> lockedFocus;          ///< Null if no control of the window had the focus.
+    bool wasWholeFrequencySelected = false; ///< Whether typing would have replaced the frequency.
 };

@@ -316,5 +316,5 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     return testsupport::runAll<TestSubjectWindowLook, TestSubjectWindowStages,
                                TestSubjectWindowFrequency, TestSubjectWindowClosing,
-                               TestSubjectWindowLife>(argc, argv);
+                               TestSubjectWindowKeyboard, TestSubjectWindowLife>(argc, argv);
 }

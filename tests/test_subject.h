@@ -170,6 +170,27 @@ private slots:
     void windowCanGoWhileTheQuestionIsOpen();
 };
 
+/// Where the keyboard is around sounds and questions (test_subject_keyboard.cpp).
+class TestSubjectWindowKeyboard : public QObject {
+    Q_OBJECT
+
+private slots:
+    void sessionNeedsTheTabKeyForChangesOnly();
+    void frequencyControlsStayAtHand_data();
+    void frequencyControlsStayAtHand();
+    void halfTypedFrequency_data();
+    void halfTypedFrequency();
+    void selectedFrequencyIsStillReplacedByTyping();
+    void unaskedSoundLeavesTheKeyboardWhereItWas();
+    void controlThatCannotBeUsedIsNotGivenTheKeyboard_data();
+    void controlThatCannotBeUsedIsNotGivenTheKeyboard();
+    void windowBehindAnotherTakesNoKeyboard();
+    void refusedQuestionGivesTheKeyboardBack_data();
+    void refusedQuestionGivesTheKeyboardBack();
+    void questionKeepsTheKeyboardWhateverSounds_data();
+    void questionKeepsTheKeyboardWhateverSounds();
+};
+
 /// Placement, meta-object and destruction (test_subject_life.cpp).
 class TestSubjectWindowLife : public QObject {
     Q_OBJECT
