@@ -314,3 +314,15 @@ void SubjectWindow::closeEvent(QCloseEvent* event) {
         emit subjectWindowClosed();
     event->setAccepted(isConfirmed);
 }
+
+void SubjectWindow::hideEvent(QHideEvent* event) {
+    QMainWindow::hideEvent(event);
+    // Not at once: the close event, or the mouse event of "Done", still needs the window.
+    QMetaObject::invokeMethod(this, &SubjectWindow::releaseHiddenWindow, Qt::QueuedConnection);
+}
+
+void SubjectWindow::releaseHiddenWindow() {
+    // It may have been minimised only, or shown again since.
+    if (isHidden())
+        destroy();
+}

@@ -78,6 +78,9 @@ protected:
     /// Asks for confirmation; closing goes on only with Yes.
     void closeEvent(QCloseEvent* event) override;
 
+    /// Lets releaseHiddenWindow() follow.
+    void hideEvent(QHideEvent* event) override;
+
     void createWidgets();
     void connectWidgets();
     void placeWidgets();
@@ -90,6 +93,11 @@ protected:
     /// Enables the window and leads the keyboard back to where it was when the window was locked,
     /// unless that control is hidden or disabled by now.
     void unlock();
+
+    /// Gives back what the window system holds for the window, above all its picture, if it is
+    /// hidden: one window stays for each session until the program ends. Showing the window
+    /// again creates it anew. Must not be called from within an event of the window system.
+    void releaseHiddenWindow();
 
     QPushButton* pushButtonPlayTarget = nullptr;
     QLabel* labelCurrentValue = nullptr;

@@ -151,6 +151,7 @@ void TestSessionStart::anEarlierWindowStaysHiddenAndConnected() {
     QCOMPARE(window.findChildren<SubjectWindow*>(),
              (QList<SubjectWindow*>{earlier, bench->window.subjectWindow}));
     QVERIFY(!earlier->isVisible() && later->isVisible());
+    QTRY_VERIFY(earlier->windowHandle() == nullptr);
     // From the main window to the earlier one, and back.
     QCOMPARE(spinBoxValue(*earlier), 440);
     QCOMPARE(window.receivers(SIGNAL(soundPlaying(int))), 2);

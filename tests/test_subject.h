@@ -162,6 +162,11 @@ private slots:
     void refusedClosingLeavesTheStageAsItWas();
     void windowIsStillShownWhenItsClosingIsTold();
     void closedWindowStaysAChild();
+    void hiddenWindowHoldsNothingOfTheWindowSystem_data();
+    void hiddenWindowHoldsNothingOfTheWindowSystem();
+    void closedWindowCanBeShownAgain();
+    void windowThatIsOnlyAwayKeepsItsPicture_data();
+    void windowThatIsOnlyAwayKeepsItsPicture();
     void secondRequestUnderTheQuestionAsksNoSecondQuestion();
     void questionCanBeAnsweredWhenASoundStartsUnderIt_data();
     void questionCanBeAnsweredWhenASoundStartsUnderIt();

@@ -5,8 +5,10 @@
 #include "support/CloseButton.h"
 #include "support/DialogDriver.h"
 #include "support/LogLines.h"
+#include "support/ManagedWindows.h"
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -15,6 +17,7 @@
 #include <QWindow>
 #include <QtTest>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -282,6 +285,90 @@ void TestSubjectWindowClosing::closedWindowStaysAChild() {
     QVERIFY(!window.isNull());
     QCOMPARE(window->parentWidget(), &parent);
     QVERIFY(window->isHidden());
+}
+
+void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem_data() {
+    QTest::addColumn<Way>("way");
+    QTest::newRow("Done") << Way(closeByDone);
+    QTest::newRow("close()") << Way(closeByCall);
+    QTest::newRow("window manager") << Way(closeByFrame);
+    QTest::newRow("hide()") << Way([](auto& window) { window.hide(); });
+}
+
+void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
+    QFETCH(Way, way);
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QPointer<QWindow> handle(window.windowHandle());
+    QVERIFY(window.backingStore() != nullptr);
+    DialogDriver dialogs;
+    answerWith(dialogs, press(QMessageBox::Yes));
+    way(window);
+    QTRY_VERIFY(handle.isNull());
+    dialogs.takeComplaints(); // hide() asks no question.
+    QVERIFY(window.isHidden());
+    QVERIFY(window.windowHandle() == nullptr && window.backingStore() == nullptr);
+    // Sounds of later sessions reach the window too, and must not bring anything back.
+    window.receiveParameters(10, 1000, 440, 1);
+    window.updateSubjectWindow(1);
+    window.updateSubjectWindow(-1);
+    QCoreApplication::processEvents();
+    QVERIFY(window.internalWinId() == 0 && window.backingStore() == nullptr);
+}
+
+void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
+    OpenSubjectWindow window;
+    bringTo(window, Stage::AdjustingWithDone);
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.resize(900, 600);
+    window.move(120, 80);
+    QTRY_COMPARE(window.pos(), QPoint(120, 80));
+    const QRect geometry = window.geometry();
+    const QStringList look = lookOf(window);
+    DialogDriver dialogs;
+    answerWith(dialogs, press(QMessageBox::Yes));
+    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QTRY_VERIFY(window.windowHandle() == nullptr);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTRY_VERIFY(QApplication::activeWindow() == &window);
+    QTRY_COMPARE(window.geometry(), geometry);
+    QCOMPARE(lookOf(window), look);
+    const QVector<testsupport::ManagedWindow> managed = testsupport::managedWindows();
+    QVERIFY(std::any_of(managed.cbegin(), managed.cend(), [&](const auto& one) {
+        return one.id == window.winId() && one.title == window.windowTitle();
+    }));
+    const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                      window.pushButtonPlaySinusoid->mapTo(&window, QPoint(20, 20)));
+    QCOMPARE(responses.count(), 1);
+    answerWith(dialogs, press(QMessageBox::Yes));
+    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QVERIFY(window.isHidden());
+}
+
+void TestSubjectWindowClosing::windowThatIsOnlyAwayKeepsItsPicture_data() {
+    QTest::addColumn<Way>("way");
+    QTest::newRow("shown again at once") << Way([](auto& window) {
+        window.hide();
+        window.show();
+    });
+    QTest::newRow("minimised") << Way([](auto& window) {
+        window.showMinimized();
+        QTRY_VERIFY(window.isMinimized());
+    });
+}
+
+void TestSubjectWindowClosing::windowThatIsOnlyAwayKeepsItsPicture() {
+    QFETCH(Way, way);
+    OpenSubjectWindow window;
+    bringTo(window, Stage::Waiting);
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QPointer<QWindow> handle(window.windowHandle());
+    way(window);
+    QCoreApplication::sendPostedEvents(&window);
+    QVERIFY(!handle.isNull() && window.windowHandle() == handle);
 }
 
 void TestSubjectWindowClosing::secondRequestUnderTheQuestionAsksNoSecondQuestion() {

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/ShortSessions.h"
 
-#include "reliability/ProcessResources.h"
 #include "subject/SubjectWindow.h"
 #include "support/WavBytes.h"
 
@@ -26,26 +25,6 @@ bool ShortSessions::hold() {
         return false;
     session.finish(folder.filePath("results.txt"));
     return session.dialogs.takeComplaints().isEmpty();
-}
-
-double ShortSessions::hiddenWindowMiB() {
-    constexpr int count = 10;
-    const double before = resourcesAtRest().residentMiB;
-    for (int i = 0; i < count; ++i) {
-        auto* const listener = new SubjectWindow(&window);
-        listener->show();
-        if (!QTest::qWaitForWindowExposed(listener))
-            qFatal("a listener's window does not appear");
-        // Only what has been painted is there.
-        rest();
-        testsupport::click(*listener, "pushButtonIAmReady");
-        for (const int soundIndex : {1, -1}) {
-            listener->updateSubjectWindow(soundIndex);
-            rest();
-        }
-        listener->hide();
-    }
-    return (resourcesAtRest().residentMiB - before) / count;
 }
 
 int ShortSessions::listeners() const {

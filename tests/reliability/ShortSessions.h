@@ -15,10 +15,6 @@ public:
     /// Holds one session and saves its results; returns whether nothing went wrong.
     bool hold();
 
-    /// Returns the memory (MiB) of a listener's window that has been shown in all its states and
-    /// is kept, hidden, with no session around it.
-    double hiddenWindowMiB();
-
     /// How many listener's windows there are, hidden ones included.
     int listeners() const;
 
