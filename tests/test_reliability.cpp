@@ -3,6 +3,7 @@
 #include "reliability/KilledSessions.h"
 #include "reliability/PresentedSounds.h"
 #include "reliability/ProcessResources.h"
+#include "reliability/ResampledSounds.h"
 #include "reliability/ResponseCost.h"
 #include "reliability/ToneFrequency.h"
 
@@ -39,6 +40,8 @@ private slots:
     void cents();
     void fates_data();
     void fates();
+    void fatesOfResampledSounds_data();
+    void fatesOfResampledSounds();
     void wrongLinesAreTold_data();
     void wrongLinesAreTold();
     void responsesAreFoundInFiles_data();
@@ -135,6 +138,52 @@ void TestReliability::fates() {
     QCOMPARE(heard.start, start);
     QCOMPARE(heard.samplesMissing, missing);
     QCOMPARE(heard.isFollowedByMore, isFollowedByMore);
+}
+
+void TestReliability::fatesOfResampledSounds_data() {
+    QTest::addColumn<int>("cutFrom");
+    QTest::addColumn<int>("cutLength");
+    QTest::addColumn<double>("level");
+    QTest::addColumn<int>("fate");
+    const auto row = [](const char* name, int cutFrom, int cutLength, Fate fate, double level = 1) {
+        QTest::newRow(name) << cutFrom << cutLength << level << int(fate);
+    };
+    row("complete", 0, 0, Fate::Complete);
+    row("as quiet as a wrong volume makes it", 0, 0, Fate::Different, 0.97);
+    row("a quantum missing", 4000, 614, Fate::Gaps);
+    row("end cut off", 11000, 1000, Fate::Gaps);
+    row("start cut off", 0, 1000, Fate::Different);
+    row("6 ms missing", 5000, 288, Fate::Different);
+    row("nothing", 0, 12000, Fate::Missing);
+}
+
+/// A sum of tones of 40000 Hz that a device of 48000 Hz receives 37.3 samples late.
+void TestReliability::fatesOfResampledSounds() {
+    QFETCH(int, cutFrom);
+    QFETCH(int, cutLength);
+    QFETCH(double, level);
+    constexpr double deviceRate = 48000;
+    constexpr double lateBy = 37.3; // Samples of the device.
+    constexpr int count = 10000;
+    const auto at = [](double seconds) {
+        const double edge = std::min(seconds, count / samplingRate - seconds);
+        constexpr double ramp = 0.01;
+        const double gain = edge < 0 ? 0 : std::min(edge / ramp, 1.0);
+        return gain * (std::sin(2000 * seconds) + 0.5 * std::sin(19000 * seconds + 1));
+    };
+    QVector<float> sound(count);
+    for (int i = 0; i < count; ++i)
+        sound[i] = float(at(i / samplingRate));
+    QVector<float> stretch(14000);
+    for (int i = 0; i < stretch.size(); ++i) {
+        const double sample = i - lateBy;
+        const bool isCut = sample >= cutFrom && sample < cutFrom + cutLength;
+        stretch[i] = isCut ? 0 : float(level * at(sample / deviceRate));
+    }
+    const HeardSound heard = findResampledSound(stretch, deviceRate, sound, samplingRate);
+    QTEST(int(heard.fate), "fate");
+    QCOMPARE(heard.isFollowedByMore, false);
+    QCOMPARE(heard.samplesMissing > 0, heard.fate != Fate::Complete);
 }
 
 void TestReliability::wrongLinesAreTold_data() {

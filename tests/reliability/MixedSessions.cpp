@@ -2,15 +2,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/MixedSessions.h"
 
+#include "reliability/ResampledSounds.h"
 #include "reliability/ToneFrequency.h"
 #include "support/FileBytes.h"
 #include "support/HeardSounds.h"
 #include "support/WavBytes.h"
 
 #include <QLineEdit>
+#include <QProcess>
 
 #include <algorithm>
 #include <array>
+
+using testsupport::SoundRecorder;
 
 namespace {
 
@@ -36,12 +40,21 @@ int frequencyOf(int sinusoid) {
     return lowest + int(qint64(sinusoid) * stride % (highest - lowest + 1));
 }
 
+bool isDeviceSuspended() {
+    QProcess pactl;
+    pactl.start("pactl", {"list", "short", "sinks"});
+    return pactl.waitForFinished() && pactl.readAllStandardOutput().contains("SUSPENDED");
+}
+
 } // namespace
 
-MixedSessions::MixedSessions() {
+MixedSessions::MixedSessions(const SoundRecorder& deviceRecorder, std::chrono::seconds idle,
+                             bool isControlled)
+    : recorder(deviceRecorder), idleness(idle), hasControl(isControlled) {
     QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
-        if (index == 1 && !presentations.isEmpty())
-            presentations.last().startedMs = TimedRecording::nowMs();
+        if (!presentations.isEmpty())
+            (index == 1 ? presentations.last().startedMs : presentations.last().endedMs) =
+                SoundRecorder::nowMs();
     });
     window.show();
 }
@@ -82,14 +95,43 @@ bool MixedSessions::present(bool isSinusoid) {
     } else {
         presentation.sound = target;
     }
+    note(presentation);
+    const bool isPlayed =
+        isSinusoid ? session.playSinusoid(presentation.frequency) : session.playTarget();
+    if (isSinusoid)
+        presentations.last().isShownAsMatched =
+            testsupport::find<QLineEdit>(window, "lineEditFrequencyMatched")->text() ==
+            QString::number(presentation.frequency);
+    return isPlayed && (!hasControl || playControl());
+}
+
+/// Notes a presentation that is asked for next, once the device has been idle for long enough.
+void MixedSessions::note(const PresentedSound& presentation) {
+    if (idleness.count() > 0)
+        QTest::qWait(int(std::chrono::milliseconds(idleness).count()));
     presentations.append(presentation);
-    if (!isSinusoid)
-        return session.playTarget();
-    const bool isPlayed = session.playSinusoid(presentation.frequency);
-    presentations.last().isShownAsMatched =
-        testsupport::find<QLineEdit>(window, "lineEditFrequencyMatched")->text() ==
-        QString::number(presentation.frequency);
-    return isPlayed;
+    presentations.last().recordedBefore = recorder.samples().size();
+    presentations.last().wasSuspended = idleness.count() > 0 && isDeviceSuspended();
+}
+
+bool MixedSessions::playControl() {
+    PresentedSound control;
+    control.isControl = true;
+    control.sound = presentations.constLast().sound;
+    constexpr int silentSamples = 2400; // 60 ms, as the program plays behind each sound.
+    const QVector<float> played = control.sound + QVector<float>(silentSamples, 0.0F);
+    const QString path = folder.filePath("control.raw");
+    if (!testsupport::writeBytes(path, QByteArray(reinterpret_cast<const char*>(played.constData()),
+                                                  played.size() * int(sizeof(float)))))
+        return false;
+    note(control);
+    presentations.last().startedMs = SoundRecorder::nowMs();
+    QProcess pacat;
+    pacat.setProcessChannelMode(QProcess::ForwardedChannels);
+    pacat.start("pacat", {"--raw", "--rate=40000", "--channels=1", "--format=float32le", path});
+    constexpr int patienceMs = 30000;
+    return QTest::qWaitFor([&] { return pacat.state() == QProcess::NotRunning; }, patienceMs) &&
+           pacat.exitCode() == 0;
 }
 
 void MixedSessions::readResults(int firstPresentation) {
@@ -98,7 +140,7 @@ void MixedSessions::readResults(int firstPresentation) {
     wrongResultsLines += int(lines.value(0) != "filename\tnTrials\tfrequency matched (Hz)\r");
     int number = 0;
     for (int i = firstPresentation; i < presentations.size(); ++i) {
-        if (!presentations[i].isSinusoid)
+        if (!presentations[i].isSinusoid || presentations[i].isControl)
             continue;
         ++number;
         const QByteArray line = lines.value(number);
@@ -113,36 +155,54 @@ void MixedSessions::readResults(int firstPresentation) {
         int(lines.size() != number + headerAndNothing || !lines.constLast().isEmpty());
 }
 
-int MixedSessions::compare(const TimedRecording& recording) {
-    const QVector<float>& samples = recording.samples();
-    const double originMs = recording.timeOfMs(0);
-    const auto sampleAt = [&](double timeMs) {
-        const double sample = (timeMs - originMs) * TimedRecording::samplingRate / 1000;
-        return int(std::clamp(sample, 0.0, double(samples.size())));
-    };
-    // What was not started has no stretch of its own: it is missing.
-    QVector<PresentedSound*> started;
-    for (PresentedSound& presentation : presentations) {
-        presentation.heard.samplesMissing = presentation.sound.size();
-        if (presentation.startedMs > 0)
-            started.append(&presentation);
+/// Where in the recording each presentation begins, and the end of the recording. What was never
+/// started has no stretch of its own: it begins where the next one does.
+QVector<int> MixedSessions::beginnings() const {
+    const int size = recorder.samples().size();
+    QVector<int> begin(presentations.size() + 1, size);
+    for (int i = presentations.size() - 1; i >= 0; --i) {
+        const PresentedSound& presentation = presentations[i];
+        // A device that is suspended has no clock. Long before the next sound, all of it is there.
+        const int sample = idleness.count() > 0 ? presentation.recordedBefore
+                                                : recorder.sampleAtMs(presentation.startedMs);
+        begin[i] = presentation.startedMs > 0 ? std::clamp(sample, 0, begin[i + 1]) : begin[i + 1];
     }
-    const int firstStart = started.isEmpty() ? samples.size() : sampleAt(started[0]->startedMs);
-    int strangers = int(std::any_of(samples.cbegin(), samples.cbegin() + firstStart,
+    return begin;
+}
+
+int MixedSessions::compare() {
+    const QVector<float> samples = recorder.samples();
+    if (samples.isEmpty())
+        return 0;
+    const QVector<int> begin = beginnings();
+    int strangers = int(std::any_of(samples.cbegin(), samples.cbegin() + begin.first(),
                                     [](float sample) { return sample != 0.0F; }));
-    for (int i = 0; i < started.size(); ++i) {
+    int next = 0;
+    for (PresentedSound& presentation : presentations) {
         // A sound is heard between its start and that of the next, which waits for its end.
-        const int from = sampleAt(started[i]->startedMs);
-        const int to =
-            i + 1 < started.size() ? sampleAt(started[i + 1]->startedMs) : samples.size();
-        PresentedSound& presentation = *started[i];
-        const HeardSound heard = findSound(samples.mid(from, to - from), presentation.sound);
-        presentation.heard = heard;
-        strangers += int(heard.isFollowedByMore);
-        if (presentation.isSinusoid && heard.fate == Fate::Complete)
-            presentation.frequencyHeard =
-                toneFrequency(samples.mid(from + heard.start, presentation.sound.size()),
-                              TimedRecording::samplingRate);
+        const int from = begin[next++];
+        judge(presentation, samples.mid(from, begin[next] - from), from);
+        strangers += int(presentation.heard.isFollowedByMore);
     }
     return strangers;
+}
+
+/// Looks for a sound in its stretch of the recording, which begins at a sample.
+void MixedSessions::judge(PresentedSound& presentation, const QVector<float>& stretch,
+                          int from) const {
+    constexpr int soundRate = 40000; // Hz
+    const int deviceRate = SoundRecorder::deviceRate();
+    const QVector<float>& sound = presentation.sound;
+    const HeardSound heard = deviceRate == soundRate
+                                 ? findSound(stretch, sound)
+                                 : findResampledSound(stretch, deviceRate, sound, soundRate);
+    presentation.heard = heard;
+    if (heard.fate != Fate::Complete)
+        return;
+    const double end = from + double(heard.start + sound.size()) * deviceRate / soundRate;
+    if (!presentation.isControl && idleness.count() == 0)
+        presentation.isEndTooSoon = presentation.endedMs < recorder.timeOfMs(int(end));
+    if (presentation.isSinusoid && deviceRate == soundRate)
+        presentation.frequencyHeard =
+            toneFrequency(stretch.mid(heard.start, sound.size()), soundRate);
 }

@@ -4,24 +4,30 @@
 
 #include "app/MainWindow.h"
 #include "reliability/PresentedSounds.h"
-#include "reliability/TimedRecording.h"
 #include "support/LogLines.h"
 #include "support/SessionDriver.h"
+#include "support/SoundRecorder.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QVector>
 
+#include <chrono>
 #include <random>
 
-/// A sound that the listener asked for.
+/// A sound that the listener asked for, or the same sound played by another program.
 struct PresentedSound {
     bool isSinusoid = false;
+    bool isControl = false;       ///< Played by another program.
     int frequency = 0;            ///< Asked for, Hz; of a sinusoid only.
     double frequencyWritten = 0;  ///< In the results file, Hz; of a sinusoid in a whole session.
     double frequencyHeard = 0;    ///< As the device received it, Hz; of a complete sinusoid.
     QVector<float> sound;         ///< As it should be heard.
     double startedMs = 0;         ///< When the program told of its start; 0 when it did not.
+    double endedMs = 0;           ///< When the program told of its end; 0 when it did not.
+    bool isEndTooSoon = false;    ///< Whether that was before its last sample was due.
+    int recordedBefore = 0;       ///< Samples that had been recorded when it was asked for.
+    bool wasSuspended = false;    ///< Whether the device was suspended then.
     HeardSound heard;             ///< What became of it.
     bool isShownAsMatched = true; ///< Whether a sinusoid stood in the window once it had sounded.
 };
@@ -29,7 +35,10 @@ struct PresentedSound {
 /// Real sessions, by the widgets that a person clicks.
 class MixedSessions {
 public:
-    MixedSessions();
+    /// Before each presentation nothing happens for `idle`. With a control, pacat plays each sound
+    /// once more, with the same silence behind it, when the program has presented it.
+    MixedSessions(const testsupport::SoundRecorder& deviceRecorder, std::chrono::seconds idle,
+                  bool isControlled);
 
     /// Holds one session of that many presentations, with a target of its own, the first of them
     /// that target and the rest in random order. Returns whether it could be held to its end; the
@@ -38,7 +47,7 @@ public:
 
     /// Compares every presentation with what was recorded. Returns how many stretches of the
     /// recording hold something that nobody asked for.
-    int compare(const TimedRecording& recording);
+    int compare();
 
     QVector<PresentedSound> presentations;
     int sessions = 0;
@@ -47,8 +56,15 @@ public:
 
 private:
     bool present(bool isSinusoid);
+    bool playControl();
+    void note(const PresentedSound& presentation);
+    QVector<int> beginnings() const;
+    void judge(PresentedSound& presentation, const QVector<float>& stretch, int from) const;
     void readResults(int firstPresentation);
 
+    const testsupport::SoundRecorder& recorder;
+    std::chrono::seconds idleness;
+    bool hasControl;
     QTemporaryDir folder;
     std::mt19937 generator;
     MainWindow window;

@@ -2,13 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/RecordedCampaign.h"
 
-#include <QCoreApplication>
-#include <QStringList>
-
-RecordedCampaign::RecordedCampaign(const char* name, int leastCount)
-    : count(QCoreApplication::arguments().value(1).toInt()) {
-    if (count < leastCount) {
-        out << "usage: " << name << " COUNT, " << leastCount << " or more\n";
+RecordedCampaign::RecordedCampaign(const char* name, int count, int minimumCount) {
+    if (count < minimumCount) {
+        out << "usage: " << name << " COUNT, " << minimumCount << " or more\n";
         return;
     }
     isRecording = recording.start();

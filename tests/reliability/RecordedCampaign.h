@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "reliability/TimedRecording.h"
+#include "support/SoundRecorder.h"
 
 #include <QTextStream>
 
@@ -10,8 +10,8 @@
 /// the sound device "lab".
 class RecordedCampaign {
 public:
-    /// Starts to record if the first argument is a number, `leastCount` or more.
-    RecordedCampaign(const char* name, int leastCount);
+    /// Starts to record if `count` is `minimumCount` or more.
+    RecordedCampaign(const char* name, int count, int minimumCount);
 
     /// Whether it has begun. If not, the reason has been told.
     bool hasBegun() const { return isRecording; }
@@ -19,9 +19,8 @@ public:
     /// Ends the recording once the last sound has arrived; tells when it does not.
     bool finishRecording();
 
-    int count = 0; ///< As asked for.
     QTextStream out{stdout};
-    TimedRecording recording;
+    testsupport::SoundRecorder recording;
 
 private:
     bool isRecording = false;

@@ -19,6 +19,7 @@
 #include <cstdlib>
 
 using testsupport::SessionDriver;
+using testsupport::SoundRecorder;
 
 namespace {
 
@@ -41,7 +42,7 @@ public:
         QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
             // Not for the target that opens the next session.
             if (index == 1 && !presentations.isEmpty() && presentations.last().startedMs == 0)
-                presentations.last().startedMs = TimedRecording::nowMs();
+                presentations.last().startedMs = SoundRecorder::nowMs();
         });
         window.show();
         testsupport::writeBytes(target,
@@ -62,7 +63,7 @@ public:
             return false;
         // Noted before the window's own slots run, for those are connected to clicked().
         QObject::connect(button, &QPushButton::released, [this, isJournaled] {
-            presentations.append({isJournaled, TimedRecording::nowMs()});
+            presentations.append({isJournaled, SoundRecorder::nowMs()});
         });
         for (int i = 0; i < presentationsPerSession; ++i)
             if (!session.playSinusoid(100 + i))
@@ -84,8 +85,8 @@ private:
 };
 
 /// Finds the sinusoids; returns whether each presentation has one.
-bool findOnsets(const TimedRecording& recording, QVector<MeasuredPause>& presentations) {
-    const QVector<float>& samples = recording.samples();
+bool findOnsets(const SoundRecorder& recording, QVector<MeasuredPause>& presentations) {
+    const QVector<float> samples = recording.samples();
     int position = 0;
     const double originMs = recording.timeOfMs(0);
     for (MeasuredPause& presentation : presentations) {
@@ -94,7 +95,7 @@ bool findOnsets(const TimedRecording& recording, QVector<MeasuredPause>& present
         if (position == samples.size())
             return false;
         // The first sample of a sinusoid is 0.
-        presentation.heardMs = originMs + (position - 1) * 1000.0 / TimedRecording::samplingRate;
+        presentation.heardMs = originMs + (position - 1) * 1000.0 / SoundRecorder::deviceRate();
         position += soundSamples;
     }
     return std::all_of(samples.cbegin() + std::min(position, samples.size()), samples.cend(),
@@ -148,13 +149,14 @@ void reportKind(QTextStream& out, const QVector<MeasuredPause>& presentations, b
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    RecordedCampaign campaign("measure_pause", 1);
+    const int count = QApplication::arguments().value(1).toInt();
+    RecordedCampaign campaign("measure_pause", count, 1);
     if (!campaign.hasBegun())
         return EXIT_FAILURE;
     QTextStream& out = campaign.out;
     MeasuredSessions sessions;
     // Both kinds in turn, so that whatever else the machine does meets them alike.
-    for (int held = 0; held < campaign.count; held += presentationsPerSession)
+    for (int held = 0; held < count; held += presentationsPerSession)
         for (const bool isJournaled : {true, false})
             if (!sessions.hold(isJournaled)) {
                 out << "a session went wrong\n";

@@ -1,15 +1,19 @@
 // Presents targets and sinusoids in a row and looks for each of them, sample by sample, in what
-// the sound device received: try_presentations COUNT.
-// SPDX-License-Identifier: GPL-3.0-or-later
+// the sound device received: try_presentations COUNT [--control] [--idle SECONDS]. With a control,
+// pacat plays each sound once more. With idleness, nothing happens for so long before each sound,
+// and the device, one that is suspended meanwhile, has to be so. SPDX-License-Identifier:
+// GPL-3.0-or-later
 #include "reliability/MixedSessions.h"
 #include "reliability/RecordedCampaign.h"
 #include "reliability/ToneFrequency.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QTextStream>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -17,6 +21,12 @@
 namespace {
 
 constexpr int presentationsPerSession = 25;
+
+struct Options {
+    int count; ///< Presentations by the program.
+    bool hasControl;
+    std::chrono::seconds idle;
+};
 
 struct NamedFate {
     Fate fate;
@@ -30,25 +40,38 @@ constexpr std::array<NamedFate, 7> namedFates{{{Fate::Complete, "complete"},
                                                {Fate::Gaps, "all there, with gaps"},
                                                {Fate::Different, "different otherwise"}}};
 
+using Presentations = QVector<PresentedSound>;
+
 /// A line of a table in Markdown.
 void row(QTextStream& out, const char* name, const QString& value) {
     out << "| " << name << " | " << value << " |\n";
 }
 
-/// Targets, sinusoids and both that meet a condition.
+/// A line of it that counts the presentations which meet a condition: targets, sinusoids and both;
+/// with a control, its sounds in a column of their own.
 template <typename Condition>
-QString counts(const QVector<PresentedSound>& presentations, Condition condition) {
+void countingRow(QTextStream& out, const char* name, const Presentations& presentations,
+                 Condition condition) {
     int targets = 0;
     int sinusoids = 0;
-    for (const PresentedSound& presentation : presentations)
-        if (condition(presentation))
-            ++(presentation.isSinusoid ? sinusoids : targets);
-    return QStringLiteral("%1 (%2 + %3)").arg(targets + sinusoids).arg(targets).arg(sinusoids);
+    int controls = 0;
+    bool hasControl = false;
+    for (const PresentedSound& presentation : presentations) {
+        int& count = presentation.isControl    ? controls
+                     : presentation.isSinusoid ? sinusoids
+                                               : targets;
+        count += int(condition(presentation));
+        hasControl = hasControl || presentation.isControl;
+    }
+    const QString control = hasControl ? QStringLiteral(" | %1").arg(controls) : QString();
+    row(out, name,
+        QStringLiteral("%1 (%2 + %3)").arg(targets + sinusoids).arg(targets).arg(sinusoids) +
+            control);
 }
 
 /// The largest distance (cents) of a complete tone's frequency, as the device received it, from
 /// the one in the results file. Not a number when no tone is complete, or one has no frequency.
-double largestErrorCents(const QVector<PresentedSound>& presentations) {
+double largestErrorCents(const Presentations& presentations) {
     double largest = std::numeric_limits<double>::quiet_NaN();
     for (const PresentedSound& presentation : presentations) {
         if (presentation.frequencyHeard == 0 || presentation.frequencyWritten == 0)
@@ -69,52 +92,64 @@ int warningsOfSound(const QStringList& warnings) {
 }
 
 /// Names every sound that is incomplete, and what the program said.
-void nameFaults(QTextStream& out, const QVector<PresentedSound>& presentations,
-                const QStringList& warnings) {
+void nameFaults(QTextStream& out, const Presentations& presentations, const QStringList& warnings) {
     for (int i = 0; i < presentations.size(); ++i)
         for (const NamedFate& named : namedFates)
-            if (named.fate == presentations[i].heard.fate && named.fate != Fate::Complete)
+            if (const PresentedSound& presentation = presentations[i];
+                named.fate == presentation.heard.fate && named.fate != Fate::Complete)
                 out << "presentation " << i + 1 << ", "
-                    << (presentations[i].isSinusoid ? "sinusoid" : "target") << ": " << named.name
-                    << ", " << presentations[i].heard.samplesMissing << " of "
-                    << presentations[i].sound.size() << " samples missing\n";
+                    << (presentation.isControl    ? "control"
+                        : presentation.isSinusoid ? "sinusoid"
+                                                  : "target")
+                    << ": " << named.name << ", " << presentation.heard.samplesMissing << " of "
+                    << presentation.sound.size() << " samples missing\n";
     for (const QString& warning : warnings)
         out << "warning: " << warning << '\n';
 }
 
-/// Prints a table, then every fault; returns whether there was none.
-bool report(QTextStream& out, const MixedSessions& sessions, int asked, int strangers) {
-    const QVector<PresentedSound>& presentations = sessions.presentations;
-    const QStringList warnings = sessions.log.warnings();
-    const double cents = largestErrorCents(presentations);
-    qint64 samples = 0;
-    int incomplete = 0;
-    int wronglyShown = 0;
-    for (const PresentedSound& presentation : presentations) {
-        samples += presentation.sound.size();
-        incomplete += int(presentation.heard.fate != Fate::Complete);
-        wronglyShown += int(!presentation.isShownAsMatched);
-    }
-    row(out, "presentations (targets + sinusoids)",
-        counts(presentations, [](const PresentedSound&) { return true; }));
-    row(out, "sessions", QString::number(sessions.sessions));
-    row(out, "samples compared", QString::number(samples));
+/// Prints a table of what became of the sounds.
+void printFates(QTextStream& out, const Presentations& presentations) {
+    countingRow(out, "presentations (targets + sinusoids)", presentations,
+                [](const PresentedSound&) { return true; });
     for (const NamedFate& named : namedFates)
-        row(out, named.name, counts(presentations, [&](const PresentedSound& presentation) {
-                return presentation.heard.fate == named.fate;
-            }));
+        countingRow(out, named.name, presentations, [&](const PresentedSound& presentation) {
+            return presentation.heard.fate == named.fate;
+        });
+}
+
+/// Prints a table, then every fault; returns whether the program has none.
+bool report(QTextStream& out, const MixedSessions& sessions, const Options& options,
+            int strangers) {
+    const Presentations& presentations = sessions.presentations;
+    const QStringList warnings = sessions.log.warnings();
+    const auto number = [&](auto condition) {
+        return int(std::count_if(presentations.cbegin(), presentations.cend(), condition));
+    };
+    const int presented = number([](const auto& sound) { return !sound.isControl; });
+    const int complete = number(
+        [](const auto& sound) { return !sound.isControl && sound.heard.fate == Fate::Complete; });
+    const int awake = number([](const auto& sound) { return !sound.wasSuspended; });
+    const int wronglyShown = number([](const auto& sound) { return !sound.isShownAsMatched; });
+    const int endedTooSoon = number([](const auto& sound) { return sound.isEndTooSoon; });
+    const double cents = largestErrorCents(presentations);
+    printFates(out, presentations);
+    row(out, "sessions", QString::number(sessions.sessions));
     row(out, "sounds that nobody asked for", QString::number(strangers));
+    row(out, "ends reported before the last sample was due", QString::number(endedTooSoon));
     row(out, "warnings of the program about sounds", QString::number(warningsOfSound(warnings)));
     row(out, "lines of the results files that are wrong",
         QString::number(sessions.wrongResultsLines));
     row(out, "wrong matches in the window", QString::number(wronglyShown));
-    row(out, "largest error of a tone's frequency (cents)", QString::number(cents, 'g', 2));
+    if (!std::isnan(cents))
+        row(out, "largest error of a tone's frequency (cents)", QString::number(cents, 'g', 2));
+    if (options.idle.count() > 0)
+        row(out, "sounds whose device was not suspended before", QString::number(awake));
     nameFaults(out, presentations, warnings);
     // Far below what can be heard, far above what rounding leaves.
     constexpr double mostCents = 1e-3;
-    return presentations.size() == asked && incomplete == 0 && strangers == 0 &&
-           cents < mostCents && sessions.wrongResultsLines == 0 && wronglyShown == 0 &&
-           warnings.isEmpty();
+    return presented == options.count && complete == presented && strangers == 0 &&
+           endedTooSoon == 0 && !(cents >= mostCents) && sessions.wrongResultsLines == 0 &&
+           wronglyShown == 0 && warnings.isEmpty() && (options.idle.count() == 0 || awake == 0);
 }
 
 } // namespace
@@ -122,22 +157,27 @@ bool report(QTextStream& out, const MixedSessions& sessions, int asked, int stra
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    RecordedCampaign campaign("try_presentations", 2);
+    QCommandLineParser parser;
+    parser.addOptions({{"control", "Let pacat play each sound once more."},
+                       {"idle", "Let nothing happen before each sound.", "seconds", "0"}});
+    parser.process(application);
+    const Options options{parser.positionalArguments().value(0).toInt(), parser.isSet("control"),
+                          std::chrono::seconds(parser.value("idle").toInt())};
+    RecordedCampaign campaign("try_presentations", options.count, 2);
     if (!campaign.hasBegun())
         return EXIT_FAILURE;
-    const int count = campaign.count;
     QTextStream& out = campaign.out;
-    MixedSessions sessions;
-    while (sessions.presentations.size() < count) {
-        const int left = count - sessions.presentations.size();
+    MixedSessions sessions(campaign.recording, options.idle, options.hasControl);
+    for (int left = options.count; left > 0;) {
         // Never one that would leave a single presentation, which no session is made of.
-        const bool isLast = left <= presentationsPerSession + 1;
-        if (!sessions.hold(isLast ? left : presentationsPerSession)) {
+        const int size = left <= presentationsPerSession + 1 ? left : presentationsPerSession;
+        if (!sessions.hold(size)) {
             out << "a session went wrong\n";
             break;
         }
+        left -= size;
     }
     const bool isWhole = campaign.finishRecording();
-    const int strangers = sessions.compare(campaign.recording);
-    return report(out, sessions, count, strangers) && isWhole ? EXIT_SUCCESS : EXIT_FAILURE;
+    const int strangers = sessions.compare();
+    return report(out, sessions, options, strangers) && isWhole ? EXIT_SUCCESS : EXIT_FAILURE;
 }

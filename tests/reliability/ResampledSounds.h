@@ -1,0 +1,15 @@
+// What a sound device of another rate received of a sound that was presented.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "reliability/PresentedSounds.h"
+
+/// Looks for a sound in that stretch of a recording, at the device's rate (Hz), in which it, and
+/// nothing else, should be heard once the server has resampled it from `soundRate` (Hz).
+///
+/// Both are compared below 8 kHz, where no resampler's transition band reaches, at the delay that
+/// fits best. The sound is complete when no 5 ms of it differ by more than a hundredth of its root
+/// mean square; where a part of it is silent instead it has gaps. The sound must be at least 5 ms
+/// long and not silent throughout. `start` and `samplesMissing` count samples at `soundRate`.
+HeardSound findResampledSound(const QVector<float>& stretch, double deviceRate,
+                              const QVector<float>& sound, double soundRate);
