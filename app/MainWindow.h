@@ -31,6 +31,7 @@
 
 #include <QAudio>
 #include <QAudioFormat>
+#include <QElapsedTimer>
 #include <QFont>
 #include <QMainWindow>
 #include <QPointF>
@@ -378,6 +379,7 @@ protected:
     std::unique_ptr<QByteArray> audioBytes; ///< What the output plays.
     std::unique_ptr<QBuffer> audioBuffer;   ///< The device it is pulled from.
     QAudioOutput* audioOutput = nullptr;    ///< A child of this window; null between sounds.
+    QElapsedTimer audioClock;               ///< Since the output was last started.
     QAudioFormat audioFormat;               ///< Of every sound, by setUpAudioFormat().
     /// Context of the timers that wait for a presentation; replacing it cancels them.
     std::unique_ptr<QObject> pendingPresentations;

@@ -19,17 +19,30 @@
 
 namespace {
 
-/// The silence to play behind a sound, in bytes. Where PulseAudio resamples it keeps back the last
-/// milliseconds of what it was given, and PipeWire what does not fill a whole piece, up to 2048
-/// samples or 51 ms at 40000 Hz: a sound shorter than that would never end.
+/// The silence to play after a sound, in bytes. The output reports its end when the server has
+/// taken the last of it, and stopping it then discards what the server has not played yet: up to
+/// 210 ms with PulseAudio, whose devices take in advance what the output's buffer of 250 ms allows.
+/// PipeWire drops the samples that do not fill a quantum, and never ends a sound shorter than that.
 qint64 silentTailBytes(const QAudioFormat& format, const QByteArray& sound) {
-    constexpr qint64 tailMicroseconds = 60000;
+    constexpr qint64 tailMicroseconds = 250000;
     return sound.isEmpty() ? 0 : format.bytesForDuration(tailMicroseconds);
+}
+
+/// Asks PipeWire for its largest default quantum while a sound plays, whatever other programs ask
+/// for. It starts a sound as soon as one quantum is there, while Qt hands over the first quarter of
+/// a second 20 ms at a time: with a shorter quantum, a busy computer needs the next samples before
+/// they have come, and misses more of its own deadlines. PulseAudio ignores the property. It has to
+/// be set before Qt connects to the sound server.
+void requestLargeQuantum() {
+    constexpr const char* variable = "PULSE_PROP_node.force-quantum";
+    if (!qEnvironmentVariableIsSet(variable))
+        qputenv(variable, "2048");
 }
 
 } // namespace
 
 void MainWindow::setUpAudioFormat() {
+    requestLargeQuantum();
     constexpr int bitsPerSample = 32;
     audioFormat.setSampleRate(truncatedToInt(data.samplingRate));
     audioFormat.setChannelCount(1);
@@ -94,6 +107,7 @@ void MainWindow::startAudioOutput(const QVector<double>& samples, int length) {
     audioOutput = new QAudioOutput(audioFormat, this);
     connect(audioOutput, SIGNAL(stateChanged(QAudio::State)), this,
             SLOT(handleStateChanged(QAudio::State)));
+    audioClock.start();
     audioOutput->start(audioBuffer.get());
 }
 
@@ -124,8 +138,9 @@ void MainWindow::handleStateChanged(QAudio::State audioState) {
         if (audioOutput != nullptr && audioOutput->error() != QAudio::NoError)
             qWarning() << "Audio stopped unexpectedly";
     } else if (audioState == QAudio::IdleState) {
-        // The server ran dry, as on an overloaded machine: the listener has not heard all of it.
-        if (audioOutput != nullptr && audioBuffer->pos() < audioBytes->size())
+        if (audioOutput != nullptr &&
+            !isHeardWhole(audioBuffer->pos(), audioBytes->size(), audioClock.elapsed(),
+                          audioFormat.durationForBytes(audioBytes->size()) / 1000))
             qWarning() << "Audio ended early";
         releaseAudioOutput();
         if (soundsPlayed == soundsPerPresentation)

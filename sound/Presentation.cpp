@@ -1,4 +1,4 @@
-// The pause before a sound.
+// When a sound starts, and whether it came to its end.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/Presentation.h"
 
@@ -12,4 +12,8 @@ PresentationPause presentationPause(double soundDuration, double silentInterval)
     const double pause = (soundDuration + silentInterval) * millisecondsPerSecond;
     const int milliseconds = std::max(truncatedToInt(pause), 0);
     return {milliseconds, milliseconds < coarseFrom ? Qt::PreciseTimer : Qt::CoarseTimer};
+}
+
+bool isHeardWhole(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs) {
+    return bytesHandedOver >= bytes && elapsedMs >= durationMs;
 }

@@ -179,6 +179,24 @@ void TestPlaybackFunctions::silenceFollowsTheBytes() {
     QCOMPARE(array, bytes);
 }
 
+void TestPlaybackFunctions::soundsAreHeardWhole_data() {
+    QTest::addColumn<int>("bytesHandedOver");
+    QTest::addColumn<int>("elapsedMs");
+    QTest::addColumn<bool>("isWhole");
+    // The sound has 4000 bytes and lasts 25 ms.
+    QTest::newRow("all of it, long enough") << 4000 << 25 << true;
+    QTest::newRow("all of it, and a long wait") << 4000 << 1000 << true;
+    QTest::newRow("not the last sample") << 3996 << 1000 << false;
+    QTest::newRow("too soon to have been played") << 4000 << 24 << false;
+    QTest::newRow("nothing") << 0 << 0 << false;
+}
+
+void TestPlaybackFunctions::soundsAreHeardWhole() {
+    QFETCH(int, bytesHandedOver);
+    QFETCH(int, elapsedMs);
+    QTEST(isHeardWhole(bytesHandedOver, 4000, elapsedMs, 25), "isWhole");
+}
+
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));

@@ -73,6 +73,8 @@ private slots:
     void bytesOfHalfASecond();
     void silenceFollowsTheBytes_data();
     void silenceFollowsTheBytes();
+    void soundsAreHeardWhole_data();
+    void soundsAreHeardWhole();
 };
 
 /// Members before, while and after a sound (test_playback_members.cpp).
@@ -94,8 +96,8 @@ private slots:
     void shorterBuffersArePaddedWithZeros_data();
     void shorterBuffersArePaddedWithZeros();
     void sinusoidsShowTheMatchAndCount();
-    void silenceOf60MillisecondsFollowsASound_data();
-    void silenceOf60MillisecondsFollowsASound();
+    void silenceFollowsASound_data();
+    void silenceFollowsASound();
     void secondSoundOfARequestIsEmptyAndCountsTwo();
     void stateThatChangesNothing_data();
     void stateThatChangesNothing();
@@ -121,6 +123,7 @@ private slots:
     void fullScaleIsNotClipped();
     void emptySecondSoundCutsTheFirst();
     void soundOutOfTurnReplacesTheOneThatPlays();
+    void programThatStopsFeedingReportsAnEarlyEnd();
 };
 
 /// The order of what is told, and when (test_playback_times.cpp).

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback.h"
 
+#include <QThread>
 #include <QtTest>
 
 #include <algorithm>
@@ -192,4 +193,20 @@ void TestPlaybackHeard::soundOutOfTurnReplacesTheOneThatPlays() {
     const QVector<float> rest = recording.mid(beginning.onset + beginning.length);
     QCOMPARE(testsupport::findSounds(rest, {heardFrom(later)}).difference, QString());
     QCOMPARE(bench.complaints(), QString());
+}
+
+void TestPlaybackHeard::programThatStopsFeedingReportsAnEarlyEnd() {
+    PlaybackBench bench;
+    QVERIFY(bench.recorder.start());
+    const QVector<int> codes = unevenCodes(40000);
+    bench.prepare(codes);
+    bench.window.playOneSound();
+    QTRY_VERIFY(beginningOf(heardFrom(codes), bench.recorder.samples()).length > 0);
+    // Twice what the output buffers.
+    constexpr unsigned long standstillMs = 500;
+    QThread::msleep(standstillMs);
+    QTRY_COMPARE(bench.soundsTold(), (Told{1, -1}));
+    QVERIFY(bench.recorder.waitForSilence());
+    QVERIFY(beginningOf(heardFrom(codes), bench.recorder.samples()).length < codes.size());
+    QCOMPARE(bench.complaints(), QString("Audio ended early"));
 }
