@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
 
@@ -30,7 +31,19 @@ public:
     }
 
 private:
+    /// The filter's response, from a table that is fine enough to be read at the next entry below.
     static double filter(double seconds) {
+        constexpr int entries = 1 << 20;
+        static const std::vector<double> table = [] {
+            std::vector<double> values(entries + 1);
+            for (int i = 0; i <= entries; ++i)
+                values[std::size_t(i)] = response(i * halfWidthSeconds / entries);
+            return values;
+        }();
+        return table[std::size_t(std::abs(seconds) / halfWidthSeconds * entries)];
+    }
+
+    static double response(double seconds) {
         const double phase = 2 * pi * cutoffHz * seconds;
         const double sinc = phase == 0 ? 1 : std::sin(phase) / phase;
         const double turn = pi * seconds / halfWidthSeconds;
@@ -73,12 +86,17 @@ public:
     double bestDelay(double rough) const {
         constexpr int steps = 20;
         double best = rough;
-        for (double reach = 0.002; reach > 1e-9; reach *= 2.0 / steps) {
+        double least = differenceAtStart(best);
+        for (double reach = 0.002; reach > 1e-8; reach *= 2.0 / steps) {
             const double centre = best;
-            for (int step = -steps; step <= steps; ++step)
-                if (const double delay = centre + step * reach / steps;
-                    differenceAtStart(delay) < differenceAtStart(best))
+            for (int step = -steps; step <= steps; ++step) {
+                const double delay = centre + step * reach / steps;
+                const double difference = differenceAtStart(delay);
+                if (difference < least) {
+                    least = difference;
                     best = delay;
+                }
+            }
         }
         return best;
     }
