@@ -165,7 +165,7 @@ class Session:
         self.look(self.main, "main-window-start")
         compare_frame(window_texts.MAIN_TITLE)
         enabled = [name for name in ("Practice", "Experiment", "Go", "Quit")
-                   if self.main.is_enabled("push button", name)]
+                   if self.main.is_enabled("button", name)]
         compare("buttons enabled", enabled, ["Practice", "Quit"])
         compare("frequency matched", self.main.text("Frequency matched (Hz)"), "not started yet")
 
@@ -175,7 +175,7 @@ class Session:
         dialog = self.program.window("Select a target sound file")
         dialog.type("File name:", str(self.folder / "tone.wav"))
         dialog.press("Open")
-        self.main.await_enabled("push button", "Go")
+        self.main.await_enabled("button", "Go")
         compare("WAV filename", self.main.text("WAV filename"), "tone.wav")
         compare("sound duration", self.main.text("Sound duration (ms)"), "100.00")
 
@@ -186,9 +186,9 @@ class Session:
         compare("subject window at first", self.listener.controls(), window_texts.READY)
         self.look(self.listener, "subject-window-start")
         compare_frame(window_texts.SUBJECT_TITLE)
-        compare("main window enabled", self.main.is_enabled("push button", "Go"), False)
+        compare("main window enabled", self.main.is_enabled("button", "Go"), False)
         self.listener.press("I am ready")
-        self.listener.find("push button", "Play target")
+        self.listener.find("button", "Play target")
         compare("subject window", self.listener.controls(), window_texts.LISTENING)
         compare("frequency can be set", self.listener.is_enabled("spin button", "Current Value"),
                 False)
@@ -196,8 +196,8 @@ class Session:
     def play(self, button, sound):
         """Presses a button and waits until its sound has ended."""
         self.listener.press(button)
-        self.listener.await_enabled("push button", button, False)
-        self.listener.await_enabled("push button", button)
+        self.listener.await_enabled("button", button, False)
+        self.listener.await_enabled("button", button)
         self.sounds.append(sound)
 
     def match(self):
@@ -222,7 +222,7 @@ class Session:
         dialog = self.program.window("Save a file")
         dialog.type("File name:", str(results))
         dialog.press("Save")
-        self.main.await_enabled("push button", "Experiment")
+        self.main.await_enabled("button", "Experiment")
         lines = [f"tone.wav\t{number}\t{frequency_hz}"
                  for number, frequency_hz in enumerate(REQUESTS_HZ, 1)]
         expected = "".join(line + "\r\n" for line in

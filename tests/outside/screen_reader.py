@@ -48,6 +48,13 @@ def has(node, state):
     return node.get_state_set().contains(getattr(Atspi.StateType, state))
 
 
+def role_of(node):
+    """Returns the role of a node by its newer name: a button is called "push button" by the
+    libraries of Debian 12, "button" by those of Debian 13."""
+    role = node.get_role_name()
+    return "button" if role == "push button" else role
+
+
 def label_of(node):
     """Returns the text of the label that names a node."""
     for relation in node.get_relation_set():
@@ -71,7 +78,7 @@ class Window:
 
     def controls(self):
         """Returns everything that has a name."""
-        return [Control(node.get_role_name(), node.get_name(), node.get_description(),
+        return [Control(role_of(node), node.get_name(), node.get_description(),
                         label_of(node)) for node in self._seen() if node.get_name()]
 
     def misplaced(self):
@@ -96,7 +103,7 @@ class Window:
         """Waits for a control."""
         def look():
             return next((node for node in self._seen()
-                         if node.get_role_name() == role and node.get_name() == name), None)
+                         if role_of(node) == role and node.get_name() == name), None)
         return wait_for(f"{role} \"{name}\"", look)
 
     def is_enabled(self, role, name):
@@ -110,7 +117,7 @@ class Window:
 
     def press(self, name):
         """Presses a button; fails where it is locked."""
-        button = self.find("push button", name)
+        button = self.find("button", name)
         if not has(button, "ENABLED"):
             raise Failure(f"button \"{name}\" is locked")
         names = [button.get_action_name(i) for i in range(button.get_n_actions())]
@@ -123,7 +130,8 @@ class Window:
     def text(self, name, role="text"):
         """Returns what a field shows."""
         field = self.find(role, name)
-        return field.get_text(0, field.get_character_count())
+        # By the interface: newer libraries have another get_text() for any node.
+        return Atspi.Text.get_text(field, 0, Atspi.Text.get_character_count(field))
 
     def set_number(self, name, number):
         """Sets a spin box."""

@@ -19,10 +19,10 @@ MAIN = [
     *field("Sound duration (ms)", "Duration of the target"),
     *field("Silent interval (ms)",
            "Silence before each sound, in addition to the duration of one sound"),
-    Control("push button", "Practice", "Chooses a target and prepares a practice session"),
-    Control("push button", "Experiment", "Chooses a target and prepares an experiment session"),
-    Control("push button", "Go", "Opens the listener's window and locks this one"),
-    Control("push button", "Quit", "Ends the program"),
+    Control("button", "Practice", "Chooses a target and prepares a practice session"),
+    Control("button", "Experiment", "Chooses a target and prepares an experiment session"),
+    Control("button", "Go", "Opens the listener's window and locks this one"),
+    Control("button", "Quit", "Ends the program"),
     *field("Subject code", "Names the listener in the name of the results file"),
     Control("check box", "Save data to file",
             "Whether the responses are written to a file after the session"),
@@ -37,14 +37,14 @@ MAIN = [
             "Chart of the session's requests: frequency over their count"),
 ]
 
-READY = [Control("push button", "I am ready", "Shows the controls of the session")]
+READY = [Control("button", "I am ready", "Shows the controls of the session")]
 
 LISTENING = [
-    Control("push button", "Play target", "Plays the sound whose pitch is to be matched"),
+    Control("button", "Play target", "Plays the sound whose pitch is to be matched"),
     *field("Current Value", "Frequency of the sinusoid in hertz", "spin button"),
-    Control("push button", "Play sinusoid", "Plays a sinusoid at the frequency that is set"),
+    Control("button", "Play sinusoid", "Plays a sinusoid at the frequency that is set"),
     Control("slider", "Frequency",
             "Frequency of the sinusoid in hertz; always that of Current Value"),
 ]
 
-DONE = Control("push button", "Done", "Ends the session once both sounds match")
+DONE = Control("button", "Done", "Ends the session once both sounds match")
