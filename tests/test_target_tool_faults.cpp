@@ -16,6 +16,17 @@ const QString unusable = "The program cannot play it (\"Unusable WAV file: x.wav
 const QString notPcm =
     "The program refuses it (\"Not a PCM (linear quantitation) WAV file: x.wav" + goesOn;
 
+/// 250 ms of 32-bit floating point behind an extensible header, as ffmpeg 5 writes it.
+QByteArray extensibleFloats() {
+    const QByteArray data = QByteArray::fromHex("0000803e000080be").repeated(5000);
+    const QByteArray subformat = QByteArray::fromHex("0300000000001000800000aa00389b71");
+    QByteArray bytes = wavWithData({40000, 1, 32}, data);
+    bytes.insert(36, QByteArray::fromHex("1600200004000000") + subformat + tag("fact", 4) +
+                         QByteArray::fromHex("10270000"));
+    bytes = with32(bytes, 4, quint32(bytes.size() - 8));
+    return with16(with32(bytes, wavoffset::formatChunkSize, 40), wavoffset::audioFormat, 0xFFFE);
+}
+
 } // namespace
 
 void TestTargetInfo::faultsAreNamedAndMended_data() {
@@ -53,15 +64,15 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
          {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
           "of 4 bytes stands before the data. Its samples have 32 bits, not 8, 16 or 24."},
          {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav", false);
-    made("ffmpeg, floating point", QString(byFfmpeg) + "-c:a pcm_f32le -bitexact x.wav",
-         {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
-          "of 4 bytes stands before the data. Its samples are encoded as floating point, not as "
-          "linear PCM."},
-         {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav", false);
     made("sox, floating point", "sox plain.wav -b 32 -e floating-point x.wav",
          {"Its format chunk has 18 bytes instead of 16. A chunk fact of 4 bytes stands before the "
           "data. Its samples are encoded as floating point, not as linear PCM."},
          {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav", false);
+    byHand("extensible, floating point", extensibleFloats(),
+           {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
+            "of 4 bytes stands before the data. Its samples are encoded as floating point, not as "
+            "linear PCM."},
+           {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav");
     made("sox, A-law", "sox plain.wav -e a-law x.wav",
          {"Its format chunk has 18 bytes instead of 16. A chunk fact of 4 bytes stands before the "
           "data. Its samples are encoded as A-law, not as linear PCM."},
