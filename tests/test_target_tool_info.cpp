@@ -18,11 +18,13 @@ void TestTargetInfo::goodFilesAreAsIntended_data() {
     QTest::newRow("sox, through a pipe") << "sox -t wav - -t wav - <plain.wav >x.wav";
     QTest::newRow("ffmpeg, 16 bits") << QString(byFfmpeg) + "-bitexact x.wav";
     QTest::newRow("ffmpeg, 8 bits") << QString(byFfmpeg) + "-c:a pcm_u8 -bitexact x.wav";
-    for (const char* kind : {"tone", "complex", "sam", "noise"})
-        for (const char* bits : {"8", "16", "24"})
-            QTest::addRow("made: %s, %s bits", kind, bits)
+    const QStringList kinds = {"tone", "complex", "sam", "noise"};
+    for (const QString& kind : kinds)
+        for (const int bits : {8, 16, 24})
+            QTest::addRow("made: %s, %d bits", qPrintable(kind), bits)
                 << QStringLiteral("'" PELLION_TARGET "' make %1 x.wav --channels 2 --bits %2")
-                       .arg(kind, bits);
+                       .arg(kind)
+                       .arg(bits);
 }
 
 void TestTargetInfo::goodFilesAreAsIntended() {
