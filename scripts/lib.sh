@@ -7,7 +7,7 @@
 # call, "access" the accessibility bus and what listens to it, "package" what makes the Debian package
 # and checks it, "bench" what the benchmarks link, "peers" the programs that they start beside this
 # one, "fuzz" the compiler of the fuzzers and what names the lines of a finding, "check" what looks at
-# the sources.
+# the sources, "bootstrap" what makes a bare system of either release.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
     libxcb1-dev libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
@@ -20,8 +20,10 @@ packages_to_bench=(libbenchmark-dev libgsl-dev libkissfft-dev libxcb-damage0-dev
 packages_of_peers=(praat sonic-visualiser)
 packages_to_fuzz=(clang libclang-rt-dev llvm)
 packages_to_check=(git clang-format clang-tidy shellcheck)
+packages_to_bootstrap=(debootstrap git procps util-linux)
 export packages_to_build packages_to_run packages_for_desk packages_to_test packages_for_access
 export packages_to_package packages_to_bench packages_of_peers packages_to_fuzz packages_to_check
+export packages_to_bootstrap
 
 root=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 
