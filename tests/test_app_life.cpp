@@ -42,6 +42,8 @@ public:
         const QString alias = folder.filePath(QStringLiteral("alias"));
         QFile::link(QStringLiteral(PELLION_PROGRAM), alias);
         process.setProcessEnvironment(environment);
+        // The window manager may take its time to forget a window of an earlier test.
+        (void)QTest::qWaitFor([] { return testsupport::managedWindows().isEmpty(); }, patienceMs);
         process.start(alias, QStringList());
     }
     ~RunningProgram() {
@@ -57,7 +59,6 @@ public:
 
     /// Waits for the one window that opens; an id of 0 when none came.
     ManagedWindow waitForWindow() const {
-        constexpr int patienceMs = 20000;
         QVector<ManagedWindow> opened;
         (void)QTest::qWaitFor(
             [&opened] {
@@ -76,6 +77,7 @@ public:
     QProcess process;
 
 private:
+    static constexpr int patienceMs = 20000;
     QTemporaryDir folder;
 };
 
