@@ -3,15 +3,17 @@
 # shellcheck shell=bash
 
 # Names that Debian 12 and 13 share. "build" is what CMake looks for, "run" what the program and
-# ./run itself use, "desk" a screen and a sound device without hardware, "test" what only the tests
-# call, "access" the accessibility bus and what listens to it, "package" what makes the Debian package
-# and checks it, "bench" what the benchmarks link, "peers" the programs that they start beside this
-# one, "fuzz" the compiler of the fuzzers and what names the lines of a finding, "check" what looks at
-# the sources, "bootstrap" what makes a bare system of either release.
+# ./run itself use, "desk" a screen and a sound device without hardware, "pipewire" another sound
+# server for it, "test" what only the tests call, "access" the accessibility bus and what listens to
+# it, "package" what makes the Debian package and checks it, "bench" what the benchmarks link,
+# "peers" the programs that they start beside this one, "fuzz" the compiler of the fuzzers and what
+# names the lines of a finding, "check" what looks at the sources, "bootstrap" what makes a bare
+# system of either release.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
     libxcb1-dev libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
 packages_for_desk=(xvfb xauth openbox pulseaudio sox ffmpeg procps)
+packages_for_pipewire=(dbus-daemon pipewire pipewire-pulse wireplumber)
 packages_to_test=(imagemagick locales python3 r-base-core groff-base)
 packages_for_access=(at-spi2-core dbus-daemon gir1.2-atspi-2.0 python3-gi)
 packages_to_package=(appstream cmark-gfm desktop-file-utils dpkg-dev fakeroot imagemagick
@@ -21,9 +23,9 @@ packages_of_peers=(praat sonic-visualiser)
 packages_to_fuzz=(clang libclang-rt-dev llvm)
 packages_to_check=(git clang-format clang-tidy shellcheck)
 packages_to_bootstrap=(debootstrap git procps util-linux)
-export packages_to_build packages_to_run packages_for_desk packages_to_test packages_for_access
-export packages_to_package packages_to_bench packages_of_peers packages_to_fuzz packages_to_check
-export packages_to_bootstrap
+export packages_to_build packages_to_run packages_for_desk packages_for_pipewire packages_to_test
+export packages_for_access packages_to_package packages_to_bench packages_of_peers packages_to_fuzz
+export packages_to_check packages_to_bootstrap
 
 root=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 
