@@ -51,11 +51,6 @@ bool isDeviceSuspended() {
 MixedSessions::MixedSessions(const SoundRecorder& deviceRecorder, std::chrono::seconds idle,
                              bool isControlled)
     : recorder(deviceRecorder), idleness(idle), hasControl(isControlled) {
-    QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
-        if (!presentations.isEmpty())
-            (index == 1 ? presentations.last().startedMs : presentations.last().endedMs) =
-                SoundRecorder::nowMs();
-    });
     window.show();
 }
 
@@ -95,9 +90,9 @@ bool MixedSessions::present(bool isSinusoid) {
     } else {
         presentation.sound = target;
     }
-    note(presentation);
     const bool isPlayed =
-        isSinusoid ? session.playSinusoid(presentation.frequency) : session.playTarget();
+        note(presentation) &&
+        (isSinusoid ? session.playSinusoid(presentation.frequency) : session.playTarget());
     if (isSinusoid)
         presentations.last().isShownAsMatched =
             testsupport::find<QLineEdit>(window, "lineEditFrequencyMatched")->text() ==
@@ -105,13 +100,18 @@ bool MixedSessions::present(bool isSinusoid) {
     return isPlayed && (!hasControl || playControl());
 }
 
-/// Notes a presentation that is asked for next, once the device has been idle for long enough.
-void MixedSessions::note(const PresentedSound& presentation) {
+/// Notes a presentation that is asked for next, once everything before has been recorded and the
+/// device has been idle for long enough.
+bool MixedSessions::note(const PresentedSound& presentation) {
+    constexpr int silenceMs = 100;
+    if (!recorder.waitForSilence(silenceMs))
+        return false;
     if (idleness.count() > 0)
         QTest::qWait(int(std::chrono::milliseconds(idleness).count()));
     presentations.append(presentation);
     presentations.last().recordedBefore = recorder.samples().size();
     presentations.last().wasSuspended = idleness.count() > 0 && isDeviceSuspended();
+    return true;
 }
 
 bool MixedSessions::playControl() {
@@ -122,11 +122,16 @@ bool MixedSessions::playControl() {
     const QVector<float> played = control.sound + QVector<float>(silentSamples, 0.0F);
     const QString path = folder.filePath("control.raw");
     if (!testsupport::writeBytes(path, QByteArray(reinterpret_cast<const char*>(played.constData()),
-                                                  played.size() * int(sizeof(float)))))
+                                                  played.size() * int(sizeof(float)))) ||
+        !note(control))
         return false;
-    note(control);
-    presentations.last().startedMs = SoundRecorder::nowMs();
+    // As any program plays: not with what Pellion asks its sound server for.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString& variable : environment.keys())
+        if (variable.startsWith("PULSE_PROP"))
+            environment.remove(variable);
     QProcess pacat;
+    pacat.setProcessEnvironment(environment);
     pacat.setProcessChannelMode(QProcess::ForwardedChannels);
     pacat.start("pacat", {"--raw", "--rate=40000", "--channels=1", "--format=float32le", path});
     constexpr int patienceMs = 30000;
@@ -155,41 +160,30 @@ void MixedSessions::readResults(int firstPresentation) {
         int(lines.size() != number + headerAndNothing || !lines.constLast().isEmpty());
 }
 
-/// Where in the recording each presentation begins, and the end of the recording. What was never
-/// started has no stretch of its own: it begins where the next one does.
-QVector<int> MixedSessions::beginnings() const {
-    const int size = recorder.samples().size();
-    QVector<int> begin(presentations.size() + 1, size);
-    for (int i = presentations.size() - 1; i >= 0; --i) {
-        const PresentedSound& presentation = presentations[i];
-        // A device that is suspended has no clock. Long before the next sound, all of it is there.
-        const int sample = idleness.count() > 0 ? presentation.recordedBefore
-                                                : recorder.sampleAtMs(presentation.startedMs);
-        begin[i] = presentation.startedMs > 0 ? std::clamp(sample, 0, begin[i + 1]) : begin[i + 1];
-    }
-    return begin;
-}
-
 int MixedSessions::compare() {
     const QVector<float> samples = recorder.samples();
-    if (samples.isEmpty())
-        return 0;
-    const QVector<int> begin = beginnings();
-    int strangers = int(std::any_of(samples.cbegin(), samples.cbegin() + begin.first(),
-                                    [](float sample) { return sample != 0.0F; }));
-    int next = 0;
-    for (PresentedSound& presentation : presentations) {
-        // A sound is heard between its start and that of the next, which waits for its end.
-        const int from = begin[next++];
-        judge(presentation, samples.mid(from, begin[next] - from), from);
-        strangers += int(presentation.heard.isFollowedByMore);
+    int from = 0;
+    // A sound is heard between its request and that of the next, which waits for its end.
+    const auto nextStretch = [&](int to) {
+        const QVector<float> stretch = samples.mid(from, to - from);
+        from = to;
+        return stretch;
+    };
+    const QVector<float> before =
+        nextStretch(presentations.isEmpty() ? samples.size() : presentations[0].recordedBefore);
+    int strangers = int(
+        std::any_of(before.cbegin(), before.cend(), [](float sample) { return sample != 0.0F; }));
+    for (int i = 0; i < presentations.size(); ++i) {
+        const bool isLast = i + 1 == presentations.size();
+        judge(presentations[i],
+              nextStretch(isLast ? samples.size() : presentations[i + 1].recordedBefore));
+        strangers += int(presentations[i].heard.isFollowedByMore);
     }
     return strangers;
 }
 
-/// Looks for a sound in its stretch of the recording, which begins at a sample.
-void MixedSessions::judge(PresentedSound& presentation, const QVector<float>& stretch,
-                          int from) const {
+/// Looks for a sound in its stretch of the recording.
+void MixedSessions::judge(PresentedSound& presentation, const QVector<float>& stretch) {
     constexpr int soundRate = 40000; // Hz
     const int deviceRate = SoundRecorder::deviceRate();
     const QVector<float>& sound = presentation.sound;
@@ -197,12 +191,7 @@ void MixedSessions::judge(PresentedSound& presentation, const QVector<float>& st
                                  ? findSound(stretch, sound)
                                  : findResampledSound(stretch, deviceRate, sound, soundRate);
     presentation.heard = heard;
-    if (heard.fate != Fate::Complete)
-        return;
-    const double end = from + double(heard.start + sound.size()) * deviceRate / soundRate;
-    if (!presentation.isControl && idleness.count() == 0)
-        presentation.isEndTooSoon = presentation.endedMs < recorder.timeOfMs(int(end));
-    if (presentation.isSinusoid && deviceRate == soundRate)
+    if (presentation.isSinusoid && deviceRate == soundRate && heard.fate == Fate::Complete)
         presentation.frequencyHeard =
             toneFrequency(stretch.mid(heard.start, sound.size()), soundRate);
 }

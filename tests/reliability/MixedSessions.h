@@ -23,9 +23,6 @@ struct PresentedSound {
     double frequencyWritten = 0;  ///< In the results file, Hz; of a sinusoid in a whole session.
     double frequencyHeard = 0;    ///< As the device received it, Hz; of a complete sinusoid.
     QVector<float> sound;         ///< As it should be heard.
-    double startedMs = 0;         ///< When the program told of its start; 0 when it did not.
-    double endedMs = 0;           ///< When the program told of its end; 0 when it did not.
-    bool isEndTooSoon = false;    ///< Whether that was before its last sample was due.
     int recordedBefore = 0;       ///< Samples that had been recorded when it was asked for.
     bool wasSuspended = false;    ///< Whether the device was suspended then.
     HeardSound heard;             ///< What became of it.
@@ -57,9 +54,8 @@ public:
 private:
     bool present(bool isSinusoid);
     bool playControl();
-    void note(const PresentedSound& presentation);
-    QVector<int> beginnings() const;
-    void judge(PresentedSound& presentation, const QVector<float>& stretch, int from) const;
+    bool note(const PresentedSound& presentation);
+    static void judge(PresentedSound& presentation, const QVector<float>& stretch);
     void readResults(int firstPresentation);
 
     const testsupport::SoundRecorder& recorder;

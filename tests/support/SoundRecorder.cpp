@@ -41,7 +41,6 @@ int startRecorder(pid_t& process) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
-    command.prepend("exec ");
     char shell[] = "sh";
     char option[] = "-c";
     char* const arguments[] = {shell, option, command.data(), nullptr};
