@@ -28,21 +28,9 @@ qint64 silentTailBytes(const QAudioFormat& format, const QByteArray& sound) {
     return sound.isEmpty() ? 0 : format.bytesForDuration(tailMicroseconds);
 }
 
-/// Asks PipeWire for its largest default quantum while a sound plays, whatever other programs ask
-/// for. It starts a sound as soon as one quantum is there, while Qt hands over the first quarter of
-/// a second 20 ms at a time: with a shorter quantum, a busy computer needs the next samples before
-/// they have come, and misses more of its own deadlines. PulseAudio ignores the property. It has to
-/// be set before Qt connects to the sound server.
-void requestLargeQuantum() {
-    constexpr const char* variable = "PULSE_PROP_node.force-quantum";
-    if (!qEnvironmentVariableIsSet(variable))
-        qputenv(variable, "2048");
-}
-
 } // namespace
 
 void MainWindow::setUpAudioFormat() {
-    requestLargeQuantum();
     constexpr int bitsPerSample = 32;
     audioFormat.setSampleRate(truncatedToInt(data.samplingRate));
     audioFormat.setChannelCount(1);

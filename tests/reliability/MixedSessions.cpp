@@ -118,20 +118,14 @@ bool MixedSessions::playControl() {
     PresentedSound control;
     control.isControl = true;
     control.sound = presentations.constLast().sound;
-    constexpr int silentSamples = 2400; // 60 ms, as the program plays behind each sound.
+    constexpr int silentSamples = 10000; // 250 ms, as the program plays after each sound.
     const QVector<float> played = control.sound + QVector<float>(silentSamples, 0.0F);
     const QString path = folder.filePath("control.raw");
     if (!testsupport::writeBytes(path, QByteArray(reinterpret_cast<const char*>(played.constData()),
                                                   played.size() * int(sizeof(float)))) ||
         !note(control))
         return false;
-    // As any program plays: not with what Pellion asks its sound server for.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const QString& variable : environment.keys())
-        if (variable.startsWith("PULSE_PROP"))
-            environment.remove(variable);
     QProcess pacat;
-    pacat.setProcessEnvironment(environment);
     pacat.setProcessChannelMode(QProcess::ForwardedChannels);
     pacat.start("pacat", {"--raw", "--rate=40000", "--channels=1", "--format=float32le", path});
     constexpr int patienceMs = 30000;
