@@ -138,9 +138,9 @@ public:
 
     /// Loads the target of the current trial, copies its first channel and sizes the charts'
     /// buffers. A file that fails to load or cannot be a target leaves the earlier target in use,
-    /// and the record names that one. Without one that suits the settings the file is refused, and
-    /// so is a cancelled dialog, whatever was in use: nFiles becomes 0 and trialSequence empty, and
-    /// neither charts, samples nor texts change.
+    /// and the record names that one. The file is refused if there is no earlier target, or if that
+    /// does not suit the settings; a cancelled dialog is always refused. A refusal sets nFiles to
+    /// 0, empties trialSequence and changes nothing else.
     void genWav();
 
     /// Shows the folder and file name of the current target.

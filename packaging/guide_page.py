@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Makes a page of the guide: guide_page.py CMARK_GFM GUIDE.md GUIDE.html.
+"""Makes a page of a document: guide_page.py CMARK_GFM DOCUMENT.md PAGE.html.
 
-Headings get the names that links within the guide lead to. A link to a document that is not
-installed becomes plain text. Fails where a link within the guide, or one to a picture, leads
-nowhere.
+Headings get the names that links within the document lead to. A link to another document leads to
+its page, or becomes plain text where none is installed. Fails where a link within the document, or
+one to a picture, leads nowhere.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
 import html
@@ -32,6 +32,7 @@ a {{ color: #14509d; }}
 {body}</body>
 </html>
 """
+INSTALLED = re.compile(r"(guide|sound-chain)\.md(#.*)?")  # as packaging/CMakeLists.txt has them
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>", re.DOTALL)
 LINK = re.compile(r'<a href="([^"]*)">(.*?)</a>', re.DOTALL)
 PICTURE = re.compile(r'<img src="([^"]*)"')
@@ -44,16 +45,21 @@ def anchor(heading):
     return re.sub(r"[^\w\- ]", "", text).replace(" ", "-")
 
 
-def without_dead_links(body, anchors):
-    """Returns the page's body without links out of what is installed."""
+def with_live_links(body, anchors):
+    """Returns the page's body with links to what is installed, and without any other."""
 
-    def mended(link):
+    def relinked(link):
         target = link[1]
         if target.startswith("#") and target[1:] not in anchors:
-            sys.exit(f"the guide has no section {target}")
-        return link[0] if re.match("#|https?:", target) else link[2]
+            sys.exit(f"the document has no section {target}")
+        if re.match("#|https?:", target):
+            return link[0]
+        document = INSTALLED.fullmatch(target)
+        if not document:
+            return link[2]
+        return f'<a href="{document[1]}.html{document[2] or ""}">{link[2]}</a>'
 
-    return LINK.sub(mended, body)
+    return LINK.sub(relinked, body)
 
 
 def main():
@@ -62,10 +68,10 @@ def main():
                           check=True, stdout=subprocess.PIPE, encoding="utf-8").stdout
     titles = [heading[1] for heading in HEADING.findall(body)]
     body = HEADING.sub(lambda h: f'<h{h[1]} id="{anchor(h[2])}">{h[2]}</h{h[1]}>', body)
-    body = without_dead_links(body, {anchor(title) for title in titles})
+    body = with_live_links(body, {anchor(title) for title in titles})
     for picture in PICTURE.findall(body):
         if not (pathlib.Path(source).parent / picture).exists():
-            sys.exit(f"the guide has no picture {picture}")
+            sys.exit(f"the document has no picture {picture}")
     pathlib.Path(page).write_text(PAGE.format(title=titles[0], body=body), encoding="utf-8")
 
 

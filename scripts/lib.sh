@@ -102,9 +102,9 @@ configure_fuzzers() {
         -DPELLION_BUILD_TESTS=OFF -DPELLION_WARNINGS_AS_ERRORS="$(fatal_warnings)"
 }
 
-# name_of_version_14 TOOL: of clang-format or clang-tidy, as Debian 12 has them. Other versions break
-# lines elsewhere and object to more. Prints nothing where there is none; in CI it fails then, so that
-# a check never passes there by having looked at nothing.
+# name_of_version_14 TOOL: prints the name of version 14 of clang-format or clang-tidy, that of
+# Debian 12, or nothing; other versions break lines elsewhere and object to more. In CI a missing one
+# is an error, so that a check never passes there by having looked at nothing.
 name_of_version_14() {
     local name
     for name in "$1-14" "$1"; do

@@ -66,7 +66,7 @@ void makeFolder(const QString& path) {
         syncNamesToDisk(parent);
 }
 
-/// What tells a file from every other one, whatever its names: device and inode.
+/// Identifies a file, whatever its names are: device and inode.
 using Identity = std::pair<dev_t, ino_t>;
 
 std::optional<Identity> identityOf(const QString& path) {
@@ -198,8 +198,8 @@ bool ResponseJournal::append(const QByteArray& lines) {
         wholeLines += lines.size();
         return true;
     }
-    // A line that breaks off within its frequency reads as another one. Where it cannot be cut off,
-    // empty lines take its place, which nobody takes for a response.
+    // A line cut off within its frequency would read as another frequency. If truncating fails,
+    // line feeds overwrite the incomplete line.
     if (!file.resize(wholeLines) && file.seek(wholeLines))
         file.write(QByteArray(std::max(0, int(file.size() - wholeLines)), '\n'));
     return false;

@@ -45,9 +45,9 @@ public:
     /// written is made up for with the next. Without begin() nothing is written.
     void record(const QString& targetFileName, const QVector<double>& frequenciesMatched);
 
-    /// Ends the session, whose results are safe in the file of a path, and removes its journal. The
-    /// journal's path stays when that leads to the same file, by whatever names, which is then
-    /// named on standard error, and when it leads to another file than the journal's.
+    /// Ends the session, whose results have been saved, and removes its journal. Two kinds of files
+    /// at the journal's path stay: the results file itself (same device and inode), which is named
+    /// on standard error, and a file by which something else has replaced the journal.
     void discard(const QString& resultsPath);
 
     /// Ends the session and names its journal on standard error, if it holds any response.

@@ -95,8 +95,8 @@ void MainWindow::startAudioOutput(const QVector<double>& samples, int length) {
     audioOutput = new QAudioOutput(audioFormat, this);
     connect(audioOutput, SIGNAL(stateChanged(QAudio::State)), this,
             SLOT(handleStateChanged(QAudio::State)));
-    audioClock.start();
     audioOutput->start(audioBuffer.get());
+    audioClock.start();
 }
 
 void MainWindow::releaseAudioOutput() {

@@ -1,4 +1,4 @@
-// A sound with a little silence behind it, for sound servers that keep back the end of a sound.
+// A sound followed by silence, for sound servers that drop the end of a stream.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

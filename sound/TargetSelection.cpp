@@ -97,8 +97,7 @@ void MainWindow::genWav() {
 /// Loads the file of a record into `wav`. A file that fails to load or cannot be a target leaves
 /// the earlier target in use, if there is one that suits the settings, and the record then names
 /// that one, so that nothing shown or saved is mislabelled. Returns false, with `wav` and the
-/// record as they were, when there is nothing to play, and after a cancelled dialog, whatever was
-/// in use before.
+/// record unchanged, if there is nothing to play, and always after a cancelled dialog.
 bool MainWindow::loadTarget(Record& record) {
     CWav loaded;
     loaded.mostSamplesPerChannel = mostSamples;

@@ -90,13 +90,13 @@ protected:
     /// Disables the window, but not the question whether to close it.
     void lock();
 
-    /// Enables the window and leads the keyboard back to where it was when the window was locked,
-    /// unless that control is hidden or disabled by now.
+    /// Enables the window and gives the focus back to the control that had it when lock() was
+    /// called, if that is visible and enabled.
     void unlock();
 
-    /// Gives back what the window system holds for the window, above all its picture, if it is
-    /// hidden: one window stays for each session until the program ends. Showing the window
-    /// again creates it anew. Must not be called from within an event of the window system.
+    /// Destroys the platform window and the backing store (4.4 MiB) of a hidden window: one window
+    /// stays for each session until the program ends. Showing it creates both anew. Must not be
+    /// called from within an event of the window system.
     void releaseHiddenWindow();
 
     QPushButton* pushButtonPlayTarget = nullptr;
@@ -129,7 +129,7 @@ protected:
 
     QPointer<QMessageBox> closeQuestion; ///< While the listener is asked; null otherwise.
 
-    // Where the keyboard was when the window was locked: disabling a window takes the focus away.
+    // The focus when the window was locked: disabling a window takes it away.
     QPointer<QWidget> lockedFocus;          ///< Null if no control of the window had the focus.
     bool wasWholeFrequencySelected = false; ///< Whether typing would have replaced the frequency.
 };

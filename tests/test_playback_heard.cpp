@@ -198,7 +198,7 @@ void TestPlaybackHeard::soundOutOfTurnReplacesTheOneThatPlays() {
 void TestPlaybackHeard::programThatStopsFeedingReportsAnEarlyEnd() {
     PlaybackBench bench;
     QVERIFY(bench.recorder.start());
-    const QVector<int> codes = unevenCodes(40000);
+    const QVector<int> codes = unevenCodes(120000);
     bench.prepare(codes);
     bench.window.playOneSound();
     QTRY_VERIFY(beginningOf(heardFrom(codes), bench.recorder.samples()).length > 0);

@@ -154,7 +154,7 @@ private slots:
     void savedResponsesLeaveNoJournal();
     void resultsInTheJournalsPlaceStay_data();
     void resultsInTheJournalsPlaceStay();
-    void resultsInAHardLinkToTheJournalStayAlone();
+    void savingOverAHardLinkRemovesTheJournal();
     void fileThatHasTakenTheJournalsPlaceStays();
     void journalThatCannotBeRemovedIsNamed();
     void keptResponsesAreNamed();

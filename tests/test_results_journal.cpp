@@ -236,7 +236,7 @@ void TestResponseJournal::resultsInTheJournalsPlaceStay() {
     QCOMPARE(readBytes(path), saved);
 }
 
-void TestResponseJournal::resultsInAHardLinkToTheJournalStayAlone() {
+void TestResponseJournal::savingOverAHardLinkRemovesTheJournal() {
     const QString path = folder->filePath(nameOfJournal());
     const QString chosen = folder->filePath("results.txt");
     ResponseJournal journal(folder->path());

@@ -165,8 +165,8 @@ private slots:
     void hiddenWindowHoldsNothingOfTheWindowSystem_data();
     void hiddenWindowHoldsNothingOfTheWindowSystem();
     void closedWindowCanBeShownAgain();
-    void windowThatIsOnlyAwayKeepsItsPicture_data();
-    void windowThatIsOnlyAwayKeepsItsPicture();
+    void minimisedOrReshownWindowIsNotReleased_data();
+    void minimisedOrReshownWindowIsNotReleased();
     void secondRequestUnderTheQuestionAsksNoSecondQuestion();
     void questionCanBeAnsweredWhenASoundStartsUnderIt_data();
     void questionCanBeAnsweredWhenASoundStartsUnderIt();
@@ -181,8 +181,8 @@ class TestSubjectWindowKeyboard : public QObject {
 
 private slots:
     void sessionNeedsTheTabKeyForChangesOnly();
-    void frequencyControlsStayAtHand_data();
-    void frequencyControlsStayAtHand();
+    void frequencyControlsKeepTheFocus_data();
+    void frequencyControlsKeepTheFocus();
     void halfTypedFrequency_data();
     void halfTypedFrequency();
     void selectedFrequencyIsStillReplacedByTyping();

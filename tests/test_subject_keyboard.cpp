@@ -118,13 +118,13 @@ void TestSubjectWindowKeyboard::sessionNeedsTheTabKeyForChangesOnly() {
     }
 }
 
-void TestSubjectWindowKeyboard::frequencyControlsStayAtHand_data() {
+void TestSubjectWindowKeyboard::frequencyControlsKeepTheFocus_data() {
     QTest::addColumn<QString>("control");
     QTest::newRow("spin box") << "spinBoxFrequency";
     QTest::newRow("slider") << "sliderFrequency";
 }
 
-void TestSubjectWindowKeyboard::frequencyControlsStayAtHand() {
+void TestSubjectWindowKeyboard::frequencyControlsKeepTheFocus() {
     QFETCH(QString, control);
     Desk desk;
     QVERIFY(desk.open(Stage::Adjusting));

@@ -93,7 +93,7 @@ bool MixedSessions::present(bool isSinusoid) {
     const bool isPlayed =
         note(presentation) &&
         (isSinusoid ? session.playSinusoid(presentation.frequency) : session.playTarget());
-    if (isSinusoid)
+    if (isPlayed && isSinusoid)
         presentations.last().isShownAsMatched =
             testsupport::find<QLineEdit>(window, "lineEditFrequencyMatched")->text() ==
             QString::number(presentation.frequency);
@@ -129,8 +129,9 @@ bool MixedSessions::playControl() {
     pacat.setProcessChannelMode(QProcess::ForwardedChannels);
     pacat.start("pacat", {"--raw", "--rate=40000", "--channels=1", "--format=float32le", path});
     constexpr int patienceMs = 30000;
-    return QTest::qWaitFor([&] { return pacat.state() == QProcess::NotRunning; }, patienceMs) &&
-           pacat.exitCode() == 0;
+    return pacat.waitForStarted() &&
+           QTest::qWaitFor([&] { return pacat.state() == QProcess::NotRunning; }, patienceMs) &&
+           pacat.exitStatus() == QProcess::NormalExit && pacat.exitCode() == 0;
 }
 
 void MixedSessions::readResults(int firstPresentation) {
@@ -165,15 +166,15 @@ int MixedSessions::compare() {
     };
     const QVector<float> before =
         nextStretch(presentations.isEmpty() ? samples.size() : presentations[0].recordedBefore);
-    int strangers = int(
+    int unexpectedSounds = int(
         std::any_of(before.cbegin(), before.cend(), [](float sample) { return sample != 0.0F; }));
     for (int i = 0; i < presentations.size(); ++i) {
         const bool isLast = i + 1 == presentations.size();
         judge(presentations[i],
               nextStretch(isLast ? samples.size() : presentations[i + 1].recordedBefore));
-        strangers += int(presentations[i].heard.isFollowedByMore);
+        unexpectedSounds += int(presentations[i].heard.isFollowedByMore);
     }
-    return strangers;
+    return unexpectedSounds;
 }
 
 /// Looks for a sound in its stretch of the recording.

@@ -23,8 +23,8 @@ struct PresentedSound {
     double frequencyWritten = 0;  ///< In the results file, Hz; of a sinusoid in a whole session.
     double frequencyHeard = 0;    ///< As the device received it, Hz; of a complete sinusoid.
     QVector<float> sound;         ///< As it should be heard.
-    int recordedBefore = 0;       ///< Samples that had been recorded when it was asked for.
-    bool wasSuspended = false;    ///< Whether the device was suspended then.
+    int recordedBefore = 0;       ///< Samples recorded when it was asked for.
+    bool wasSuspended = false;    ///< Whether the device was suspended when it was asked for.
     HeardSound heard;             ///< What became of it.
     bool isShownAsMatched = true; ///< Whether a sinusoid stood in the window once it had sounded.
 };
@@ -43,7 +43,7 @@ public:
     bool hold(int count);
 
     /// Compares every presentation with what was recorded. Returns how many stretches of the
-    /// recording hold something that nobody asked for.
+    /// recording hold something that was not asked for.
     int compare();
 
     QVector<PresentedSound> presentations;

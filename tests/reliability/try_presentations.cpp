@@ -1,8 +1,7 @@
-// Presents targets and sinusoids in a row and looks for each of them, sample by sample, in what
-// the sound device received: try_presentations COUNT [--control] [--idle SECONDS]. With a control,
-// pacat plays each sound once more. With idleness, nothing happens for so long before each sound,
-// and the device, one that is suspended meanwhile, has to be so. SPDX-License-Identifier:
-// GPL-3.0-or-later
+// Presents targets and sinusoids in a row and looks for each of them, sample by sample, in what the
+// sound device received: try_presentations [--control] [--idle SECONDS] COUNT. With --control,
+// pacat plays each sound once more. With --idle, that many seconds pass before each sound, and the
+// device must have been suspended by then. SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/MixedSessions.h"
 #include "reliability/RecordedCampaign.h"
 #include "reliability/ToneFrequency.h"
@@ -93,11 +92,13 @@ int warningsOfSound(const QStringList& warnings) {
 
 /// Names every sound that is incomplete, and what the program said.
 void nameFaults(QTextStream& out, const Presentations& presentations, const QStringList& warnings) {
+    // Its control follows each presentation.
+    const bool hasControl = presentations.size() > 1 && presentations[1].isControl;
     for (int i = 0; i < presentations.size(); ++i)
         for (const NamedFate& named : namedFates)
             if (const PresentedSound& presentation = presentations[i];
                 named.fate == presentation.heard.fate && named.fate != Fate::Complete)
-                out << "presentation " << i + 1 << ", "
+                out << "presentation " << (hasControl ? i / 2 : i) + 1 << ", "
                     << (presentation.isControl    ? "control"
                         : presentation.isSinusoid ? "sinusoid"
                                                   : "target")
@@ -119,7 +120,7 @@ void printFates(QTextStream& out, const Presentations& presentations) {
 
 /// Prints a table, then every fault; returns whether the program has none.
 bool report(QTextStream& out, const MixedSessions& sessions, const Options& options,
-            int strangers) {
+            int unexpectedSounds) {
     const Presentations& presentations = sessions.presentations;
     const QStringList warnings = sessions.log.warnings();
     const auto number = [&](auto condition) {
@@ -128,12 +129,12 @@ bool report(QTextStream& out, const MixedSessions& sessions, const Options& opti
     const int presented = number([](const auto& sound) { return !sound.isControl; });
     const int complete = number(
         [](const auto& sound) { return !sound.isControl && sound.heard.fate == Fate::Complete; });
-    const int awake = number([](const auto& sound) { return !sound.wasSuspended; });
+    const int notSuspended = number([](const auto& sound) { return !sound.wasSuspended; });
     const int wronglyShown = number([](const auto& sound) { return !sound.isShownAsMatched; });
     const double cents = largestErrorCents(presentations);
     printFates(out, presentations);
     row(out, "sessions", QString::number(sessions.sessions));
-    row(out, "sounds that nobody asked for", QString::number(strangers));
+    row(out, "unexpected sounds", QString::number(unexpectedSounds));
     row(out, "warnings of the program about sounds", QString::number(warningsOfSound(warnings)));
     row(out, "lines of the results files that are wrong",
         QString::number(sessions.wrongResultsLines));
@@ -141,13 +142,13 @@ bool report(QTextStream& out, const MixedSessions& sessions, const Options& opti
     if (!std::isnan(cents))
         row(out, "largest error of a tone's frequency (cents)", QString::number(cents, 'g', 2));
     if (options.idle.count() > 0)
-        row(out, "sounds whose device was not suspended before", QString::number(awake));
+        row(out, "sounds whose device was not suspended before", QString::number(notSuspended));
     nameFaults(out, presentations, warnings);
     // Far below what can be heard, far above what rounding leaves.
     constexpr double mostCents = 1e-3;
-    return presented == options.count && complete == presented && strangers == 0 &&
+    return presented == options.count && complete == presented && unexpectedSounds == 0 &&
            !(cents >= mostCents) && sessions.wrongResultsLines == 0 && wronglyShown == 0 &&
-           warnings.isEmpty() && (options.idle.count() == 0 || awake == 0);
+           warnings.isEmpty() && (options.idle.count() == 0 || notSuspended == 0);
 }
 
 } // namespace
@@ -176,6 +177,7 @@ int main(int argc, char** argv) {
         left -= size;
     }
     const bool isWhole = campaign.finishRecording();
-    const int strangers = sessions.compare();
-    return report(out, sessions, options, strangers) && isWhole ? EXIT_SUCCESS : EXIT_FAILURE;
+    const int unexpectedSounds = sessions.compare();
+    return report(out, sessions, options, unexpectedSounds) && isWhole ? EXIT_SUCCESS
+                                                                       : EXIT_FAILURE;
 }

@@ -24,7 +24,7 @@ namespace {
 constexpr int patienceMs = 10000;
 
 bool isDeviceSuspendable() {
-    return qEnvironmentVariableIsSet("DESK_SUSPEND");
+    return !qEnvironmentVariableIsEmpty("DESK_SUSPEND");
 }
 
 double samplesPerMillisecond() {
@@ -44,7 +44,11 @@ int startRecorder(pid_t& process) {
     char shell[] = "sh";
     char option[] = "-c";
     char* const arguments[] = {shell, option, command.data(), nullptr};
-    const int error = posix_spawnp(&process, shell, &actions, nullptr, arguments, environ);
+    posix_spawnattr_t group;
+    posix_spawnattr_init(&group);
+    posix_spawnattr_setflags(&group, POSIX_SPAWN_SETPGROUP);
+    const int error = posix_spawnp(&process, shell, &actions, &group, arguments, environ);
+    posix_spawnattr_destroy(&group);
     posix_spawn_file_actions_destroy(&actions);
     ::close(pipeEnds[1]);
     if (error == 0)
@@ -61,7 +65,9 @@ double SoundRecorder::nowMs() {
 }
 
 int SoundRecorder::deviceRate() {
-    return qEnvironmentVariableIntValue("DESK_RATE");
+    constexpr int soundRate = 40000;
+    const int rate = qEnvironmentVariableIntValue("DESK_RATE");
+    return rate > 0 ? rate : soundRate;
 }
 
 SoundRecorder::~SoundRecorder() {
@@ -104,7 +110,7 @@ bool SoundRecorder::waitForSilence(int milliseconds) const {
 
 QVector<float> SoundRecorder::stop() {
     if (process > 0) {
-        ::kill(process, SIGTERM);
+        ::kill(-process, SIGTERM);
         ::waitpid(std::exchange(process, -1), nullptr, 0);
     }
     if (receiver.joinable())
