@@ -54,6 +54,11 @@ HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound)
             std::any_of(stretch.cbegin() + start + sound.size(), stretch.cend(), isAudible);
         return heard;
     }
+    const int from = std::clamp(start, 0, stretch.size());
+    heard.firstWrong =
+        int(std::mismatch(stretch.cbegin() + from, stretch.cend(), sound.cbegin(), sound.cend())
+                .second -
+            sound.cbegin());
     const QVector<float> audibleHeard = audible(stretch);
     const QVector<float> audibleSound = audible(sound);
     heard.samplesMissing = std::max(audibleSound.size() - audibleHeard.size(), 0);

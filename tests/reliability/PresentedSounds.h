@@ -19,6 +19,7 @@ struct HeardSound {
     Fate fate = Fate::Missing;
     int start = -1;                ///< Index of its first sample, where it is complete; else -1.
     int samplesMissing = 0;        ///< Of those that are not silent.
+    int firstWrong = -1;           ///< Index of the first sample that is not as it should be.
     bool isFollowedByMore = false; ///< Whether a complete sound has something else behind it.
 };
 

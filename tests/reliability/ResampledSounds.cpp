@@ -116,6 +116,8 @@ public:
             }
             if (std::sqrt(errors / block) <= tolerance * level)
                 continue;
+            if (heard.samplesMissing == 0)
+                heard.firstWrong = first - block;
             heard.samplesMissing += block;
             const bool isSilent = std::sqrt(received / block) <= tolerance * level;
             if (heard.fate != Fate::Gaps)

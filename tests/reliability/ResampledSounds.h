@@ -10,7 +10,7 @@
 /// Both are compared below 8 kHz, where no resampler's transition band reaches, at the delay that
 /// fits best. The sound is complete when no 5 ms of it differ by more than a hundredth of its root
 /// mean square; where a part of it is silent instead it has gaps. The sound must be at least 5 ms
-/// long and not silent throughout. A single
-/// sample that is lost is found in noise and in tones from about 100 Hz, a quantum in any sound. `start` and `samplesMissing` count samples at `soundRate`.
+/// long and not silent throughout. A single lost sample is found in noise and in tones from about
+/// 100 Hz, a lost quantum in any sound. `start` and `samplesMissing` count samples at `soundRate`.
 HeardSound findResampledSound(const QVector<float>& stretch, double deviceRate,
                               const QVector<float>& sound, double soundRate);

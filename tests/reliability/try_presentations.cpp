@@ -103,7 +103,8 @@ void nameFaults(QTextStream& out, const Presentations& presentations, const QStr
                         : presentation.isSinusoid ? "sinusoid"
                                                   : "target")
                     << ": " << named.name << ", " << presentation.heard.samplesMissing << " of "
-                    << presentation.sound.size() << " samples missing\n";
+                    << presentation.sound.size() << " samples missing, the first at "
+                    << presentation.heard.firstWrong << '\n';
     for (const QString& warning : warnings)
         out << "warning: " << warning << '\n';
 }
