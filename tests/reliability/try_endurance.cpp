@@ -44,8 +44,8 @@ bool reportSessions(QTextStream& out, const QVector<ProcessResources>& held) {
     if (held.size() >= fewestSessions) {
         const double growth = growthOfMemory(held, firstSession);
         // The widgets of its listener's window, but not the picture of it, which takes 4.4 MiB.
-        constexpr double mostGrownMiB = 0.3;
-        isMemoryKept = growth <= mostGrownMiB;
+        constexpr double maximumGrowthMiB = 0.3;
+        isMemoryKept = growth <= maximumGrowthMiB;
         out << "\nEach session from the sixth on left " << QString::number(growth, 'f', 2)
             << " MiB behind.\n";
     }

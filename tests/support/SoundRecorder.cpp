@@ -119,8 +119,8 @@ QVector<float> SoundRecorder::stop() {
 }
 
 void SoundRecorder::receive(int descriptor) {
-    constexpr std::size_t mostBytes = 65536;
-    std::vector<char> piece(mostBytes);
+    constexpr std::size_t maximumBytes = 65536;
+    std::vector<char> piece(maximumBytes);
     std::size_t rest = 0; // Bytes of a sample that has not arrived whole.
     for (;;) {
         const ssize_t size = ::read(descriptor, piece.data() + rest, piece.size() - rest);
