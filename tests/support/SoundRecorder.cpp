@@ -162,10 +162,6 @@ double SoundRecorder::timeOfMs(int sample) const {
     return originMs(0, pieces.size()) + sample / samplesPerMillisecond();
 }
 
-int SoundRecorder::sampleAtMs(double timeMs) const {
-    return qRound((timeMs - timeOfMs(0)) * samplesPerMillisecond());
-}
-
 double SoundRecorder::clockDriftMs() const {
     const std::lock_guard lock(mutex);
     const int middle = pieces.size() / 2;

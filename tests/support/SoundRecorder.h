@@ -51,13 +51,11 @@ public:
     /// Stops recording and returns everything received.
     QVector<float> stop();
 
-    /// When a sample was due at the device, in ms of `Clock`, and the sample that was due at a
-    /// time. The device's clock is taken from the pieces that arrived soonest after they were due;
-    /// those came later by a constant that cannot be measured from here, and which is thus part of
-    /// every time. Not for a device that was suspended meanwhile, and not before samples have
-    /// arrived.
+    /// When a sample was due at the device, in ms of `Clock`. The device's clock is taken from the
+    /// pieces that arrived soonest after they were due; those came later by a constant that cannot
+    /// be measured from here, and which is thus part of every time. Not for a device that was
+    /// suspended or missed cycles meanwhile, and not before samples have arrived.
     double timeOfMs(int sample) const;
-    int sampleAtMs(double timeMs) const;
 
     /// By how much the device's clock, as taken from the first and the second half of the
     /// recording, differs (ms): next to 0 when the times can be trusted.
