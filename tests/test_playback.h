@@ -41,7 +41,7 @@ public:
 
     /// What is wrong with everything recorded until silence follows; empty when it is these
     /// sounds and nothing else.
-    QString wrongInRecording(const QVector<QVector<float>>& soundsExpected);
+    QString wrongInRecording(const QVector<QVector<float>>& soundsExpected) const;
 
     /// Unexpected dialogs, dialogs that did not come, and warnings on the log.
     QString complaints();

@@ -46,7 +46,7 @@ QVector<int> PlaybackBench::soundsTold() const {
     return testsupport::soundsTold(sounds);
 }
 
-QString PlaybackBench::wrongInRecording(const QVector<QVector<float>>& soundsExpected) {
+QString PlaybackBench::wrongInRecording(const QVector<QVector<float>>& soundsExpected) const {
     constexpr int silenceMs = 150;
     if (!recorder.waitForSilence(silenceMs))
         return "the sound device does not fall silent";
