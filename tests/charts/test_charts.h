@@ -1,0 +1,160 @@
+// The test classes of the charts; each is defined in the file that its comment names.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/InspectedWindows.h"
+
+#include <QObject>
+
+#include <memory>
+
+/// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
+class TestChartFunctions : public QObject {
+    Q_OBJECT
+
+private slots:
+    void lengthIsTheLeastPowerOfTwo_data();
+    void lengthIsTheLeastPowerOfTwo();
+    void countsBelowOneAreSizedAsOne();
+    void pointsReachTheHighestFrequencyShown_data();
+    void pointsReachTheHighestFrequencyShown();
+    void frameLastsAsLongAsItsSamples();
+    void stretchIsLimitedToTheSound_data();
+    void stretchIsLimitedToTheSound();
+    void stretchLeavesOtherSettingsAlone();
+    void pointsPairTimesAndValues();
+    void pointsEndWithTheShorterVector_data();
+    void pointsEndWithTheShorterVector();
+    void withoutPointsTheEarlierOnesStay_data();
+    void withoutPointsTheEarlierOnesStay();
+    void rangeSpansTheExtremes_data();
+    void rangeSpansTheExtremes();
+    void rangeOfNothingStays();
+};
+
+/// The amplitude spectrum and its analysis windows, without a window (amplitudes.cpp).
+class TestAmplitudeSpectrum : public QObject {
+    Q_OBJECT
+
+private slots:
+    void hannWindowFollowsTheSampleCountOfTheSettings_data();
+    void hannWindowFollowsTheSampleCountOfTheSettings();
+    void withoutAWindowSamplesStay();
+    void unknownWindowsZeroTheSound_data();
+    void unknownWindowsZeroTheSound();
+    void emptySoundStaysEmpty();
+    void agreesWithTheDirectTransform_data();
+    void agreesWithTheDirectTransform();
+    void everyBinIsComputedFromItsSlotsOfTheTransform_data();
+    void everyBinIsComputedFromItsSlotsOfTheTransform();
+    void binZeroTakesTheHighestForItsImaginaryPart_data();
+    void binZeroTakesTheHighestForItsImaginaryPart();
+    void sinusoidOnABinShowsItsAmplitude_data();
+    void sinusoidOnABinShowsItsAmplitude();
+    void kilohertzPeaksBetweenTwoBins();
+    void divisorIsHalfTheCountRoundedDown_data();
+    void divisorIsHalfTheCountRoundedDown();
+    void oneSampleDividesByZero();
+    void soundBeyondTheLengthIsCutOff();
+    void lengthOneLeavesTheVectors();
+    void elementsBeyondHalfTheLengthStay();
+};
+
+/// The three charts as the window opens (scaffolding.cpp).
+class TestChartScaffolding : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void propertiesAreAsTheyShouldBe_data();
+    void propertiesAreAsTheyShouldBe();
+    void chartOwnsItsSeriesAndAxes_data();
+    void chartOwnsItsSeriesAndAxes();
+    void chartsAreVisibleAndEmptyAtStart_data();
+    void chartsAreVisibleAndEmptyAtStart();
+    void chartsStandBelowEachOther_data();
+    void chartsStandBelowEachOther();
+    void secondCallCreatesNothing_data();
+    void secondCallCreatesNothing();
+    void onlyWhatIsMissingIsCreated();
+    void spectrumAxisEndsAtTheSettingOfItsTime();
+    void deletedChartsAreForgotten();
+
+private:
+    std::unique_ptr<testsupport::InspectedMainWindow> window;
+};
+
+/// Drawing the waveform and the spectrum (drawing.cpp).
+class TestChartDrawing : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void waveformShowsEverySampleOfTheStretch();
+    void shortSoundShortensTheAxisForGood();
+    void roundingMayCostAShortSoundItsLastPoint();
+    void loudestSampleAfterTheStretchSetsTheRange();
+    void constantSoundCollapsesTheRange_data();
+    void constantSoundCollapsesTheRange();
+    void nextWaveformReplacesTheEarlier();
+    void withoutSamplesTheEarlierPointsStay();
+    void withoutTargetTheRangeStays();
+    void countingPointsDrawsNothing();
+    void spectrumIsComputedForTheTarget();
+    void analysisWindowChangesTheTargetInPlace();
+    void unknownAnalysisWindowSilencesTheTarget();
+    void spectrumIsDrawnUpToTheHighestFrequencyShown();
+    void strongComponentBeyondTheAxisSetsItsTop();
+    void spectrumLeavesItsFrequencyAxis();
+    void lengthOneLeavesTheSpectrum();
+    void withoutAmplitudesTheRangeStays();
+
+private:
+    std::unique_ptr<testsupport::InspectedMainWindow> window;
+};
+
+/// The trend of the matches (trend.cpp).
+class TestTrendChart : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void firstResponseKeepsTheEmptyRange();
+    void secondResponseSetsTheRange();
+    void everyResponseHasItsTick();
+    void rangeSpansAllResponses();
+    void equalResponsesCollapseTheRange();
+    void responsesComeFromTheFirstRecordOnly();
+    void withoutRecordsNothingIsAdded();
+    void labelFormatIsSetWithEachResponse();
+    void resetEmptiesTheTrendButNotItsTrials();
+    void countZeroKeepsTheTicksOfTheEarlierSession();
+
+private:
+    void respond(int count, double frequency);
+
+    std::unique_ptr<testsupport::InspectedMainWindow> window;
+};
+
+/// Charts of targets that the experimenter has chosen (targets.cpp).
+class TestChartsOfTargets : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void preparedTargetIsDrawn();
+    void shorterSecondTargetLeavesNothingOfTheFirst();
+    void targetOfOneSampleIsDrawn();
+    void targetOfTwoSamplesHasOneBin();
+    void silentTargetCollapsesTheRanges();
+    void waveformIsDrawnBeforeTheAnalysisWindow();
+    void preparingEmptiesTheTrend();
+    void cancelledTargetLeavesTheCharts();
+
+private:
+    std::unique_ptr<testsupport::InspectedMainWindow> window;
+};

@@ -1,0 +1,166 @@
+// Every value of the real FFT against the direct transform and FFTW, within what rounding does.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_fft.h"
+
+#include "FFTReal.h"
+#include "inputs.h"
+
+#include <QtTest>
+
+#include <fftw3.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+using namespace fftinputs;
+
+namespace {
+
+std::vector<double> transformed(const std::vector<double>& x) {
+    const FFTReal<double> fft(static_cast<std::int64_t>(x.size()));
+    std::vector<double> f(x.size());
+    fft.do_fft(f.data(), x.data());
+    return f;
+}
+
+using MakeSequence = std::vector<double> (*)(std::size_t);
+
+/// How far a spectrum is from an exact one.
+struct Deviation {
+    double relativeL2 = 0; ///< root of the sum of squared errors / that of the squared values
+    double ofInput = 0;    ///< the largest error of a value / the sum of the input's sizes
+};
+
+Deviation deviation(const std::vector<double>& actual, const std::vector<long double>& exact,
+                    const std::vector<double>& x) {
+    long double errorSquares = 0;
+    long double squares = 0;
+    long double largestError = 0;
+    for (std::size_t i = 0; i < exact.size(); ++i) {
+        const long double error = std::abs(actual[i] - exact[i]);
+        errorSquares += error * error;
+        squares += exact[i] * exact[i];
+        largestError = std::max(largestError, error);
+    }
+    long double inputSum = 0;
+    for (const double value : x)
+        inputSum += std::abs(value);
+    return {static_cast<double>(std::sqrt(errorSquares / squares)),
+            static_cast<double>(largestError / inputSum)};
+}
+
+/// The definition, in the layout of the transform under test (the sign of the imaginary parts!).
+std::vector<long double> directTransform(const std::vector<double>& x) {
+    const std::size_t length = x.size();
+    const long double turn = 2 * std::acos(-1.0L);
+    std::vector<std::complex<long double>> circle(length);
+    for (std::size_t m = 0; m < length; ++m) {
+        const long double angle =
+            turn * static_cast<long double>(m) / static_cast<long double>(length);
+        circle[m] = {std::cos(angle), std::sin(angle)};
+    }
+    std::vector<long double> f(length);
+    for (std::size_t k = 0; k <= length / 2; ++k) {
+        long double real = 0;
+        long double minusImaginary = 0;
+        for (std::size_t n = 0; n < length; ++n) {
+            const std::complex<long double>& point = circle[k * n % length];
+            real += x[n] * point.real();
+            minusImaginary += x[n] * point.imag();
+        }
+        f[k] = real;
+        if (k > 0 && 2 * k < length)
+            f[length / 2 + k] = minusImaginary;
+    }
+    return f;
+}
+
+/// FFTW's double-precision transform, in the layout of the transform under test.
+std::vector<long double> fftwTransform(const std::vector<double>& x) {
+    const std::size_t length = x.size();
+    std::vector<double> in = x;
+    std::vector<std::complex<double>> out(length / 2 + 1);
+    const fftw_plan plan =
+        fftw_plan_dft_r2c_1d(static_cast<int>(length), in.data(),
+                             reinterpret_cast<fftw_complex*>(out.data()), FFTW_ESTIMATE);
+    fftw_execute(plan);
+    fftw_destroy_plan(plan);
+    fftw_cleanup();
+
+    std::vector<long double> f(length);
+    for (std::size_t k = 0; k <= length / 2; ++k) {
+        f[k] = out[k].real();
+        if (k > 0 && 2 * k < length)
+            f[length / 2 + k] = -out[k].imag();
+    }
+    return f;
+}
+
+/// What rounding may add up to, as a relative L2 error, for a transform of 2^bits values.
+///
+/// Up to 13 bits: with u = 2^-53, a butterfly adds at most 4 sqrt(2) u by its operations, and its
+/// cosine, whose argument below pi/2 is rounded twice (pi, and the product), less than 4 u:
+/// together 9.6 u, 1.07e-15, a pass, and the passes add up (Higham, Accuracy and Stability of
+/// Numerical Algorithms, theorem 24.2). The first two passes do not multiply, which leaves 1e-15
+/// for each of all passes.
+///
+/// Above, pass p turns an oscillator 2^(p - 1) times, and each step may add u / 2 by the rounded
+/// constants, always the same way, and sqrt(2) u by its own operations, either way. Were it all one
+/// way, the last position would be wrong by 2^p u, 9e-13 for pass 13. What is found is a tenth of
+/// that, 1e-13 at 2^14 values and about twice as much with each doubling; half of it is allowed
+/// on top.
+double boundOfL2(int bits) {
+    const double tableOnly = 1e-15 * bits;
+    return bits <= 13 ? tableOnly : tableOnly + std::ldexp(1.5e-13, bits - 14);
+}
+
+/// The same for each value, relative to the sum of the input's sizes. Errors that grow evenly along
+/// a block are sqrt(3) times their root mean square at its end.
+double boundOfValue(int bits) {
+    return bits <= 13 ? boundOfL2(bits) : std::sqrt(3.0) * boundOfL2(bits);
+}
+
+void compareWithin(const Deviation& found, int bits) {
+    QVERIFY2(found.relativeL2 <= boundOfL2(bits), QByteArray::number(found.relativeL2));
+    QVERIFY2(found.ofInput <= boundOfValue(bits), QByteArray::number(found.ofInput));
+}
+
+void addLengthsAndSequences(int lastBits) {
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<MakeSequence>("make");
+    for (int bits = 0; bits <= lastBits; ++bits) {
+        QTest::addRow("2^%d, noise", bits) << bits << MakeSequence(noise);
+        QTest::addRow("2^%d, tone", bits) << bits << MakeSequence(toneBetweenBins);
+        QTest::addRow("2^%d, impulse", bits) << bits << MakeSequence(delayedImpulse);
+    }
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(MakeSequence)
+
+void TestFftAccuracy::agreesWithTheDirectTransform_data() {
+    addLengthsAndSequences(14);
+}
+
+void TestFftAccuracy::agreesWithTheDirectTransform() {
+    QFETCH(int, bits);
+    QFETCH(MakeSequence, make);
+    const std::vector<double> x = make(std::size_t{1} << bits);
+    compareWithin(deviation(transformed(x), directTransform(x), x), bits);
+}
+
+void TestFftAccuracy::agreesWithFftw_data() {
+    addLengthsAndSequences(22);
+}
+
+void TestFftAccuracy::agreesWithFftw() {
+    QFETCH(int, bits);
+    QFETCH(MakeSequence, make);
+    const std::vector<double> x = make(std::size_t{1} << bits);
+    compareWithin(deviation(transformed(x), fftwTransform(x), x), bits);
+}

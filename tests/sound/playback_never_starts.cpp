@@ -1,0 +1,91 @@
+// Sessions in which the toolkit never comes back from starting a sound.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/FileBytes.h"
+#include "support/ProcessorTime.h"
+#include "support/SoundServer.h"
+#include "support/TestMain.h"
+
+namespace {
+
+/// The sessions' pause, long enough to do away with the sound device meanwhile.
+constexpr int pauseMs = 600;
+constexpr int patienceMs = 20000;
+
+/// What is left of sessions that are held by a program of their own.
+class HangingSessions : public QProcess {
+public:
+    explicit HangingSessions(const testsupport::SoundServer& server) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("PULSE_SERVER", server.address());
+        environment.insert("XDG_DATA_HOME", folder.path());
+        setProcessEnvironment(environment);
+        setStandardErrorFile(folder.filePath("log"));
+        start(PELLION_ENDLESS_SESSIONS, {folder.path(), QString::number(pauseMs)});
+    }
+
+    /// The next event that is told, or an empty one.
+    QByteArray nextEvent(int timeoutMs = patienceMs) {
+        if (!QTest::qWaitFor([this] { return canReadLine(); }, timeoutMs))
+            return {};
+        return readLine().trimmed();
+    }
+
+    /// The contents of the journals.
+    QList<QByteArray> journals() const {
+        return testsupport::contentsOf(folder.filePath("pellion/journal"));
+    }
+
+private:
+    QTemporaryDir folder;
+};
+
+} // namespace
+
+class TestPlaybackNeverStarts : public QObject {
+    Q_OBJECT
+
+private slots:
+    void journalHoldsEveryResponseOfASessionThatHangs();
+};
+
+void TestPlaybackNeverStarts::journalHoldsEveryResponseOfASessionThatHangs() {
+    testsupport::SoundServer server;
+    QVERIFY(server.start());
+    HangingSessions sessions(server);
+    QByteArray event;
+    do {
+        event = sessions.nextEvent();
+        QVERIFY(!event.isEmpty());
+    } while (!event.startsWith("asked 1 "));
+    const QByteArray frequency = event.split(' ').last();
+    // While the program waits for the pause to be over, the device is still there for it. When it
+    // asks for a stream to that device, there is none.
+    QVERIFY(server.freezeAndRemoveSink());
+    QCOMPARE(sessions.nextEvent(2 * pauseMs), QByteArray());
+    server.thaw();
+    QCOMPARE(sessions.nextEvent(2 * pauseMs), QByteArray());
+    QVERIFY(!server.hasSink());
+    QCOMPARE(sessions.state(), QProcess::Running);
+    const QList<QByteArray> expected{"filename\tnTrials\tfrequency matched (Hz)\r\n"
+                                     "target.wav\t1\t" +
+                                     frequency + "\r\n"};
+    QCOMPARE(sessions.journals(), expected);
+
+    const qint64 busyBefore = testsupport::processorTimeMs(sessions.processId());
+    constexpr int watchedMs = 1000;
+    QTest::qWait(watchedMs);
+    const qint64 busyMs = testsupport::processorTimeMs(sessions.processId()) - busyBefore;
+    QVERIFY2(busyMs < watchedMs / 4, qPrintable(QString::number(busyMs)));
+
+    // There is no other way to end it.
+    sessions.kill();
+    QVERIFY(sessions.waitForFinished());
+    QCOMPARE(sessions.journals(), expected);
+}
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return testsupport::runAll<TestPlaybackNeverStarts>(argc, argv);
+}
+
+#include "playback_never_starts.moc"

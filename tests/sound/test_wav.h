@@ -1,0 +1,181 @@
+// The test classes of the WAV files; each is defined in the file that its comment names.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "sound/CWav.h"
+#include "support/FileBytes.h"
+#include "support/StreamCapture.h"
+#include "support/WavBytes.h"
+
+#include <QObject>
+#include <QTemporaryDir>
+
+#include <iostream>
+#include <string>
+
+/// A folder for the files of one test.
+class WavFolder {
+public:
+    [[nodiscard]] QString path(const QString& name) const { return folder_.filePath(name); }
+
+    /// Writes a file and returns its path; an empty one when that fails.
+    [[nodiscard]] std::string write(const QByteArray& bytes,
+                                    const QString& name = "target.wav") const {
+        const bool isWritten = testsupport::writeBytes(path(name), bytes);
+        return isWritten ? path(name).toStdString() : std::string();
+    }
+
+private:
+    QTemporaryDir folder_;
+};
+
+using testsupport::errorsOf;
+
+inline QByteArray headerImage(const CWav& wav) {
+    return {reinterpret_cast<const char*>(&wav.header), static_cast<int>(sizeof(wav.header))};
+}
+
+inline QByteArray rawBytes(const CWav& wav) {
+    return {wav.rawData.data(), static_cast<int>(wav.rawData.size())};
+}
+
+/// One sample at a time, and files too long for the caller (wav_conversion.cpp).
+class TestWavConversion : public QObject {
+    Q_OBJECT
+
+private slots:
+    void bytesPerSample();
+    void sampleOfItsBytes_data();
+    void sampleOfItsBytes();
+    void neighbouringBytesDoNotCount();
+    void fileOfMoreSamplesThanTheCallerTakesIsNotRead_data();
+    void fileOfMoreSamplesThanTheCallerTakesIsNotRead();
+};
+
+/// Samples, header fields and members after a load (test_wav.cpp).
+class TestWavLoading : public QObject {
+    Q_OBJECT
+
+private slots:
+    void freshObjectIsZeroNullAndEmpty();
+    void operationsAndMembersHaveTheirTypes();
+    void headerIsKeptAsInTheFile();
+    void wordBehindTheHeaderIsNotTheAudioFormat();
+    void twentyThousandSamplesOf16Bits();
+    void samplesAreScaledExactly_data();
+    void samplesAreScaledExactly();
+    void everyCodeOf8And16Bits();
+    void every24BitCodeOfACoarseSweep();
+    void channelsStayInterleaved();
+    void dataSizeOfOddBytesGivesWholeSamples_data();
+    void dataSizeOfOddBytesGivesWholeSamples();
+    void bytesBehindTheDataAreLeftAlone();
+    void nextLoadReplacesThePrevious();
+    void dataSizeZeroKeepsPreviousSamples();
+    void uncheckedIdentifiersMayBeAnything();
+};
+
+/// Refused files and their messages, and what they leave behind (wav_refusals.cpp).
+class TestWavRefusals : public QObject {
+    Q_OBJECT
+
+private slots:
+    void messageOfEachBadHeader_data();
+    void messageOfEachBadHeader();
+    void checksHaveTheirOrder();
+    void missingFileLeavesTheObjectAsItWas();
+    void unreadableFileCannotBeOpened();
+    void emptyFileLeavesTheHeader();
+    void failedLoadKeepsSamplesAndTheHeaderRead();
+    void shortHeaderOverwritesOnlyWhatItHolds_data();
+    void shortHeaderOverwritesOnlyWhatItHolds();
+    void onlyRegularFilesAreOpened_data();
+    void onlyRegularFilesAreOpened();
+    void linksToRegularFilesAreFollowed();
+    void convertingUnknownSizesSaysSo_data();
+    void convertingUnknownSizesSaysSo();
+    void messagesAreFlushed();
+};
+
+/// Malformed and unusual files, one after the other (wav_unusual.cpp).
+class TestWavUnusual : public QObject {
+    Q_OBJECT
+
+private slots:
+    void messageResultAndSamples_data();
+    void messageResultAndSamples();
+};
+
+/// Files written, and printed headers and samples (wav_output.cpp).
+class TestWavOutput : public QObject {
+    Q_OBJECT
+
+private slots:
+    void writtenFileEqualsTheOneRead_data();
+    void writtenFileEqualsTheOneRead();
+    void writingTwiceAppends();
+    void freshObjectWritesAHeaderOfZeros();
+    void shortDataAreWrittenAsFarAsHeld();
+    void changedHeaderIsWrittenWithItsDataSize_data();
+    void changedHeaderIsWrittenWithItsDataSize();
+    void pathsThatCannotBeWritten_data();
+    void pathsThatCannotBeWritten();
+    void headerIsPrintedInTwelveLines();
+    void identifiersArePrintedAsFourCharacters();
+    void samplesArePrintedOneALine();
+    void nothingIsPrintedForNoSamples();
+    void printingIgnoresTheFormatOfStandardOutput();
+};
+
+/// Sizes that lie, headers changed by a caller, moves (wav_robustness.cpp).
+class TestWavRobustness : public QObject {
+    Q_OBJECT
+
+private slots:
+    void shortDataLoadWithoutSamples_data();
+    void shortDataLoadWithoutSamples();
+    void sizesAroundThePiecesAreReadWhole_data();
+    void sizesAroundThePiecesAreReadWhole();
+    void changedHeaderConvertsOnlyHeldBytes_data();
+    void changedHeaderConvertsOnlyHeldBytes();
+    void movedObjectTakesEverything();
+    void randomHeadersAgreeWithAPlainReader();
+    void nothingStaysOpen();
+};
+
+/// Files that change under the hands of the reader (wav_changing.cpp).
+class TestWavChanging : public QObject {
+    Q_OBJECT
+
+private slots:
+    void nameThatBecomesAFifoIsNotWaitedFor();
+    void fileThatShrinksIsReadWholeOrAsAShortRead();
+    void fileThatIsReplacedIsNeverMixedWithTheOther();
+};
+
+/// The memory that a load takes, and what happens when it cannot be had (wav_memory.cpp).
+class TestWavMemory : public QObject {
+    Q_OBJECT
+
+private slots:
+    void hugeDeclaredSizeCostsWhatTheFileHolds_data();
+    void hugeDeclaredSizeCostsWhatTheFileHolds();
+    void hugeDeclaredSizeFitsIntoLittleMemory();
+    void memoryEndingWhileReadingIsAShortRead();
+    void memoryEndingWhileConvertingLeavesNoSamples();
+};
+
+/// Files of common programs, and another reader (wav_programs.cpp).
+class TestWavPrograms : public QObject {
+    Q_OBJECT
+
+private slots:
+    void canonicalFilesAreLoaded_data();
+    void canonicalFilesAreLoaded();
+    void otherHeadersAreRefused_data();
+    void otherHeadersAreRefused();
+    void chunkBeforeTheDataIsMisread();
+    void handmadeFilesAgreeWithLibsndfile_data();
+    void handmadeFilesAgreeWithLibsndfile();
+    void writtenFileIsReadBySox();
+};

@@ -1,0 +1,217 @@
+// The test classes of the listener's window, by subject.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/InspectedWindows.h"
+
+#include <QObject>
+#include <QStringList>
+
+/// The listener's window with every member open.
+class OpenSubjectWindow : public testsupport::InspectedSubjectWindow {
+public:
+    using InspectedSubjectWindow::InspectedSubjectWindow;
+
+    using SubjectWindow::colourGrey;
+    using SubjectWindow::colourLeast;
+    using SubjectWindow::colourMost;
+    using SubjectWindow::colourWhite;
+    using SubjectWindow::labelCurrentValue;
+    using SubjectWindow::layoutFrequency;
+    using SubjectWindow::layoutUnused;
+    using SubjectWindow::layoutWindow;
+    using SubjectWindow::pushButtonDone;
+    using SubjectWindow::pushButtonIAmReady;
+    using SubjectWindow::pushButtonPlaySinusoid;
+    using SubjectWindow::pushButtonPlayTarget;
+    using SubjectWindow::reserved;
+    using SubjectWindow::sliderFrequency;
+    using SubjectWindow::spinBoxFrequency;
+    using SubjectWindow::widgetCentral;
+
+    /// The widgets that the listener sees, in the order of their creation.
+    QWidgetList widgets() const;
+};
+
+/// Where a listener can be; each stage is reached from the one before.
+enum class Stage {
+    Waiting,           ///< A new window.
+    TargetRequired,    ///< "I am ready" has been pressed.
+    TargetRequested,   ///< "Play target" has been pressed.
+    TargetPlaying,     ///< The target has started.
+    Adjusting,         ///< The target has ended.
+    SinusoidRequested, ///< "Play sinusoid" has been pressed.
+    SinusoidPlaying,   ///< The sinusoid has started.
+    AdjustingWithDone, ///< The sinusoid has ended.
+};
+Q_DECLARE_METATYPE(Stage)
+
+/// Shows a new window and brings it to a stage by clicks and by the main window's calls.
+void bringTo(OpenSubjectWindow& window, Stage stage);
+
+/// What a button looks like under the mouse, and one that has been used up.
+QString expectedHoverStyle();
+QString expectedGreyStyle();
+
+/// Collects, in the order in which they happen, what a window's signals say and what becomes of its
+/// widgets: "subjectResponded 4 500", "SubjectWindow disabled", "pushButtonDone shown", ...
+class WindowLog : public QObject {
+public:
+    explicit WindowLog(OpenSubjectWindow& window);
+
+    QStringList lines;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
+/// Members, texts, sizes and layout of a new window (test_subject.cpp).
+class TestSubjectWindowLook : public QObject {
+    Q_OBJECT
+
+private slots:
+    void membersStartWithTheirDefaults_data();
+    void membersStartWithTheirDefaults();
+    void coloursAreDeclared();
+    void titleIsSet();
+    void textsOfButtonsAndLabel_data();
+    void textsOfButtonsAndLabel();
+    void widgetsCarryTheirMembersNames_data();
+    void widgetsCarryTheirMembersNames();
+    void spinBoxAndSliderStartAt500From10To1000InStepsOf1();
+    void sliderIsVertical();
+    void labelIsAlignedRightAndVerticallyCentred();
+    void sizePoliciesAndMinimumSizes_data();
+    void sizePoliciesAndMinimumSizes();
+    void spinBoxStyleSheetIsVerbatim();
+    void onlyTheSpinBoxStartsWithAStyleSheet();
+    void gridCells_data();
+    void gridCells();
+    void gridHoldsNothingElse();
+    void labelAndSpinBoxShareARow();
+    void verticalLayoutIsUnused();
+    void windowIsATopLevelWindowEvenWithAParent();
+    void windowIsUsableWhileItsParentIsDisabled();
+    void nothingReachesTheLog();
+};
+
+/// What can be seen and used at each stage, and what the actions do (stages.cpp).
+class TestSubjectWindowStages : public QObject {
+    Q_OBJECT
+
+private slots:
+    void visibleAndEnabledAtEachStage_data();
+    void visibleAndEnabledAtEachStage();
+    void windowIsEnabledUnlessASoundIsDue_data();
+    void windowIsEnabledUnlessASoundIsDue();
+    void stepsOfEachAction_data();
+    void stepsOfEachAction();
+    void playSinusoidShowsDoneAndStoresTheFrequencyBeforeItResponds();
+    void iAmReadySetsButtonsBeforeTheyAreShown();
+    void disabledButtonsTakeNoClick_data();
+    void disabledButtonsTakeNoClick();
+    void onlyMinusOneUnlocks_data();
+    void onlyMinusOneUnlocks();
+    void targetHeardOnceUnlocksTheSinusoid();
+    void minusOneUnlocksEvenBeforeIAmReady();
+    void styleSheetsLeftBehind_data();
+    void styleSheetsLeftBehind();
+    void doneStaysVisibleOnceShown();
+    void labelStaysGrey();
+    void choiceButtonsAreEnabledTogether();
+    void choiceButtonsAreDisabledTogether();
+};
+
+/// Spin box, slider and the frequencies received (frequency.cpp).
+class TestSubjectWindowFrequency : public QObject {
+    Q_OBJECT
+
+private slots:
+    void inputMovesBothControls_data();
+    void inputMovesBothControls();
+    void setValueMovesBothControls_data();
+    void setValueMovesBothControls();
+    void eachChangeIsToldOnce();
+    void playSinusoidSendsWhatBothControlsShow_data();
+    void playSinusoidSendsWhatBothControlsShow();
+    void typedValuesAreLimitedToTheRange_data();
+    void typedValuesAreLimitedToTheRange();
+    void receivedParametersReachMembersAndControls_data();
+    void receivedParametersReachMembersAndControls();
+    void receivedParametersReachTheSpinBoxBeforeTheSlider();
+    void receivedValueOutsideTheRangeIsLimitedByTheControlsOnly_data();
+    void receivedValueOutsideTheRangeIsLimitedByTheControlsOnly();
+    void receivedRangeUpsideDownCollapses();
+    void setSliderParametersAppliesTheMembers();
+    void pressingPlaySinusoidOverwritesTheReceivedFrequency();
+};
+
+/// The close question and its answers (closing.cpp).
+class TestSubjectWindowClosing : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void questionAsksAsLaidDown();
+    void questionIsTranslated();
+    void answersByEachWayOfClosing_data();
+    void answersByEachWayOfClosing();
+    void windowManagerClosesAtEveryStage_data();
+    void windowManagerClosesAtEveryStage();
+    void refusedClosingLeavesTheStageAsItWas_data();
+    void refusedClosingLeavesTheStageAsItWas();
+    void windowIsStillShownWhenItsClosingIsTold();
+    void closedWindowStaysAChild();
+    void hiddenWindowHoldsNothingOfTheWindowSystem_data();
+    void hiddenWindowHoldsNothingOfTheWindowSystem();
+    void closedWindowCanBeShownAgain();
+    void minimisedOrReshownWindowIsNotReleased_data();
+    void minimisedOrReshownWindowIsNotReleased();
+    void secondRequestUnderTheQuestionAsksNoSecondQuestion();
+    void questionCanBeAnsweredWhenASoundStartsUnderIt_data();
+    void questionCanBeAnsweredWhenASoundStartsUnderIt();
+    void soundThatEndsUnderTheQuestionUnlocksTheWindow();
+    void questionCanBeAskedAgain();
+    void windowCanGoWhileTheQuestionIsOpen();
+};
+
+/// Where the keyboard is around sounds and questions (keyboard.cpp).
+class TestSubjectWindowKeyboard : public QObject {
+    Q_OBJECT
+
+private slots:
+    void sessionNeedsTheTabKeyForChangesOnly();
+    void frequencyControlsKeepTheFocus_data();
+    void frequencyControlsKeepTheFocus();
+    void halfTypedFrequency_data();
+    void halfTypedFrequency();
+    void selectedFrequencyIsStillReplacedByTyping();
+    void unaskedSoundLeavesTheKeyboardWhereItWas();
+    void controlThatCannotBeUsedIsNotGivenTheKeyboard_data();
+    void controlThatCannotBeUsedIsNotGivenTheKeyboard();
+    void windowBehindAnotherTakesNoKeyboard();
+    void refusedQuestionGivesTheKeyboardBack_data();
+    void refusedQuestionGivesTheKeyboardBack();
+    void questionKeepsTheKeyboardWhateverSounds_data();
+    void questionKeepsTheKeyboardWhateverSounds();
+};
+
+/// Placement, meta-object and destruction (life.cpp).
+class TestSubjectWindowLife : public QObject {
+    Q_OBJECT
+
+private slots:
+    void newWindowCovers70By80PercentOfTheScreenInItsMiddle();
+    void fractionsOfTheScreen_data();
+    void fractionsOfTheScreen();
+    void windowThatIsNotCentredStaysButKeepsItsFrameOnTheScreen_data();
+    void windowThatIsNotCentredStaysButKeepsItsFrameOnTheScreen();
+    void metaObjectNumbersItsMethods_data();
+    void metaObjectNumbersItsMethods();
+    void slotsAreNotConnectedByName();
+    void destructorDeletesTheMembersInOrder();
+    void destructorForgetsWhatItHasDeleted();
+    void destructorLeavesNothingAtAnyStage_data();
+    void destructorLeavesNothingAtAnyStage();
+    void windowGoesWithItsParent();
+};
