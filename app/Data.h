@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/DesktopFolder.h"
 #include "app/Record.h"
+#include "base/Numbers.h"
 
 #include <QString>
 #include <QStringList>
@@ -13,8 +13,8 @@
 /// starts with. The main window owns one; the widgets mirror it: initParameters() copies it into
 /// them at start, getParameters() copies them back.
 struct Data {
-    double samplingRate = 40000.0; ///< Hz, of everything generated and played.
-    double soundDuration = 0.25;   ///< Seconds, of one sound.
+    double samplingRate = playedRate; ///< Hz, of everything generated and played.
+    double soundDuration = 0.25;      ///< Seconds, of one sound.
     /// Samples of one sound: floor(soundDuration x samplingRate); from a target's loading to "Go",
     /// which reads the fields again, those of its file.
     int nSamples = 10000;

@@ -51,7 +51,7 @@ MainWindow::MainWindow(QWidget* parent)
     displayEmptyWav();
     displayEmptyFFT();
     displayEmptyTrend();
-    setUpAccess();
+    setUpAccessibility();
 }
 
 MainWindow::~MainWindow() {

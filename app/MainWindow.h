@@ -4,15 +4,15 @@
 // One class, implemented in several folders, one subject a file:
 //
 //   1  Life and assembly         app/MainWindow.cpp
-//   2  Layout and placement      app/WindowLayout.cpp, WindowAccess.cpp
-//   3  Settings                  app/WindowSettings.cpp
-//   4  Session control           session/SessionControl.cpp
-//   5  Responses                 session/ResponseHandling.cpp
-//   6  Results file              session/ResultsFile.cpp
-//   7  Target                    sound/TargetSelection.cpp
-//   8  Playback                  sound/Playback.cpp
-//   9  Charts                    charts/ChartScaffolding.cpp, WaveformChart.cpp,
-//                                SpectrumChart.cpp, TrendChart.cpp
+//   2  Layout and accessibility  app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
+//   3  Settings                  app/MainWindowSettings.cpp
+//   4  Session control           session/MainWindowSession.cpp
+//   5  Responses                 session/MainWindowResponses.cpp
+//   6  Results file              session/MainWindowResults.cpp
+//   7  Target                    sound/MainWindowTarget.cpp
+//   8  Playback                  sound/MainWindowPlayback.cpp
+//   9  Charts                    charts/MainWindowCharts.cpp, MainWindowWaveform.cpp,
+//                                MainWindowSpectrum.cpp, MainWindowTrend.cpp
 //
 // The road of a session: "Practice" or "Experiment" prepares it (getReadyToGo: read the controls,
 // choose a target, load it, draw it); "Go" opens the listener's window. Each of the listener's
@@ -73,7 +73,7 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    // 1 Life and assembly
+    // 1 Life and assembly: app/MainWindow.cpp
 
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
@@ -82,7 +82,7 @@ public:
     MainWindow& operator=(const MainWindow&) = delete;
     MainWindow& operator=(MainWindow&&) = delete;
 
-    // 2 Layout and placement
+    // 2 Layout and accessibility: app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
 
     /// Places and titles the window and lays out its widgets.
     void setupGUIMainWindow();
@@ -90,17 +90,17 @@ public:
     /// Covers the given fractions (limited to 0..1) of the primary screen's available size.
     void centerAndResizeMainWindow(bool center, double widthFraction, double heightFraction);
 
-    // 3 Settings
+    // 3 Settings: app/MainWindowSettings.cpp
 
-    /// Copies the settings into the widgets, tells which of these can be used, sizes the vectors,
-    /// and lays down fonts, audio format and sounds per presentation. Called once.
+    /// Copies the settings into the widgets, enables those that can be used, sizes the vectors,
+    /// and sets fonts, audio format and sounds per presentation. Called once.
     void initParameters();
 
     /// Copies the widgets back into the settings and recomputes the sample counts. A text that is
     /// no number counts as 0.
     void getParameters();
 
-    // 4 Session control
+    // 4 Session control: session/MainWindowSession.cpp
 
     /// Prepares a session: reads the controls, lets the experimenter choose a target, loads and
     /// draws it and empties the trend. Where no target could be had, charts, trend and texts
@@ -116,12 +116,12 @@ public:
     /// Disables the whole window.
     void disableAllComponents();
 
-    // 5 Responses
+    // 5 Responses: session/MainWindowResponses.cpp
 
     /// Shows the match of the first record in its field.
     void updateFrequencyMatched();
 
-    // 6 Results file
+    // 6 Results file: session/MainWindowResults.cpp
 
     /// Proposes a name for the results file from subject code, session type and file number.
     void updateOutputFileName();
@@ -131,7 +131,7 @@ public:
     /// opened or written is reported in a warning box, and the session's journal is kept.
     void writeDataToTxt();
 
-    // 7 Target
+    // 7 Target: sound/MainWindowTarget.cpp
 
     /// Lets the experimenter choose a target file, which becomes the only record.
     void selectWavFile();
@@ -146,7 +146,7 @@ public:
     /// Shows the folder and file name of the current target.
     void updateWavTextFields();
 
-    // 8 Playback
+    // 8 Playback: sound/MainWindowPlayback.cpp
 
     /// Synthesises the comparison sinusoid at frequencyCurrent.
     void genSinusoid();
@@ -155,7 +155,7 @@ public:
     /// trial. Returns its position.
     int playWav();
 
-    // 9 Charts
+    // 9 Charts: charts/MainWindowCharts.cpp, ...Waveform.cpp, ...Spectrum.cpp, ...Trend.cpp
 
     void displayEmptyWav();   ///< Creates the empty waveform chart, once.
     void displayEmptyFFT();   ///< Creates the empty spectrum chart, once.
@@ -195,35 +195,35 @@ signals:
     void stateChanged(QAudio::State audioState);
 
 public slots:
-    // 4 Session control
+    // 4 Session control: session/MainWindowSession.cpp
     void on_pushButtonPractice_clicked();
     void on_pushButtonExperiment_clicked();
     void on_pushButtonGo_clicked();
 
-    // 5 Responses
+    // 5 Responses: session/MainWindowResponses.cpp
 
     /// Answers a request of the listener: 2 plays the target, 4 a sinusoid at `frequency` (Hz),
     /// 0 only logs the start, anything else is reported in a warning box.
     void updateMainwindow(int response, int frequency);
 
-    // 8 Playback
+    // 8 Playback: sound/MainWindowPlayback.cpp
 
     /// Plays the sound that is due, the sinusoid or the target, and emits soundPlaying(). A
     /// sinusoid is shown as the match and counted as a response.
     void playOneSound();
 
-    // 4 Session control
+    // 4 Session control: session/MainWindowSession.cpp
 
     /// Does nothing; holds its place among the slots.
     void doNothing();
 
-    // 8 Playback
+    // 8 Playback: sound/MainWindowPlayback.cpp
 
     /// Releases the audio output when it has drained and emits soundPlaying(-1), which unlocks the
     /// listener's window; reports an output that failed, or ended early, on the log.
     void handleStateChanged(QAudio::State audioState);
 
-    // 4 Session control
+    // 4 Session control: session/MainWindowSession.cpp
     void on_comboBoxSesType_currentIndexChanged(int index);
     void on_comboBoxSoundType_currentIndexChanged(int index);
     void on_comboBoxMainParameter_currentIndexChanged(int index);
@@ -236,7 +236,8 @@ public slots:
 
     // Protected rather than private: tests, benchmarks and the fuzzer derive from the window.
 protected:
-    // 1 Life and assembly: the phases of the constructor, and closing
+    // 1 Life and assembly: app/MainWindow.cpp
+    // (the phases of the constructor, and closing)
 
     /// Ignored while the window is disabled for a session: a window manager's close button reaches
     /// disabled windows too, and would take the unsaved responses with it.
@@ -246,15 +247,15 @@ protected:
     void createLayouts();
     void connectWidgets();
 
-    // 2 Layout and placement
+    // 2 Layout and accessibility: app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
     void layOutControls();
     void layOutRow(int row, std::initializer_list<QWidget*> widgets);
-    void setUpAccess();
+    void setUpAccessibility();
     void nameFields();
     void nameButtons();
     void nameCharts();
 
-    // 4 Session control
+    // 4 Session control: session/MainWindowSession.cpp
     void prepareSession(int repetitions, int sessionTypeIndex);
     /// Loads and draws the target that has been chosen, for nRepetitions. Needs sequencePosition
     /// and soundsPlayed at 0. A file that is refused leaves charts, trend and texts as they are,
@@ -262,17 +263,19 @@ protected:
     void prepareTarget();
     void saveResultsAndAdvanceFileNumber();
 
-    // 5 Responses
-    void showThatNothingIsMatchedYet();
+    // 5 Responses: session/MainWindowResponses.cpp
+    void showNoMatchYet();
+    Record* firstRecord();
+    void recordResponse(double frequencyMatched);
     void journalResponses();
 
-    // 7 Target
+    // 7 Target: sound/MainWindowTarget.cpp
     void chooseTarget(const QFileInfo& file);
     bool loadTarget(Record& record);
     bool keepEarlierTarget(Record& record);
     void refuseTarget();
 
-    // 8 Playback
+    // 8 Playback: sound/MainWindowPlayback.cpp
     void setUpAudioFormat();
     void schedulePresentation();
     void cancelPresentation();
@@ -280,7 +283,9 @@ protected:
     void releaseAudioOutput();
     void deleteReleasedOutputs();
 
-    // 9 Charts
+    // 9 Charts: charts/MainWindowCharts.cpp, ...Waveform.cpp, ...Spectrum.cpp, ...Trend.cpp
+    /// The y axis of the empty trend runs from 0 to this.
+    static constexpr double emptyTrendTop = 4;
     void setUpFonts();
     void sizeSpectrum();
     void deleteCharts();
@@ -342,8 +347,8 @@ protected:
     QVector<double> trendTrials;     ///< Count of responses at each request of a sinusoid.
     /// Hz, of each request of a sinusoid in the session: what journal and results file hold.
     QVector<double> trendFrequencies;
-    QVector<double> rangeWav;      ///< Least and largest sample of the target.
-    QVector<double> rangeFFT;      ///< Least and largest amplitude of the spectrum.
+    QVector<double> rangeWav;      ///< Minimum and maximum sample of the target.
+    QVector<double> rangeFFT;      ///< Minimum and maximum amplitude of the spectrum.
     QVector<double> rangeTrend;    ///< Hz, lower and upper end of the trend's y range.
     int windowType = 0;            ///< Analysis window: 0 none, 1 Hann. Nothing changes it.
     qint64 fftLength = 1024;       ///< Values transformed, a power of two; sized before use.

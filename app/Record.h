@@ -2,9 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/DesktopFolder.h"
-
+#include <QStandardPaths>
 #include <QString>
+
+/// Returns the user's desktop folder as the platform reports it, or an empty text where the
+/// platform reports none: where target files are looked for and results files are proposed.
+inline QString desktopFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+}
 
 /// A target sound file and its match. The match of a session always lives in the first record
 /// of Data::records, whichever target is played.

@@ -1,7 +1,7 @@
 // The program's entry.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
-#include "app/Version.h"
+#include "base/Version.h"
 #include "session/ResponseJournal.h"
 
 #include <QApplication>
@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(programVersion());
     QApplication::setDesktopFileName(QStringLiteral("pellion"));
     QApplication::setWindowIcon(programIcon());
-    nameKeptJournals(journalFolder());
+    reportLeftoverJournals(journalFolder());
     MainWindow window;
     window.show();
     return QApplication::exec();

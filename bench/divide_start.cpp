@@ -155,7 +155,7 @@ void waitForPainting(const WatchedWindow& window) {
     QApplication::setApplicationName(QStringLiteral("pellion"));
     QApplication::setWindowIcon(isIconOfFiles ? iconOfFiles() : iconOfPictures());
     steps.end("icon");
-    nameKeptJournals(journalFolder());
+    reportLeftoverJournals(journalFolder());
     steps.end("journals");
     if (QFontMetrics(QApplication::font()).horizontalAdvance(u'0') <= 0)
         fail("no font");

@@ -1,17 +1,35 @@
-// The one-sided amplitude spectrum of a sound.
+// The one-sided amplitude spectrum of a sound, and how long it is.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "charts/AmplitudeSpectrum.h"
 
 #include "DynArray.h"
 #include "FFTReal.h"
+#include "base/Numbers.h"
 
 #include <algorithm>
 #include <cmath>
 
+SpectrumSizing spectrumSizing(int nSamples, double samplingRate, double maxFrequency) {
+    constexpr double ln2 = 0.6931471805599453;
+    SpectrumSizing sizing{};
+    const double exponent = std::ceil(std::log(static_cast<double>(std::max(nSamples, 1))) / ln2);
+    sizing.length = static_cast<qint64>(std::pow(2.0, exponent));
+    sizing.frameDurationSeconds = static_cast<double>(sizing.length) / samplingRate;
+    sizing.pointsToPlot =
+        std::clamp(truncatedToInt(sizing.frameDurationSeconds * maxFrequency), 0, sizing.bins());
+    return sizing;
+}
+
+qint64 spectrumMemory(int nSamples) {
+    const qint64 length = spectrumSizing(nSamples, 1.0, 0.0).length;
+    // Input, output, scratch, bit reversal; half a length each of cosines, frequencies, amplitudes
+    // and phases.
+    return (4 * length + 4 * length / 2) * qint64(sizeof(double));
+}
+
 void applyAnalysisWindow(QVector<double>& samples, int windowType, int nSamples) {
     if (windowType == NoWindow)
         return;
-    constexpr double twoPi = 6.283185307179586;
     int i = 0;
     for (double& sample : samples) {
         const double weight =

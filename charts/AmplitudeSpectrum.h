@@ -1,10 +1,29 @@
-// The one-sided amplitude spectrum of a sound.
+// The one-sided amplitude spectrum of a sound, and how long it is.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QVector>
 
-/// The window that is laid over a sound before its transform. Any other number zeroes the sound.
+/// The length of a transform and what follows from it.
+struct SpectrumSizing {
+    qint64 length;               ///< Values transformed: the smallest power of two >= nSamples.
+    double frameDurationSeconds; ///< length / samplingRate; also the number of bins per hertz.
+    int pointsToPlot;            ///< Bins up to the highest frequency shown, at most length / 2.
+
+    /// Bins of the spectrum, from 0 to just below half the sampling rate.
+    int bins() const { return static_cast<int>(length / 2); }
+};
+
+/// Returns the sizes for a sound of nSamples (1 to 2^28) at samplingRate (Hz), shown up to
+/// maxFrequency (Hz). A count below 1 is sized as 1.
+SpectrumSizing spectrumSizing(int nSamples, double samplingRate, double maxFrequency);
+
+/// Returns about the bytes that the spectrum of nSamples takes: input, output, scratch and bit
+/// reversal of the transform, its cosines, and the three vectors that are filled.
+qint64 spectrumMemory(int nSamples);
+
+/// The window by which a sound is multiplied before its transform. Any other number zeroes the
+/// sound.
 enum AnalysisWindow : int { NoWindow = 0, HannWindow = 1 };
 
 /// Multiplies the samples in place by an analysis window; NoWindow leaves them as they are. The
@@ -22,8 +41,7 @@ struct SpectrumVectors {
 /// Transforms `samples`, zero-padded at their end or cut off to `length`, and fills `spectrum` as
 /// fillSpectrum() does.
 ///
-/// Takes some 36 bytes a value of `length` until it returns; throws std::bad_alloc when they cannot
-/// be had.
+/// Takes memory (see spectrumMemory()) until it returns; throws std::bad_alloc if there is none.
 ///
 /// @param length               a power of two from 1 to 2^30; another ends the program
 /// @param nSamples             the sample count of the sound
@@ -32,7 +50,7 @@ void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int
                               double frequencyResolution, const SpectrumVectors& spectrum);
 
 /// Fills the first length / 2 elements of each vector of `spectrum`, which must have them, from the
-/// `length` values of a transform, in the layout that FFTReal.h tells.
+/// `length` values of a transform, in the layout that FFTReal.h describes.
 ///
 /// Amplitudes are sqrt(re^2 + im^2) divided by nSamples / 2 in integer division: half the length
 /// of the sound, not of the padded transform, so that padding does not lower them. Bin 0 takes

@@ -1,8 +1,17 @@
-// What the waveform and the spectrum chart have in common.
+// The points of the waveform and spectrum charts, and their ranges.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "charts/ChartPoints.h"
 
+#include "base/Numbers.h"
+
 #include <algorithm>
+
+PlottedStretch plottedStretch(double plotDuration, double samplingRate, int nSamples) {
+    const int points = sampleCount(plotDuration, samplingRate);
+    if (nSamples < points)
+        return {nSamples, nSamples / samplingRate};
+    return {points, plotDuration};
+}
 
 void pairPoints(const QVector<double>& x, const QVector<double>& y, int count,
                 QVector<QPointF>& points) {

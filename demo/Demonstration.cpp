@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "demo/Demonstration.h"
 
-#include "app/DesktopFolder.h"
 #include "app/MainWindow.h"
+#include "app/Record.h"
 #include "demo/NumberedPicture.h"
 #include "demo/SimulatedListener.h"
 #include "subject/SubjectWindow.h"

@@ -12,8 +12,8 @@
 // Each input is prepared twice, first in a window without a target, then behind a good one.
 #include "app/MainWindow.h"
 
+#include "base/Numbers.h"
 #include "fuzz/Harness.h"
-#include "sound/SampleCount.h"
 #include "tests/support/PlainReading.h"
 
 #include <QApplication>
@@ -127,7 +127,8 @@ public:
         checkCharts();
         // As "Go" does: the duration shown has to give a sound that can be played.
         getParameters();
-        require(data.nSamples >= 1 && data.nSamples <= mostSamples, "the sound can be played");
+        require(data.nSamples >= 1 && data.nSamples <= maximumSampleCount,
+                "the sound can be played");
         require(data.nPointsToPlot <= data.nSamples, "no more is drawn than there is");
     }
 
@@ -214,7 +215,7 @@ void prepareBehindAGoodTarget(FuzzedWindow& window, const MemoryFile& file,
                                            "\x40\x9c\0\0\1\0\x08\0data\4\0\0\0\x10\xc0\x40\xff",
                                            48);
     static const MemoryFile earlierFile(fourSamples);
-    static const PlainReading earlier(fourSamples, mostSamples);
+    static const PlainReading earlier(fourSamples, maximumSampleCount);
     window.startAfresh();
     require(window.prepare(earlierFile.path()), "a good target is accepted");
     window.checkPrepared(earlier);
@@ -267,7 +268,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     static const MemoryFile file;
     const std::string_view content = fuzzing::textOf(bytes, size);
     file.replace(content);
-    const PlainReading reading(content, mostSamples);
+    const PlainReading reading(content, maximumSampleCount);
     const bool isUsable = prepareInAFreshWindow(theWindow(), file, reading);
     prepareBehindAGoodTarget(theWindow(), file, reading, isUsable);
     // What is still held would have the whole memory searched for leaks after every input.

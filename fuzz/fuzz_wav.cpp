@@ -4,9 +4,9 @@
 // An input is the content of a file. Besides crashes and errors of memory, findings are whatever
 // differs from a plain reading of the same bytes: header, data and samples after loading, after
 // conversions of a header that a caller has changed, and in the files written back.
+#include "base/Numbers.h"
 #include "fuzz/Harness.h"
 #include "sound/CWav.h"
-#include "sound/SampleCount.h"
 #include "tests/support/PlainReading.h"
 
 #include <cstring>
@@ -34,7 +34,7 @@ std::string_view dataOf(const CWav& wav) {
 }
 
 PlainReading plainReading(std::string_view file) {
-    return {file, mostSamples};
+    return {file, maximumSampleCount};
 }
 
 void requireSamples(const CWav& wav, const std::vector<double>& samples) {
@@ -44,7 +44,7 @@ void requireSamples(const CWav& wav, const std::vector<double>& samples) {
 }
 
 void load(const MemoryFile& file, const PlainReading& expected, CWav& wav) {
-    wav.mostSamplesPerChannel = mostSamples;
+    wav.maximumSamplesPerChannel = maximumSampleCount;
     require(wav.LoadWav(file.path()) == expected.isLoaded, "the header decides what is loaded");
     require(headerImage(wav) == expected.header, "the header is the file's");
 }

@@ -94,7 +94,7 @@ QString journalFolder() {
            QStringLiteral("/journal");
 }
 
-void nameKeptJournals(const QString& folder) {
+void reportLeftoverJournals(const QString& folder) {
     const QDir journals(folder);
     const QStringList names =
         journals.entryList({u'*' + ending()}, QDir::Files, QDir::Time | QDir::Reversed);

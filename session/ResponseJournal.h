@@ -15,7 +15,7 @@ QString journalFolder();
 /// Names the journals in a folder on standard error, one a line, oldest first: those of earlier
 /// sessions whose results were not saved, which nobody may have been told. Those that a running
 /// program still writes are passed over.
-void nameKeptJournals(const QString& folder);
+void reportLeftoverJournals(const QString& folder);
 
 /// Returns the name of a journal without folder: the results file's, with what a file name cannot
 /// hold replaced by "_" and shortened to 60 characters, then the session's start, ".txt".

@@ -1,8 +1,15 @@
-// What a results file holds.
+// The name and the text of a results file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/ResultsText.h"
 
 #include <QTextStream>
+
+QString proposedOutputFileName(const QString& subjectCode, const QString& sessionType,
+                               int fileNumber) {
+    constexpr int minimumDigits = 3;
+    const QString number = QString::number(fileNumber).rightJustified(minimumDigits, u'0');
+    return subjectCode + u'_' + sessionType + number + QStringLiteral(".txt");
+}
 
 QString resultsHeader() {
     return QStringLiteral("filename\tnTrials\tfrequency matched (Hz)\r\n");

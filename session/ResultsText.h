@@ -1,9 +1,14 @@
-// What a results file holds.
+// The name and the text of a results file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QString>
 #include <QVector>
+
+/// Returns subjectCode_sessionTypeNNN.txt, NNN the file number with at least three digits:
+/// "SUB001_practice001.txt". A longer number is written whole.
+QString proposedOutputFileName(const QString& subjectCode, const QString& sessionType,
+                               int fileNumber);
 
 /// Returns the first line of a results file, which names the fields.
 QString resultsHeader();

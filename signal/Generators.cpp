@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "signal/OstrelClasses.h"
 
+#include "base/Numbers.h"
 #include "signal/PointCount.h"
 #include "signal/RandomGenerator.h"
 
 #include <cmath>
 
 namespace {
-constexpr double twoPi = 6.283185307179586;
 constexpr double radiansPerDegree = 0.017453292519943295;
 } // namespace
 

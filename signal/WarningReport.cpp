@@ -1,26 +1,25 @@
-// How the signal library reports what a caller should not have asked for.
+// How the signal library reports calls with arguments that it warns of.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "signal/WarningReport.h"
 
-#include <QApplication>
-#include <QMessageBox>
 #include <QString>
-#include <QThread>
 
 #include <iostream>
+#include <utility>
 
 namespace {
-
-bool canShowBoxes() {
-    const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
-    return application != nullptr && application->thread() == QThread::currentThread();
-}
-
+// Constant-initialised, so that it can be replaced while other files are being initialised.
+WarningReporter currentReporter = printWarning;
 } // namespace
 
+void printWarning(const QString& text) {
+    std::cerr << text.toStdString() << std::endl;
+}
+
 void reportWarning(const QString& text) {
-    if (canShowBoxes())
-        QMessageBox::warning(nullptr, QStringLiteral("Warning"), text, QMessageBox::Ok);
-    else
-        std::cerr << text.toStdString() << std::endl;
+    currentReporter(text);
+}
+
+WarningReporter setWarningReporter(WarningReporter reporter) {
+    return std::exchange(currentReporter, reporter);
 }

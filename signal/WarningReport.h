@@ -1,10 +1,22 @@
-// How the signal library reports what a caller should not have asked for.
+// How the signal library reports calls with arguments that it warns of.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 class QString;
 
-/// Shows a modal box without a parent, titled "Warning", with the text and a single OK button, and
-/// returns when it has been closed. Where no box can be shown, in a program without widgets or in
-/// a thread other than that of the windows, the text is one line on standard error instead.
+/// Takes the text of a warning and returns when it has been reported.
+using WarningReporter = void (*)(const QString& text);
+
+/// Prints a text as one line on standard error.
+void printWarning(const QString& text);
+
+/// Reports a warning by the reporter that was set, printWarning() at first.
+///
+/// Programs that link the windows show a modal box without a parent, titled "Warning", with the
+/// text and a single OK button; in a program without a QApplication, or outside its thread, the
+/// text is printed.
 void reportWarning(const QString& text);
+
+/// Replaces the reporter, which must not be null, and returns the earlier one. To be called before
+/// other threads report.
+WarningReporter setWarningReporter(WarningReporter reporter);

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/CWav.h"
 
-#include "sound/LargePages.h"
+#include "base/HugePages.h"
 #include "sound/RegularFile.h"
 #include "sound/SampleConversion.h"
 
@@ -36,7 +36,7 @@ constexpr std::size_t samplesPerBlock = 1024;
 template <typename Encoding>
 void fillSamples(std::string_view bytes, std::size_t maximum, std::vector<double>& samples) {
     std::size_t remaining = std::min(maximum, bytes.size() / Encoding::byteCount);
-    reserveOnLargePages(samples, remaining);
+    reserveOnHugePages(samples, remaining);
     const char* source = bytes.data();
     while (remaining > 0) {
         const std::size_t count = std::min(remaining, samplesPerBlock);
@@ -50,7 +50,7 @@ void fillSamples(std::string_view bytes, std::size_t maximum, std::vector<double
 }
 
 /// Calls a function that makes room in vectors; returns whether the memory could be had.
-template <typename Function> bool hasMemoryFor(Function&& function) {
+template <typename Function> bool tryAllocating(Function&& function) {
     try {
         std::forward<Function>(function)();
     } catch (const std::bad_alloc&) {
@@ -74,14 +74,14 @@ std::size_t remainingBytes(std::istream& file) {
 /// memory ends before.
 void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) {
     // Spares the copies that growing piece by piece would cost. One more, to meet the end in.
-    bool hasRoom = hasMemoryFor(
-        [&] { reserveOnLargePages(bytes, std::min(wanted, remainingBytes(file) + 1)); });
+    bool hasRoom = tryAllocating(
+        [&] { reserveOnHugePages(bytes, std::min(wanted, remainingBytes(file) + 1)); });
     std::size_t obtained = 0;
     while (hasRoom && obtained < wanted && file) {
         std::size_t piece = std::min(wanted - obtained, bytesPerPiece);
         if (bytes.capacity() > obtained) // the room there is first, before any more is asked for
             piece = std::min(piece, bytes.capacity() - obtained);
-        hasRoom = hasMemoryFor([&] { bytes.resize(obtained + piece); });
+        hasRoom = tryAllocating([&] { bytes.resize(obtained + piece); });
         if (hasRoom) {
             file.read(bytes.data() + obtained, static_cast<std::streamsize>(piece));
             obtained += static_cast<std::size_t>(file.gcount());
@@ -123,7 +123,7 @@ CWav& CWav::operator=(CWav&& other) noexcept {
 
 void CWav::exchangeWith(CWav& other) noexcept {
     std::swap(header, other.header);
-    std::swap(mostSamplesPerChannel, other.mostSamplesPerChannel);
+    std::swap(maximumSamplesPerChannel, other.maximumSamplesPerChannel);
     std::swap(audioFormatWord, other.audioFormatWord);
     std::swap(rawData, other.rawData);
     std::swap(bytesRead, other.bytesRead);
@@ -151,9 +151,9 @@ bool CWav::LoadWav(std::string fileName) {
 
     numberOfSamples = header.dataSize / (header.bitsPerSample / 8U);
     if (header.dataSize != 0) {
-        const std::uint64_t mostSamples =
-            mostSamplesPerChannel * std::max<std::uint64_t>(header.numberOfChannels, 1);
-        const bool isTooLong = numberOfSamples > mostSamples;
+        const std::uint64_t maximumSampleCount =
+            maximumSamplesPerChannel * std::max<std::uint64_t>(header.numberOfChannels, 1);
+        const bool isTooLong = numberOfSamples > maximumSampleCount;
         readUpTo(isTooLong ? 0 : header.dataSize, file, rawData);
         bytesRead = static_cast<std::int64_t>(rawData.size());
         ConvertData();
@@ -168,7 +168,7 @@ void CWav::ConvertData() {
     const std::size_t heldBytes = std::min<std::size_t>(header.dataSize, rawData.size());
     const std::string_view bytes(rawData.data(), isComplete ? heldBytes : 0);
     // Without memory there are no samples, as after a short read.
-    hasMemoryFor([&] {
+    tryAllocating([&] {
         switch (header.bitsPerSample) {
         case 8:
             return fillSamples<Unsigned8Bit>(bytes, numberOfSamples, samples);

@@ -98,7 +98,7 @@ public:
 
     /// Files that declare more samples than this are not worth reading to the caller: they count as
     /// files that end before their data.
-    std::uint64_t mostSamplesPerChannel = std::numeric_limits<std::uint32_t>::max();
+    std::uint64_t maximumSamplesPerChannel = std::numeric_limits<std::uint32_t>::max();
 
 private:
     void exchangeWith(CWav& other) noexcept;

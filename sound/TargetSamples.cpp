@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/TargetSamples.h"
 
-#include "app/SettingsText.h"
-#include "charts/SpectrumSizing.h"
+#include "base/Numbers.h"
+#include "charts/AmplitudeSpectrum.h"
 #include "sound/CWav.h"
-#include "sound/SampleCount.h"
 
 #include <QFile>
 
@@ -17,20 +16,16 @@
 namespace {
 
 bool isPlayableCount(double count) {
-    return count >= 1.0 && count <= mostSamples;
+    return count >= 1.0 && count <= maximumSampleCount;
 }
 
 /// About the bytes that preparing and playing a target take.
 qint64 bytesToPrepare(int samplesLoaded, int samplesPlayed) {
     constexpr auto bytesPerDouble = qint64(sizeof(double));
-    const qint64 length = spectrumSizing(samplesLoaded, 1.0, 0.0).length;
-    // Input, output, scratch, bit reversal; half a length each of cosines, frequencies,
-    // amplitudes and phases.
-    const qint64 spectrum = (4 * length + 4 * length / 2) * bytesPerDouble;
     const qint64 target = samplesLoaded * bytesPerDouble;
     // The sinusoid, the sound that is due, and its bytes for the output.
     const qint64 playing = samplesPlayed * (2 * bytesPerDouble + qint64(sizeof(float)));
-    return target + spectrum + playing;
+    return target + spectrumMemory(samplesLoaded) + playing;
 }
 
 /// Bytes of memory and swap that are free or can be freed, as far as the system tells.

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "subject/SubjectWindow.h"
 
-#include "app/Access.h"
-#include "app/OrderedDeletion.h"
-#include "app/Version.h"
-#include "app/WindowPlacement.h"
 #include "subject/ResponseCode.h"
+#include "window/Accessibility.h"
+#include "window/OrderedDeletion.h"
+#include "window/WindowPlacement.h"
+#include "window/WindowTitle.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -74,7 +74,7 @@ SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
                    frequencyStepSize);
     connectWidgets();
     setupGUISubjectWindow();
-    setUpAccess();
+    setUpAccessibility();
 }
 
 SubjectWindow::~SubjectWindow() {
@@ -173,7 +173,7 @@ void SubjectWindow::sizeWidgets() {
     labelCurrentValue->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 }
 
-void SubjectWindow::setUpAccess() {
+void SubjectWindow::setUpAccessibility() {
     labelCurrentValue->setBuddy(spinBoxFrequency);
     describe(pushButtonIAmReady, pushButtonIAmReady->text(),
              QStringLiteral("Shows the controls of the session"));

@@ -85,7 +85,7 @@ protected:
     void connectWidgets();
     void placeWidgets();
     void sizeWidgets();
-    void setUpAccess();
+    void setUpAccessibility();
 
     /// Disables the window, but not the question whether to close it.
     void lock();

@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Findings.h"
 
-#include "app/SettingsText.h"
+#include "base/Numbers.h"
 #include "sound/TargetSamples.h"
 #include "tools/HeaderObjections.h"
 #include "tools/IntendedSound.h"
-#include "tools/PlayedRate.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,7 +19,7 @@ QString programsAnswer(const Inspection& inspection, bool isLoaded) {
         return QStringLiteral("The program refuses it (\"%1\") and goes on with the earlier "
                               "target, if there is one.")
             .arg(inspection.programMessage);
-    if (!isUsableTarget(inspection.program, playedRate()))
+    if (!isUsableTarget(inspection.program, playedRate))
         return QStringLiteral("The program cannot play it (\"Unusable WAV file: %1\") and goes on "
                               "with the earlier target, if there is one.")
             .arg(inspection.fileName);
@@ -31,7 +30,7 @@ QString programsAnswer(const Inspection& inspection, bool isLoaded) {
 void judgeHeader(Inspection& inspection, bool isLoaded) {
     QStringList objections = headerObjections(inspection.walk, inspection.mending);
     const qint64 samples = samplesPerChannel(inspection.intended);
-    if (objections.isEmpty() && !isUsableTarget(inspection.program, playedRate())) {
+    if (objections.isEmpty() && !isUsableTarget(inspection.program, playedRate)) {
         objections << QStringLiteral("A sound of %1 samples is too short, or too long for the "
                                      "memory there is.")
                           .arg(samples);
@@ -55,17 +54,17 @@ QString stretchHeard(qint64 samples, qint64 played) {
 }
 
 void judgeRate(Inspection& inspection, qint64 samples, quint32 samplingRate) {
-    if (samplingRate == playedRate())
+    if (samplingRate == playedRate)
         return;
     constexpr double centsPerOctave = 1200;
     constexpr double exampleFrequency = 440;
-    const double ratio = double(playedRate()) / samplingRate;
+    const double ratio = double(playedRate) / samplingRate;
     inspection.mending.isResampled = true;
     inspection.findings.append(
         {QStringLiteral("Its sampling rate is %1 Hz.").arg(samplingRate),
          QStringLiteral("The program plays it at %1 Hz without conversion: %2 Hz in it are heard "
                         "as %3 Hz (%4 cents).%5")
-             .arg(playedRate())
+             .arg(playedRate)
              .arg(exampleFrequency)
              .arg(exampleFrequency * ratio, 0, 'f', 2)
              .arg(centsPerOctave * std::log2(ratio), 0, 'f', 1)
@@ -86,22 +85,22 @@ void judgeChannels(Inspection& inspection, int channels) {
 /// The duration that the program shows holds hundredths of milliseconds, a sample at 40000 Hz is
 /// 2.5 of them, and the program plays as many samples as the shown duration holds.
 void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
-    const double ratio = double(playedRate()) / samplingRate;
+    const double ratio = double(playedRate) / samplingRate;
     const auto mended = static_cast<qint64>(std::llround(double(samples) * ratio));
     constexpr int mostPadding = 4;
     qint64 padded = mended;
     // Beyond what can be played there is no such length.
-    while (playedSamples(padded, playedRate()) != padded && padded - mended < mostPadding)
+    while (playedSamples(padded, playedRate) != padded && padded - mended < mostPadding)
         ++padded;
     inspection.mending.paddingSamples = static_cast<int>(padded - mended);
     const int played = playedSamples(samples, samplingRate);
-    if (samplingRate != playedRate() || played == samples)
+    if (samplingRate != playedRate || played == samples)
         return;
     const double seconds = double(samples) / samplingRate;
     inspection.findings.append(
         {QStringLiteral("Its %1 samples are %2 ms long, which the program shows as %3 ms.")
              .arg(samples)
-             .arg(seconds * 1000, 0, 'f', 3)
+             .arg(seconds * millisecondsPerSecond, 0, 'f', 3)
              .arg(millisecondsText(seconds)),
          QStringLiteral("The program plays as many samples as the duration shown holds, %1, and "
                         "leaves out the last %2.")

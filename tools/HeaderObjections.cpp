@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/HeaderObjections.h"
 
+#include "base/Numbers.h"
 #include "tools/IntendedSound.h"
-#include "tools/PlayedRate.h"
 
 #include <QMap>
 
@@ -134,7 +134,7 @@ void mendRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& da
     raw.offset = data.offset;
     raw.bitsPerSample = format.bitsPerSample;
     raw.channelCount = std::max<int>(format.channelCount, 1);
-    raw.samplingRate = format.samplingRate == 0 ? playedRate() : format.samplingRate;
+    raw.samplingRate = format.samplingRate == 0 ? playedRate : format.samplingRate;
     const bool isMoreBehind = data.offset + data.heldSize < walk.fileSize;
     if (isMoreBehind)
         raw.frames = data.heldSize / (qint64(raw.channelCount) * (raw.bitsPerSample / 8));

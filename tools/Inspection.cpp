@@ -2,12 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Inspection.h"
 
-#include "app/SettingsText.h"
+#include "base/Numbers.h"
 #include "sound/RegularFile.h"
-#include "sound/SampleCount.h"
 #include "tools/Findings.h"
 #include "tools/IntendedSound.h"
-#include "tools/PlayedRate.h"
 
 #include <QFile>
 
@@ -36,13 +34,13 @@ private:
 } // namespace
 
 int playedSamples(qint64 samples, quint32 samplingRate) {
-    return sampleCount(durationAsShown(static_cast<double>(samples) / samplingRate), playedRate());
+    return sampleCount(durationAsShown(static_cast<double>(samples) / samplingRate), playedRate);
 }
 
 Inspection inspect(const QString& fileName) {
     Inspection inspection;
     inspection.fileName = fileName;
-    inspection.program.mostSamplesPerChannel = mostSamples;
+    inspection.program.maximumSamplesPerChannel = maximumSampleCount;
     bool isLoaded = false;
     {
         const ErrorText errors;

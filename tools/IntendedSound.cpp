@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/IntendedSound.h"
 
-#include "sound/SampleCount.h"
+#include "base/Numbers.h"
 
 #include <QIODevice>
 
@@ -39,7 +39,8 @@ CWav intendedSound(QIODevice& file, const RiffWalk& walk) {
     if (data == nullptr || !walk.format || !isReadableFormat(*walk.format))
         return wav;
     const RiffFormat& format = *walk.format;
-    const qint64 frames = std::min<qint64>(data->heldSize / format.frameBytes(), mostSamples);
+    const qint64 frames =
+        std::min<qint64>(data->heldSize / format.frameBytes(), maximumSampleCount);
     wav.header.audioFormat = format.encoding;
     wav.header.numberOfChannels = format.channelCount;
     wav.header.samplingRate = format.samplingRate;

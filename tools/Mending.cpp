@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Mending.h"
 
-#include "tools/PlayedRate.h"
+#include "base/Numbers.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -46,7 +46,7 @@ QStringList soxWords(const Mending& mending, const QString& source, const QStrin
               << "1";
     if (mending.isResampled)
         words << "rate"
-              << "-v" << QString::number(playedRate());
+              << "-v" << QString::number(playedRate);
     if (mending.isLowestCodeAvoided)
         words << "vol"
               << "0.9999998";
@@ -71,7 +71,7 @@ QStringList ffmpegFilters(const Mending& mending) {
     if (isRaw && mending.raw.frames > 0)
         filters << QStringLiteral("atrim=end_sample=%1").arg(mending.raw.frames);
     if (mending.paddingSamples > 0)
-        filters << QStringLiteral("aresample=%1").arg(playedRate())
+        filters << QStringLiteral("aresample=%1").arg(playedRate)
                 << QStringLiteral("apad=pad_len=%1").arg(mending.paddingSamples);
     return filters;
 }
@@ -83,7 +83,7 @@ QStringList ffmpegWords(const Mending& mending, const QString& source, const QSt
               << QString::number(mending.raw.samplingRate) << "-ac"
               << QString::number(mending.raw.channelCount) << "-skip_initial_bytes"
               << QString::number(mending.raw.offset);
-    words << "-i" << source << "-ar" << QString::number(playedRate());
+    words << "-i" << source << "-ar" << QString::number(playedRate);
     const QStringList filters = ffmpegFilters(mending);
     if (!filters.isEmpty())
         words << "-af" << shellWord(filters.join(u','));

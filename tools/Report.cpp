@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Report.h"
 
-#include "app/SettingsText.h"
+#include "base/Numbers.h"
 #include "sound/TargetSamples.h"
 #include "tools/IntendedSound.h"
 #include "tools/Levels.h"

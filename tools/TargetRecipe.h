@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tools/PlayedRate.h"
+#include "base/Numbers.h"
 
 #include <QVector>
 
@@ -26,7 +26,7 @@ struct TargetRecipe {
     RampKind rampKind = RampKind::Cosine;
     double rampMs = 20; ///< Of either ramp.
 
-    int samplingRate = static_cast<int>(playedRate()); ///< Hz.
-    int bitsPerSample = 16;                            ///< 8, 16 or 24.
-    int channelCount = 1; ///< 1 or 2, each of which gets the same sound.
+    int samplingRate = static_cast<int>(playedRate); ///< Hz.
+    int bitsPerSample = 16;                          ///< 8, 16 or 24.
+    int channelCount = 1;                            ///< 1 or 2, each of which gets the same sound.
 };

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/TargetSound.h"
 
+#include "base/Numbers.h"
 #include "signal/OstrelClasses.h"
-#include "sound/SampleCount.h"
 #include "tools/Levels.h"
 
 #include <algorithm>
@@ -14,7 +14,6 @@
 
 namespace {
 
-constexpr double millisecondsPerSecond = 1000;
 
 double rampPoints(const TargetRecipe& recipe) {
     if (recipe.rampKind == RampKind::None)
@@ -98,7 +97,7 @@ double mostSamplesOf(const TargetRecipe& recipe) {
     constexpr double padByte = 1;
     const double bytes = std::numeric_limits<quint32>::max() - headerBytesCounted - padByte;
     return std::min(std::floor(bytes * 8 / (recipe.bitsPerSample * recipe.channelCount)),
-                    static_cast<double>(mostSamples));
+                    static_cast<double>(maximumSampleCount));
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // The entry of pellion-target, which makes target sounds and looks at them.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/Version.h"
+#include "base/Version.h"
 #include "tools/CommandLine.h"
 #include "tools/Inspection.h"
 #include "tools/Levels.h"

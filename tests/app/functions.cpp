@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
-#include "app/SettingsText.h"
-#include "app/Truncation.h"
-#include "app/WindowPlacement.h"
-#include "sound/SampleCount.h"
+#include "base/Numbers.h"
+#include "window/WindowPlacement.h"
 
 #include <QGuiApplication>
 #include <QLocale>

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_charts.h"
 
+#include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
-#include "charts/PlottedStretch.h"
-#include "charts/SpectrumSizing.h"
 #include "support/TestMain.h"
 
 #include <QApplication>

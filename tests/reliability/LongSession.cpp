@@ -3,7 +3,7 @@
 #include "reliability/LongSession.h"
 
 #include "session/ResultsText.h"
-#include "sound/SoundBytes.h"
+#include "sound/PlayedSound.h"
 #include "subject/ResponseCode.h"
 #include "support/FileBytes.h"
 #include "support/WavBytes.h"

@@ -446,8 +446,8 @@ void TestResponseJournal::failedSyncCostsOneLineAndRepeatsNothing() {
 }
 
 void TestResponseJournal::keptJournalsAreNamedOldestFirst() {
-    QCOMPARE(errorsOf([&] { nameKeptJournals(folder->filePath("missing")); }), QStringList());
-    QCOMPARE(errorsOf([&] { nameKeptJournals(folder->path()); }), QStringList());
+    QCOMPARE(errorsOf([&] { reportLeftoverJournals(folder->filePath("missing")); }), QStringList());
+    QCOMPARE(errorsOf([&] { reportLeftoverJournals(folder->path()); }), QStringList());
     const QDateTime now = QDateTime::currentDateTime();
     int age = 0;
     for (const char* name : {"b.txt", "a.txt", "c.txt"}) {
@@ -458,7 +458,7 @@ void TestResponseJournal::keptJournalsAreNamedOldestFirst() {
     }
     QVERIFY(testsupport::writeBytes(folder->filePath("notes.md"), "not a journal"));
     const QString line = "Responses of an earlier session kept in: " + folder->path() + '/';
-    QCOMPARE(errorsOf([&] { nameKeptJournals(folder->path()); }),
+    QCOMPARE(errorsOf([&] { reportLeftoverJournals(folder->path()); }),
              QStringList({line + "c.txt", line + "a.txt", line + "b.txt"}));
 }
 
@@ -466,9 +466,9 @@ void TestResponseJournal::journalOfARunningSessionIsNotNamed() {
     ResponseJournal journal(folder->path());
     journal.begin(results(), start());
     journal.record("t.wav", {500});
-    QCOMPARE(errorsOf([&] { nameKeptJournals(folder->path()); }), QStringList());
+    QCOMPARE(errorsOf([&] { reportLeftoverJournals(folder->path()); }), QStringList());
     QCOMPARE(errorsOf([&] { journal.keep(); }).size(), 1);
-    QCOMPARE(errorsOf([&] { nameKeptJournals(folder->path()); }),
+    QCOMPARE(errorsOf([&] { reportLeftoverJournals(folder->path()); }),
              QStringList("Responses of an earlier session kept in: " +
                          folder->filePath(nameOfJournal())));
 }

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_results.h"
 
-#include "session/OutputFileName.h"
 #include "session/ResultsText.h"
 #include "support/TestMain.h"
 

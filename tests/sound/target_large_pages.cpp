@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
-#include "sound/LargePages.h"
+#include "base/HugePages.h"
 
 #include <QFile>
 #include <QtTest>
@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t largePage = std::size_t{1} << 21U;
+constexpr std::size_t hugePage = std::size_t{1} << 21U;
 
 std::uintptr_t addressOf(const void* memory) {
     return reinterpret_cast<std::uintptr_t>(memory);
@@ -53,7 +53,7 @@ public:
 
     /// Where the first large page begins.
     [[nodiscard]] char* firstBoundary() const {
-        return static_cast<char*>(begin) + (largePage - addressOf(begin) % largePage) % largePage;
+        return static_cast<char*>(begin) + (hugePage - addressOf(begin) % hugePage) % hugePage;
     }
 
     const std::size_t size;
@@ -61,7 +61,7 @@ public:
 };
 
 bool systemHasLargePages() {
-    const Memory memory(2 * largePage);
+    const Memory memory(2 * hugePage);
     return madvise(memory.begin, memory.size, MADV_HUGEPAGE) == 0;
 }
 
@@ -73,38 +73,38 @@ void TestTargetLargePages::initTestCase() {
 }
 
 void TestTargetLargePages::wholeLargePagesAreAskedForAndNoOthers() {
-    const Memory memory(8 * largePage);
+    const Memory memory(8 * hugePage);
     char* const boundary = memory.firstBoundary();
     constexpr std::size_t some = 4096;
     // From just behind one boundary to just before another: three large pages lie between.
-    preferLargePages(boundary + some, 5 * largePage - 2 * some);
+    preferHugePages(boundary + some, 5 * hugePage - 2 * some);
     QVERIFY(!isOnLargePages(addressOf(boundary + some)));
-    QVERIFY(!isOnLargePages(addressOf(boundary + largePage - 1)));
-    QVERIFY(isOnLargePages(addressOf(boundary + largePage)));
-    QVERIFY(isOnLargePages(addressOf(boundary + 4 * largePage - 1)));
-    QVERIFY(!isOnLargePages(addressOf(boundary + 4 * largePage)));
+    QVERIFY(!isOnLargePages(addressOf(boundary + hugePage - 1)));
+    QVERIFY(isOnLargePages(addressOf(boundary + hugePage)));
+    QVERIFY(isOnLargePages(addressOf(boundary + 4 * hugePage - 1)));
+    QVERIFY(!isOnLargePages(addressOf(boundary + 4 * hugePage)));
 }
 
 void TestTargetLargePages::shortMemoryIsLeftAlone() {
-    const Memory memory(4 * largePage);
+    const Memory memory(4 * hugePage);
     char* const boundary = memory.firstBoundary();
-    preferLargePages(boundary + 1, largePage - 1);
-    preferLargePages(nullptr, 0);
+    preferHugePages(boundary + 1, hugePage - 1);
+    preferHugePages(nullptr, 0);
     QVERIFY(!isOnLargePages(addressOf(boundary)));
-    QVERIFY(!isOnLargePages(addressOf(boundary + largePage)));
+    QVERIFY(!isOnLargePages(addressOf(boundary + hugePage)));
 }
 
 void TestTargetLargePages::reservedVectorIsEmpty() {
     QVector<double> few{1, 2, 3};
-    reserveOnLargePages(few, 2);
+    reserveOnHugePages(few, 2);
     QVERIFY(few.isEmpty());
 
     std::vector<double> many(5, 1.0);
-    constexpr std::size_t count = 8 * largePage / sizeof(double);
-    reserveOnLargePages(many, count);
+    constexpr std::size_t count = 8 * hugePage / sizeof(double);
+    reserveOnHugePages(many, count);
     QVERIFY(many.empty());
     QVERIFY(many.capacity() >= count);
-    QVERIFY(isOnLargePages(addressOf(many.data()) + 4 * largePage));
+    QVERIFY(isOnLargePages(addressOf(many.data()) + 4 * hugePage));
 }
 
 void TestTargetLargePages::longTargetLiesOnLargePages() {

@@ -2,10 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback.h"
 
-#include "sound/Presentation.h"
-#include "sound/Sinusoid.h"
-#include "sound/SoundBytes.h"
-#include "sound/TailedBuffer.h"
+#include "sound/PlayedSound.h"
 #include "support/TestMain.h"
 
 #include <QtTest>

@@ -60,7 +60,7 @@ void TestWavConversion::neighbouringBytesDoNotCount() {
 
 void TestWavConversion::fileOfMoreSamplesThanTheCallerTakesIsNotRead_data() {
     QTest::addColumn<quint16>("channelCount");
-    QTest::addColumn<quint64>("mostSamplesPerChannel");
+    QTest::addColumn<quint64>("maximumSamplesPerChannel");
     QTest::addColumn<bool>("isRead");
     QTest::newRow("mono, as many") << quint16{1} << quint64{6} << true;
     QTest::newRow("mono, one too many") << quint16{1} << quint64{5} << false;
@@ -72,17 +72,18 @@ void TestWavConversion::fileOfMoreSamplesThanTheCallerTakesIsNotRead_data() {
 
 void TestWavConversion::fileOfMoreSamplesThanTheCallerTakesIsNotRead() {
     QFETCH(quint16, channelCount);
-    QFETCH(quint64, mostSamplesPerChannel);
+    QFETCH(quint64, maximumSamplesPerChannel);
     QFETCH(bool, isRead);
     const WavFolder folder;
     CWav wav;
-    QCOMPARE(wav.mostSamplesPerChannel, std::uint64_t{std::numeric_limits<std::uint32_t>::max()});
-    wav.mostSamplesPerChannel = mostSamplesPerChannel;
+    QCOMPARE(wav.maximumSamplesPerChannel,
+             std::uint64_t{std::numeric_limits<std::uint32_t>::max()});
+    wav.maximumSamplesPerChannel = maximumSamplesPerChannel;
     const QVector<int> codes{1, 2, 3, 4, 5, 6};
     QVERIFY(wav.LoadWav(folder.write(wavWithSamples({40000, channelCount, 16}, codes))));
     QCOMPARE(wav.numberOfSamples, 6U);
     QCOMPARE(wav.bytesRead, std::int64_t{isRead ? 12 : 0});
     QCOMPARE(wav.samples.size(), std::size_t{isRead ? 6U : 0U});
     const CWav moved(std::move(wav));
-    QCOMPARE(moved.mostSamplesPerChannel, std::uint64_t{mostSamplesPerChannel});
+    QCOMPARE(moved.maximumSamplesPerChannel, std::uint64_t{maximumSamplesPerChannel});
 }

@@ -215,7 +215,7 @@ void TestWavRobustness::randomHeadersAgreeWithAPlainReader() {
     int loadedCount = 0;
     for (int round = 0; round < 600; ++round) {
         const QByteArray bytes = files.next();
-        const testsupport::PlainReading expected(viewOf(bytes), CWav().mostSamplesPerChannel);
+        const testsupport::PlainReading expected(viewOf(bytes), CWav().maximumSamplesPerChannel);
         CWav wav;
         bool isLoaded = false;
         const std::string path = folder.write(bytes);

@@ -43,7 +43,7 @@ inline std::vector<double> plainSamples(std::string_view data, unsigned bitsPerS
 
 /// Header, data and samples of a file; a file that ends early is filled up by a header of zeros.
 struct PlainReading {
-    PlainReading(std::string_view file, std::uint64_t mostSamplesPerChannel)
+    PlainReading(std::string_view file, std::uint64_t maximumSamplesPerChannel)
         : header(file.substr(0, headerSize)) {
         header.resize(headerSize, '\0');
         audioFormat = field(20, 2);
@@ -56,9 +56,9 @@ struct PlainReading {
         if (!isLoaded)
             return;
         numberOfSamples = dataSize / (bitsPerSample / 8U);
-        const std::uint64_t mostSamples =
-            mostSamplesPerChannel * std::max<std::uint64_t>(channels, 1);
-        if (numberOfSamples <= mostSamples && file.size() > headerSize)
+        const std::uint64_t maximumSampleCount =
+            maximumSamplesPerChannel * std::max<std::uint64_t>(channels, 1);
+        if (numberOfSamples <= maximumSampleCount && file.size() > headerSize)
             data = file.substr(headerSize, dataSize);
         isComplete = data.size() == dataSize;
         if (isComplete)

@@ -1,0 +1,78 @@
+// The main window: settings, from the record to the widgets and back.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "base/Numbers.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+void MainWindow::initParameters() {
+    comboBoxSesType->addItems(data.sessionTypes);
+    comboBoxSoundType->addItems(data.soundTypes);
+    comboBoxMainParameter->addItems(data.mainParameters);
+    data.sessionTypeIndex = data.soundTypeIndex = data.mainParameterIndex = 0;
+    for (QComboBox* selection :
+         {comboBoxSesType.get(), comboBoxSoundType.get(), comboBoxMainParameter.get()})
+        selection->setCurrentIndex(0);
+
+    lineEditSoundDuration->setText(millisecondsText(data.soundDuration));
+    lineEditSoundDuration->setEnabled(false);
+    checkBoxSaveData->setChecked(data.saveDataToFile);
+    lineEditSilentInterval->setText(millisecondsText(data.silentInterval));
+    lineEditSilentInterval->setEnabled(false);
+
+    lineEditWavFilePath->setText(data.wavFilePath);
+    lineEditWavFilePath->setEnabled(false);
+    lineEditWavFileName->setText(data.wavFileName);
+    lineEditWavFileName->setEnabled(false);
+    lineEditOutputFilePath->setText(data.outputFilePath);
+    updateOutputFileName();
+    lineEditOutputFilePath->setEnabled(false);
+    lineEditOutputFileName->setEnabled(false);
+    lineEditFrequencyMatched->setEnabled(false);
+
+    spinBoxFileNumber->setValue(data.fileNumber);
+    spinBoxFileNumber->setMinimum(1);
+    lineEditSubCode->setText(data.subjectCode);
+    lineEditSamplingRate->setText(hertzText(data.samplingRate));
+    lineEditSamplingRate->setEnabled(false);
+
+    pushButtonPractice->setEnabled(true);
+    pushButtonExperiment->setEnabled(false);
+    pushButtonGo->setEnabled(false);
+    showNoMatchYet();
+
+    soundsPerPresentation = 1;
+    targetSamples.resize(data.nPointsToPlot);
+    trendTrials.clear();
+    trendFrequencies.clear();
+    data.nPointsToPlot = sampleCount(data.plotDuration, data.samplingRate);
+    pointsWav.resize(data.nPointsToPlot);
+    for (QVector<double>* range : {&rangeWav, &rangeFFT, &rangeTrend})
+        range->resize(2);
+    sizeSpectrum();
+    setUpFonts();
+    setUpAudioFormat();
+}
+
+void MainWindow::getParameters() {
+    data.sessionTypeIndex = comboBoxSesType->currentIndex();
+    data.soundTypeIndex = comboBoxSoundType->currentIndex();
+    data.mainParameterIndex = comboBoxMainParameter->currentIndex();
+    data.samplingRate = lineEditSamplingRate->text().toDouble();
+    data.soundDuration = secondsFromMillisecondsText(lineEditSoundDuration->text());
+    data.silentInterval = secondsFromMillisecondsText(lineEditSilentInterval->text());
+    data.saveDataToFile = checkBoxSaveData->isChecked();
+    data.wavFilePath = lineEditWavFilePath->text();
+    data.wavFileName = lineEditWavFileName->text();
+    data.subjectCode = lineEditSubCode->text();
+    data.fileNumber = spinBoxFileNumber->value();
+    data.outputFilePath = lineEditOutputFilePath->text();
+    data.outputFileName = lineEditOutputFileName->text();
+    data.nSamples = sampleCount(data.soundDuration, data.samplingRate);
+    updateNPointsToPlot();
+}

@@ -1,0 +1,35 @@
+// Numbers of the settings: limits, truncation, sample counts, and how they read as text.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/Numbers.h"
+
+#include <algorithm>
+#include <cmath>
+
+int truncatedToInt(double number) {
+    if (std::isnan(number))
+        return 0;
+    constexpr double minimum = std::numeric_limits<int>::min();
+    constexpr double maximum = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(number, minimum, maximum));
+}
+
+int sampleCount(double durationSeconds, double samplingRate) {
+    return std::clamp(truncatedToInt(std::floor(durationSeconds * samplingRate)), 0,
+                      maximumSampleCount);
+}
+
+QString millisecondsText(double durationSeconds) {
+    return QString::number(durationSeconds * millisecondsPerSecond, 'f', 2);
+}
+
+double secondsFromMillisecondsText(const QString& milliseconds) {
+    return milliseconds.toDouble() / millisecondsPerSecond;
+}
+
+double durationAsShown(double durationSeconds) {
+    return secondsFromMillisecondsText(millisecondsText(durationSeconds));
+}
+
+QString hertzText(double hertz) {
+    return QString::number(hertz, 'g', 6);
+}

@@ -1,0 +1,9 @@
+// The version of the program.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+/// Returns the version as titles and "pellion-target --version" show it, such as "v014": the number
+/// of CMakeLists.txt in three digits.
+QString programVersion();

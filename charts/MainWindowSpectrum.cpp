@@ -1,0 +1,41 @@
+// The main window: the target's amplitude spectrum.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindow.h"
+
+#include "base/HugePages.h"
+#include "charts/AmplitudeSpectrum.h"
+#include "charts/ChartPoints.h"
+
+#include <QtCharts/QLineSeries>
+#include <QtCharts/QValueAxis>
+
+#include <cstddef>
+
+void MainWindow::sizeSpectrum() {
+    const SpectrumSizing sizing =
+        spectrumSizing(data.nSamples, data.samplingRate, data.fftMaxFrequency);
+    fftLength = sizing.length;
+    fftFrameDuration = sizing.frameDurationSeconds;
+    data.nFFTPointsToPlot = sizing.pointsToPlot;
+    for (QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases}) {
+        reserveOnHugePages(*bins, static_cast<std::size_t>(sizing.bins()));
+        bins->resize(sizing.bins());
+    }
+    pointsFFT.resize(sizing.pointsToPlot);
+}
+
+void MainWindow::genFFT() {
+    applyAnalysisWindow(targetSamples, windowType, data.nSamples);
+    fftFrameDuration = static_cast<double>(fftLength) / data.samplingRate;
+    frequencyResolution = 1 / fftFrameDuration;
+    computeAmplitudeSpectrum(targetSamples, fftLength, data.nSamples, frequencyResolution,
+                             {fftFrequencies, fftAmplitudes, fftPhases});
+}
+
+void MainWindow::displayFFT() {
+    pairPoints(fftFrequencies, fftAmplitudes, data.nFFTPointsToPlot, pointsFFT);
+    seriesFFT->replace(pointsFFT);
+    // All bins, also those above the frequencies drawn.
+    if (findRange(fftAmplitudes, rangeFFT))
+        axisYFFT->setRange(rangeFFT[0], rangeFFT[1]);
+}

@@ -1,0 +1,58 @@
+// A sound as it is played: its samples and bytes, the silence after it, the pause before it, and
+// whether it was heard to its end.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QVector>
+#include <qnamespace.h>
+
+/// Writes sin(i x (frequency x 2 pi) / samplingRate) into the first `count` samples, or into all
+/// of them when there are fewer. Full scale, phase 0, and no onset or offset ramp, on purpose:
+/// what the listener compares starts and stops abruptly. Frequency and sampling rate in Hz.
+void writeSinusoid(QVector<double>& samples, int count, double frequency, double samplingRate);
+
+/// Returns `length` samples as little-endian 32-bit floats, four bytes each: the samples given,
+/// cut off or padded with zeros at the end. Nothing is scaled, clipped or dithered; values beyond
+/// -1..+1 are passed on as they are. A length below 1 gives no bytes, one beyond maximumSampleCount
+/// that many samples.
+QByteArray soundBytes(const QVector<double>& samples, int length);
+
+/// Microseconds of silence to play after a sound. The output reports its end when the server has
+/// taken the last of it, and stopping it then discards what the server has not played yet: up to
+/// 210 ms with PulseAudio, whose devices take in advance what the output's buffer of 250 ms allows.
+/// PipeWire drops the samples that do not fill a quantum, and never ends a sound shorter than that.
+constexpr qint64 silenceAfterSound = 250000;
+
+/// Hands out the bytes of an array, and then `tailBytes` zero bytes, which the array does not hold.
+/// For one reading from start to end: going back does not bring the tail back.
+class TailedBuffer : public QBuffer {
+public:
+    TailedBuffer(QByteArray* bytes, qint64 tailBytes) : QBuffer(bytes), tailLeft(tailBytes) {}
+
+    qint64 bytesAvailable() const override { return QBuffer::bytesAvailable() + tailLeft; }
+    bool atEnd() const override { return bytesAvailable() == 0; }
+
+protected:
+    qint64 readData(char* bytes, qint64 maximumBytes) override;
+
+private:
+    qint64 tailLeft;
+};
+
+/// How long to wait from a request until its sound, and how precisely.
+struct PresentationPause {
+    int milliseconds;
+    Qt::TimerType timerType;
+};
+
+/// Returns the pause of one sound's length plus the silent interval, both in seconds, truncated to
+/// whole milliseconds and limited to 0 and the largest int. Pauses under two seconds ask for
+/// a precise timer, others for a coarse one.
+PresentationPause presentationPause(double soundDuration, double silentInterval);
+
+/// Returns whether the listener can have heard all of a sound when its output goes idle: it has
+/// been handed over to the last byte, and at least its duration has passed since the output was
+/// started. Otherwise the server ran out of samples, as on an overloaded computer.
+bool isHeardWhole(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs);
