@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "window/NamedWidget.h"
+
 #include <QBuffer>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -14,17 +16,8 @@
 #include <QSpinBox>
 
 #include <limits>
-#include <utility>
 
 namespace {
-
-/// Creates a widget that is found by its member's name. The layouts give their widgets a parent.
-template <typename Widget, typename... Arguments>
-Widget* named(const char* memberName, Arguments&&... arguments) {
-    auto* widget = new Widget(std::forward<Arguments>(arguments)...);
-    widget->setObjectName(QLatin1String(memberName));
-    return widget;
-}
 
 QLabel* label(const char* memberName, const char* text) {
     return named<QLabel>(memberName, QLatin1String(text));
@@ -85,8 +78,8 @@ void MainWindow::createWidgets() {
     lineEditSilentInterval = lineEdit("lineEditSilentInterval", "1000.00");
     lineEditSubCode = lineEdit("lineEditSubCode", "SUB001");
     spinBoxFileNumber = named<QSpinBox>("spinBoxFileNumber");
-    // One below the largest int, so that the number after the last still fits; the toolkit's own
-    // maximum of 99 would have session 100 silently replace the file of session 99.
+    // One below the largest int, so that the number after the last still fits; with Qt's default
+    // maximum of 99, session 100 would silently replace the file of session 99.
     spinBoxFileNumber->setMaximum(std::numeric_limits<int>::max() - 1);
     lineEditWavFilePath = lineEdit("lineEditWavFilePath", ".");
     lineEditWavFileName = lineEdit("lineEditWavFileName", "File001.wav");

@@ -14,7 +14,7 @@
 //   9  Charts                    charts/MainWindowCharts.cpp, MainWindowWaveform.cpp,
 //                                MainWindowSpectrum.cpp, MainWindowTrend.cpp
 //
-// The road of a session: "Practice" or "Experiment" prepares it (getReadyToGo: read the controls,
+// The course of a session: "Practice" or "Experiment" prepares it (getReadyToGo: read the controls,
 // choose a target, load it, draw it); "Go" opens the listener's window. Each of the listener's
 // requests arrives in updateMainwindow, which synthesises what is needed and, after a pause,
 // lets playOneSound play it. handleStateChanged notices the sound's end and unlocks the
@@ -184,7 +184,7 @@ public:
     // The order of signals and slots is the order of their meta-object indices: additions go to
     // the end.
 signals:
-    /// Tells a new subject window the frequencies that the listener can set, in Hz.
+    /// Sends a new subject window the frequencies that the listener can set, in Hz.
     void transferParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
                             int frequencyStepSize);
 
@@ -254,6 +254,11 @@ protected:
     void nameFields();
     void nameButtons();
     void nameCharts();
+
+    // 3 Settings: app/MainWindowSettings.cpp: the phases of initParameters
+    void showSelections();
+    void showSettings();
+    void sizeBuffers();
 
     // 4 Session control: session/MainWindowSession.cpp
     void prepareSession(int repetitions, int sessionTypeIndex);
@@ -332,42 +337,51 @@ protected:
     QGridLayout* layoutOuter = nullptr;    ///< Both columns.
     QWidget* widgetCentral = nullptr;      ///< Carries the layouts.
 
-    // Settings
+    // From here on the order is that of construction and no longer that of the sections: members
+    // are destroyed in reverse. "By" names the functions that write a member.
+
+    // Settings, by initParameters, getParameters, the slots of the input controls, and the
+    // functions of sections 4 to 9 for the fields of their subjects
     Data data;
 
     // Samples, spectrum and points of the charts
-    QVector<double> targetSamples;   ///< The target, full scale -1 to +1.
-    QVector<double> sinusoidSamples; ///< The comparison sinusoid, full scale -1 to +1.
-    QVector<double> timeAxisMs;      ///< Milliseconds of each plotted sample.
-    QVector<double> fftFrequencies;  ///< Hz, of each bin.
-    QVector<double> fftAmplitudes;   ///< Of each bin, on the scale of the samples.
-    QVector<double> fftPhases;       ///< Radians, of each bin.
-    QVector<QPointF> pointsWav;      ///< Waveform: milliseconds, sample value.
-    QVector<QPointF> pointsFFT;      ///< Spectrum: Hz, amplitude.
+    QVector<double> targetSamples;   ///< The target, full scale -1 to +1; by genWav, genFFT.
+    QVector<double> sinusoidSamples; ///< The comparison sinusoid, -1 to +1; by genSinusoid.
+    QVector<double> timeAxisMs;      ///< Milliseconds of each plotted sample; by genWav.
+    QVector<double> fftFrequencies;  ///< Hz, of each bin; by genFFT.
+    QVector<double> fftAmplitudes;   ///< Of each bin, on the scale of the samples; by genFFT.
+    QVector<double> fftPhases;       ///< Radians, of each bin; by genFFT.
+    QVector<QPointF> pointsWav;      ///< Waveform: milliseconds, sample value; by displayWav.
+    QVector<QPointF> pointsFFT;      ///< Spectrum: Hz, amplitude; by displayFFT.
     QVector<double> trendTrials;     ///< Count of responses at each request of a sinusoid.
-    /// Hz, of each request of a sinusoid in the session: what journal and results file hold.
+    /// Hz, of each request of a sinusoid in the session: what journal and results file hold. Like
+    /// trendTrials by recordResponse and resetTrend.
     QVector<double> trendFrequencies;
-    QVector<double> rangeWav;      ///< Minimum and maximum sample of the target.
-    QVector<double> rangeFFT;      ///< Minimum and maximum amplitude of the spectrum.
-    QVector<double> rangeTrend;    ///< Hz, lower and upper end of the trend's y range.
+    QVector<double> rangeWav;      ///< Minimum and maximum sample of the target; by displayWav.
+    QVector<double> rangeFFT;      ///< Minimum and maximum amplitude; by displayFFT.
+    QVector<double> rangeTrend;    ///< Hz, ends of the trend's y range; by updateTrend, resetTrend.
     int windowType = 0;            ///< Analysis window: 0 none, 1 Hann. Nothing changes it.
-    qint64 fftLength = 1024;       ///< Values transformed, a power of two; sized before use.
-    double fftFrameDuration = 0.6; ///< Seconds: fftLength / samplingRate; sized before use.
-    double frequencyResolution = 1.6666666666666667; ///< Hz per bin.
+    qint64 fftLength = 1024;       ///< Values transformed, a power of two; by sizeSpectrum.
+    double fftFrameDuration = 0.6; ///< Seconds: fftLength / samplingRate; by sizeSpectrum, genFFT.
+    double frequencyResolution = 1.6666666666666667; ///< Hz per bin; by genFFT.
 
-    // Session
-    SubjectWindow* subjectWindow = nullptr; ///< The one opened by the last "Go"; a child.
-    QVector<int> trialSequence;     ///< Indices into the records, in the order of presentation.
-    QString currentTargetPath;      ///< Folder and name of the prepared target.
-    int sequencePosition = 0;       ///< In trialSequence; 0 unless a response is being handled.
-    int currentFileIndex = 0;       ///< Index of the prepared target's record.
-    int nRepetitions = 0;           ///< Of each target in this session.
-    int nRepetitionsPractice = 1;   ///< Of each target in a practice session.
-    int nRepetitionsExperiment = 1; ///< Of each target in an experiment session.
-    int nFiles = 0;                 ///< Targets chosen; 0 when the last preparation had none.
-    bool playSinusoidNext = false;  ///< Whether the sinusoid is due, or the target.
-    int soundsPerPresentation = 0;  ///< Sounds played for one request.
-    int soundsPlayed = 0;           ///< Sounds started since the last request.
+    // Session, by getReadyToGo unless another is named
+    SubjectWindow* subjectWindow = nullptr; ///< A child; by on_pushButtonGo_clicked.
+    QVector<int> trialSequence; ///< Indices into the records in the order of presentation; also by
+                                ///< genRandomSequence, refuseTarget.
+    QString currentTargetPath;  ///< Folder and name of the prepared target; also by genWav.
+    int sequencePosition = 0;   ///< In trialSequence; 0 unless updateMainwindow handles a response.
+    int currentFileIndex = 0;   ///< Index of the prepared target's record; also by genWav.
+    int nRepetitions = 0;       ///< Of each target in this session; by prepareSession.
+    int nRepetitionsPractice = 1;   ///< Of each target in a practice session. Nothing changes it.
+    int nRepetitionsExperiment = 1; ///< Of each target in an experiment. Nothing changes it.
+    int nFiles = 0;                 ///< Targets chosen, 0 if none is usable; also by chooseTarget,
+                                    ///< refuseTarget.
+    bool playSinusoidNext = false;  ///< Whether the sinusoid is due, or the target; by
+                                    ///< updateMainwindow.
+    int soundsPerPresentation = 0;  ///< Sounds played for one request; by initParameters.
+    int soundsPlayed = 0; ///< Sounds started since the last request; also by updateMainwindow,
+                          ///< playOneSound.
 
     ResponseJournal journal{journalFolder()}; ///< The responses, until they are saved.
 
@@ -377,10 +391,10 @@ protected:
     QFont fontChartTitle;
 
     // Target file
-    CWav wav;                          ///< The accepted target, as loaded.
-    std::optional<Record> targetInUse; ///< Names the file that `wav` holds.
+    CWav wav;                          ///< The accepted target, as loaded; by loadTarget.
+    std::optional<Record> targetInUse; ///< Names the file that `wav` holds; by loadTarget.
 
-    // Playback. Output, buffer and bytes live from the start of a sound until it has ended.
+    // Playback. Output, buffer and bytes live from startAudioOutput to releaseAudioOutput.
     std::unique_ptr<QByteArray> audioBytes; ///< What the output plays.
     std::unique_ptr<QBuffer> audioBuffer;   ///< The device it is pulled from.
     QAudioOutput* audioOutput = nullptr;    ///< A child of this window; null between sounds.

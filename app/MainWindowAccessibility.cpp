@@ -15,8 +15,8 @@
 
 namespace {
 
-/// A chart in one piece. The toolkit would have it a mere filler, which screen readers pass over,
-/// and take the reader on to a part of it without a name.
+/// A chart as one accessible object. By default Qt gives it the role of a filler, which screen
+/// readers skip, with unnamed children.
 class ChartAccess : public QAccessibleWidget {
 public:
     explicit ChartAccess(QWidget* chartView) : QAccessibleWidget(chartView, QAccessible::Chart) {}

@@ -11,6 +11,18 @@
 #include <QSpinBox>
 
 void MainWindow::initParameters() {
+    showSelections();
+    showSettings();
+    pushButtonPractice->setEnabled(true);
+    pushButtonExperiment->setEnabled(false);
+    pushButtonGo->setEnabled(false);
+    showNoMatchYet();
+    sizeBuffers();
+    setUpFonts();
+    setUpAudioFormat();
+}
+
+void MainWindow::showSelections() {
     comboBoxSesType->addItems(data.sessionTypes);
     comboBoxSoundType->addItems(data.soundTypes);
     comboBoxMainParameter->addItems(data.mainParameters);
@@ -18,36 +30,31 @@ void MainWindow::initParameters() {
     for (QComboBox* selection :
          {comboBoxSesType.get(), comboBoxSoundType.get(), comboBoxMainParameter.get()})
         selection->setCurrentIndex(0);
+}
 
-    lineEditSoundDuration->setText(millisecondsText(data.soundDuration));
-    lineEditSoundDuration->setEnabled(false);
+void MainWindow::showSettings() {
+    const auto showReadOnly = [](QLineEdit* field, const QString& text) {
+        field->setText(text);
+        field->setEnabled(false);
+    };
+    showReadOnly(lineEditSoundDuration, millisecondsText(data.soundDuration));
     checkBoxSaveData->setChecked(data.saveDataToFile);
-    lineEditSilentInterval->setText(millisecondsText(data.silentInterval));
-    lineEditSilentInterval->setEnabled(false);
-
-    lineEditWavFilePath->setText(data.wavFilePath);
-    lineEditWavFilePath->setEnabled(false);
-    lineEditWavFileName->setText(data.wavFileName);
-    lineEditWavFileName->setEnabled(false);
-    lineEditOutputFilePath->setText(data.outputFilePath);
+    showReadOnly(lineEditSilentInterval, millisecondsText(data.silentInterval));
+    showReadOnly(lineEditWavFilePath, data.wavFilePath);
+    showReadOnly(lineEditWavFileName, data.wavFileName);
+    showReadOnly(lineEditOutputFilePath, data.outputFilePath);
     updateOutputFileName();
-    lineEditOutputFilePath->setEnabled(false);
     lineEditOutputFileName->setEnabled(false);
     lineEditFrequencyMatched->setEnabled(false);
-
     spinBoxFileNumber->setValue(data.fileNumber);
     spinBoxFileNumber->setMinimum(1);
     lineEditSubCode->setText(data.subjectCode);
-    lineEditSamplingRate->setText(hertzText(data.samplingRate));
-    lineEditSamplingRate->setEnabled(false);
+    showReadOnly(lineEditSamplingRate, hertzText(data.samplingRate));
+}
 
-    pushButtonPractice->setEnabled(true);
-    pushButtonExperiment->setEnabled(false);
-    pushButtonGo->setEnabled(false);
-    showNoMatchYet();
-
+void MainWindow::sizeBuffers() {
     soundsPerPresentation = 1;
-    targetSamples.resize(data.nPointsToPlot);
+    targetSamples.resize(data.nPointsToPlot); // the count before it is computed anew: deliberate
     trendTrials.clear();
     trendFrequencies.clear();
     data.nPointsToPlot = sampleCount(data.plotDuration, data.samplingRate);
@@ -55,8 +62,6 @@ void MainWindow::initParameters() {
     for (QVector<double>* range : {&rangeWav, &rangeFFT, &rangeTrend})
         range->resize(2);
     sizeSpectrum();
-    setUpFonts();
-    setUpAudioFormat();
 }
 
 void MainWindow::getParameters() {

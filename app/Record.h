@@ -5,8 +5,8 @@
 #include <QStandardPaths>
 #include <QString>
 
-/// Returns the user's desktop folder as the platform reports it, or an empty text where the
-/// platform reports none: where target files are looked for and results files are proposed.
+/// Returns the user's desktop folder as the platform reports it, or an empty text if it
+/// reports no such folder: where target files are looked for and results files are proposed.
 inline QString desktopFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 }

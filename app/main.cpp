@@ -17,17 +17,16 @@ namespace {
 QIcon programIcon() {
     QIcon icon;
     for (const QFileInfo& picture : QDir(QStringLiteral(":/icons")).entryInfoList())
-        // As a picture: for a file the toolkit would look through its engines for drawings first.
+        // As a pixmap: given a file name, QIcon probes its icon engines first.
         icon.addPixmap(QPixmap(picture.filePath(), "PNG"));
     return icon;
 }
 
-/// Sets what the sound server and the toolkit read from the environment, but for variables that are
-/// set already.
+/// Sets environment variables that the sound server and Qt read, unless they are set already.
 void completeEnvironment() {
     for (const auto& [variable, value] :
-         {// Sound mixers would show the toolkit's name for its connection, "QtPulseAudio" and a
-          // number.
+         {// Otherwise sound mixers show Qt's own name for its connection, "QtPulseAudio:" and
+          // a process id.
           std::pair("PULSE_PROP_OVERRIDE_application.name", "Pellion"),
           std::pair("PULSE_PROP_application.icon_name", "pellion"),
           // Nothing is drawn by OpenGL. Its driver alone would take half of the program's memory
@@ -42,7 +41,7 @@ void completeEnvironment() {
 int main(int argc, char** argv) {
     completeEnvironment();
     QApplication application(argc, argv);
-    // No display name: the toolkit would append it to the windows' titles.
+    // No display name: Qt would append it to the windows' titles.
     QApplication::setApplicationName(QStringLiteral("pellion"));
     QApplication::setApplicationVersion(programVersion());
     QApplication::setDesktopFileName(QStringLiteral("pellion"));

@@ -7,9 +7,9 @@
 class QFileDevice;
 
 /// Waits until what was written to an open, flushed file has reached the disk. Returns false when
-/// the disk reports an error; a file that has no disk behind it, like a pipe, counts as there.
+/// the disk reports an error; a file that is on no disk, like a pipe, counts as written.
 bool syncToDisk(const QFileDevice& file);
 
 /// Waits until the names in a folder (files made, renamed or removed there) have reached the disk.
-/// File systems that cannot be asked for that are left to themselves.
+/// Errors are ignored: some file systems do not support it.
 void syncNamesToDisk(const QString& folder);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr QIODevice::OpenMode textMode = QIODevice::WriteOnly | QIODevice::Text;
 
-/// Whether the folder of a file takes another one beside it, which can then be renamed. Anything
+/// Whether a new file can be made beside a file and renamed over it. Anything
 /// but a regular file has to be written as it is: a device would be replaced by a file.
 bool canBeReplaced(const QFileInfo& file) {
     return (!file.exists() || file.isFile()) && QFileInfo(file.path()).isWritable();
@@ -32,7 +32,7 @@ bool writeThrough(QFileDevice& file, const QByteArray& bytes) {
            file.error() == QFileDevice::NoError && syncToDisk(file);
 }
 
-/// Opening a FIFO waits for somebody who reads it, and what is written there is on no disk.
+/// Opening a FIFO for writing blocks until it is read, and what is written there is on no disk.
 bool isFifo(const QString& path) {
     struct stat status = {};
     return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
@@ -42,7 +42,8 @@ FileReplacement writeInPlace(const QString& path, const QByteArray& bytes) {
     if (isFifo(path))
         return FileReplacement::NotOpened;
     QFile file(path);
-    // Some systems let nobody make a file where somebody else's stands, and mean its opening too.
+    // With fs.protected_regular, O_CREAT on another user's file in a sticky directory fails even if
+    // the file exists.
     const QIODevice::OpenMode existence =
         QFileInfo::exists(path) ? QIODevice::ExistingOnly : QIODevice::NotOpen;
     if (!file.open(textMode | QIODevice::Truncate | existence))
@@ -63,13 +64,13 @@ FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
     if (!file.open(textMode)) {
         if (!target.exists())
             return writeInPlace(path, bytes);
-        // Without room for a further file, what is there must not be emptied.
+        // If there is no room for another file, the existing one must not be truncated.
         return target.isWritable() ? FileReplacement::NotWritten : FileReplacement::NotOpened;
     }
     if (!writeThrough(file, bytes))
         return FileReplacement::NotWritten;
-    // A file cannot be renamed over somebody else's in a folder that all share, nor be given
-    // a longer name than names can have while it is unfinished.
+    // The rename fails over another user's file in a sticky directory, and the temporary name may
+    // be too long.
     if (!file.commit())
         return writeInPlace(path, bytes);
     syncNamesToDisk(target.path());

@@ -47,7 +47,7 @@ void MainWindow::getReadyToGo() {
     sequencePosition = 0;
     currentFileIndex = 0;
     nFiles = 0;
-    // Else the tail of an earlier, longer target would stay behind the one that is loaded now.
+    // Otherwise the end of an earlier, longer target would follow the one that is loaded now.
     soundsPlayed = 0;
     data.sessionTypeIndex = comboBoxSesType->currentIndex();
     data.frequencyCurrent = data.frequencyStart;

@@ -66,7 +66,7 @@ void makeFolder(const QString& path) {
         syncNamesToDisk(parent);
 }
 
-/// Identifies a file, whatever its names are: device and inode.
+/// Device and inode, which identify a file under any name.
 using Identity = std::pair<dev_t, ino_t>;
 
 std::optional<Identity> identityOf(const QString& path) {
@@ -174,14 +174,14 @@ bool ResponseJournal::open() {
     do {
         ++attempt;
         path = folder + u'/' + numbered(name, attempt);
-        // Nobody else's from the first moment on, and never somebody else's.
+        // Private from creation (0600); O_EXCL never reuses an existing file.
         descriptor = ::open(QFile::encodeName(path).constData(),
                             O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
     } while (descriptor < 0 && errno == EEXIST);
     if (descriptor < 0)
         return false;
     flock(descriptor, LOCK_EX | LOCK_NB);
-    // Each response goes to the system in one piece, so that no line is torn when the program dies.
+    // Unbuffered: each response is one write, so that no line is torn when the program dies.
     if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
                    QFileDevice::AutoCloseHandle)) {
         ::close(descriptor);
@@ -191,9 +191,9 @@ bool ResponseJournal::open() {
     return true;
 }
 
-/// Writes whole lines or, when they do not fit, none of them.
+/// Writes all of the lines, or nothing if they do not fit.
 bool ResponseJournal::append(const QByteArray& lines) {
-    // Over what an earlier attempt may have left behind, which these lines begin with.
+    // Overwrites what a failed attempt may have left, which is the beginning of these lines.
     if (file.seek(wholeLines) && file.write(lines) == lines.size()) {
         wholeLines += lines.size();
         return true;

@@ -12,18 +12,17 @@
 /// Returns the folder of all journals, in the user's application data.
 QString journalFolder();
 
-/// Names the journals in a folder on standard error, one a line, oldest first: those of earlier
-/// sessions whose results were not saved, which nobody may have been told. Those that a running
-/// program still writes are passed over.
+/// Prints the journals in a folder on standard error, one a line, oldest first: those of earlier
+/// sessions whose results were not saved. Those that a running program still writes are skipped.
 void reportLeftoverJournals(const QString& folder);
 
 /// Returns the name of a journal without folder: the results file's, with what a file name cannot
 /// hold replaced by "_" and shortened to 60 characters, then the session's start, ".txt".
 QString journalName(const QString& resultsFileName, const QDateTime& start);
 
-/// A file in the format of the results file that grows with each response. What happens to the
-/// program, the results file or the machine afterwards, the responses are there. Problems cost one
-/// line a session on standard error, and nothing else.
+/// A file in the format of the results file that grows with each response, so that the responses
+/// survive the end of the program, a failed results file, and a crash of the machine. The first
+/// problem of a session is reported by one line on standard error; nothing else follows from it.
 ///
 /// begin(), then record() with each response, then discard() or keep(); the destructor keeps.
 class ResponseJournal {
@@ -42,7 +41,7 @@ public:
 
     /// Writes the responses that are not in the journal yet, and waits until they have reached the
     /// disk. Takes all frequencies (Hz) of the session, so that a response that could not be
-    /// written is made up for with the next. Without begin() nothing is written.
+    /// written is written with the next. Without begin() nothing is written.
     void record(const QString& targetFileName, const QVector<double>& frequenciesMatched);
 
     /// Ends the session, whose results have been saved, and removes its journal. Two kinds of files

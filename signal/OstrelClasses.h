@@ -97,7 +97,7 @@ void linearRamp(QVector<double>* signal, int nPoints);
 int randomInteger(int min, int max);
 
 /// Returns n values from min to max inclusive, each (next number of the thread's generator mod
-/// (max + 1 - min)) + min; none for n < 1. min > max is reported ("min cannot be larger than max;
+/// (max + 1 - min)) + min; empty for n < 1. min > max is reported ("min cannot be larger than max;
 /// force min = max"), then every value is max. After that, and for any n, the generator is seeded
 /// with the time in whole seconds: two calls in the same second return the same values,
 /// deliberately. Of a range of more than 2^31 values only the lower 2^31 come up.

@@ -6,9 +6,9 @@
 
 #include <ctime>
 
-// The generator is the toolkit's old one: that two calls in the same second, and a seed chosen
-// by the caller, repeat the numbers is part of the library's contract. Its deprecation is quieted
-// here, and everything else goes through these functions.
+// The generator is Qt's qrand(), which is deprecated: that two calls in the same second, and a seed
+// chosen by the caller, repeat the numbers is part of the library's contract. The deprecation
+// warnings are switched off here, and everything else goes through these functions.
 //
 // Each thread has a generator of its own. Seeding one leaves the numbers of the others alone, and
 // a thread that has not been seeded draws as after seedRandomNumbers(1), whatever was done

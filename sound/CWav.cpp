@@ -24,8 +24,8 @@ namespace {
 constexpr std::array<char, 4> waveFormat{'W', 'A', 'V', 'E'};
 constexpr std::uint16_t linearPcm = 1;
 
-/// Data are read in pieces of this many bytes, so that a declared size costs nothing by itself.
-constexpr std::size_t bytesPerPiece = std::size_t{1} << 20U;
+/// Data are read in blocks of this many bytes, so that a declared size costs nothing by itself.
+constexpr std::size_t bytesPerBlock = std::size_t{1} << 20U;
 
 /// Samples are converted in blocks of this many: the zeros that a vector grows by are then still in
 /// the processor's first cache when the samples take their place.
@@ -49,7 +49,7 @@ void fillSamples(std::string_view bytes, std::size_t maximum, std::vector<double
     }
 }
 
-/// Calls a function that makes room in vectors; returns whether the memory could be had.
+/// Calls a function that makes room in vectors; returns whether there was memory.
 template <typename Function> bool tryAllocating(Function&& function) {
     try {
         std::forward<Function>(function)();
@@ -73,17 +73,18 @@ std::size_t remainingBytes(std::istream& file) {
 /// Replaces `bytes` by the next ones of a file: `wanted` of them, or fewer when the file or the
 /// memory ends before.
 void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) {
-    // Spares the copies that growing piece by piece would cost. One more, to meet the end in.
+    // Avoids the copies of growing block by block. One extra byte, so that the last read reaches
+    // the end of the file.
     bool hasRoom = tryAllocating(
         [&] { reserveOnHugePages(bytes, std::min(wanted, remainingBytes(file) + 1)); });
     std::size_t obtained = 0;
     while (hasRoom && obtained < wanted && file) {
-        std::size_t piece = std::min(wanted - obtained, bytesPerPiece);
+        std::size_t block = std::min(wanted - obtained, bytesPerBlock);
         if (bytes.capacity() > obtained) // the room there is first, before any more is asked for
-            piece = std::min(piece, bytes.capacity() - obtained);
-        hasRoom = tryAllocating([&] { bytes.resize(obtained + piece); });
+            block = std::min(block, bytes.capacity() - obtained);
+        hasRoom = tryAllocating([&] { bytes.resize(obtained + block); });
         if (hasRoom) {
-            file.read(bytes.data() + obtained, static_cast<std::streamsize>(piece));
+            file.read(bytes.data() + obtained, static_cast<std::streamsize>(block));
             obtained += static_cast<std::size_t>(file.gcount());
         }
     }
@@ -96,8 +97,8 @@ bool refuse(std::string_view problem, const std::filesystem::path& path) {
     return false;
 }
 
-/// Prints to standard output by a function of a stream in its default format, whatever the program
-/// has set for std::cout.
+/// Calls a function with a stream in its default format, whatever the program has set for
+/// std::cout, and prints the result to standard output.
 template <typename Function> void printPlainly(Function&& function) {
     std::ostream output(std::cout.rdbuf());
     output.imbue(std::locale::classic());

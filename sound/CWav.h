@@ -14,7 +14,7 @@
 /// there are little-endian, and identifiers are four characters without a terminating zero.
 struct WavHeader {
     std::array<char, 4> riffIdentifier;        ///< "RIFF", not checked
-    std::uint32_t riffChunkSize;               ///< bytes of the file behind this field
+    std::uint32_t riffChunkSize;               ///< bytes of the file after this field
     std::array<char, 4> format;                ///< must be "WAVE"
     std::array<char, 4> formatChunkIdentifier; ///< "fmt ", not checked
     std::uint32_t formatChunkSize;             ///< 16 for PCM, not checked
@@ -43,7 +43,7 @@ static_assert(offsetof(WavHeader, dataChunkIdentifier) == 36 &&
 ///
 /// Only the canonical header is understood: chunks are not searched for, so a file with a longer
 /// format chunk, or with other chunks before "data", is refused or misread. Problems are reported
-/// as lines on standard error. No size in a file is trusted, and memory that cannot be had for data
+/// as lines on standard error. No size in a file is trusted, and a lack of memory for data
 /// or samples counts as a file that ends early.
 class CWav {
 public:
@@ -93,7 +93,7 @@ public:
     std::int64_t bytesRead = 0;        ///< data bytes that the last read obtained
     /// Of all channels together, as the header declares it; there may be fewer in `samples`.
     std::uint32_t numberOfSamples = 0;
-    double* samplePointer = nullptr; ///< first of `samples`, null when there are none
+    double* samplePointer = nullptr; ///< first of `samples`, null if there are none
     std::vector<double> samples;     ///< full scale -1 to +1, channels interleaved
 
     /// Files that declare more samples than this are not worth reading to the caller: they count as

@@ -27,21 +27,22 @@ void report(const char* message, const Record& record) {
 } // namespace
 
 void MainWindow::selectWavFile() {
-    bool isLookingOn = true;
-    while (isLookingOn) {
+    bool isAskingAgain = true;
+    while (isAskingAgain) {
         data.wavFolder = desktopFolder();
         // A cancelled dialog is stored like any choice: an empty name, which then fails to load.
         chooseTarget(QFileInfo(
             QFileDialog::getOpenFileName(this, QStringLiteral("Select a target sound file"),
                                          data.wavFolder, QStringLiteral("Sound files (*.wav)"))));
-        // The dialog gives one file or an empty name, which is a record as well, so that nobody is
-        // asked; the question is kept for a dialog that looks for files.
-        isLookingOn = data.records.isEmpty() &&
-                      QMessageBox::question(this, QStringLiteral("Question"),
-                                            QStringLiteral("This folder contains no .wav files.\n"
-                                                           "Do you want to select another folder?"),
-                                            QMessageBox::Yes | QMessageBox::No,
-                                            QMessageBox::Yes) == QMessageBox::Yes;
+        // The dialog gives one file or an empty name, which is a record as well, so that the
+        // question is never asked; it is kept for a dialog that gives the files of a folder.
+        isAskingAgain =
+            data.records.isEmpty() &&
+            QMessageBox::question(this, QStringLiteral("Question"),
+                                  QStringLiteral("This folder contains no .wav files.\n"
+                                                 "Do you want to select another folder?"),
+                                  QMessageBox::Yes | QMessageBox::No,
+                                  QMessageBox::Yes) == QMessageBox::Yes;
     }
 }
 
@@ -67,7 +68,7 @@ void MainWindow::genWav() {
         refuseTarget();
         return;
     }
-    // Once more: a kept target has another name than the chosen one.
+    // Again: an earlier target that is kept has another name than the chosen one.
     data.wavFilePath = record.filePath;
     data.wavFileName = record.fileName;
     currentTargetPath = pathOf(record);
@@ -80,7 +81,7 @@ void MainWindow::genWav() {
 
     const bool isFirstPresentation = sequencePosition == 0 && soundsPlayed == 0;
     if (isFirstPresentation) {
-        targetSamples = {}; // whose room a longer target may have left
+        targetSamples = {}; // frees what a longer target has left
         reserveOnHugePages(targetSamples, static_cast<std::size_t>(data.nSamples));
         targetSamples.resize(data.nSamples);
     }
@@ -116,8 +117,8 @@ bool MainWindow::loadTarget(Record& record) {
     return keepEarlierTarget(record);
 }
 
-/// Makes a record name the target in use. Returns false, with the record as it was, when there is
-/// none or it does not suit the settings.
+/// Makes a record name the target in use. Returns false, with the record as it was, if there is no
+/// such target or it does not suit the settings.
 bool MainWindow::keepEarlierTarget(Record& record) {
     if (!targetInUse.has_value())
         return false;

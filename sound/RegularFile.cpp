@@ -1,4 +1,4 @@
-// Opening files of strangers without waiting for ever.
+// Opens untrusted paths without blocking on FIFOs or devices.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/RegularFile.h"
 
@@ -11,7 +11,7 @@
 RegularFile::RegularFile(const std::filesystem::path& name, Purpose purpose) {
     constexpr mode_t whatTheUserAllows = 0666;
     const int mode = purpose == Purpose::Reading ? O_RDONLY : O_WRONLY | O_APPEND | O_CREAT;
-    // A FIFO without another end is refused instead of waited for.
+    // Opening a FIFO that nothing reads or writes fails instead of blocking.
     descriptor = open(name.c_str(), mode | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, whatTheUserAllows);
     struct stat status = {};
     if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {

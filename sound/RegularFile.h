@@ -1,11 +1,11 @@
-// Opening files of strangers without waiting for ever.
+// Opens untrusted paths without blocking on FIFOs or devices.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <filesystem>
 
-/// Holds on to a regular file, whatever its name comes to mean in the meantime: opening a FIFO or
-/// a device that has taken the file's place could wait for ever.
+/// Keeps a regular file open, so that a FIFO or device that has taken its name in the meantime is
+/// not opened instead, which could block for ever.
 class RegularFile {
 public:
     enum class Purpose { Reading, Appending };

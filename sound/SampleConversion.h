@@ -1,4 +1,4 @@
-// What the bytes of a PCM sample are worth.
+// The values of PCM samples.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -32,7 +32,7 @@ struct Signed16Bit {
     }
 };
 
-/// 24 bits, two's complement: divided by 2^23, but for the lowest code 0x800000, which is +1.0 and
+/// 24 bits, two's complement: divided by 2^23, except for the code 0x800000, which is +1.0 and
 /// not -1.0, deliberately.
 struct Signed24Bit {
     static constexpr std::size_t byteCount = 3;

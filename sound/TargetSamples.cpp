@@ -28,7 +28,7 @@ qint64 bytesToPrepare(int samplesLoaded, int samplesPlayed) {
     return target + spectrumMemory(samplesLoaded) + playing;
 }
 
-/// Bytes of memory and swap that are free or can be freed, as far as the system tells.
+/// Bytes of memory and swap that are free or can be freed, as far as the system reports them.
 qint64 unusedMemory() {
     QFile file(QStringLiteral("/proc/meminfo"));
     if (!file.open(QIODevice::ReadOnly))
@@ -40,11 +40,11 @@ qint64 unusedMemory() {
     return kibibytes * 1024;
 }
 
-/// Asks for the memory and gives it back at once. Asking beforehand keeps a preparation from
-/// failing half-way, when charts and settings have already changed.
+/// Allocates the memory and frees it at once, so that a preparation does not fail half-way, when
+/// charts and settings have already changed.
 bool isMemoryAvailable(qint64 bytes) {
-    // Fails at a limit of the process; of the machine's memory it may promise more than there is.
-    // Volatile, or the compiler drops the pair of calls and takes the memory for granted.
+    // Fails at a limit of the process, but the kernel may grant more than the machine has.
+    // Volatile, because the compiler may remove a malloc() that is only freed.
     void* volatile block = std::malloc(static_cast<std::size_t>(bytes));
     const bool isAvailable = block != nullptr;
     std::free(block);

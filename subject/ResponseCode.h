@@ -4,7 +4,7 @@
 
 /// What the listener asks for.
 enum ResponseCode : int {
-    SessionStarted = 0, ///< Understood by the main window, sent by nobody.
+    SessionStarted = 0, ///< Understood by the main window, never sent.
     PlayTarget = 2,
     PlaySinusoid = 4,
 };

@@ -4,6 +4,7 @@
 
 #include "subject/ResponseCode.h"
 #include "window/Accessibility.h"
+#include "window/NamedWidget.h"
 #include "window/OrderedDeletion.h"
 #include "window/WindowPlacement.h"
 #include "window/WindowTitle.h"
@@ -22,9 +23,9 @@
 namespace {
 
 // The range and value before the main window has sent its own; the members' defaults.
-constexpr int leastFrequency = 10;
-constexpr int mostFrequency = 1000;
-constexpr int firstFrequency = 500;
+constexpr int minimumFrequency = 10;
+constexpr int maximumFrequency = 1000;
+constexpr int startFrequency = 500;
 
 QString hoverStyle() {
     return QStringLiteral(
@@ -35,7 +36,7 @@ QString greyStyle() {
     return QStringLiteral("QPushButton {background-color: rgb(190, 190, 190); border: none;} ");
 }
 
-/// Large arrows, to be hit without looking.
+/// Large arrows, so that they can be hit without looking.
 QString spinBoxStyle() {
     return QStringLiteral(
         "QSpinBox::up-arrow { border-left: 17px solid none; border-right: 17px solid none; "
@@ -57,8 +58,8 @@ QString spinBoxStyle() {
 
 /// Sets range, value and step of a spin box or slider, in Hz.
 template <typename Control>
-void setFrequencies(Control* control, int least, int most, int current, int step) {
-    control->setRange(least, most);
+void setFrequencies(Control* control, int minimum, int maximum, int current, int step) {
+    control->setRange(minimum, maximum);
     control->setValue(current);
     control->setSingleStep(step);
 }
@@ -68,7 +69,7 @@ void setFrequencies(Control* control, int least, int most, int current, int step
 SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
     setObjectName(QStringLiteral("SubjectWindow"));
     createWidgets();
-    setFrequencies(spinBoxFrequency, leastFrequency, mostFrequency, frequencyCurrent,
+    setFrequencies(spinBoxFrequency, minimumFrequency, maximumFrequency, frequencyCurrent,
                    frequencyStepSize);
     setFrequencies(sliderFrequency, frequencyMin, frequencyMax, frequencyCurrent,
                    frequencyStepSize);
@@ -92,25 +93,19 @@ SubjectWindow::~SubjectWindow() {
 }
 
 void SubjectWindow::createWidgets() {
-    pushButtonPlayTarget = new QPushButton(QStringLiteral("Play target"));
-    pushButtonPlayTarget->setObjectName(QStringLiteral("pushButtonPlayTarget"));
-    labelCurrentValue = new QLabel(QStringLiteral("Current Value"));
-    labelCurrentValue->setObjectName(QStringLiteral("labelCurrentValue"));
-    spinBoxFrequency = new QSpinBox;
-    spinBoxFrequency->setObjectName(QStringLiteral("spinBoxFrequency"));
-    pushButtonPlaySinusoid = new QPushButton(QStringLiteral("Play sinusoid"));
-    pushButtonPlaySinusoid->setObjectName(QStringLiteral("pushButtonPlaySinusoid"));
-    sliderFrequency = new QSlider(Qt::Vertical);
-    sliderFrequency->setObjectName(QStringLiteral("sliderFrequency"));
-    pushButtonIAmReady = new QPushButton(QStringLiteral("I am ready"));
-    pushButtonIAmReady->setObjectName(QStringLiteral("pushButtonIAmReady"));
-    pushButtonDone = new QPushButton(QStringLiteral("Done"));
-    pushButtonDone->setObjectName(QStringLiteral("pushButtonDone"));
+    pushButtonPlayTarget =
+        named<QPushButton>("pushButtonPlayTarget", QStringLiteral("Play target"));
+    labelCurrentValue = named<QLabel>("labelCurrentValue", QStringLiteral("Current Value"));
+    spinBoxFrequency = named<QSpinBox>("spinBoxFrequency");
+    pushButtonPlaySinusoid =
+        named<QPushButton>("pushButtonPlaySinusoid", QStringLiteral("Play sinusoid"));
+    sliderFrequency = named<QSlider>("sliderFrequency", Qt::Vertical);
+    pushButtonIAmReady = named<QPushButton>("pushButtonIAmReady", QStringLiteral("I am ready"));
+    pushButtonDone = named<QPushButton>("pushButtonDone", QStringLiteral("Done"));
     layoutFrequency = new QHBoxLayout;
     layoutUnused = new QVBoxLayout;
     layoutWindow = new QGridLayout;
-    widgetCentral = new QWidget;
-    widgetCentral->setObjectName(QStringLiteral("widgetCentral"));
+    widgetCentral = named<QWidget>("widgetCentral");
 }
 
 void SubjectWindow::connectWidgets() {
@@ -131,10 +126,10 @@ void SubjectWindow::setupGUISubjectWindow() {
     setWindowTitle(titleOfWindow(QStringLiteral("Subject Window")));
     placeWidgets();
     sizeWidgets();
-    spinBoxFrequency->setRange(leastFrequency, mostFrequency);
-    spinBoxFrequency->setValue(firstFrequency);
-    sliderFrequency->setRange(leastFrequency, mostFrequency);
-    sliderFrequency->setValue(firstFrequency);
+    spinBoxFrequency->setRange(minimumFrequency, maximumFrequency);
+    spinBoxFrequency->setValue(startFrequency);
+    sliderFrequency->setRange(minimumFrequency, maximumFrequency);
+    sliderFrequency->setValue(startFrequency);
     pushButtonPlayTarget->hide();
     labelCurrentValue->hide();
     spinBoxFrequency->hide();
@@ -203,9 +198,9 @@ void SubjectWindow::setSliderParameters() {
                    frequencyStepSize);
 }
 
-void SubjectWindow::receiveParameters(int least, int most, int current, int step) {
-    frequencyMin = least;
-    frequencyMax = most;
+void SubjectWindow::receiveParameters(int minimum, int maximum, int current, int step) {
+    frequencyMin = minimum;
+    frequencyMax = maximum;
     frequencyCurrent = current;
     frequencyStepSize = step;
     setSliderParameters();
@@ -306,7 +301,7 @@ void SubjectWindow::closeEvent(QCloseEvent* event) {
                         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, this);
     closeQuestion->setDefaultButton(QMessageBox::Yes);
     const bool isConfirmed = closeQuestion->exec() == QMessageBox::Yes;
-    // The program may have ended while the question stood open, and taken both along.
+    // The program may have ended while the question was open, and deleted both.
     if (thisWindow.isNull())
         return;
     delete closeQuestion;

@@ -18,7 +18,7 @@ class QVBoxLayout;
 
 /// The window in which the listener asks for the target and for sinusoids until both match in
 /// pitch. It plays nothing itself: each request goes out as subjectResponded() and leaves the
-/// window disabled until updateSubjectWindow(-1) tells that the sound has ended.
+/// window disabled until updateSubjectWindow(-1) says that the sound has ended.
 ///
 /// Each widget carries its member's name as its object name.
 class SubjectWindow : public QMainWindow {
@@ -61,8 +61,8 @@ public slots:
     void enableAllChoiceButtons();
 
     /// Takes over the frequencies that can be set, in Hz. They are not checked; the spin box and
-    /// the slider limit what they are given. (The names stand in the meta-object; in the definition
-    /// they would hide the members.)
+    /// the slider limit what they are given. (The names are those of the
+    /// meta-object; in the definition they would hide the members.)
     // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
     void receiveParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
                            int frequencyStepSize);
@@ -78,7 +78,7 @@ protected:
     /// Asks for confirmation; closing goes on only with Yes.
     void closeEvent(QCloseEvent* event) override;
 
-    /// Lets releaseHiddenWindow() follow.
+    /// Has releaseHiddenWindow() called afterwards.
     void hideEvent(QHideEvent* event) override;
 
     void createWidgets();

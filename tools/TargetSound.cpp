@@ -14,7 +14,6 @@
 
 namespace {
 
-
 double rampPoints(const TargetRecipe& recipe) {
     if (recipe.rampKind == RampKind::None)
         return 0;

@@ -6,7 +6,7 @@
 
 // The order and the rounding of every operation are part of the transform's contract. What lies
 // between FFTREAL_EXACT_BEGIN and FFTREAL_EXACT_END is compiled without fused multiply-adds,
-// whatever the command line says of them (clang's -ffp-contract=fast alone overrules it).
+// whatever the command line says (clang's -ffp-contract=fast alone overrules it).
 #if defined(__FAST_MATH__) || defined(__ASSOCIATIVE_MATH__)
 #error "The real FFT cannot be compiled with -ffast-math: its results are defined to the last bit."
 #endif

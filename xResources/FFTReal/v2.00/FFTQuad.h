@@ -1,7 +1,7 @@
-// One bin of four transforms, which two passes of the real FFT make one transform of.
+// The radix-4 step: one bin of four transforms becomes four bins of one, by two passes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// FFTFastPasses.h draws where a bin is read from and written to.
+// FFTFastPasses.h shows where a bin is read from and written to.
 #pragma once
 
 #include "ExactArithmetic.h"
@@ -17,8 +17,8 @@ namespace fftreal {
 
 using Int = std::int64_t;
 
-/// The angles i pi / 2h of a pass, 0 < i < h.
-struct Angles {
+/// The twiddles i pi / 2h of a pass, 0 < i < h.
+struct Twiddles {
     Int h;
     const double* cosines;
     const double* sines; ///< backwards; in the table, the cosines themselves
@@ -27,15 +27,15 @@ struct Angles {
     FFTREAL_INLINE double sin(Int i) const { return sines[h - i]; }
 };
 
-/// A bin of two transforms, once the second is turned, becomes bins i (re_0, im_0) and n - i
-/// (re_1, im_1) of one.
+/// Combines a bin of two transforms, the second multiplied by its twiddle factor, into bins i
+/// (re_0, im_0) and n - i (re_1, im_1) of one.
 template <typename V>
-FFTREAL_INLINE void join(V& re_0, V& im_0, V& re_1, V& im_1, const V& turned_re,
-                         const V& turned_im) {
-    re_1 = re_0 - turned_re;
-    re_0 = re_0 + turned_re;
-    im_1 = turned_im - im_0;
-    im_0 = turned_im + im_0;
+FFTREAL_INLINE void join(V& re_0, V& im_0, V& re_1, V& im_1, const V& rotated_re,
+                         const V& rotated_im) {
+    re_1 = re_0 - rotated_re;
+    re_0 = re_0 + rotated_re;
+    im_1 = rotated_im - im_0;
+    im_0 = rotated_im + im_0;
 }
 
 template <typename V>
@@ -50,7 +50,8 @@ template <typename V> FFTREAL_INLINE void butterfly_of_pass_3(V& re_0, V& im_0, 
 }
 
 /// A bin of four transforms of n values, real and imaginary parts, in their order in memory.
-/// `stride` is what lies between the two parts in memory, the length of h = n/2 rows or values.
+/// `stride` is the distance of the two parts in memory, the length of h = n/2 rows or values. Eight
+/// named members and not an array, which costs up to twice the time: compilers keep it in memory.
 template <typename V> struct Quad {
     V re_0, im_0, re_1, im_1, re_2, im_2, re_3, im_3;
 
@@ -82,7 +83,7 @@ template <typename V> struct Quad {
     }
     /// Both passes for bin i in all lanes.
     template <bool is_pass_3 = false>
-    FFTREAL_INLINE void combine(const Angles& a, const Angles& b, Int i) {
+    FFTREAL_INLINE void combine(const Twiddles& a, const Twiddles& b, Int i) {
         if constexpr (is_pass_3)
             pass_3();
         else
@@ -91,7 +92,7 @@ template <typename V> struct Quad {
                     V::all(b.sin(b.h - i)));
     }
     /// Both passes for the bins i, i + 1, i + 2, i + 3.
-    FFTREAL_INLINE void combine_neighbours(const Angles& a, const Angles& b, Int i) {
+    FFTREAL_INLINE void combine_neighbours(const Twiddles& a, const Twiddles& b, Int i) {
         first_pass(V::load(a.cosines + i), V::load(a.sines + a.h - i - 3).reversed());
         second_pass(V::load(b.cosines + i), V::load(b.sines + b.h - i - 3).reversed(),
                     V::load(b.cosines + b.h - i - 3).reversed(), V::load(b.sines + i));
@@ -110,14 +111,14 @@ template <typename V> struct Quad {
     }
     /// The same for neighbouring bins, whose mirrors run backwards.
     FFTREAL_INLINE void store_neighbours(double* p, double* mirror, Int stride) const {
-        const Quad turned = {
+        const Quad stored = {
             re_0, im_0, re_1.reversed(), im_1.reversed(), re_2.reversed(), im_2.reversed(),
             re_3, im_3};
-        turned.store(p, mirror - (V::lanes - 1), stride);
+        stored.store(p, mirror - (V::lanes - 1), stride);
     }
 
-    /// Both passes for the bins 0 and h, loaded as re and im, and their way back to p.
-    FFTREAL_INLINE void combine_ends(double* p, Int stride, const V& c, const V& s) {
+    /// Both passes for the bins 0 and h, loaded as re and im, and stored at p.
+    FFTREAL_INLINE void combine_bins_0_and_h(double* p, Int stride, const V& c, const V& s) {
         const V even = re_0 + re_1;
         const V odd = re_2 + re_3;
         (even + odd).store(p);

@@ -1,8 +1,8 @@
 // The forward fast Fourier transform of a real sequence whose length is a power of two.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// What comes out
-// --------------
+// Output
+// ------
 // For L real values x[0] .. x[L - 1] the transform gives L real values, not scaled:
 //
 //     index   0      1 .. L/2 - 1     L/2      L/2 + 1 .. L - 1
@@ -13,10 +13,10 @@
 //
 //     X(k) = sum over n of x[n] exp(-2 pi i k n / L),      f[L/2 + k] = -Im X(k).
 //
-// Bins 0 and L/2 of a real sequence have no imaginary part, and none is stored.
+// Bins 0 and L/2 of a real sequence are real, and no imaginary part is stored.
 //
-// How it is computed
-// ------------------
+// Algorithm
+// ---------
 // Radix 2, decimation in time, on real arrays only. The input is read in bit-reversed order; then
 // log2(L) passes combine transforms of 2^(p-1) values into transforms of 2^p values, each already
 // in the layout above. Pass 1 and 2 are done in one sweep, pass 3 (whose only cosine is the root
@@ -28,17 +28,17 @@
 //
 // The real parts of both transforms make dfr, from both its ends towards the middle, and the
 // imaginary parts make dfi. Every pass reads one array and writes another: the output array and
-// the object's own buffer take turns, and the first destination is chosen so that the last pass
-// lands in the output. x is read by the first sweep only.
+// the object's own buffer alternate, and the first destination is chosen so that the last pass
+// writes to the output. x is read by the first sweep only.
 //
-// Cosines and sines come from a table of a quarter period up to pass TRIGO_BD_LIMIT. Later passes
-// turn an oscillator step by step instead, which saves the reading of large tables and costs some
-// accuracy: rounding accumulates along a block and starts afresh at the next. It comes to about
-// 1e-13 of the largest value at 2^14 values and doubles, more or less, with the length.
+// Twiddle factors come from a table of a quarter period up to pass TRIGO_BD_LIMIT. Later passes
+// advance a rotating phasor (RotationOsc.h) step by step instead, which avoids reading large tables
+// and costs some accuracy: rounding errors accumulate along a block and start anew at the next. The
+// error is about 1e-13 of the largest value at 2^14 values and about doubles with the length.
 //
 // The order of the operations is part of the contract: for the same cosines and sines, which are
 // the C library's, results are the same to the last bit everywhere. For doubles, do_fft does the
-// same operations four at a time where the compiler has vectors (FFTFastPasses.h tells how); the
+// same operations four at a time where the compiler has vectors (see FFTFastPasses.h); the
 // passes written out below are what it does elsewhere and for other types, what the fast ones are
 // tested against, and where to begin reading.
 #pragma once
@@ -73,15 +73,15 @@ public:
     static constexpr int TRIGO_BD_LIMIT = 12;
 
     /// Builds the tables for `length` values, a power of two from 1 to 2^30. Takes 20 bytes a
-    /// value for T = double; std::bad_alloc when they cannot be had.
+    /// value for T = double; throws std::bad_alloc if there is no memory.
     explicit FFTReal(std::int64_t length);
 
     virtual ~FFTReal() = default;
     FFTReal(const FFTReal&) = delete;
     FFTReal& operator=(const FFTReal&) = delete;
 
-    /// Transforms the `length` values of x into the `length` values of f, in the layout told at
-    /// the head of this file. x is only read. f and x are two different arrays, and neither is
+    /// Transforms the `length` values of x into the `length` values of f, in the layout described
+    /// at the head of this file. x is only read. f and x are two different arrays, and neither is
     /// the object's buffer. Allocates nothing.
     void do_fft(T* f, const T* x) const;
 
@@ -96,11 +96,12 @@ protected:
     void build_cos_table();
     void build_oscillators();
 
-    /// The buffer of L values that takes turns with the output array; the fast passes' own array.
+    /// The buffer of L values that alternates with the output array; of the fast passes, their only
+    /// array.
     [[nodiscard]] T* use_buffer() const { return &_work_buf[0]; }
 
 #if FFTREAL_VECTORS
-    /// What the fast passes work with; for lengths from 8.
+    /// Tables and arrays for the fast passes; for lengths from 8.
     [[nodiscard]] fftreal::Work<T> work(T* f, const T* x) const {
         return {_nbr_bits,
                 TRIGO_BD_LIMIT,
@@ -177,8 +178,8 @@ private:
 template <typename T>
 FFTReal<T>::FFTReal(std::int64_t length)
     : _fft_len(length), _nbr_bits(count_significant_bits(length > 0 ? length - 1 : 0)) {
-    // All checks come before the first allocation, so that a senseless length is told as such and
-    // never shows as a lack of memory. "size" is what the buffer would be sized to.
+    // All checks come before the first allocation, so that an invalid length is reported as such
+    // and never shows as a lack of memory. "size" is what the buffer would be sized to.
     FFTREAL_ASSERT(length >= 0, "size >= 0");
     FFTREAL_ASSERT(FFTReal_is_pow2(length), "FFTReal_is_pow2 (length)");
     FFTREAL_ASSERT(_nbr_bits <= MAX_BIT_DEPTH, "_nbr_bits <= MAX_BIT_DEPTH");

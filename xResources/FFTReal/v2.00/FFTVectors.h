@@ -23,15 +23,15 @@
 #define FFTREAL_AVX2 0
 #endif
 
-// Whatever computes with vectors is inlined into the two functions at the end of FFTFastPasses.h:
-// only those say which instructions it becomes.
+// Everything that computes with vectors is inlined into the two functions at the end of
+// FFTFastPasses.h, whose target attributes choose the instructions.
 #define FFTREAL_INLINE __attribute__((always_inline)) inline
 
 FFTREAL_EXACT_BEGIN
 
 namespace fftreal {
 
-/// One double with the operations of the types below, for what does not come in fours.
+/// One double with the operations of the types below, for the remainders of fours.
 struct One {
     static constexpr int lanes = 1;
     double v;
@@ -46,8 +46,8 @@ struct One {
     friend FFTREAL_INLINE One operator*(const One& a, const One& b) { return {a.v * b.v}; }
 };
 
-/// Four doubles as two vectors of 16 bytes, which nearly every machine has (SSE2, NEON); where
-/// there are none, compilers take doubles. Addresses need no more alignment than a double's.
+/// Four doubles as two vectors of 16 bytes, which nearly every machine has (SSE2, NEON); elsewhere
+/// compilers use scalars. Addresses need no more alignment than a double's.
 struct TwoPairs {
     using Pair = double __attribute__((vector_size(16)));
     static constexpr int lanes = 4;
@@ -71,7 +71,7 @@ struct TwoPairs {
     FFTREAL_INLINE TwoPairs reversed() const {
         return {__builtin_shufflevector(hi, hi, 1, 0), __builtin_shufflevector(lo, lo, 1, 0)};
     }
-    /// Turns the rows a, b, c, d of a square of 16 into its columns.
+    /// Transposes the 4 x 4 matrix with the rows a, b, c, d.
     static FFTREAL_INLINE void transpose(TwoPairs& a, TwoPairs& b, TwoPairs& c, TwoPairs& d) {
         const TwoPairs column_0 = {evens(a.lo, b.lo), evens(c.lo, d.lo)};
         const TwoPairs column_1 = {odds(a.lo, b.lo), odds(c.lo, d.lo)};
