@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "window/NamedWidget.h"
+#include "window/StaleClicks.h"
 
 #include <QBuffer>
 #include <QCheckBox>
@@ -90,6 +91,7 @@ void MainWindow::createWidgets() {
     pushButtonPractice = pushButton("pushButtonPractice", "Practice");
     pushButtonExperiment = pushButton("pushButtonExperiment", "Experiment");
     pushButtonGo = pushButton("pushButtonGo", "Go");
+    staleClicksOnGo = new StaleClicks(pushButtonGo);
     pushButtonQuit = pushButton("pushButtonQuit", "Quit");
     checkBoxSaveData = named<QCheckBox>("checkBoxSaveData", QStringLiteral("Save data to file"));
 }

@@ -54,6 +54,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QSpinBox;
+class StaleClicks;
 class SubjectWindow;
 
 QT_CHARTS_BEGIN_NAMESPACE
@@ -328,6 +329,7 @@ protected:
     QPushButton* pushButtonPractice = nullptr;
     QPushButton* pushButtonExperiment = nullptr;
     QPushButton* pushButtonGo = nullptr;
+    StaleClicks* staleClicksOnGo = nullptr; ///< A child of pushButtonGo.
     QPushButton* pushButtonQuit = nullptr;
     QCheckBox* checkBoxSaveData = nullptr;
 

@@ -4,6 +4,7 @@
 
 #include "session/TrialSequence.h"
 #include "subject/SubjectWindow.h"
+#include "window/StaleClicks.h"
 #include "window/WaitCursor.h"
 
 #include <QComboBox>
@@ -37,7 +38,10 @@ void MainWindow::on_pushButtonExperiment_clicked() {
 void MainWindow::prepareSession(int repetitions, int sessionTypeIndex) {
     nRepetitions = repetitions;
     comboBoxSesType->setCurrentIndex(sessionTypeIndex);
+    // A click on the grey "Go" must not start the session once "Go" is enabled.
+    staleClicksOnGo->begin();
     getReadyToGo();
+    staleClicksOnGo->end();
 }
 
 void MainWindow::getReadyToGo() {

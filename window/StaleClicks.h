@@ -1,0 +1,43 @@
+// Clicks on a disabled control that would be delivered after it has been enabled.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QElapsedTimer>
+#include <QInputEvent>
+#include <QWidget>
+
+/// Discards presses of the mouse that were made on a disabled widget while the program was busy.
+/// They wait in the queue of the window system until the widget may have been enabled.
+///
+/// They are known by their time: X servers and Wayland compositors on the same computer stamp input
+/// with the monotonic clock in milliseconds. Where another clock is used, nothing is discarded.
+class StaleClicks : public QObject {
+public:
+    explicit StaleClicks(QWidget* filtered) : QObject(filtered), widget(filtered) {
+        widget->installEventFilter(this);
+    }
+
+    /// To be called before and after the work, with the widget not yet enabled.
+    void begin() { since = now(); }
+    void end() { duration = widget->isEnabled() ? 0 : now() - since; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool isPress = event->type() == QEvent::MouseButtonPress ||
+                             event->type() == QEvent::MouseButtonDblClick;
+        if (isPress && quint32(static_cast<QInputEvent*>(event)->timestamp()) - since < duration)
+            return true;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    /// 32 bits of milliseconds, which wrap around after 49 days like those of an X server.
+    static quint32 now() {
+        QElapsedTimer clock;
+        clock.start();
+        return quint32(clock.msecsSinceReference());
+    }
+
+    QWidget* widget;
+    quint32 since = 0;
+    quint32 duration = 0; ///< Milliseconds; 0 discards nothing.
+};
