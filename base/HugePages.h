@@ -10,10 +10,14 @@
 /// same for themselves.)
 void preferHugePages(void* memory, std::size_t bytes);
 
-/// Empties a vector and makes room for `count` elements in it, on huge pages where it is long.
+/// Empties a vector and makes room for exactly `count` elements in it, on huge pages where it is
+/// long. Memory of another size is freed first: a short sound must not keep the memory of a long one.
 /// Throws what the vector's reserve() throws.
 template <typename Vector> void reserveOnHugePages(Vector& vector, std::size_t count) {
-    vector.clear();
+    if (static_cast<std::size_t>(vector.capacity()) == count)
+        vector.clear();
+    else
+        vector = Vector();
     vector.reserve(static_cast<decltype(vector.size())>(count));
     preferHugePages(vector.data(), count * sizeof(*vector.data()));
 }

@@ -18,9 +18,11 @@ void pairPoints(const QVector<double>& x, const QVector<double>& y, int count,
     if (count < 1)
         return;
     const int available = std::min({count, x.size(), y.size()});
-    points.resize(available);
-    for (int i = 0; i < available; ++i)
-        points[i] = QPointF(x[i], y[i]);
+    // The chart may share the earlier points: writing to them would copy them first.
+    if (!points.isDetached() || points.size() != available)
+        points = QVector<QPointF>(available);
+    std::transform(x.cbegin(), x.cbegin() + available, y.cbegin(), points.begin(),
+                   [](double left, double right) { return QPointF(left, right); });
 }
 
 bool findRange(const QVector<double>& values, QVector<double>& range) {

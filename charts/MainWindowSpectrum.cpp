@@ -21,7 +21,8 @@ void MainWindow::sizeSpectrum() {
         reserveOnHugePages(*bins, static_cast<std::size_t>(sizing.bins()));
         bins->resize(sizing.bins());
     }
-    pointsFFT.resize(sizing.pointsToPlot);
+    if (pointsFFT.size() != sizing.pointsToPlot)
+        pointsFFT = QVector<QPointF>(sizing.pointsToPlot);
 }
 
 void MainWindow::genFFT() {

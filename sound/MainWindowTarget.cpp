@@ -81,7 +81,6 @@ void MainWindow::genWav() {
 
     const bool isFirstPresentation = sequencePosition == 0 && soundsPlayed == 0;
     if (isFirstPresentation) {
-        targetSamples = {}; // frees what a longer target has left
         reserveOnHugePages(targetSamples, static_cast<std::size_t>(data.nSamples));
         targetSamples.resize(data.nSamples);
     }
