@@ -29,10 +29,7 @@ public:
         isOver = true;
         thread.join();
     }
-    Meanwhile(const Meanwhile&) = delete;
-    Meanwhile(Meanwhile&&) = delete;
-    Meanwhile& operator=(const Meanwhile&) = delete;
-    Meanwhile& operator=(Meanwhile&&) = delete;
+    Q_DISABLE_COPY_MOVE(Meanwhile)
 
 private:
     std::atomic<bool> isOver{false};
@@ -45,11 +42,19 @@ class Alarm {
 public:
     Alarm() { alarm(60); }
     ~Alarm() { alarm(0); }
-    Alarm(const Alarm&) = delete;
-    Alarm(Alarm&&) = delete;
-    Alarm& operator=(const Alarm&) = delete;
-    Alarm& operator=(Alarm&&) = delete;
+    Q_DISABLE_COPY_MOVE(Alarm)
 };
+
+/// Lets a path lead to each of two files in turn, without a moment in which it leads nowhere.
+auto replacingBy(const std::string& one, const std::string& other, const std::string& path) {
+    return [=] {
+        for (const std::string& file : {one, other}) {
+            const std::string beside = path + ".new";
+            if (::link(file.c_str(), beside.c_str()) == 0)
+                std::rename(beside.c_str(), path.c_str());
+        }
+    };
+}
 
 constexpr int loads = 3000;
 
@@ -67,13 +72,7 @@ void TestWavChanging::nameThatBecomesAFifoIsNotWaitedFor() {
     const std::string file = folder.write(wavWithSamples({}, {16384}), "file.wav");
     QCOMPARE(::mkfifo(fifo.c_str(), 0600), 0);
     const Alarm alarm;
-    const Meanwhile changing([&] {
-        for (const std::string& other : {fifo, file}) {
-            const std::string beside = path + ".new";
-            if (::link(other.c_str(), beside.c_str()) == 0)
-                std::rename(beside.c_str(), path.c_str());
-        }
-    });
+    const Meanwhile changing(replacingBy(fifo, file, path));
     int loaded = 0;
     int refused = 0;
     errorsOf([&] {
@@ -117,13 +116,7 @@ void TestWavChanging::fileThatIsReplacedIsNeverMixedWithTheOther() {
         folder.write(wavWithSamples({}, QVector<int>(50000, -54)), "shorter.wav");
     const Alarm alarm;
     QCOMPARE(::link(longer.c_str(), path.c_str()), 0);
-    const Meanwhile replacing([&] {
-        for (const std::string& other : {shorter, longer}) {
-            const std::string beside = path + ".new";
-            if (::link(other.c_str(), beside.c_str()) == 0)
-                std::rename(beside.c_str(), path.c_str());
-        }
-    });
+    const Meanwhile replacing(replacingBy(shorter, longer, path));
     int longerOnes = 0;
     int shorterOnes = 0;
     while (longerOnes < 300 || shorterOnes < 300) {
