@@ -7,6 +7,7 @@
 #include "support/SignalCalls.h"
 #include "support/StreamCapture.h"
 #include "support/TestMain.h"
+#include "support/TestTable.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -83,12 +84,11 @@ void TestSignalBoxes::nothingToWarnOfShowsNoBox() {
 }
 
 void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn_data() {
-    QTest::addColumn<RampInPlace>("ramp");
-    QTest::addColumn<double>("middle");
+    const auto row = testsupport::columns<RampInPlace, double>("ramp", "middle");
     const double gain = (1 - std::cos(0.5 * 3.141592653589793)) * 0.5;
-    QTest::newRow("cosRamp") << RampInPlace(cosRamp) << 8 * gain * gain;
-    QTest::newRow("cos2Ramp") << RampInPlace(cos2Ramp) << 8 * gain * gain * gain * gain;
-    QTest::newRow("linearRamp") << RampInPlace(linearRamp) << 2.0;
+    row("cosRamp", cosRamp, 8 * gain * gain);
+    row("cos2Ramp", cos2Ramp, 8 * gain * gain * gain * gain);
+    row("linearRamp", linearRamp, 2);
 }
 
 void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn() {
