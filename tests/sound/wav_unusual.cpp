@@ -10,8 +10,6 @@
 
 namespace wavoffset = testsupport::wavoffset;
 using testsupport::AddressSpaceLimit;
-using testsupport::setUnsigned16;
-using testsupport::setUnsigned32;
 using testsupport::wavWithData;
 using testsupport::wavWithSamples;
 
@@ -30,15 +28,11 @@ QByteArray sound() {
 }
 
 QByteArray with16(int offset, int value) {
-    QByteArray bytes = sound();
-    setUnsigned16(bytes, offset, static_cast<quint16>(value));
-    return bytes;
+    return testsupport::with16(sound(), offset, static_cast<quint16>(value));
 }
 
 QByteArray with32(int offset, quint32 value) {
-    QByteArray bytes = sound();
-    setUnsigned32(bytes, offset, value);
-    return bytes;
+    return testsupport::with32(sound(), offset, value);
 }
 
 QByteArray withText(int offset, const char* text) {
@@ -96,8 +90,8 @@ void addNumbers() {
     for (const quint32 rate : {0U, 1U, 0xFFFFFFFFU})
         addRow("rate of " + QByteArray::number(rate), with32(wavoffset::samplingRate, rate),
                noMessage, 4);
-    QByteArray wrongThrice = with16(wavoffset::audioFormat, 3);
-    setUnsigned16(wrongThrice, wavoffset::bitsPerSample, 32);
+    QByteArray wrongThrice =
+        testsupport::with16(with16(wavoffset::audioFormat, 3), wavoffset::bitsPerSample, 32);
     addRow("32 bits, floating point", wrongThrice, notPcm);
     addRow("AIFF, 32 bits, floating point", wrongThrice.replace(wavoffset::format, 4, "AIFF"),
            notWave);

@@ -6,7 +6,6 @@
 #include "support/TestMain.h"
 
 #include <QDir>
-#include <QProcess>
 
 #include <algorithm>
 #include <cmath>
@@ -15,23 +14,6 @@ namespace {
 
 constexpr double samplingRate = 40000; // Hz
 constexpr double pi = 3.14159265358979323846;
-
-ToolRun runProgram(const QString& program, const QStringList& arguments, const QString& folder,
-                   const QStringList& environment = {}) {
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.setProcessEnvironment([&] {
-        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-        for (const QString& variable : environment)
-            variables.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
-        return variables;
-    }());
-    process.start(program, arguments);
-    process.closeWriteChannel();
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-        return {-1, {}, process.readAllStandardError()};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
 
 } // namespace
 
@@ -50,15 +32,8 @@ ToolRun ToolFolder::run(const QString& arguments) const {
 }
 
 ToolRun ToolFolder::runWords(const QStringList& arguments, const QStringList& environment) const {
-    return runProgram(QStringLiteral(PELLION_TARGET), arguments, folder.path(), environment);
-}
-
-bool ToolFolder::shell(const QString& commandLine) const {
-    const ToolRun run =
-        runProgram(QStringLiteral("sh"), {QStringLiteral("-c"), commandLine}, folder.path());
-    if (run.status != 0)
-        qWarning("%s: %s", qPrintable(commandLine), run.errors.constData());
-    return run.status == 0;
+    return {testsupport::runProgram(QStringLiteral(PELLION_TARGET), arguments, folder.path(),
+                                    environment)};
 }
 
 QStringList ToolFolder::names() const {
@@ -154,16 +129,6 @@ QByteArray handmade(const testsupport::WavFormat& format, int frames) {
     for (int i = 0; i < samples.size(); ++i)
         samples[i] = (i * 37 + 11) % 251;
     return testsupport::wavWithSamples(format, samples);
-}
-
-QByteArray with16(QByteArray bytes, int offset, quint16 value) {
-    testsupport::setUnsigned16(bytes, offset, value);
-    return bytes;
-}
-
-QByteArray with32(QByteArray bytes, int offset, quint32 value) {
-    testsupport::setUnsigned32(bytes, offset, value);
-    return bytes;
 }
 
 } // namespace madefiles
