@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
+#include "signal/OstrelClasses.h"
+
 #include <QtTest>
 
-#include <cmath>
+#include <algorithm>
 #include <ctime>
 #include <functional>
 
@@ -18,14 +20,21 @@ QVector<double> atMinus6dB(const QVector<double>& sound) {
     return scaled(sound, peak(sound), -6);
 }
 QVector<double> finished(const QVector<double>& sound) {
-    return ramped(atMinus6dB(sound), 800, cosineGain);
+    return cosRamp(atMinus6dB(sound), 800);
 }
 
 QVector<double> harmonics(double fundamental, const QVector<int>& numbers) {
-    QVector<QVector<double>> partials;
-    for (const int number : numbers)
-        partials.append(tone(10000, number * fundamental));
-    return sum(partials);
+    QVector<double> sum(10000, 0.0);
+    for (const int number : numbers) {
+        const QVector<double> partial = tone(10000, number * fundamental);
+        std::transform(sum.cbegin(), sum.cend(), partial.cbegin(), sum.begin(), std::plus<>());
+    }
+    return sum;
+}
+
+/// A quarter of a second.
+QVector<double> modulated(double carrier, double modulation, double depth, double phase = 0) {
+    return sam(40000, 0.25, carrier, modulation, depth, 1, 0, phase, false);
 }
 
 using AddSound = std::function<void(const QByteArray& arguments, const QVector<double>& sound,
@@ -46,36 +55,34 @@ void addKinds(const AddSound& add) {
     add(complex + "--harmonics 3-5", finished(harmonics(200, {3, 4, 5})), {});
     add(complex + "--harmonics 7,1,3-4,4", finished(harmonics(200, {1, 3, 4, 7})), {});
     add(complex + "--harmonics 4", finished(harmonics(200, {4})), {});
-    add("sam", finished(sam(10000, 440, 40, 1)), {});
+    add("sam", finished(modulated(440, 40, 1)), {});
     add("sam --frequency 1000 --modulation 4 --modulation-phase 180",
-        finished(sam(10000, 1000, 4, 1, 180)), {});
-    add("sam --modulation 100 --depth 0.5", finished(sam(10000, 440, 100, 0.5)), {});
+        finished(modulated(1000, 4, 1, 180)), {});
+    add("sam --modulation 100 --depth 0.5", finished(modulated(440, 100, 0.5)), {});
     add("sam --depth 0", finished(tone(10000, 440)), {});
 }
 
 /// Levels are those of the sound before its ramps.
 void addLevels(const AddSound& add) {
-    const QVector<double> sine = tone(10000, 400);
+    const QVector<double> sound = tone(10000, 400);
     const auto addLevel = [&](const QByteArray& option, double reference, double decibels) {
         add("tone --frequency 400 --bits 24 " + option,
-            ramped(scaled(sine, reference, decibels), 800, cosineGain), {40000, 1, 24});
+            cosRamp(scaled(sound, reference, decibels), 800), {40000, 1, 24});
     };
     addLevel("--peak 0", 1, 0);
     addLevel("--peak -20", 1, -20);
     addLevel("--peak=-6.020599913279624", 2, 0);
-    addLevel("--rms -20", rootMeanSquare(sine), -20);
-    addLevel("--rms -3.5", rootMeanSquare(sine), -3.5);
+    addLevel("--rms -20", rms(sound), -20);
+    addLevel("--rms -3.5", rms(sound), -3.5);
 }
 
 void addRamps(const AddSound& add) {
     const QVector<double> sound = atMinus6dB(tone(10000, 440));
-    const auto squared = [](double position) { return std::pow(cosineGain(position), 2); };
-    const auto straight = [](double position) { return position; };
     add("tone --ramp none", sound, {});
-    add("tone --ramp cos --ramp-duration 10", ramped(sound, 400, cosineGain), {});
-    add("tone --ramp cos2 --ramp-duration 10", ramped(sound, 400, squared), {});
-    add("tone --ramp linear --ramp-duration 2.5", ramped(sound, 100, straight), {});
-    add("tone --ramp-duration 125", ramped(sound, 5000, cosineGain), {});
+    add("tone --ramp cos --ramp-duration 10", cosRamp(sound, 400), {});
+    add("tone --ramp cos2 --ramp-duration 10", cos2Ramp(sound, 400), {});
+    add("tone --ramp linear --ramp-duration 2.5", linearRamp(sound, 100), {});
+    add("tone --ramp-duration 125", cosRamp(sound, 5000), {});
     add("tone --ramp-duration 0", sound, {});
 }
 

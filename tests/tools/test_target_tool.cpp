@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
+#include "signal/OstrelClasses.h"
 #include "signal/RandomGenerator.h"
 #include "support/TestMain.h"
 
@@ -13,7 +14,6 @@
 namespace {
 
 constexpr double samplingRate = 40000; // Hz
-constexpr double pi = 3.14159265358979323846;
 
 } // namespace
 
@@ -43,27 +43,7 @@ QStringList ToolFolder::names() const {
 namespace expectedsound {
 
 QVector<double> tone(int count, double frequency, double phaseDegrees) {
-    QVector<double> samples(count);
-    for (int i = 0; i < count; ++i)
-        samples[i] = std::sin(2 * pi * frequency * i / samplingRate + phaseDegrees * pi / 180);
-    return samples;
-}
-
-QVector<double> sum(const QVector<QVector<double>>& sounds) {
-    QVector<double> samples(sounds.constFirst().size(), 0.0);
-    for (const QVector<double>& sound : sounds)
-        for (int i = 0; i < samples.size(); ++i)
-            samples[i] += sound[i];
-    return samples;
-}
-
-QVector<double> sam(int count, double carrier, double modulation, double depth,
-                    double modulationPhaseDegrees) {
-    QVector<double> samples = tone(count, carrier);
-    for (int i = 0; i < count; ++i)
-        samples[i] *= 1 + depth * std::cos(2 * pi * modulation * i / samplingRate +
-                                           modulationPhaseDegrees * pi / 180);
-    return samples;
+    return sine(samplingRate, count / samplingRate, frequency, 1, phaseDegrees);
 }
 
 QVector<double> noise(int count, uint seconds) {
@@ -82,22 +62,10 @@ double peak(const QVector<double>& samples) {
     return std::max(-*least, *most);
 }
 
-double rootMeanSquare(const QVector<double>& samples) {
-    double squares = 0;
-    for (const double sample : samples)
-        squares += sample * sample;
-    return std::sqrt(squares / samples.size());
-}
-
 QVector<double> scaled(QVector<double> samples, double reference, double decibels) {
     for (double& sample : samples)
         sample *= std::pow(10, decibels / 20) / reference;
     return samples;
-}
-
-double cosineGain(double position) {
-    const double half = std::sin(position * pi / 2);
-    return half * half;
 }
 
 QVector<int> codes(const QVector<double>& samples, int bits) {

@@ -44,31 +44,17 @@ private:
     QTemporaryDir folder;
 };
 
-/// What a sound is before it is rounded, by formulas of the tests' own.
+/// What a sound is before it is rounded: a signal of the signal library at a level.
 namespace expectedsound {
 QVector<double> tone(int count, double frequency, double phaseDegrees = 0);
-QVector<double> sum(const QVector<QVector<double>>& sounds);
-QVector<double> sam(int count, double carrier, double modulation, double depth,
-                    double modulationPhaseDegrees = 0);
 
-/// The noise of the library for a time in seconds, without its mean.
+/// The library's noise for a time in seconds, without its mean.
 QVector<double> noise(int count, uint seconds);
 
 double peak(const QVector<double>& samples);
-double rootMeanSquare(const QVector<double>& samples);
 
 /// Scales by a factor re a reference.
 QVector<double> scaled(QVector<double> samples, double reference, double decibels);
-
-/// Multiplies onset and offset by a gain that depends on how far they are, from 0 to 1.
-template <typename Gain> QVector<double> ramped(QVector<double> samples, int points, Gain&& gain) {
-    for (int i = 0; i < points; ++i) {
-        samples[i] *= gain(double(i) / points);
-        samples[samples.size() - 1 - i] *= gain(double(i) / points);
-    }
-    return samples;
-}
-double cosineGain(double position);
 
 /// The integers that a file holds of samples within full scale.
 QVector<int> codes(const QVector<double>& samples, int bits);
