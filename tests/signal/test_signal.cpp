@@ -1,9 +1,8 @@
 // The signal library's warnings in a program with widgets.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "test_signal.h"
-
 #include "signal/OstrelClasses.h"
 #include "signal/RandomGenerator.h"
+#include "support/DialogDriver.h"
 #include "support/SignalCalls.h"
 #include "support/StreamCapture.h"
 #include "support/TestMain.h"
@@ -15,6 +14,7 @@
 
 #include <cmath>
 #include <iostream>
+#include <memory>
 
 using testsupport::RampInPlace;
 using testsupport::SignalCall;
@@ -42,6 +42,29 @@ void clickOk(QWidget* dialog) {
 }
 
 } // namespace
+
+/// The boxes that the library shows in a program with widgets.
+class TestSignalBoxes : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void aWarningIsOneBox_data();
+    void aWarningIsOneBox();
+    void nothingToWarnOfShowsNoBox_data();
+    void nothingToWarnOfShowsNoBox();
+    void theRampWaitsForTheBoxAndGoesOn_data();
+    void theRampWaitsForTheBoxAndGoesOn();
+    void aBoxClosedByItsFrameGoesOnAsWell();
+    void oneNumberIsDrawnAfterTheBox();
+    void manyNumbersAreSeededAfterTheBox();
+    void outsideTheWindowsThreadAWarningIsALine();
+
+private:
+    std::unique_ptr<testsupport::DialogDriver> dialogs;
+};
 
 void TestSignalBoxes::init() {
     dialogs = std::make_unique<testsupport::DialogDriver>();
@@ -159,3 +182,5 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     return testsupport::runAll<TestSignalBoxes>(argc, argv);
 }
+
+#include "test_signal.moc"
