@@ -7,9 +7,6 @@
 #include <filesystem>
 #include <iterator>
 #include <random>
-#include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 namespace wavoffset = testsupport::wavoffset;
@@ -19,17 +16,6 @@ using testsupport::wavWithData;
 using testsupport::wavWithSamples;
 
 namespace {
-
-/// Returns bytes without a period that a block or piece could share.
-QByteArray unevenBytes(int count) {
-    QByteArray bytes(count, '\0');
-    quint32 state = 1;
-    for (char& byte : bytes) {
-        state = state * 1664525U + 1013904223U;
-        byte = static_cast<char>(state >> 24U);
-    }
-    return bytes;
-}
 
 /// Files that are WAV files more or less.
 class RandomFiles {
@@ -93,12 +79,11 @@ void TestWavRobustness::shortDataLoadWithoutSamples() {
 }
 
 void TestWavRobustness::sizesAroundThePiecesAreReadWhole_data() {
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<int>("byteCount");
+    const auto row = columns<int, int>("bits", "byteCount");
     for (const int bits : {8, 16, 24})
         for (const int byteCount : {1023, 1024, 1025, 2048, 3072, 3075, 1048575, 1048576, 1048577,
                                     2097152, 3145728, 3145734})
-            QTest::addRow("%d bits, %d bytes", bits, byteCount) << bits << byteCount;
+            row(QString::asprintf("%d bits, %d bytes", bits, byteCount).toUtf8(), bits, byteCount);
 }
 
 void TestWavRobustness::sizesAroundThePiecesAreReadWhole() {
