@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace testsupport {
 
@@ -14,8 +15,33 @@ bool isSound(float sample) {
 }
 
 /// Index of the first sample from `from` on that is not silent, or the size when there is none.
-int firstSound(const QVector<float>& samples, int from) {
+int firstSound(const QVector<float>& samples, int from = 0) {
     return int(std::find_if(samples.cbegin() + from, samples.cend(), isSound) - samples.cbegin());
+}
+
+QVector<float> audible(const QVector<float>& samples) {
+    QVector<float> kept;
+    std::copy_if(samples.cbegin(), samples.cend(), std::back_inserter(kept), isSound);
+    return kept;
+}
+
+/// What became of a sound of which these audible samples were heard.
+Fate fateOf(const QVector<float>& heard, const QVector<float>& sound) {
+    if (heard == sound)
+        return Fate::Gaps;
+    if (heard.size() >= sound.size())
+        return Fate::Different;
+    const int head =
+        int(std::mismatch(heard.cbegin(), heard.cend(), sound.cbegin(), sound.cend()).first -
+            heard.cbegin());
+    const int tail =
+        int(std::mismatch(heard.crbegin(), heard.crend(), sound.crbegin(), sound.crend()).first -
+            heard.crbegin());
+    if (head == heard.size())
+        return Fate::CutAtEnd;
+    if (tail == heard.size())
+        return Fate::CutAtStart;
+    return head + tail >= heard.size() ? Fate::CutInside : Fate::Different;
 }
 
 } // namespace
@@ -52,6 +78,30 @@ HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<fl
     const int extra = firstSound(recording, position);
     if (extra != recording.size())
         heard.difference = QStringLiteral("a sound too many, at sample %1").arg(extra);
+    return heard;
+}
+
+HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound) {
+    HeardSound heard;
+    const int onset = firstSound(stretch);
+    const int start = onset - firstSound(sound);
+    if (onset < stretch.size() && start >= 0 && start + sound.size() <= stretch.size() &&
+        std::equal(sound.cbegin(), sound.cend(), stretch.cbegin() + start)) {
+        heard.fate = Fate::Complete;
+        heard.start = start;
+        heard.isFollowedByMore =
+            std::any_of(stretch.cbegin() + start + sound.size(), stretch.cend(), isSound);
+        return heard;
+    }
+    const int from = std::clamp(start, 0, stretch.size());
+    heard.firstWrong =
+        int(std::mismatch(stretch.cbegin() + from, stretch.cend(), sound.cbegin(), sound.cend())
+                .second -
+            sound.cbegin());
+    const QVector<float> audibleHeard = audible(stretch);
+    const QVector<float> audibleSound = audible(sound);
+    heard.samplesMissing = std::max(audibleSound.size() - audibleHeard.size(), 0);
+    heard.fate = audibleHeard.isEmpty() ? Fate::Missing : fateOf(audibleHeard, audibleSound);
     return heard;
 }
 

@@ -62,6 +62,15 @@ void SessionDriver::beReady() {
     click(*subjectWindow, "pushButtonIAmReady");
 }
 
+bool SessionDriver::begin(const QString& targetPath, double pauseMs) {
+    prepare(Session::Practice, targetPath);
+    setPause(pauseMs);
+    if (go() == nullptr)
+        return false;
+    beReady();
+    return true;
+}
+
 bool SessionDriver::playTarget() {
     return playAndWait("pushButtonPlayTarget");
 }

@@ -49,6 +49,9 @@ public:
     /// "I am ready".
     void beReady();
 
+    /// All of these, for a practice session; returns whether the listener's window came.
+    bool begin(const QString& targetPath, double pauseMs);
+
     /// "Play target"; returns whether the sound has started and ended.
     bool playTarget();
 
