@@ -7,8 +7,6 @@
 #include "charts/SpectrumSizing.h"
 #include "support/TestMain.h"
 
-#include <QApplication>
-
 #include <limits>
 
 namespace {
@@ -197,7 +195,7 @@ void TestChartFunctions::rangeOfNothingStays() {
 }
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    return testsupport::runAll<TestChartFunctions, TestAmplitudeSpectrum, TestChartScaffolding,
-                               TestChartDrawing, TestTrendChart, TestChartsOfTargets>(argc, argv);
+    return testsupport::runWithWindows<TestChartFunctions, TestAmplitudeSpectrum,
+                                       TestChartScaffolding, TestChartDrawing, TestTrendChart,
+                                       TestChartsOfTargets>(argc, argv);
 }
