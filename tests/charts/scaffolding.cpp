@@ -48,7 +48,7 @@ void displayEmpty(InspectedMainWindow& window, int number) {
     functions[number]();
 }
 
-/// A chart of which nothing is set, for what is left to the toolkit.
+/// A chart of which nothing is set, for what is left to Qt.
 class PlainChart {
 public:
     PlainChart() {

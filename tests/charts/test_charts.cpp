@@ -160,7 +160,7 @@ void TestChartFunctions::withoutPointsTheEarlierOnesStay_data() {
     QTest::addColumn<int>("count");
     QTest::newRow("0") << 0;
     QTest::newRow("-1") << -1;
-    QTest::newRow("least") << std::numeric_limits<int>::min();
+    QTest::newRow("minimum") << std::numeric_limits<int>::min();
 }
 
 void TestChartFunctions::withoutPointsTheEarlierOnesStay() {
