@@ -21,7 +21,7 @@ std::uintptr_t addressOf(const void* memory) {
 }
 
 /// Returns whether large pages have been asked for behind an address ("hg" among the flags of its
-/// mapping, as proc(5) tells them).
+/// mapping, as proc(5) names them).
 bool isOnLargePages(std::uintptr_t address) {
     QFile file("/proc/self/smaps");
     if (!file.open(QIODevice::ReadOnly))
@@ -108,11 +108,10 @@ void TestTargetLargePages::reservedVectorIsEmpty() {
 }
 
 void TestTargetLargePages::longTargetLiesOnLargePages() {
-    TargetBench bench;
     // Two minutes: 38 MB of samples.
-    const QString path = bench.write("long.wav", QVector<int>(120 * 40000, 1234));
-    QCOMPARE(bench.prepare(path), std::string());
-    const auto& window = bench.window;
+    const QString path = fixture->write("long.wav", QVector<int>(120 * 40000, 1234));
+    fixture->prepare(path);
+    const auto& window = fixture->window();
     for (const QVector<double>* vector :
          {&window.targetSamples, &window.fftFrequencies, &window.fftAmplitudes, &window.fftPhases})
         QVERIFY(isOnLargePages(addressOf(vector->constData() + vector->size() / 2)));
