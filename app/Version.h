@@ -5,7 +5,7 @@
 #include <QString>
 
 /// As titles, "pellion-target --version" and the manual pages show it. The build's own number
-/// (CMakeLists.txt) is its digits; scripts/check-documents compares them all.
+/// (CMakeLists.txt) is its digits; scripts/check compares them all.
 inline QString programVersion() {
     return QStringLiteral("v014");
 }
