@@ -7,8 +7,9 @@
 # server for it, "test" what only the tests call, "access" the accessibility bus and what listens to
 # it, "package" what makes the Debian package and checks it, "bench" what the benchmarks link,
 # "peers" the programs that they start beside this one, "clang" the compiler of sanitizers and
-# fuzzers and what names the lines of a finding, "check" what looks at the sources, "campaigns" what
-# loads the machine, "bootstrap" what makes a bare system of either release.
+# fuzzers and what names the lines of a finding, "mutate" what finds mutants and keeps them from the
+# system, "check" what looks at the sources, "campaigns" what loads the machine, "bootstrap" what makes
+# a bare system of either release.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
     libxcb1-dev libfftw3-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
@@ -21,6 +22,7 @@ packages_to_package=(appstream cmark-gfm desktop-file-utils dpkg-dev fakeroot im
 packages_to_bench=(libbenchmark-dev libgsl-dev libkissfft-dev libxcb-damage0-dev python3 util-linux)
 packages_of_peers=(praat sonic-visualiser)
 packages_for_clang=(clang libclang-rt-dev llvm)
+packages_to_mutate=(bubblewrap python3-clang)
 packages_to_check=(git clang-format clang-tidy flake8 python3 shellcheck)
 packages_for_campaigns=(stress-ng)
 packages_to_bootstrap=(debootstrap git procps util-linux)
