@@ -11,8 +11,8 @@
 void preferHugePages(void* memory, std::size_t bytes);
 
 /// Empties a vector and makes room for exactly `count` elements in it, on huge pages where it is
-/// long. Memory of another size is freed first: a short sound must not keep the memory of a long one.
-/// Throws what the vector's reserve() throws.
+/// long. Memory of another size is freed first: a short sound must not keep the memory of a long
+/// one. Throws what the vector's reserve() throws.
 template <typename Vector> void reserveOnHugePages(Vector& vector, std::size_t count) {
     if (static_cast<std::size_t>(vector.capacity()) == count)
         vector.clear();

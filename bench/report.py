@@ -9,9 +9,6 @@ import pathlib
 import platform
 import sys
 
-# The tree stays free of what the modules beside this file compile to.
-sys.dont_write_bytecode = True
-# pylint: disable=wrong-import-position
 from report_fft import fft_picture, fft_section
 from report_preparation import loading_section, preparation_section, response_section
 from report_start import start_section

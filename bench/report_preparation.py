@@ -132,7 +132,7 @@ def response_section(reliability):
     few, many = shares[10], shares[2000]
     return f"""## The work of one response
 
-Measured by `scripts/try-endurance`, and told with all that belongs to it in
+Measured by `scripts/campaign endurance`, and told with all that belongs to it in
 [Many sessions, many responses](reliability.md#many-sessions-many-responses): the program's own share
 of a response, without the disk and the toolkit's drawing, is {few[0]:g} ms with 10 responses and {many[0]:g} ms with
 2000 (medians).

@@ -5,9 +5,7 @@
 #include "base/Numbers.h"
 #include "window/WindowPlacement.h"
 
-#include <QGuiApplication>
 #include <QLocale>
-#include <QScreen>
 #include <QtTest>
 
 #include <limits>
@@ -156,7 +154,7 @@ void TestAppFunctions::windowIsPlacedOnTheAvailableScreen_data() {
         << screen << anywhere << true << notANumber << notANumber << QRect(960, 540, 0, 0);
     QTest::newRow("stays where it is")
         << screen << anywhere << false << 0.5 << 0.25 << QRect(700, 300, 960, 270);
-    QTest::newRow("at the least place")
+    QTest::newRow("at the minimum place")
         << screen << QPoint(5, 40) << false << 0.5 << 0.25 << QRect(5, 40, 960, 270);
     QTest::newRow("too far left") << screen << QPoint(4, 300) << false << 0.5 << 0.25
                                   << QRect(5, 300, 960, 270);
@@ -175,30 +173,4 @@ void TestAppFunctions::windowIsPlacedOnTheAvailableScreen() {
     QFETCH(double, widthFraction);
     QFETCH(double, heightFraction);
     QTEST(windowPlacement(available, position, center, widthFraction, heightFraction), "placement");
-}
-
-void TestAppFunctions::bothWindowsArePlacedTheSameWay_data() {
-    QTest::addColumn<bool>("center");
-    QTest::addColumn<QPoint>("position");
-    QTest::newRow("centred") << true << QPoint(1, 2);
-    QTest::newRow("not centred, too near the corner") << false << QPoint(1, 2);
-    QTest::newRow("not centred") << false << QPoint(60, 80);
-}
-
-void TestAppFunctions::bothWindowsArePlacedTheSameWay() {
-    QFETCH(bool, center);
-    QFETCH(QPoint, position);
-    MainWindow mainWindow;
-    SubjectWindow subjectWindow;
-    mainWindow.move(position);
-    mainWindow.centerAndResizeMainWindow(center, 0.5, 1.25);
-    subjectWindow.move(position);
-    subjectWindow.centerAndResizeSubjectWindow(center, 0.5, 1.25);
-
-    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-    const QSize size(screen.width() / 2, screen.height());
-    const QPoint place = center ? QPoint((screen.width() - size.width()) / 2, 0)
-                                : QPoint(qMax(position.x(), 5), qMax(position.y(), 40));
-    QCOMPARE(mainWindow.geometry(), QRect(place, size));
-    QCOMPARE(subjectWindow.geometry(), QRect(place, size));
 }

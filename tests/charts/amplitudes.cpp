@@ -3,6 +3,7 @@
 #include "test_charts.h"
 
 #include "charts/AmplitudeSpectrum.h"
+#include "support/TestTable.h"
 
 #include "FFTReal.h"
 
@@ -10,10 +11,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <numeric>
 #include <random>
 #include <vector>
+
+using testsupport::columns;
 
 namespace {
 
@@ -53,15 +55,6 @@ QVector<double> sinusoid(int count, double amplitude, double periods, int length
     return samples;
 }
 
-/// Bin k of the transform of `length` values by its definition.
-std::complex<long double> directBin(const QVector<double>& samples, int length, int k) {
-    std::complex<long double> sum = 0;
-    for (int i = 0; i < samples.size(); ++i)
-        sum += std::polar<long double>(1, -2 * pi * ((qint64(i) * k) % length) / length) *
-               std::complex<long double>(samples[i]);
-    return sum;
-}
-
 double norm(const QVector<double>& samples) {
     return std::sqrt(std::inner_product(samples.cbegin(), samples.cend(), samples.cbegin(), 0.0));
 }
@@ -75,13 +68,13 @@ double tolerance(const QVector<double>& samples, int length) {
 } // namespace
 
 void TestAmplitudeSpectrum::hannWindowFollowsTheSampleCountOfTheSettings_data() {
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("nSamples");
-    QTest::newRow("all of the sound") << 1001 << 1001;
-    QTest::newRow("even count") << 1000 << 1000;
-    QTest::newRow("more than there are") << 500 << 1000;
-    QTest::newRow("fewer than there are") << 1000 << 700;
-    QTest::newRow("two") << 2 << 2;
+    const auto row = columns<int, int>("size", "nSamples");
+    row("all of the sound", 1001, 1001);
+    row("even count", 1000, 1000);
+    row("more than there are", 500, 1000);
+    row("fewer than there are", 1000, 700);
+    row("two", 2, 2);
+    row("none", 0, 100);
 }
 
 void TestAmplitudeSpectrum::hannWindowFollowsTheSampleCountOfTheSettings() {
@@ -91,7 +84,7 @@ void TestAmplitudeSpectrum::hannWindowFollowsTheSampleCountOfTheSettings() {
     QVector<double> samples = original;
     applyAnalysisWindow(samples, HannWindow, nSamples);
     QCOMPARE(samples.size(), size);
-    QCOMPARE(samples[0], 0.0);
+    QCOMPARE(samples.value(0), 0.0);
     for (int i = 0; i < size; ++i) {
         const long double weight = (1 - std::cos(2 * pi * i / (nSamples - 1))) / 2;
         // The angle is rounded three times, the cosine once; up to two periods are covered.
@@ -99,70 +92,22 @@ void TestAmplitudeSpectrum::hannWindowFollowsTheSampleCountOfTheSettings() {
     }
 }
 
-void TestAmplitudeSpectrum::withoutAWindowSamplesStay() {
+void TestAmplitudeSpectrum::otherWindowsKeepTheSoundOrZeroIt() {
     const QVector<double> original = noise(100);
-    QVector<double> samples = original;
-    applyAnalysisWindow(samples, NoWindow, 100);
-    QVERIFY(std::equal(samples.cbegin(), samples.cend(), original.cbegin(), original.cend()));
-}
-
-void TestAmplitudeSpectrum::unknownWindowsZeroTheSound_data() {
-    QTest::addColumn<int>("windowType");
-    for (const int type : {-1, 2, 3, 1000})
-        QTest::addRow("%d", type) << type;
-}
-
-void TestAmplitudeSpectrum::unknownWindowsZeroTheSound() {
-    QFETCH(int, windowType);
-    QVector<double> samples = noise(100);
-    applyAnalysisWindow(samples, windowType, 100);
-    QCOMPARE(samples, QVector<double>(100, 0.0));
-}
-
-void TestAmplitudeSpectrum::emptySoundStaysEmpty() {
-    for (const int type : {0, 1, 2}) {
-        QVector<double> samples;
-        applyAnalysisWindow(samples, type, 100);
-        QVERIFY(samples.isEmpty());
-    }
-}
-
-void TestAmplitudeSpectrum::agreesWithTheDirectTransform_data() {
-    QTest::addColumn<int>("length");
-    QTest::addColumn<int>("count");
-    for (int length = 2; length <= 1024; length *= 2) {
-        QTest::addRow("%d of %d", length, length) << length << length;
-        if (length > 2)
-            QTest::addRow("%d of %d", length / 2 + 1, length) << length << length / 2 + 1;
-    }
-}
-
-void TestAmplitudeSpectrum::agreesWithTheDirectTransform() {
-    QFETCH(int, length);
-    QFETCH(int, count);
-    const QVector<double> samples = noise(count);
-    const Spectrum spectrum = spectrumOf(samples, length, count);
-    const int divisor = count / 2;
-    // Amplitude and phase are rounded once more each.
-    const double allowed = tolerance(samples, length) / divisor + 1e-15 * norm(samples);
-    const auto highest = directBin(samples, length, length / 2);
-    for (int k = 0; k < length / 2; ++k) {
-        auto expected = directBin(samples, length, k);
-        if (k == 0)
-            expected = {expected.real(), -highest.real()};
-        expected /= divisor;
-        QVERIFY(std::abs(spectrum.amplitudes[k] - static_cast<double>(std::abs(expected))) <=
-                allowed);
-        const auto value = std::polar<long double>(spectrum.amplitudes[k], spectrum.phases[k]);
-        QVERIFY(static_cast<double>(std::abs(value - expected)) <= 2 * allowed);
+    for (const int windowType : {-1, 0, 2, 3, 1000}) {
+        QVector<double> samples = original;
+        applyAnalysisWindow(samples, windowType, 100);
+        QVERIFY(samples == (windowType == NoWindow ? original : QVector<double>(100, 0.0)));
     }
 }
 
 void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform_data() {
-    QTest::addColumn<int>("length");
-    QTest::addColumn<int>("count");
-    QTest::newRow("short") << 256 << 201;
-    QTest::newRow("long") << (1 << 20) << 700001;
+    const auto row = columns<int, int>("length", "count");
+    row("two", 2, 2);
+    row("three", 4, 3);
+    row("short", 256, 201);
+    row("not padded", 1024, 1024);
+    row("long", 1 << 20, 700001);
 }
 
 void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform() {
@@ -188,22 +133,17 @@ void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform() {
 }
 
 void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart_data() {
-    QTest::addColumn<QVector<double>>("samples");
-    QTest::addColumn<double>("amplitude");
-    QTest::addColumn<double>("phase");
+    const auto row = columns<QVector<double>, double, double>("samples", "amplitude", "phase");
     const double quarter = std::atan2(1.0, 0.0);
-    QTest::newRow("constant") << QVector<double>(8, 1.0) << 2.0 << std::atan2(-0.0, 8.0);
-    QTest::newRow("constant, padded") << QVector<double>(6, 1.0) << 2.0 << std::atan2(-0.0, 6.0);
-    QTest::newRow("constant below 0") << QVector<double>(8, -1.0) << 2.0 << std::atan2(-0.0, -8.0);
+    row("constant", QVector<double>(8, 1.0), 2, std::atan2(-0.0, 8.0));
+    row("constant, padded", QVector<double>(6, 1.0), 2, std::atan2(-0.0, 6.0));
+    row("constant below 0", QVector<double>(8, -1.0), 2, std::atan2(-0.0, -8.0));
     // The alternating sum of five is 1, and half of five is two.
-    QTest::newRow("odd count") << QVector<double>(5, 1.0) << std::sqrt(26.0) / 2
-                               << std::atan2(-1.0, 5.0);
-    QTest::newRow("alternation") << QVector<double>{1, -1, 1, -1, 1, -1, 1, -1} << 2.0 << -quarter;
-    QTest::newRow("alternation from below")
-        << QVector<double>{-1, 1, -1, 1, -1, 1, -1, 1} << 2.0 << quarter;
+    row("odd count", QVector<double>(5, 1.0), std::sqrt(26.0) / 2, std::atan2(-1.0, 5.0));
+    row("alternation", {1, -1, 1, -1, 1, -1, 1, -1}, 2, -quarter);
+    row("alternation from below", {-1, 1, -1, 1, -1, 1, -1, 1}, 2, quarter);
     // Sum and alternating sum are 4 each.
-    QTest::newRow("both") << QVector<double>{1, 0, 1, 0, 1, 0, 1, 0} << std::sqrt(32.0) / 4
-                          << std::atan2(-4.0, 4.0);
+    row("both", {1, 0, 1, 0, 1, 0, 1, 0}, std::sqrt(32.0) / 4, std::atan2(-4.0, 4.0));
 }
 
 void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart() {
@@ -217,15 +157,13 @@ void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart() {
 }
 
 void TestAmplitudeSpectrum::sinusoidOnABinShowsItsAmplitude_data() {
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("bin");
-    QTest::addColumn<double>("phase");
+    const auto row = columns<int, int, double>("count", "bin", "phase");
     // Whole periods in the sound as well as in the transform.
-    QTest::newRow("not padded") << 8192 << 205 << 0.5;
-    QTest::newRow("padded from half") << 4096 << 204 << -1.0;
-    QTest::newRow("padded from three quarters") << 6144 << 400 << 2.0;
-    QTest::newRow("next to the highest") << 8192 << 4095 << 1.0;
-    QTest::newRow("lowest") << 8192 << 1 << -3.0;
+    row("not padded", 8192, 205, 0.5);
+    row("padded from half", 4096, 204, -1);
+    row("padded from three quarters", 6144, 400, 2);
+    row("next to the highest", 8192, 4095, 1);
+    row("lowest", 8192, 1, -3);
 }
 
 void TestAmplitudeSpectrum::sinusoidOnABinShowsItsAmplitude() {
@@ -259,28 +197,6 @@ void TestAmplitudeSpectrum::kilohertzPeaksBetweenTwoBins() {
     // 410 lies nearer to 1000 Hz.
     QCOMPARE(bins.mid(0, 2), (QVector<int>{410, 409}));
     QVERIFY(spectrum.amplitudes[410] < 0.5);
-    for (const int k : {409, 410})
-        QVERIFY(std::abs(spectrum.amplitudes[k] -
-                         static_cast<double>(std::abs(directBin(samples, length, k)) / 5000)) <=
-                tolerance(samples, length) / 5000);
-}
-
-void TestAmplitudeSpectrum::divisorIsHalfTheCountRoundedDown_data() {
-    QTest::addColumn<int>("nSamples");
-    QTest::addColumn<double>("amplitude");
-    QTest::newRow("2") << 2 << 1.0;
-    QTest::newRow("3") << 3 << 1.0;
-    QTest::newRow("4") << 4 << 0.5;
-    QTest::newRow("5") << 5 << 0.5;
-    QTest::newRow("10000") << 10000 << 1.0 / 5000;
-}
-
-void TestAmplitudeSpectrum::divisorIsHalfTheCountRoundedDown() {
-    QFETCH(int, nSamples);
-    QFETCH(double, amplitude);
-    // An impulse is 1 in every bin before the division.
-    const Spectrum spectrum = spectrumOf({1, 0, 0, 0, 0, 0, 0, 0}, 8, nSamples);
-    QCOMPARE(spectrum.amplitudes.mid(1), QVector<double>(3, amplitude));
 }
 
 void TestAmplitudeSpectrum::oneSampleDividesByZero() {
@@ -294,15 +210,6 @@ void TestAmplitudeSpectrum::soundBeyondTheLengthIsCutOff() {
     const Spectrum whole = spectrumOf(samples.mid(0, 64), 64, 64);
     QCOMPARE(cutOff.amplitudes, whole.amplitudes);
     QCOMPARE(cutOff.phases, whole.phases);
-}
-
-void TestAmplitudeSpectrum::lengthOneLeavesTheVectors() {
-    Spectrum spectrum{{1, 2}, {3, 4}, {5, 6}};
-    computeAmplitudeSpectrum({0.5}, 1, 1, 40000,
-                             {spectrum.frequencies, spectrum.amplitudes, spectrum.phases});
-    QCOMPARE(spectrum.frequencies, (QVector<double>{1, 2}));
-    QCOMPARE(spectrum.amplitudes, (QVector<double>{3, 4}));
-    QCOMPARE(spectrum.phases, (QVector<double>{5, 6}));
 }
 
 void TestAmplitudeSpectrum::elementsBeyondHalfTheLengthStay() {

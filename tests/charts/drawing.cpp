@@ -56,12 +56,8 @@ bool hasRange(const QValueAxis* axis, double least, double most) {
 
 } // namespace
 
-void TestChartDrawing::init() {
-    window = std::make_unique<InspectedMainWindow>();
-}
-
-void TestChartDrawing::cleanup() {
-    window.reset();
+void TestChartDrawing::setUp() {
+    window = &fixture->window();
 }
 
 void TestChartDrawing::waveformShowsEverySampleOfTheStretch() {
@@ -132,7 +128,7 @@ void TestChartDrawing::constantSoundCollapsesTheRange() {
     setTarget(*window, QVector<double>(20000, value));
     window->displayWav();
     QCOMPARE(window->rangeWav, (QVector<double>{value, value}));
-    // What the toolkit makes of it, it makes here as well.
+    // What Qt makes of it, it makes here as well.
     QValueAxis plain;
     plain.setRange(value, value);
     QVERIFY(hasRange(window->axisYWav, plain.min(), plain.max()));

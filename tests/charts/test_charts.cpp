@@ -5,15 +5,19 @@
 #include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
 #include "support/TestMain.h"
-
-#include <QApplication>
+#include "support/TestTable.h"
 
 #include <limits>
+
+using testsupport::columns;
 
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+using Points = QVector<QPointF>;
+const Points earlierPoints = {{1, 2}, {3, 4}, {5, 6}};
 
 qint64 lengthFor(int nSamples) {
     return spectrumSizing(nSamples, 40000, 2000).length;
@@ -21,13 +25,13 @@ qint64 lengthFor(int nSamples) {
 
 } // namespace
 
-void TestChartFunctions::lengthIsTheLeastPowerOfTwo_data() {
+void TestChartFunctions::lengthIsTheNextPowerOfTwo_data() {
     QTest::addColumn<int>("power");
     for (int exponent = 0; exponent <= 28; ++exponent)
         QTest::addRow("2^%d", exponent) << (1 << exponent);
 }
 
-void TestChartFunctions::lengthIsTheLeastPowerOfTwo() {
+void TestChartFunctions::lengthIsTheNextPowerOfTwo() {
     QFETCH(int, power);
     QCOMPARE(lengthFor(power), qint64(power));
     QCOMPARE(spectrumSizing(power, 40000, 2000).bins(), power / 2);
@@ -48,29 +52,27 @@ void TestChartFunctions::countsBelowOneAreSizedAsOne() {
 }
 
 void TestChartFunctions::pointsReachTheHighestFrequencyShown_data() {
-    QTest::addColumn<int>("nSamples");
-    QTest::addColumn<double>("samplingRate");
-    QTest::addColumn<double>("maxFrequency");
-    QTest::addColumn<int>("points");
-    QTest::newRow("default") << 10000 << 40000.0 << 2000.0 << 819;        // 819.2
-    QTest::newRow("half a second") << 20000 << 40000.0 << 2000.0 << 1638; // 1638.4
-    QTest::newRow("without padding") << 8192 << 40000.0 << 2000.0 << 409; // 409.6
-    QTest::newRow("whole number") << 16384 << 40960.0 << 2000.0 << 800;
-    QTest::newRow("other rate") << 10000 << 8000.0 << 2000.0 << 4096; // 4096.0
-    QTest::newRow("exactly half the length") << 10000 << 8000.0 << 4000.0 << 8192;
-    QTest::newRow("at most half the length") << 10000 << 8000.0 << 4001.0 << 8192;
-    QTest::newRow("beyond an int") << 10000 << 1e-6 << 2000.0 << 8192;
-    QTest::newRow("less than one") << 4 << 40000.0 << 2000.0 << 0;
-    QTest::newRow("two samples, all") << 2 << 40000.0 << 40000.0 << 1;
-    QTest::newRow("no half of one") << 1 << 40000.0 << 40000.0 << 0;
-    QTest::newRow("rate 0") << 10000 << 0.0 << 2000.0 << 8192;
-    QTest::newRow("rate and frequency 0") << 10000 << 0.0 << 0.0 << 0;
-    QTest::newRow("rate not a number") << 10000 << notANumber << 2000.0 << 0;
-    QTest::newRow("infinite rate") << 10000 << infinity << 2000.0 << 0;
-    QTest::newRow("infinite rate and frequency") << 10000 << infinity << infinity << 0;
-    QTest::newRow("infinite frequency") << 10000 << 40000.0 << infinity << 8192;
-    QTest::newRow("frequency not a number") << 10000 << 40000.0 << notANumber << 0;
-    QTest::newRow("negative rate") << 10000 << -40000.0 << 2000.0 << 0;
+    const auto row =
+        columns<int, double, double, int>("nSamples", "samplingRate", "maxFrequency", "points");
+    row("default", 10000, 40000, 2000, 819);        // 819.2
+    row("half a second", 20000, 40000, 2000, 1638); // 1638.4
+    row("without padding", 8192, 40000, 2000, 409); // 409.6
+    row("whole number", 16384, 40960, 2000, 800);
+    row("other rate", 10000, 8000, 2000, 4096); // 4096.0
+    row("exactly half the length", 10000, 8000, 4000, 8192);
+    row("at most half the length", 10000, 8000, 4001, 8192);
+    row("beyond an int", 10000, 1e-6, 2000, 8192);
+    row("less than one", 4, 40000, 2000, 0);
+    row("two samples, all", 2, 40000, 40000, 1);
+    row("no half of one", 1, 40000, 40000, 0);
+    row("rate 0", 10000, 0, 2000, 8192);
+    row("rate and frequency 0", 10000, 0, 0, 0);
+    row("rate not a number", 10000, notANumber, 2000, 0);
+    row("infinite rate", 10000, infinity, 2000, 0);
+    row("infinite rate and frequency", 10000, infinity, infinity, 0);
+    row("infinite frequency", 10000, 40000, infinity, 8192);
+    row("frequency not a number", 10000, 40000, notANumber, 0);
+    row("negative rate", 10000, -40000, 2000, 0);
 }
 
 void TestChartFunctions::pointsReachTheHighestFrequencyShown() {
@@ -87,21 +89,17 @@ void TestChartFunctions::frameLastsAsLongAsItsSamples() {
 }
 
 void TestChartFunctions::stretchIsLimitedToTheSound_data() {
-    QTest::addColumn<double>("samplingRate");
-    QTest::addColumn<double>("plotDuration");
-    QTest::addColumn<int>("nSamples");
-    QTest::addColumn<int>("points");
-    QTest::addColumn<double>("durationAfterwards");
-    const double rate = 40000;
-    QTest::newRow("longer sound") << rate << 0.25 << 40000 << 10000 << 0.25;
-    QTest::newRow("sound of the same length") << rate << 0.25 << 10000 << 10000 << 0.25;
-    QTest::newRow("one sample less") << rate << 0.25 << 9999 << 9999 << 9999.0 / 40000;
-    QTest::newRow("shorter sound") << rate << 0.25 << 4000 << 4000 << 0.1;
-    QTest::newRow("one sample") << rate << 0.25 << 1 << 1 << 1.0 / 40000;
-    QTest::newRow("no sample") << rate << 0.25 << 0 << 0 << 0.0;
-    QTest::newRow("rounded down") << rate << 0.043 << 40000 << 1719 << 0.043;
-    QTest::newRow("another rate") << 8000.0 << 0.25 << 40000 << 2000 << 0.25;
-    QTest::newRow("another rate, shorter sound") << 8000.0 << 0.25 << 1000 << 1000 << 0.125;
+    const auto row = columns<double, double, int, int, double>(
+        "samplingRate", "plotDuration", "nSamples", "points", "durationAfterwards");
+    row("longer sound", 40000, 0.25, 40000, 10000, 0.25);
+    row("sound of the same length", 40000, 0.25, 10000, 10000, 0.25);
+    row("one sample less", 40000, 0.25, 9999, 9999, 9999.0 / 40000);
+    row("shorter sound", 40000, 0.25, 4000, 4000, 0.1);
+    row("one sample", 40000, 0.25, 1, 1, 1.0 / 40000);
+    row("no sample", 40000, 0.25, 0, 0, 0);
+    row("rounded down", 40000, 0.043, 40000, 1719, 0.043);
+    row("another rate", 8000, 0.25, 40000, 2000, 0.25);
+    row("another rate, shorter sound", 8000, 0.25, 1000, 1000, 0.125);
 }
 
 void TestChartFunctions::stretchIsLimitedToTheSound() {
@@ -109,94 +107,52 @@ void TestChartFunctions::stretchIsLimitedToTheSound() {
     QFETCH(double, plotDuration);
     QFETCH(double, durationAfterwards);
     QFETCH(int, nSamples);
-    Data data;
-    data.samplingRate = samplingRate;
-    data.plotDuration = plotDuration;
-    data.nSamples = nSamples;
-    limitPlotToSound(data);
-    QTEST(data.nPointsToPlot, "points");
-    QVERIFY(data.plotDuration == durationAfterwards);
+    const PlottedStretch stretch = plottedStretch(plotDuration, samplingRate, nSamples);
+    QTEST(stretch.points, "points");
+    QVERIFY(stretch.durationSeconds == durationAfterwards);
 }
 
-void TestChartFunctions::stretchLeavesOtherSettingsAlone() {
-    Data data;
-    data.nSamples = 4000;
-    data.soundDuration = 0.5;
-    data.samplingRate = 8000;
-    limitPlotToSound(data);
-    QCOMPARE(data.nSamples, 4000);
-    QCOMPARE(data.soundDuration, 0.5);
-    QCOMPARE(data.samplingRate, 8000.0);
-    QCOMPARE(data.nFFTPointsToPlot, 500);
+void TestChartFunctions::pointsPairTimesAndValues_data() {
+    const auto row =
+        columns<QVector<double>, QVector<double>, int, Points>("x", "y", "count", "expected");
+    row("as many as wanted", {0, 0.025, 0.05}, {1, -1, 0.5}, 2, {{0, 1}, {0.025, -1}});
+    row("all", {0, 0.025}, {1, -1}, 2, {{0, 1}, {0.025, -1}});
+    row("few times", {1}, {2, 3, 4}, 1000000, {{1, 2}});
+    row("few values", {1, 2, 3}, {4, 5}, 1000000, {{1, 4}, {2, 5}});
+    row("no times", {}, {4, 5}, 1000000, {});
+    row("none wanted", {7, 8}, {9, 10}, 0, earlierPoints);
+    row("fewer than none", {7, 8}, {9, 10}, -1, earlierPoints);
+    row("far fewer", {7, 8}, {9, 10}, std::numeric_limits<int>::min(), earlierPoints);
 }
 
 void TestChartFunctions::pointsPairTimesAndValues() {
-    QVector<QPointF> points(7, QPointF(9, 9));
-    pairPoints({0, 0.025, 0.05, 0.075}, {1, -1, 0.5, 0.25}, 3, points);
-    QCOMPARE(points, (QVector<QPointF>{{0, 1}, {0.025, -1}, {0.05, 0.5}}));
-    pairPoints({0, 0.025, 0.05, 0.075}, {1, -1, 0.5, 0.25}, 4, points);
-    QCOMPARE(points, (QVector<QPointF>{{0, 1}, {0.025, -1}, {0.05, 0.5}, {0.075, 0.25}}));
-}
-
-void TestChartFunctions::pointsEndWithTheShorterVector_data() {
-    QTest::addColumn<QVector<double>>("x");
-    QTest::addColumn<QVector<double>>("y");
-    QTest::addColumn<QVector<QPointF>>("expected");
-    QTest::newRow("few times") << QVector<double>{1} << QVector<double>{2, 3, 4}
-                               << QVector<QPointF>{{1, 2}};
-    QTest::newRow("few values") << QVector<double>{1, 2, 3} << QVector<double>{4, 5}
-                                << QVector<QPointF>{{1, 4}, {2, 5}};
-    QTest::newRow("none") << QVector<double>() << QVector<double>{4, 5} << QVector<QPointF>();
-}
-
-void TestChartFunctions::pointsEndWithTheShorterVector() {
     QFETCH(QVector<double>, x);
     QFETCH(QVector<double>, y);
-    QVector<QPointF> points;
-    pairPoints(x, y, 1000000, points);
+    QFETCH(int, count);
+    Points points = earlierPoints;
+    pairPoints(x, y, count, points);
     QTEST(points, "expected");
 }
 
-void TestChartFunctions::withoutPointsTheEarlierOnesStay_data() {
-    QTest::addColumn<int>("count");
-    QTest::newRow("0") << 0;
-    QTest::newRow("-1") << -1;
-    QTest::newRow("least") << std::numeric_limits<int>::min();
-}
-
-void TestChartFunctions::withoutPointsTheEarlierOnesStay() {
-    QFETCH(int, count);
-    const QVector<QPointF> earlier = {{1, 2}, {3, 4}};
-    QVector<QPointF> points = earlier;
-    pairPoints({7, 8}, {9, 10}, count, points);
-    QCOMPARE(points, earlier);
-}
-
 void TestChartFunctions::rangeSpansTheExtremes_data() {
-    QTest::addColumn<QVector<double>>("values");
-    QTest::addColumn<QVector<double>>("expected");
-    QTest::newRow("mixed") << QVector<double>{0.5, -0.75, 0.25} << QVector<double>{-0.75, 0.5};
-    QTest::newRow("all below 0") << QVector<double>{-3, -1, -2} << QVector<double>{-3, -1};
-    QTest::newRow("extremes at the ends") << QVector<double>{9, 2, 3, 1} << QVector<double>{1, 9};
-    QTest::newRow("one") << QVector<double>{640} << QVector<double>{640, 640};
-    QTest::newRow("equal") << QVector<double>{0.5, 0.5} << QVector<double>{0.5, 0.5};
+    const auto row = columns<QVector<double>, QVector<double>>("values", "expected");
+    row("mixed", {0.5, -0.75, 0.25}, {-0.75, 0.5});
+    row("all below 0", {-3, -1, -2}, {-3, -1});
+    row("extremes at the ends", {9, 2, 3, 1}, {1, 9});
+    row("one", {640}, {640, 640});
+    row("equal", {0.5, 0.5}, {0.5, 0.5});
+    row("nothing, so the earlier range stays", {}, {0, 4});
 }
 
 void TestChartFunctions::rangeSpansTheExtremes() {
     QFETCH(QVector<double>, values);
-    QVector<double> range;
-    QVERIFY(findRange(values, range));
+    QVector<double> range = {0, 4};
+    QCOMPARE(findRange(values, range), !values.isEmpty());
     QTEST(range, "expected");
 }
 
-void TestChartFunctions::rangeOfNothingStays() {
-    QVector<double> range = {0, 4};
-    QVERIFY(!findRange({}, range));
-    QCOMPARE(range, (QVector<double>{0, 4}));
-}
-
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    return testsupport::runAll<TestChartFunctions, TestAmplitudeSpectrum, TestChartScaffolding,
-                               TestChartDrawing, TestTrendChart, TestChartsOfTargets>(argc, argv);
+    return testsupport::runWithWindows<TestChartFunctions, TestAmplitudeSpectrum,
+                                       TestChartScaffolding, TestChartDrawing, TestTrendChart,
+                                       TestChartsOfTargets>(argc, argv);
 }

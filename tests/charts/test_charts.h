@@ -2,34 +2,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "support/InspectedWindows.h"
-
-#include <QObject>
-
-#include <memory>
+#include "support/Fixture.h"
 
 /// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
 class TestChartFunctions : public QObject {
     Q_OBJECT
 
 private slots:
-    void lengthIsTheLeastPowerOfTwo_data();
-    void lengthIsTheLeastPowerOfTwo();
+    void lengthIsTheNextPowerOfTwo_data();
+    void lengthIsTheNextPowerOfTwo();
     void countsBelowOneAreSizedAsOne();
     void pointsReachTheHighestFrequencyShown_data();
     void pointsReachTheHighestFrequencyShown();
     void frameLastsAsLongAsItsSamples();
     void stretchIsLimitedToTheSound_data();
     void stretchIsLimitedToTheSound();
-    void stretchLeavesOtherSettingsAlone();
+    void pointsPairTimesAndValues_data();
     void pointsPairTimesAndValues();
-    void pointsEndWithTheShorterVector_data();
-    void pointsEndWithTheShorterVector();
-    void withoutPointsTheEarlierOnesStay_data();
-    void withoutPointsTheEarlierOnesStay();
     void rangeSpansTheExtremes_data();
     void rangeSpansTheExtremes();
-    void rangeOfNothingStays();
 };
 
 /// The amplitude spectrum and its analysis windows, without a window (amplitudes.cpp).
@@ -39,12 +30,7 @@ class TestAmplitudeSpectrum : public QObject {
 private slots:
     void hannWindowFollowsTheSampleCountOfTheSettings_data();
     void hannWindowFollowsTheSampleCountOfTheSettings();
-    void withoutAWindowSamplesStay();
-    void unknownWindowsZeroTheSound_data();
-    void unknownWindowsZeroTheSound();
-    void emptySoundStaysEmpty();
-    void agreesWithTheDirectTransform_data();
-    void agreesWithTheDirectTransform();
+    void otherWindowsKeepTheSoundOrZeroIt();
     void everyBinIsComputedFromItsSlotsOfTheTransform_data();
     void everyBinIsComputedFromItsSlotsOfTheTransform();
     void binZeroTakesTheHighestForItsImaginaryPart_data();
@@ -52,22 +38,16 @@ private slots:
     void sinusoidOnABinShowsItsAmplitude_data();
     void sinusoidOnABinShowsItsAmplitude();
     void kilohertzPeaksBetweenTwoBins();
-    void divisorIsHalfTheCountRoundedDown_data();
-    void divisorIsHalfTheCountRoundedDown();
     void oneSampleDividesByZero();
     void soundBeyondTheLengthIsCutOff();
-    void lengthOneLeavesTheVectors();
     void elementsBeyondHalfTheLengthStay();
 };
 
 /// The three charts as the window opens (scaffolding.cpp).
-class TestChartScaffolding : public QObject {
+class TestChartScaffolding : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void propertiesAreAsTheyShouldBe_data();
     void propertiesAreAsTheyShouldBe();
     void chartOwnsItsSeriesAndAxes_data();
     void chartOwnsItsSeriesAndAxes();
@@ -82,16 +62,16 @@ private slots:
     void deletedChartsAreForgotten();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// Drawing the waveform and the spectrum (drawing.cpp).
-class TestChartDrawing : public QObject {
+class TestChartDrawing : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void waveformShowsEverySampleOfTheStretch();
     void shortSoundShortensTheAxisForGood();
     void roundingMayCostAShortSoundItsLastPoint();
@@ -112,16 +92,16 @@ private slots:
     void withoutAmplitudesTheRangeStays();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// The trend of the matches (trend.cpp).
-class TestTrendChart : public QObject {
+class TestTrendChart : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void firstResponseKeepsTheEmptyRange();
     void secondResponseSetsTheRange();
     void everyResponseHasItsTick();
@@ -134,27 +114,26 @@ private slots:
     void countZeroKeepsTheTicksOfTheEarlierSession();
 
 private:
+    void setUp() override;
     void respond(int count, double frequency);
 
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// Charts of targets that the experimenter has chosen (targets.cpp).
-class TestChartsOfTargets : public QObject {
+class TestChartsOfTargets : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void preparedTargetIsDrawn();
-    void shorterSecondTargetLeavesNothingOfTheFirst();
     void targetOfOneSampleIsDrawn();
     void targetOfTwoSamplesHasOneBin();
     void silentTargetCollapsesTheRanges();
     void waveformIsDrawnBeforeTheAnalysisWindow();
     void preparingEmptiesTheTrend();
-    void cancelledTargetLeavesTheCharts();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };

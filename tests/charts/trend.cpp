@@ -6,8 +6,6 @@
 #include <QtCharts/QValueAxis>
 #include <QtTest>
 
-using testsupport::InspectedMainWindow;
-
 namespace {
 
 QVector<double> rangeOf(const QtCharts::QValueAxis* axis) {
@@ -18,14 +16,10 @@ using Range = QVector<double>;
 
 } // namespace
 
-void TestTrendChart::init() {
-    window = std::make_unique<InspectedMainWindow>();
+void TestTrendChart::setUp() {
+    window = &fixture->window();
     window->data.records.resize(1);
     window->resetTrend();
-}
-
-void TestTrendChart::cleanup() {
-    window.reset();
 }
 
 /// A request of the listener when so many sinusoids have been played.
@@ -79,7 +73,7 @@ void TestTrendChart::equalResponsesCollapseTheRange() {
     respond(0, 640);
     respond(1, 640);
     QCOMPARE(window->rangeTrend, (Range{640, 640}));
-    // What the toolkit makes of it, it makes here as well.
+    // What Qt makes of it, it makes here as well.
     QtCharts::QValueAxis plain;
     plain.setRange(0, 4);
     plain.setRange(640, 640);

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis_tables.h"
 
-#include <QProcess>
+#include "support/ProgramRun.h"
+#include "support/TestTable.h"
+
 #include <QtTest>
 
 #include <algorithm>
@@ -68,9 +70,7 @@ bool isThere(const QStringList& command) {
 }
 
 void addLanguages() {
-    QTest::addColumn<QStringList>("command");
-    forLanguages(
-        [](const char* name, const QStringList& command) { QTest::newRow(name) << command; });
+    forLanguages(testsupport::columns<QStringList>("command"));
 }
 
 AnalysisRun analyse(const QStringList& command, const QString& target, const QStringList& paths,
@@ -78,13 +78,8 @@ AnalysisRun analyse(const QStringList& command, const QString& target, const QSt
     QStringList arguments = command.mid(1) + QStringList{"--target", target};
     if (!picture.isEmpty())
         arguments << "--picture" << picture;
-    QProcess process;
-    process.start(command[0], arguments + paths);
-    process.closeWriteChannel();
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    const testsupport::ProgramRun run = testsupport::runProgram(command[0], arguments + paths);
+    return {run.status, QString::fromUtf8(run.output), QString::fromUtf8(run.errors)};
 }
 
 QString expectedTables(const QVector<AnalysedSession>& sessions, double targetHertz) {

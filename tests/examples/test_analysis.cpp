@@ -1,9 +1,10 @@
 // Tests of the example analyses of results files.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "test_analysis.h"
+#include "analysis_tables.h"
 
 #include "session/ResultsText.h"
 #include "support/FileBytes.h"
+#include "support/TestTable.h"
 
 #include <QFileInfo>
 #include <QImage>
@@ -23,6 +24,26 @@ bool writeSession(const QTemporaryDir& folder, const AnalysedSession& session) {
 }
 
 } // namespace
+
+class TestAnalysis : public QObject {
+    Q_OBJECT
+
+private slots:
+    void manySessionsAreSummarised_data() { addLanguages(); }
+    void manySessionsAreSummarised();
+    void namesAreTakenApart_data() { addLanguages(); }
+    void namesAreTakenApart();
+    void targetsFrequencyIsAnArgument_data() { addLanguages(); }
+    void targetsFrequencyIsAnArgument();
+    void otherFilesAreLeftOutAndNamed_data() { addLanguages(); }
+    void otherFilesAreLeftOutAndNamed();
+    void wrongCommandLinesAreRefused_data();
+    void wrongCommandLinesAreRefused();
+    void severalTargetsAreSaid_data() { addLanguages(); }
+    void severalTargetsAreSaid();
+    void pictureHasEveryRequest();
+    void pictureHasEverySessionsColour();
+};
 
 void TestAnalysis::manySessionsAreSummarised() {
     QFETCH(QStringList, command);
@@ -118,14 +139,12 @@ void TestAnalysis::otherFilesAreLeftOutAndNamed() {
 }
 
 void TestAnalysis::wrongCommandLinesAreRefused_data() {
-    QTest::addColumn<QStringList>("command");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<QStringList>("paths");
-    QTest::addColumn<int>("status");
-    forLanguages([](const char* language, const QStringList& command) {
+    const auto addRow = testsupport::columns<QStringList, QString, QStringList, int>(
+        "command", "target", "paths", "status");
+    forLanguages([addRow](const QByteArray& language, const QStringList& command) {
         const auto row = [&](const char* what, const char* target, const QStringList& paths,
                              int status) {
-            QTest::addRow("%s, %s", language, what) << command << target << paths << status;
+            addRow(language + ", " + what, command, target, paths, status);
         };
         row("no paths", "440", {}, 2);
         row("target of 0", "0", {"."}, 2);
@@ -223,8 +242,5 @@ void TestAnalysis::pictureHasEverySessionsColour() {
     QCOMPARE(pixels[qRgb(0x00, 0x9E, 0x73)], 0);
 }
 
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    TestAnalysis test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_GUILESS_MAIN(TestAnalysis)
+#include "test_analysis.moc"

@@ -1,7 +1,8 @@
 // How the real FFT ends the program when it is misused. Built twice, with NDEBUG and without.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "FFTReal.h"
+#include "support/OpenFft.h"
 #include "support/TestMain.h"
+#include "support/TestTable.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -20,6 +21,8 @@
 #if !defined(EXPECT_NDEBUG) || EXPECT_NDEBUG != defined(NDEBUG)
 #error "This program is not built as its name says."
 #endif
+
+using testsupport::OpenFft;
 
 namespace {
 
@@ -62,19 +65,6 @@ Ending endingOf(const Action& action) {
     waitpid(child, &ending.status, 0);
     return ending;
 }
-
-/// A transform whose passes and buffer are in reach.
-class OpenFft : public FFTReal<double> {
-public:
-    using FFTReal<double>::FFTReal;
-    using FFTReal<double>::use_buffer;
-    using FFTReal<double>::compute_fft_general;
-    using FFTReal<double>::compute_direct_pass_1_2;
-    using FFTReal<double>::compute_direct_pass_3;
-    using FFTReal<double>::compute_direct_pass_n;
-    using FFTReal<double>::compute_direct_pass_n_lut;
-    using FFTReal<double>::compute_direct_pass_n_osc;
-};
 
 /// 2^14 values: the shortest length that has passes of every kind.
 struct Fixture {
@@ -163,56 +153,49 @@ QVector<Misuse> arrays() {
 QVector<Misuse> passes() {
     QVector<Misuse> cases;
     const auto add = [&](const char* name, const char* text, const char* function,
-                         void (*misuse)(Fixture&)) {
+                         const std::function<void(Fixture&)>& misuse) {
         const Action action = [misuse] {
             Fixture fixture;
             misuse(fixture);
         };
         cases.append({name, action, text, function, "FFTReal.h"});
     };
-    add("pass 1 and 2 to null", "df != 0", "compute_direct_pass_1_2",
+    const char* const firstPasses = "compute_direct_pass_1_2";
+    add("to null", "df != 0", firstPasses,
         [](Fixture& at) { at.fft.compute_direct_pass_1_2(nullptr, at.x); });
-    add("pass 1 and 2 in place", "df != x", "compute_direct_pass_1_2",
+    add("in place", "df != x", firstPasses,
         [](Fixture& at) { at.fft.compute_direct_pass_1_2(at.x, at.x); });
-    add("pass 3 to null", "df != 0", "compute_direct_pass_3",
+    const char* const thirdPass = "compute_direct_pass_3";
+    add("to null", "df != 0", thirdPass,
         [](Fixture& at) { at.fft.compute_direct_pass_3(nullptr, at.x); });
-    add("pass 3 from null", "sf != 0", "compute_direct_pass_3",
+    add("from null", "sf != 0", thirdPass,
         [](Fixture& at) { at.fft.compute_direct_pass_3(at.f, nullptr); });
-    add("pass 3 in place", "df != sf", "compute_direct_pass_3",
+    add("in place", "df != sf", thirdPass,
         [](Fixture& at) { at.fft.compute_direct_pass_3(at.x, at.x); });
 
-    add("pass n to null", "df != 0", "compute_direct_pass_n",
-        [](Fixture& at) { at.fft.compute_direct_pass_n(nullptr, at.x, 3); });
-    add("pass n from null", "sf != 0", "compute_direct_pass_n",
-        [](Fixture& at) { at.fft.compute_direct_pass_n(at.f, nullptr, 3); });
-    add("pass n in place", "df != sf", "compute_direct_pass_n",
-        [](Fixture& at) { at.fft.compute_direct_pass_n(at.x, at.x, 3); });
-    add("pass n is 2", "pass >= 3", "compute_direct_pass_n",
-        [](Fixture& at) { at.fft.compute_direct_pass_n(at.f, at.x, 2); });
-    add("pass n is the number of bits", "pass < _nbr_bits", "compute_direct_pass_n",
-        [](Fixture& at) { at.fft.compute_direct_pass_n(at.f, at.x, 14); });
-
-    add("table pass to null", "df != 0", "compute_direct_pass_n_lut",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_lut(nullptr, at.x, 3); });
-    add("table pass from null", "sf != 0", "compute_direct_pass_n_lut",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_lut(at.f, nullptr, 3); });
-    add("table pass in place", "df != sf", "compute_direct_pass_n_lut",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_lut(at.x, at.x, 3); });
-    add("table pass is 2", "pass >= 3", "compute_direct_pass_n_lut",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_lut(at.f, at.x, 2); });
-    add("table pass is the number of bits", "pass < _nbr_bits", "compute_direct_pass_n_lut",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_lut(at.f, at.x, 14); });
-
-    add("oscillator pass to null", "df != 0", "compute_direct_pass_n_osc",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_osc(nullptr, at.x, 13); });
-    add("oscillator pass from null", "sf != 0", "compute_direct_pass_n_osc",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_osc(at.f, nullptr, 13); });
-    add("oscillator pass in place", "df != sf", "compute_direct_pass_n_osc",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_osc(at.x, at.x, 13); });
-    add("oscillator pass is 12", "pass > TRIGO_BD_LIMIT", "compute_direct_pass_n_osc",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_osc(at.f, at.x, 12); });
-    add("oscillator pass is the number of bits", "pass < _nbr_bits", "compute_direct_pass_n_osc",
-        [](Fixture& at) { at.fft.compute_direct_pass_n_osc(at.f, at.x, 14); });
+    struct LaterPass {
+        const char* name;
+        void (OpenFft::*run)(double* df, const double* sf, int pass) const;
+        int first;
+        const char* textBefore;
+    };
+    for (const LaterPass& pass :
+         {LaterPass{"compute_direct_pass_n", &OpenFft::compute_direct_pass_n, 3, "pass >= 3"},
+          LaterPass{"compute_direct_pass_n_lut", &OpenFft::compute_direct_pass_n_lut, 3,
+                    "pass >= 3"},
+          LaterPass{"compute_direct_pass_n_osc", &OpenFft::compute_direct_pass_n_osc, 13,
+                    "pass > TRIGO_BD_LIMIT"}}) {
+        const auto addWith = [&](const char* name, const char* text, double* Fixture::*df,
+                                 double* Fixture::*sf, int number) {
+            add(name, text, pass.name,
+                [=](Fixture& at) { (at.fft.*pass.run)(at.*df, at.*sf, number); });
+        };
+        addWith("to null", "df != 0", &Fixture::null, &Fixture::x, pass.first);
+        addWith("from null", "sf != 0", &Fixture::f, &Fixture::null, pass.first);
+        addWith("in place", "df != sf", &Fixture::x, &Fixture::x, pass.first);
+        addWith("one too low", pass.textBefore, &Fixture::f, &Fixture::x, pass.first - 1);
+        addWith("the number of bits", "pass < _nbr_bits", &Fixture::f, &Fixture::x, 14);
+    }
     return cases;
 }
 
@@ -261,15 +244,12 @@ private slots:
 };
 
 void TestFftAssertions::misuseAbortsWithItsText_data() {
-    QTest::addColumn<Action>("action");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("function");
-    QTest::addColumn<QByteArray>("file");
+    const auto row = testsupport::columns<Action, QByteArray, QByteArray, QByteArray>(
+        "action", "text", "function", "file");
     for (const QVector<Misuse>& cases : {lengths(), arrays(), passes(), dynArray()})
         for (const Misuse& misuse : cases)
-            QTest::addRow("%s: %s", misuse.function, misuse.name)
-                << misuse.action << QByteArray(misuse.text) << QByteArray(misuse.function)
-                << QByteArray(misuse.file);
+            row(QByteArray(misuse.function) + ": " + misuse.name, misuse.action, misuse.text,
+                misuse.function, misuse.file);
 }
 
 void TestFftAssertions::misuseAbortsWithItsText() {

@@ -2,17 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fused.h"
 
-#include "FFTReal.h"
+#include "support/OpenFft.h"
 
-namespace {
-
-class OpenFft : public FFTReal<double> {
-public:
-    using FFTReal<double>::FFTReal;
-    using FFTReal<double>::compute_fft_general;
-};
-
-} // namespace
+using testsupport::OpenFft;
 
 void transformedFast(int bits, double* f, const double* x) {
     FFTReal<double>(std::int64_t{1} << bits).do_fft(f, x);

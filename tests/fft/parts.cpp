@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_fft.h"
 
-#include "FFTReal.h"
+#include "support/Allocations.h"
+#include "support/OpenFft.h"
+#include "support/TestTable.h"
 #include "support/TrigonometricCalls.h"
 
 #include <QtTest>
@@ -11,123 +13,22 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
-#include <new>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-namespace {
-
-/// What the program's own operators new and delete, below, saw while `on`.
-struct HeapLog {
-    bool on = false;
-    std::size_t allocations = 0;
-    std::size_t bytes = 0;
-    std::size_t frees = 0;
-    std::array<const void*, 16> freed{};
-};
-
-HeapLog heapLog;
-
-void startHeapLog() {
-    heapLog = HeapLog();
-    heapLog.on = true;
-}
-
-HeapLog stopHeapLog() {
-    heapLog.on = false;
-    return heapLog;
-}
-
-/// `alignment` is what size may be rounded up to, or 0.
-void* allocate(std::size_t size, std::size_t alignment = 0) {
-    if (heapLog.on) {
-        ++heapLog.allocations;
-        heapLog.bytes += size;
-    }
-    void* const memory =
-        alignment == 0
-            ? std::malloc(size)
-            : std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
-    if (memory != nullptr)
-        return memory;
-    throw std::bad_alloc();
-}
-
-void release(void* memory) {
-    if (heapLog.on && memory != nullptr && heapLog.frees < heapLog.freed.size()) {
-        heapLog.freed.at(heapLog.frees) = memory;
-        ++heapLog.frees;
-    }
-    std::free(memory);
-}
-
-} // namespace
-
-// All forms of them: a sanitizer's own forms for arrays would pass the log by.
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void* operator new(std::size_t size, std::align_val_t alignment) {
-    return allocate(size, static_cast<std::size_t>(alignment));
-}
-void* operator new[](std::size_t size, std::align_val_t alignment) {
-    return allocate(size, static_cast<std::size_t>(alignment));
-}
-void operator delete(void* memory) noexcept {
-    release(memory);
-}
-void operator delete[](void* memory) noexcept {
-    release(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    release(memory);
-}
-void operator delete[](void* memory, std::size_t /*size*/) noexcept {
-    release(memory);
-}
-void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept {
-    release(memory);
-}
-void operator delete[](void* memory, std::align_val_t /*alignment*/) noexcept {
-    release(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept {
-    release(memory);
-}
-void operator delete[](void* memory, std::size_t /*size*/,
-                       std::align_val_t /*alignment*/) noexcept {
-    release(memory);
-}
+using testsupport::Allocations;
+using testsupport::allocationsOf;
+using testsupport::OpenFft;
 
 namespace {
-
-/// The transform with its tables in reach.
-class OpenFft : public FFTReal<double> {
-public:
-    using FFTReal<double>::FFTReal;
-    using FFTReal<double>::_fft_len;
-    using FFTReal<double>::_nbr_bits;
-    using FFTReal<double>::_bitrev_table;
-    using FFTReal<double>::_cos_table;
-    using FFTReal<double>::_work_buf;
-    using FFTReal<double>::_rot_osc;
-    using FFTReal<double>::use_buffer;
-};
 
 /// An element that has something to give back, and how many of them there are.
 struct Element {
     Element() { ++count; }
     ~Element() { --count; }
-    Element(const Element&) = delete;
-    Element(Element&&) = delete;
-    Element& operator=(const Element&) = delete;
-    Element& operator=(Element&&) = delete;
+    Q_DISABLE_COPY_MOVE(Element)
 
     inline static std::int64_t count = 0;
     std::string text = "longer than what a string holds without memory of its own";
@@ -154,7 +55,7 @@ void TestFftParts::typesAreAsTheirUsersExpect() {
     QCOMPARE(int{FFTReal<double>::TRIGO_BD_LIMIT}, 12);
 }
 
-void TestFftParts::powersOfTwoAreTold() {
+void TestFftParts::powersOfTwoAreRecognised() {
     for (int bit = 0; bit < 63; ++bit)
         QVERIFY(FFTReal_is_pow2(std::int64_t{1} << bit));
     for (int bit = 2; bit < 63; ++bit) {
@@ -167,19 +68,17 @@ void TestFftParts::powersOfTwoAreTold() {
 }
 
 void TestFftParts::sizesOfTheTables_data() {
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<qint64>("cosines");
-    QTest::addColumn<qint64>("oscillators");
-    QTest::newRow("1") << 0 << qint64{0} << qint64{0};
-    QTest::newRow("2") << 1 << qint64{0} << qint64{0};
-    QTest::newRow("4") << 2 << qint64{0} << qint64{0};
-    QTest::newRow("8: pass 3 needs no table") << 3 << qint64{0} << qint64{0};
-    QTest::newRow("16: the first level") << 4 << qint64{4} << qint64{0};
-    QTest::newRow("32") << 5 << qint64{12} << qint64{0};
-    QTest::newRow("4096: the last without oscillators") << 12 << qint64{2044} << qint64{0};
-    QTest::newRow("8192: an oscillator that no pass reads") << 13 << qint64{4092} << qint64{1};
-    QTest::newRow("16384") << 14 << qint64{8188} << qint64{2};
-    QTest::newRow("2^20") << 20 << qint64{524284} << qint64{8};
+    const auto row = testsupport::columns<int, qint64, qint64>("bits", "cosines", "oscillators");
+    row("1", 0, 0, 0);
+    row("2", 1, 0, 0);
+    row("4", 2, 0, 0);
+    row("8: pass 3 needs no table", 3, 0, 0);
+    row("16: the first level", 4, 4, 0);
+    row("32", 5, 12, 0);
+    row("4096: the last without oscillators", 12, 2044, 0);
+    row("8192: an oscillator that no pass reads", 13, 4092, 1);
+    row("16384", 14, 8188, 2);
+    row("2^20", 20, 524284, 8);
 }
 
 void TestFftParts::sizesOfTheTables() {
@@ -195,19 +94,6 @@ void TestFftParts::sizesOfTheTables() {
     QCOMPARE(qint64{fft._work_buf.size()}, length);
     QCOMPARE(qint64{fft._rot_osc.size()}, oscillators);
     QVERIFY(fft.use_buffer() == &fft._work_buf[0]);
-}
-
-void TestFftParts::bitReversal() {
-    for (int bits = 0; bits <= 16; ++bits) {
-        const std::int64_t length = std::int64_t{1} << bits;
-        const OpenFft fft(length);
-        for (std::int64_t i = 0; i < length; ++i) {
-            std::int64_t reversed = 0;
-            for (int bit = 0; bit < bits; ++bit)
-                reversed |= ((i >> bit) & 1) << (bits - 1 - bit);
-            QCOMPARE(qint64{fft._bitrev_table[i]}, qint64{reversed});
-        }
-    }
 }
 
 void TestFftParts::cosineLevelsLieBackToBack() {
@@ -265,14 +151,9 @@ void TestFftParts::oscillatorTurnsAndResets() {
     QVERIFY(oscillator.sin_value() == std::sin(angle));
 }
 
-void TestFftParts::arrayOfDefaultSizeIsEmpty() {
-    const DynArray<double> none;
-    QCOMPARE(qint64{none.size()}, qint64{0});
-    const DynArray<double> alsoNone(0);
-    QCOMPARE(qint64{alsoNone.size()}, qint64{0});
-}
-
 void TestFftParts::arrayKeepsWhatIsWritten() {
+    QCOMPARE(qint64{DynArray<double>().size()}, qint64{0});
+    QCOMPARE(qint64{DynArray<double>(0).size()}, qint64{0});
     DynArray<int> array(3);
     QCOMPARE(qint64{array.size()}, qint64{3});
     for (int i = 0; i < 3; ++i)
@@ -337,11 +218,9 @@ void TestFftParts::transformAllocatesNothing() {
         const FFTReal<double> fft(length);
         const std::vector<double> x(static_cast<std::size_t>(length), 0.5);
         std::vector<double> f(x.size());
-        startHeapLog();
-        fft.do_fft(f.data(), x.data());
-        const HeapLog log = stopHeapLog();
-        QCOMPARE(log.allocations, std::size_t{0});
-        QCOMPARE(log.frees, std::size_t{0});
+        const Allocations made = allocationsOf([&] { fft.do_fft(f.data(), x.data()); });
+        QCOMPARE(made.count, std::size_t{0});
+        QVERIFY(made.freed.empty());
     }
 }
 
@@ -361,27 +240,20 @@ void TestFftParts::transformCallsNoSineAndNoCosine() {
 
 void TestFftParts::memoryIsWhatTheTablesNeed() {
     for (int bits = 0; bits <= 19; ++bits) { // from 18 on, on large pages
-        startHeapLog();
-        { const FFTReal<double> fft(std::int64_t{1} << bits); }
-        const HeapLog log = stopHeapLog();
-
+        const Allocations made =
+            allocationsOf([bits] { const FFTReal<double> fft(std::int64_t{1} << bits); });
         const std::size_t length = std::size_t{1} << bits;
         const std::size_t cosines = bits > 3 ? length / 2 - 4 : 0;
         const std::size_t oscillators = bits > 12 ? static_cast<std::size_t>(bits) - 12 : 0;
-        QCOMPARE(log.bytes, 8 * length + 8 * length + 8 * cosines + 32 * oscillators);
-        QCOMPARE(log.frees, log.allocations);
+        QCOMPARE(made.bytes, 8 * length + 8 * length + 8 * cosines + 32 * oscillators);
+        QCOMPARE(made.freed.size(), made.count);
     }
 }
 
 void TestFftParts::arraysAreFreedInOrder() {
     auto* const fft = new OpenFft(1 << 14);
-    const std::array<const void*, 5> expected = {&fft->_rot_osc[0], fft->use_buffer(),
-                                                 &fft->_cos_table[0], &fft->_bitrev_table[0], fft};
+    const std::vector<const void*> expected = {&fft->_rot_osc[0], fft->use_buffer(),
+                                               &fft->_cos_table[0], &fft->_bitrev_table[0], fft};
     FFTReal<double>* const base = fft;
-    startHeapLog();
-    delete base;
-    const HeapLog log = stopHeapLog();
-    QCOMPARE(log.frees, expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i)
-        QVERIFY2(log.freed.at(i) == expected.at(i), qPrintable(QString::number(i)));
+    QVERIFY(allocationsOf([base] { delete base; }).freed == expected);
 }

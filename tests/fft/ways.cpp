@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_fft.h"
 
-#include "FFTReal.h"
 #include "inputs.h"
+#include "support/OpenFft.h"
 #include "support/PlainFftPasses.h"
 
 #include <QtTest>
@@ -15,16 +15,9 @@
 #include <vector>
 
 using namespace fftinputs;
+using testsupport::OpenFft;
 
 namespace {
-
-/// The transform with its ways in reach.
-class OpenFft : public FFTReal<double> {
-public:
-    using FFTReal<double>::FFTReal;
-    using FFTReal<double>::compute_fft_general;
-    using FFTReal<double>::work;
-};
 
 struct Way {
     const char* name;

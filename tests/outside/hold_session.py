@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 """Holds a session with the real program by the accessibility bus, as two people who do not see it.
 
-hold_session.py FOLDER PROGRAM [--pictures]: starts the program, a file or a desktop entry that is installed
-beside it, and checks what a screen reader finds in both windows, what the window manager is told,
-what the sound device receives, and the results file. Target, results and recording stay in FOLDER.
+hold_session.py FOLDER PROGRAM [--pictures]: starts the program, a file or an installed desktop
+entry, and checks what a screen reader finds in both windows, what the window manager is told, what
+the sound device receives, and the results file. Target, results and recording stay in FOLDER.
 To be called by scripts/hold-session.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
@@ -62,7 +62,6 @@ class Recorder:
     def __init__(self, path):
         self.path = path
         with open(path, "wb") as file:
-            # pylint: disable=consider-using-with
             self.process = subprocess.Popen(
                 ["parec", "--device=lab.monitor", "--latency-msec=20", "--rate=40000",
                  "--channels=1", "--format=float32le", "--raw"], stdout=file)
@@ -73,7 +72,8 @@ class Recorder:
         before = len(self.samples())
         silent = SAMPLING_RATE * 3 // 10
         wait_for("silence at the sound device",
-                 lambda: len(self.samples()) >= before + silent and not any(self.samples()[-silent:]))
+                 lambda: len(self.samples()) >= before + silent
+                 and not any(self.samples()[-silent:]))
         self.process.terminate()
         self.process.wait()
         return self.samples()
@@ -102,7 +102,8 @@ def compare_sounds(recording, sounds):
 
 def compare_frame(title):
     """Compares what the window manager is told: the program's class, and its icon in each size."""
-    told = subprocess.run(["xprop", "-len", "10000000", "-notype", "-name", title, "32c", "_NET_WM_ICON", "WM_CLASS"],
+    told = subprocess.run(["xprop", "-len", "10000000", "-notype", "-name", title,
+                           "32c", "_NET_WM_ICON", "WM_CLASS"],
                           check=True, stdout=subprocess.PIPE, encoding="utf-8").stdout
     icon, wm_class = re.search(r"_NET_WM_ICON = ([^\n]*)\nWM_CLASS = ([^\n]*)", told).groups()
     compare("class of the window", wm_class, '"pellion", "pellion"')

@@ -9,7 +9,6 @@ import time
 import gi
 
 gi.require_version("Atspi", "2.0")
-# pylint: disable=wrong-import-position
 from gi.repository import Atspi, GLib  # noqa: E402
 
 PATIENCE_SECONDS = 15
@@ -153,7 +152,6 @@ class Program:
         self.desktop.get_child_count()
         # By default the toolkit is silent until a screen reader is announced.
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
-        # pylint: disable=consider-using-with
         self.process = subprocess.Popen(command, env=environment, **options)
 
     def _windows(self):

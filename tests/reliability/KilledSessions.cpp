@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/KilledSessions.h"
 
+#include "session/ResultsText.h"
 #include "support/FileBytes.h"
 
 #include <QDir>
@@ -118,9 +119,8 @@ void count(const Session& session, const QDir& folder, const QDir& journals, Rem
 void inspectLines(const QDir& folder, bool mayBeEmpty, Remains& remains) {
     for (const QString& name : folder.entryList({"*.txt"}, QDir::Files)) {
         const QByteArray file = testsupport::readBytes(folder.filePath(name));
-        const QString wrong = mayBeEmpty && file.isEmpty() ? QString() : wrongWithLines(file);
-        if (!wrong.isEmpty())
-            remains.faults.append(name + ": " + wrong);
+        if (!hasWholeLines(file) && !(mayBeEmpty && file.isEmpty()))
+            remains.faults.append(name + ": its lines are not whole");
     }
 }
 
@@ -149,20 +149,16 @@ Remains killSessions(const QString& endlessSessions, const Moment& moment) {
     return remains;
 }
 
-QString wrongWithLines(const QByteArray& file) {
-    if (!file.startsWith("filename\tnTrials\tfrequency matched (Hz)\r\n"))
-        return "there is no whole header";
-    if (!file.endsWith("\r\n"))
-        return "the last line is not whole";
+bool hasWholeLines(const QByteArray& file) {
+    // What stands in the fields, written anew, gives the same file.
+    QVector<double> frequencies;
     const QList<QByteArray> lines = file.split('\n');
-    // Before the first and behind the last of them are the header and nothing.
-    for (int i = 1; i < lines.size() - 1; ++i) {
-        const QList<QByteArray> fields = lines[i].split('\t');
-        if (fields.size() != 3 || fields[0] != target || fields[1] != QByteArray::number(i) ||
-            fields[2].toInt() < 10 || !fields[2].endsWith('\r'))
-            return QStringLiteral("line %1 is not whole").arg(i);
-    }
-    return {};
+    for (int i = 1; i < lines.size() - 1; ++i)
+        frequencies.append(lines[i].split('\t').value(2).trimmed().toDouble());
+    constexpr double minimumHz = 10;
+    return file == resultsText(target, frequencies).toUtf8() &&
+           std::all_of(frequencies.cbegin(), frequencies.cend(),
+                       [](double frequency) { return frequency >= minimumHz; });
 }
 
 bool holds(const QByteArray& file, const Response& response) {

@@ -37,9 +37,8 @@ struct Moment {
 /// and looks at what it has left. To be called from any thread.
 Remains killSessions(const QString& endlessSessions, const Moment& moment);
 
-/// Returns what is wrong with a file that should hold the beginning of a results file, in whole
-/// lines; empty when nothing is.
-QString wrongWithLines(const QByteArray& file);
+/// Whether a file holds the beginning of a results file, in whole lines.
+bool hasWholeLines(const QByteArray& file);
 
 /// Whether a results file or journal holds a response.
 bool holds(const QByteArray& file, const Response& response);

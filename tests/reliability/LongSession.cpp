@@ -74,12 +74,10 @@ bool LongSession::beginNext() {
     const QString target = folder.filePath(shortTarget);
     if (!testsupport::writeSteadyTarget(target))
         return false;
-    session.prepare(testsupport::SessionDriver::Session::Practice, target);
     constexpr double pauseMs = 10;
-    session.setPause(pauseMs);
-    SubjectWindow* const listener = session.go();
-    if (listener == nullptr)
+    if (!session.begin(target, pauseMs))
         return false;
+    SubjectWindow* const listener = session.listener();
     // Noted before the window's own slots run, which are connected to clicked(), and after them.
     QObject::connect(testsupport::find<QPushButton>(*listener, "pushButtonPlaySinusoid"),
                      &QPushButton::released, [this] { click.start(); });
@@ -87,7 +85,6 @@ bool LongSession::beginNext() {
         if (response == PlaySinusoid)
             costs.last().click = msOf(click);
     });
-    session.beReady();
     journal.begin("endurance.txt", QDateTime::currentDateTime());
     return session.playTarget();
 }

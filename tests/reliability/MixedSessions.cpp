@@ -3,9 +3,9 @@
 #include "reliability/MixedSessions.h"
 
 #include "reliability/ResampledSounds.h"
-#include "reliability/ToneFrequency.h"
+#include "session/ResultsText.h"
 #include "support/FileBytes.h"
-#include "support/HeardSounds.h"
+#include "support/ProgramRun.h"
 #include "support/WavBytes.h"
 
 #include <QLineEdit>
@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 using testsupport::SoundRecorder;
 
@@ -41,9 +42,8 @@ int frequencyOf(int sinusoid) {
 }
 
 bool isDeviceSuspended() {
-    QProcess pactl;
-    pactl.start("pactl", {"list", "short", "sinks"});
-    return pactl.waitForFinished() && pactl.readAllStandardOutput().contains("SUSPENDED");
+    return testsupport::runProgram("pactl", {"list", "short", "sinks"})
+        .output.contains("SUSPENDED");
 }
 
 } // namespace
@@ -64,20 +64,15 @@ bool MixedSessions::hold(int count) {
         return false;
     target = testsupport::heardFrom(codes);
     ++sessions;
-    session.prepare(testsupport::SessionDriver::Session::Practice, path);
-    session.setPause(pauseMs);
-    if (session.go() == nullptr)
-        return false;
-    session.beReady();
     const int first = presentations.size();
-    if (!present(false))
+    if (!session.begin(path, pauseMs) || !present(false))
         return false;
     // At least one sinusoid is among the rest.
     for (int i = 1; i < count; ++i)
         if (!present(i == 1 || generator() % 2 == 0))
             return false;
     session.finish(folder.filePath("results.txt"));
-    readResults(first);
+    wrongResultsFiles += int(!areResultsRight(first));
     return session.dialogs.takeComplaints().isEmpty();
 }
 
@@ -134,59 +129,32 @@ bool MixedSessions::playControl() {
            pacat.exitStatus() == QProcess::NormalExit && pacat.exitCode() == 0;
 }
 
-void MixedSessions::readResults(int firstPresentation) {
-    const QList<QByteArray> lines =
-        testsupport::readBytes(folder.filePath("results.txt")).split('\n');
-    wrongResultsLines += int(lines.value(0) != "filename\tnTrials\tfrequency matched (Hz)\r");
-    int number = 0;
-    for (int i = firstPresentation; i < presentations.size(); ++i) {
-        if (!presentations[i].isSinusoid || presentations[i].isControl)
-            continue;
-        ++number;
-        const QByteArray line = lines.value(number);
-        presentations[i].frequencyWritten = line.split('\t').value(2).trimmed().toDouble();
-        wrongResultsLines +=
-            int(line != QByteArray(targetName) + '\t' + QByteArray::number(number) + '\t' +
-                            QByteArray::number(presentations[i].frequency) + '\r');
-    }
-    // Behind the last line is nothing.
-    constexpr int headerAndNothing = 2;
-    wrongResultsLines +=
-        int(lines.size() != number + headerAndNothing || !lines.constLast().isEmpty());
+bool MixedSessions::areResultsRight(int firstPresentation) const {
+    QVector<double> frequencies;
+    for (int i = firstPresentation; i < presentations.size(); ++i)
+        if (presentations[i].isSinusoid && !presentations[i].isControl)
+            frequencies.append(presentations[i].frequency);
+    return testsupport::readBytes(folder.filePath("results.txt")) ==
+           resultsText(targetName, frequencies).toUtf8();
 }
 
 int MixedSessions::compare() {
-    const QVector<float> samples = recorder.samples();
-    int from = 0;
-    // A sound is heard between its request and that of the next, which waits for its end.
-    const auto nextStretch = [&](int to) {
-        const QVector<float> stretch = samples.mid(from, to - from);
-        from = to;
-        return stretch;
-    };
-    const QVector<float> before =
-        nextStretch(presentations.isEmpty() ? samples.size() : presentations[0].recordedBefore);
-    int unexpectedSounds = int(
-        std::any_of(before.cbegin(), before.cend(), [](float sample) { return sample != 0.0F; }));
-    for (int i = 0; i < presentations.size(); ++i) {
-        const bool isLast = i + 1 == presentations.size();
-        judge(presentations[i],
-              nextStretch(isLast ? samples.size() : presentations[i + 1].recordedBefore));
-        unexpectedSounds += int(presentations[i].heard.isFollowedByMore);
-    }
-    return unexpectedSounds;
-}
-
-/// Looks for a sound in its stretch of the recording.
-void MixedSessions::judge(PresentedSound& presentation, const QVector<float>& stretch) {
     constexpr int soundRate = 40000; // Hz
     const int deviceRate = SoundRecorder::deviceRate();
-    const QVector<float>& sound = presentation.sound;
-    const HeardSound heard = deviceRate == soundRate
-                                 ? findSound(stretch, sound)
-                                 : findResampledSound(stretch, deviceRate, sound, soundRate);
-    presentation.heard = heard;
-    if (presentation.isSinusoid && deviceRate == soundRate && heard.fate == Fate::Complete)
-        presentation.frequencyHeard =
-            toneFrequency(stretch.mid(heard.start, sound.size()), soundRate);
+    const QVector<float> samples = recorder.samples();
+    int unexpectedSounds = 0;
+    int end = samples.size();
+    // A sound is heard between its request and that of the next, which waits for its end.
+    for (auto presentation = presentations.rbegin(); presentation != presentations.rend();
+         ++presentation) {
+        const int next = std::exchange(end, presentation->recordedBefore);
+        const QVector<float> stretch = samples.mid(end, next - end);
+        const QVector<float>& sound = presentation->sound;
+        presentation->heard = deviceRate == soundRate
+                                  ? testsupport::findSound(stretch, sound)
+                                  : findResampledSound(stretch, deviceRate, sound, soundRate);
+        unexpectedSounds += int(presentation->heard.isFollowedByMore);
+    }
+    return unexpectedSounds + int(std::any_of(samples.cbegin(), samples.cbegin() + end,
+                                              [](float sample) { return sample != 0.0F; }));
 }

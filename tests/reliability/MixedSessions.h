@@ -3,12 +3,11 @@
 #pragma once
 
 #include "app/MainWindow.h"
-#include "reliability/PresentedSounds.h"
+#include "support/HeardSounds.h"
 #include "support/LogLines.h"
 #include "support/SessionDriver.h"
 #include "support/SoundRecorder.h"
 
-#include <QStringList>
 #include <QTemporaryDir>
 #include <QVector>
 
@@ -18,15 +17,13 @@
 /// A sound that the listener asked for, or the same sound played by another program.
 struct PresentedSound {
     bool isSinusoid = false;
-    bool isControl = false;       ///< Played by another program.
-    int frequency = 0;            ///< Asked for, Hz; of a sinusoid only.
-    double frequencyWritten = 0;  ///< In the results file, Hz; of a sinusoid in a whole session.
-    double frequencyHeard = 0;    ///< As the device received it, Hz; of a complete sinusoid.
-    QVector<float> sound;         ///< As it should be heard.
-    int recordedBefore = 0;       ///< Samples recorded when it was asked for.
-    bool wasSuspended = false;    ///< Whether the device was suspended when it was asked for.
-    HeardSound heard;             ///< What became of it.
-    bool isShownAsMatched = true; ///< Whether a sinusoid stood in the window once it had sounded.
+    bool isControl = false;        ///< Played by another program.
+    int frequency = 0;             ///< Asked for, Hz; of a sinusoid only.
+    QVector<float> sound;          ///< As it should be heard.
+    int recordedBefore = 0;        ///< Samples recorded when it was asked for.
+    bool wasSuspended = false;     ///< Whether the device was suspended when it was asked for.
+    testsupport::HeardSound heard; ///< What became of it.
+    bool isShownAsMatched = true;  ///< Whether a sinusoid stood in the window once it had sounded.
 };
 
 /// Real sessions, by the widgets that a person clicks.
@@ -48,15 +45,14 @@ public:
 
     QVector<PresentedSound> presentations;
     int sessions = 0;
-    int wrongResultsLines = 0; ///< Lines of the results files that are not as they should be.
+    int wrongResultsFiles = 0; ///< That do not hold just the requests.
     testsupport::LogLines log;
 
 private:
     bool present(bool isSinusoid);
     bool playControl();
     bool note(const PresentedSound& presentation);
-    static void judge(PresentedSound& presentation, const QVector<float>& stretch);
-    void readResults(int firstPresentation);
+    bool areResultsRight(int firstPresentation) const;
 
     const testsupport::SoundRecorder& recorder;
     std::chrono::seconds idleness;

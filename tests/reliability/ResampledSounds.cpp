@@ -6,6 +6,9 @@
 #include <cmath>
 #include <vector>
 
+using testsupport::Fate;
+using testsupport::HeardSound;
+
 namespace {
 
 constexpr double pi = 3.141592653589793;

@@ -47,12 +47,9 @@ public:
             return false;
         requests = 0;
         tell("prepare " + text("lineEditOutputFileName"));
-        session.prepare(SessionDriver::Session::Practice, target);
-        session.setPause(pause);
-        if (session.go() == nullptr)
+        if (!session.begin(target, pause))
             return false;
         tell("go");
-        session.beReady();
         if (!session.playTarget())
             return false;
         constexpr int mostRequests = 8;

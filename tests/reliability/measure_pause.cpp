@@ -4,12 +4,12 @@
 #include "reliability/RecordedCampaign.h"
 #include "subject/SubjectWindow.h"
 #include "support/FileBytes.h"
+#include "support/HeardSounds.h"
 #include "support/SessionDriver.h"
 #include "support/WavBytes.h"
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -24,9 +24,9 @@ using testsupport::SoundRecorder;
 namespace {
 
 constexpr int soundSamples = 4000; // 100 ms.
-constexpr double silentIntervalMs = 250;
-constexpr double pauseMs = 350; // Sound and silent interval together, as the program has it.
+constexpr double pauseMs = 350;
 constexpr int presentationsPerSession = 20;
+constexpr int firstFrequency = 100; // Hz, of a session; each of the others is 1 Hz higher.
 
 struct MeasuredPause {
     bool isJournaled;
@@ -51,22 +51,16 @@ public:
 
     bool hold(bool isJournaled) {
         testsupport::find<QCheckBox>(window, "checkBoxSaveData")->setChecked(isJournaled);
-        session.prepare(SessionDriver::Session::Practice, target);
-        testsupport::find<QLineEdit>(window, "lineEditSilentInterval")
-            ->setText(QString::number(silentIntervalMs));
-        if (session.go() == nullptr)
+        if (!session.begin(target, pauseMs) || !session.playTarget())
             return false;
         auto* const button =
             testsupport::find<QPushButton>(*session.listener(), "pushButtonPlaySinusoid");
-        session.beReady();
-        if (!session.playTarget())
-            return false;
         // Noted before the window's own slots run, for those are connected to clicked().
         QObject::connect(button, &QPushButton::released, [this, isJournaled] {
             presentations.append({isJournaled, SoundRecorder::nowMs()});
         });
         for (int i = 0; i < presentationsPerSession; ++i)
-            if (!session.playSinusoid(100 + i))
+            if (!session.playSinusoid(firstFrequency + i))
                 return false;
         if (isJournaled)
             session.finish(folder.filePath("results.txt"));
@@ -84,22 +78,18 @@ private:
     SessionDriver session{window};
 };
 
-/// Finds the sinusoids; returns whether each presentation has one.
-bool findOnsets(const SoundRecorder& recording, QVector<MeasuredPause>& presentations) {
-    const QVector<float> samples = recording.samples();
-    int position = 0;
+/// Finds the sinusoids; returns what the device received otherwise than they should be.
+QString findOnsets(const SoundRecorder& recording, QVector<MeasuredPause>& presentations) {
+    QVector<QVector<float>> sinusoids;
+    for (int i = 0; i < presentations.size(); ++i)
+        sinusoids.append(
+            testsupport::heardSinusoid(firstFrequency + i % presentationsPerSession, soundSamples));
+    const testsupport::HeardSounds heard = testsupport::findSounds(recording.samples(), sinusoids);
     const double originMs = recording.timeOfMs(0);
-    for (MeasuredPause& presentation : presentations) {
-        while (position < samples.size() && samples[position] == 0.0F)
-            ++position;
-        if (position == samples.size())
-            return false;
-        // The first sample of a sinusoid is 0.
-        presentation.heardMs = originMs + (position - 1) * 1000.0 / SoundRecorder::deviceRate();
-        position += soundSamples;
-    }
-    return std::all_of(samples.cbegin() + std::min(position, samples.size()), samples.cend(),
-                       [](float sample) { return sample == 0.0F; });
+    for (int i = 0; i < heard.starts.size(); ++i)
+        presentations[i].heardMs =
+            originMs + heard.starts[i] * 1000.0 / SoundRecorder::deviceRate();
+    return heard.difference;
 }
 
 /// The value below which that fraction of the sorted values lies, interpolated between neighbours.
@@ -164,8 +154,9 @@ int main(int argc, char** argv) {
             }
     if (!campaign.finishRecording())
         return EXIT_FAILURE;
-    if (!findOnsets(campaign.recording, sessions.presentations)) {
-        out << "what the sound device received is not what was played\n";
+    const QString difference = findOnsets(campaign.recording, sessions.presentations);
+    if (!difference.isEmpty()) {
+        out << difference << '\n';
         return EXIT_FAILURE;
     }
     out << "D is " << pauseMs << " ms. All times are in ms; columns: count, median, 5th and 95th "

@@ -3,8 +3,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/LongSession.h"
 #include "reliability/ProcessResources.h"
-#include "reliability/ShortSessions.h"
+#include "subject/SubjectWindow.h"
 #include "support/LogLines.h"
+#include "support/WavBytes.h"
 
 #include <QTextStream>
 
@@ -90,6 +91,34 @@ void reportResponses(QTextStream& out, const LastResponses& last, int number,
         << " | " << held.descriptors << " | " << held.threads << " |\n"
         << Qt::flush;
 }
+
+/// Sessions of a target and three sinusoids of 5 ms, by the widgets that a person clicks.
+class ShortSessions {
+public:
+    ShortSessions() { window.show(); }
+
+    /// Holds one session and saves its results; returns whether nothing went wrong.
+    bool hold() {
+        const QString target = folder.filePath("target.wav");
+        constexpr double pauseMs = 10;
+        if (!testsupport::writeSteadyTarget(target) || !session.begin(target, pauseMs) ||
+            !session.playTarget())
+            return false;
+        for (const int frequency : {100, 101, 102})
+            if (!session.playSinusoid(frequency))
+                return false;
+        session.finish(folder.filePath("results.txt"));
+        return session.dialogs.takeComplaints().isEmpty();
+    }
+
+    /// How many listener's windows there are, hidden ones included.
+    int listeners() const { return window.findChildren<SubjectWindow*>().size(); }
+
+private:
+    QTemporaryDir folder;
+    MainWindow window;
+    testsupport::SessionDriver session{window};
+};
 
 bool tryManySessions(QTextStream& out, int count) {
     ShortSessions sessions;

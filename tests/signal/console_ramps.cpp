@@ -12,7 +12,6 @@
 #include <cmath>
 #include <cstring>
 #include <iostream>
-#include <limits>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -24,8 +23,6 @@ using testsupport::StreamCapture;
 namespace {
 
 constexpr int longest = 40;
-constexpr int leastInt = std::numeric_limits<int>::min();
-constexpr int mostInt = std::numeric_limits<int>::max();
 
 /// A ramp and the formula that it follows, written out once more.
 struct Ramp {
@@ -67,10 +64,10 @@ QVector<double> expectedRamp(const Ramp& ramp, QVector<double> signal, int lengt
 }
 
 void addRamps() {
-    QTest::addColumn<Ramp>("ramp");
-    QTest::newRow("cosRamp") << Ramp{cosRamp, cosRamp, raisedCosineGain, 1};
-    QTest::newRow("cos2Ramp") << Ramp{cos2Ramp, cos2Ramp, raisedCosineGain, 2};
-    QTest::newRow("linearRamp") << Ramp{linearRamp, linearRamp, linearGain, 1};
+    const auto row = columns<Ramp>("ramp");
+    row("cosRamp", {cosRamp, cosRamp, raisedCosineGain, 1});
+    row("cos2Ramp", {cos2Ramp, cos2Ramp, raisedCosineGain, 2});
+    row("linearRamp", {linearRamp, linearRamp, linearGain, 1});
 }
 
 /// Samples with room for more behind them that is filled with marks, and with the vector's own
@@ -114,11 +111,10 @@ private:
 Q_DECLARE_METATYPE(Ramp)
 
 void TestSignalRamps::tenOnesWithTwoRampPoints_data() {
-    QTest::addColumn<RampOfCopy>("ramp");
-    QTest::addColumn<double>("gain");
-    QTest::newRow("cosRamp") << RampOfCopy(cosRamp) << 0.5;
-    QTest::newRow("cos2Ramp") << RampOfCopy(cos2Ramp) << 0.25;
-    QTest::newRow("linearRamp") << RampOfCopy(linearRamp) << 0.5;
+    const auto row = columns<RampOfCopy, double>("ramp", "gain");
+    row("cosRamp", cosRamp, 0.5);
+    row("cos2Ramp", cos2Ramp, 0.25);
+    row("linearRamp", linearRamp, 0.5);
 }
 
 void TestSignalRamps::tenOnesWithTwoRampPoints() {
@@ -131,26 +127,6 @@ void TestSignalRamps::tenOnesWithTwoRampPoints() {
     for (int i = 0; i < 10; ++i)
         QVERIFY2(std::abs(ramped[i] - expected[i]) <= std::ldexp(1, -54),
                  qPrintable(QString::number(ramped[i], 'g', 17)));
-}
-
-void TestSignalRamps::threeOnesWithTwoRampPoints_data() {
-    QTest::addColumn<RampOfCopy>("ramp");
-    QTest::addColumn<double>("middle");
-    QTest::newRow("cosRamp") << RampOfCopy(cosRamp) << 0.25;
-    QTest::newRow("cos2Ramp") << RampOfCopy(cos2Ramp) << 0.0625;
-    QTest::newRow("linearRamp") << RampOfCopy(linearRamp) << 0.25;
-}
-
-void TestSignalRamps::threeOnesWithTwoRampPoints() {
-    QFETCH(RampOfCopy, ramp);
-    QFETCH(double, middle);
-    const StreamCapture standardError(std::cerr);
-    const QVector<double> ramped = ramp({1, 1, 1}, 2);
-    QCOMPARE(standardError.text(), std::string("Vector size must be at least twice of nPoints\n"));
-    QCOMPARE(ramped.size(), 3);
-    QVERIFY(ramped[0] == 0);
-    QVERIFY(std::abs(ramped[1] - middle) <= std::ldexp(1, -54));
-    QVERIFY(ramped[2] == 0);
 }
 
 void TestSignalRamps::bothFormsFollowTheFormula_data() {
@@ -195,22 +171,6 @@ void TestSignalRamps::nothingOutsideTheSignalIsTouched() {
         }
 }
 
-void TestSignalRamps::endsBecomeZeroAndTheMiddleStays_data() {
-    addRamps();
-}
-
-void TestSignalRamps::endsBecomeZeroAndTheMiddleStays() {
-    QFETCH(Ramp, ramp);
-    const int length = 30;
-    const QVector<double> ramped = ramp.ofCopy(QVector<double>(100, 3.0), length);
-    QVERIFY(ramped.first() == 0);
-    QVERIFY(ramped.last() == 0);
-    QVERIFY(std::is_sorted(ramped.begin(), ramped.begin() + length));
-    QVERIFY(ramped[length - 1] < 3);
-    QCOMPARE(difference(ramped.mid(length, 40), QVector<double>(40, 3.0)), QString());
-    QVERIFY(std::equal(ramped.begin(), ramped.end(), ramped.rbegin()));
-}
-
 void TestSignalRamps::noRampChangesNothing_data() {
     addRamps();
 }
@@ -243,14 +203,4 @@ void TestSignalRamps::othersKeepTheirSamples() {
     ramp.inPlace(&signal, 3);
     QVERIFY(signal != QVector<double>(10, 1.0));
     QCOMPARE(original, QVector<double>(10, 1.0));
-}
-
-void TestSignalRamps::aNegativeSampleBecomesNegativeZero_data() {
-    addRamps();
-}
-
-void TestSignalRamps::aNegativeSampleBecomesNegativeZero() {
-    QFETCH(Ramp, ramp);
-    const QVector<double> ramped = ramp.ofCopy({-1, 5, 5, 1}, 1);
-    QCOMPARE(difference(ramped, {-0.0, 5, 5, 0.0}), QString());
 }

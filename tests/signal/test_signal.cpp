@@ -1,12 +1,12 @@
 // The signal library's warnings in a program with widgets.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "test_signal.h"
-
 #include "signal/OstrelClasses.h"
 #include "signal/RandomGenerator.h"
+#include "support/DialogDriver.h"
 #include "support/SignalCalls.h"
 #include "support/StreamCapture.h"
 #include "support/TestMain.h"
+#include "support/TestTable.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -14,6 +14,7 @@
 
 #include <cmath>
 #include <iostream>
+#include <memory>
 
 using testsupport::RampInPlace;
 using testsupport::SignalCall;
@@ -41,6 +42,29 @@ void clickOk(QWidget* dialog) {
 }
 
 } // namespace
+
+/// The boxes that the library shows in a program with widgets.
+class TestSignalBoxes : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void aWarningIsOneBox_data();
+    void aWarningIsOneBox();
+    void nothingToWarnOfShowsNoBox_data();
+    void nothingToWarnOfShowsNoBox();
+    void theRampWaitsForTheBoxAndGoesOn_data();
+    void theRampWaitsForTheBoxAndGoesOn();
+    void aBoxClosedByItsFrameGoesOnAsWell();
+    void oneNumberIsDrawnAfterTheBox();
+    void manyNumbersAreSeededAfterTheBox();
+    void outsideTheWindowsThreadAWarningIsALine();
+
+private:
+    std::unique_ptr<testsupport::DialogDriver> dialogs;
+};
 
 void TestSignalBoxes::init() {
     dialogs = std::make_unique<testsupport::DialogDriver>();
@@ -83,12 +107,11 @@ void TestSignalBoxes::nothingToWarnOfShowsNoBox() {
 }
 
 void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn_data() {
-    QTest::addColumn<RampInPlace>("ramp");
-    QTest::addColumn<double>("middle");
+    const auto row = testsupport::columns<RampInPlace, double>("ramp", "middle");
     const double gain = (1 - std::cos(0.5 * 3.141592653589793)) * 0.5;
-    QTest::newRow("cosRamp") << RampInPlace(cosRamp) << 8 * gain * gain;
-    QTest::newRow("cos2Ramp") << RampInPlace(cos2Ramp) << 8 * gain * gain * gain * gain;
-    QTest::newRow("linearRamp") << RampInPlace(linearRamp) << 2.0;
+    row("cosRamp", cosRamp, 8 * gain * gain);
+    row("cos2Ramp", cos2Ramp, 8 * gain * gain * gain * gain);
+    row("linearRamp", linearRamp, 2);
 }
 
 void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn() {
@@ -159,3 +182,5 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     return testsupport::runAll<TestSignalBoxes>(argc, argv);
 }
+
+#include "test_signal.moc"

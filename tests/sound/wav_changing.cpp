@@ -29,27 +29,23 @@ public:
         isOver = true;
         thread.join();
     }
-    Meanwhile(const Meanwhile&) = delete;
-    Meanwhile(Meanwhile&&) = delete;
-    Meanwhile& operator=(const Meanwhile&) = delete;
-    Meanwhile& operator=(Meanwhile&&) = delete;
+    Q_DISABLE_COPY_MOVE(Meanwhile)
 
 private:
     std::atomic<bool> isOver{false};
     std::thread thread;
 };
 
-/// Ends the program when a test has not come to its end: nothing else frees a thread that waits
-/// for the other end of a FIFO.
-class Alarm {
-public:
-    Alarm() { alarm(60); }
-    ~Alarm() { alarm(0); }
-    Alarm(const Alarm&) = delete;
-    Alarm(Alarm&&) = delete;
-    Alarm& operator=(const Alarm&) = delete;
-    Alarm& operator=(Alarm&&) = delete;
-};
+/// Lets a path lead to each of two files in turn, without a moment in which it leads nowhere.
+auto replacingBy(const std::string& one, const std::string& other, const std::string& path) {
+    return [=] {
+        for (const std::string& file : {one, other}) {
+            const std::string beside = path + ".new";
+            if (::link(file.c_str(), beside.c_str()) == 0)
+                std::rename(beside.c_str(), path.c_str());
+        }
+    };
+}
 
 constexpr int loads = 3000;
 
@@ -66,14 +62,7 @@ void TestWavChanging::nameThatBecomesAFifoIsNotWaitedFor() {
     const std::string fifo = folder.path("fifo").toStdString();
     const std::string file = folder.write(wavWithSamples({}, {16384}), "file.wav");
     QCOMPARE(::mkfifo(fifo.c_str(), 0600), 0);
-    const Alarm alarm;
-    const Meanwhile changing([&] {
-        for (const std::string& other : {fifo, file}) {
-            const std::string beside = path + ".new";
-            if (::link(other.c_str(), beside.c_str()) == 0)
-                std::rename(beside.c_str(), path.c_str());
-        }
-    });
+    const Meanwhile changing(replacingBy(fifo, file, path));
     int loaded = 0;
     int refused = 0;
     errorsOf([&] {
@@ -94,7 +83,6 @@ void TestWavChanging::fileThatShrinksIsReadWholeOrAsAShortRead() {
     int whole = 0;
     int shortReads = 0;
     std::atomic<unsigned> turn{0};
-    const Alarm alarm;
     const Meanwhile shrinking([&] {
         const auto size = turn++ % 4 == 0 ? off_t{bytes.size()} : off_t{44 + turn % 200000};
         QVERIFY(::truncate(path.c_str(), 44) == 0 && ::truncate(path.c_str(), size) == 0);
@@ -115,15 +103,8 @@ void TestWavChanging::fileThatIsReplacedIsNeverMixedWithTheOther() {
         folder.write(wavWithSamples({}, QVector<int>(60000, 12345)), "longer.wav");
     const std::string shorter =
         folder.write(wavWithSamples({}, QVector<int>(50000, -54)), "shorter.wav");
-    const Alarm alarm;
     QCOMPARE(::link(longer.c_str(), path.c_str()), 0);
-    const Meanwhile replacing([&] {
-        for (const std::string& other : {shorter, longer}) {
-            const std::string beside = path + ".new";
-            if (::link(other.c_str(), beside.c_str()) == 0)
-                std::rename(beside.c_str(), path.c_str());
-        }
-    });
+    const Meanwhile replacing(replacingBy(shorter, longer, path));
     int longerOnes = 0;
     int shorterOnes = 0;
     while (longerOnes < 300 || shorterOnes < 300) {

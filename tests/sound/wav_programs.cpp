@@ -2,31 +2,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_wav.h"
 
-#include <QProcess>
+#include "support/ProgramRun.h"
+
 #include <QtTest>
 
 #include <cmath>
-#include <vector>
 
 #include <sndfile.h>
 
 using testsupport::readBytes;
-using testsupport::wavWithSamples;
 
 namespace {
 
-using Samples = std::vector<double>;
-
-/// Runs a command line, split at blanks, in a folder; returns whether it succeeded.
 bool run(const QString& commandLine, const WavFolder& folder) {
-    QStringList arguments = commandLine.split(' ');
-    const QString program = arguments.takeFirst();
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.setWorkingDirectory(folder.path(""));
-    process.start(program, arguments);
-    return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit &&
-           process.exitCode() == 0;
+    return testsupport::runShell(commandLine, folder.path(""));
 }
 
 /// Returns a file's samples as libsndfile sees them; none when it cannot read the file.
@@ -49,20 +38,15 @@ const QString ffmpeg =
 } // namespace
 
 void TestWavPrograms::canonicalFilesAreLoaded_data() {
-    QTest::addColumn<QString>("commandLine");
-    QTest::addColumn<int>("samplingRate");
-    QTest::addColumn<int>("channelCount");
-    QTest::addColumn<int>("bits");
-    QTest::newRow("sox, 16 bits") << "sox -n -r 40000 -b 16 -c 1 made.wav synth 0.25 sine 440"
-                                  << 40000 << 1 << 16;
-    QTest::newRow("sox, 16 bits, stereo")
-        << "sox -n -r 44100 -b 16 -c 2 made.wav synth 0.25 sine 440 sine 550" << 44100 << 2 << 16;
-    QTest::newRow("sox, 8 bits")
-        << "sox -n -r 8000 -b 8 -e unsigned-integer -c 1 made.wav synth 0.25 sine 440" << 8000 << 1
-        << 8;
-    QTest::newRow("ffmpeg, 16 bits")
-        << ffmpeg + "-c:a pcm_s16le -bitexact -ac 2 made.wav" << 40000 << 2 << 16;
-    QTest::newRow("ffmpeg, 8 bits") << ffmpeg + "-c:a pcm_u8 -bitexact made.wav" << 40000 << 1 << 8;
+    const auto row =
+        columns<QString, int, int, int>("commandLine", "samplingRate", "channelCount", "bits");
+    row("sox, 16 bits", "sox -n -r 40000 -b 16 -c 1 made.wav synth 0.25 sine 440", 40000, 1, 16);
+    row("sox, 16 bits, stereo", "sox -n -r 44100 -b 16 -c 2 made.wav synth 0.25 sine 440 sine 550",
+        44100, 2, 16);
+    row("sox, 8 bits", "sox -n -r 8000 -b 8 -e unsigned-integer -c 1 made.wav synth 0.25 sine 440",
+        8000, 1, 8);
+    row("ffmpeg, 16 bits", ffmpeg + "-c:a pcm_s16le -bitexact -ac 2 made.wav", 40000, 2, 16);
+    row("ffmpeg, 8 bits", ffmpeg + "-c:a pcm_u8 -bitexact made.wav", 40000, 1, 8);
 }
 
 void TestWavPrograms::canonicalFilesAreLoaded() {
@@ -88,18 +72,17 @@ void TestWavPrograms::canonicalFilesAreLoaded() {
 }
 
 void TestWavPrograms::otherHeadersAreRefused_data() {
-    QTest::addColumn<QString>("commandLine");
-    QTest::addColumn<QString>("message");
+    const auto row = columns<QString, QString>("commandLine", "message");
     const QString notPcm = "Not a PCM (linear quantitation) WAV file: ";
-    QTest::newRow("sox, 24 bits with a longer header")
-        << "sox -n -r 40000 -b 24 -c 1 made.wav synth 0.25 sine 440" << notPcm;
-    QTest::newRow("sox, floating point")
-        << "sox -n -r 40000 -b 32 -e floating-point -c 1 made.wav synth 0.25 sine 440" << notPcm;
-    QTest::newRow("sox, AIFF") << "sox -n -r 40000 -b 16 -c 1 -t aiff made.wav synth 0.25 sine 440"
-                               << "Not a WAV file: ";
-    QTest::newRow("ffmpeg, 24 bits with a longer header")
-        << ffmpeg + "-c:a pcm_s24le -bitexact made.wav" << notPcm;
-    QTest::newRow("ffmpeg, A-law") << ffmpeg + "-c:a pcm_alaw -bitexact made.wav" << notPcm;
+    row("sox, 24 bits with a longer header",
+        "sox -n -r 40000 -b 24 -c 1 made.wav synth 0.25 sine 440", notPcm);
+    row("sox, floating point",
+        "sox -n -r 40000 -b 32 -e floating-point -c 1 made.wav synth 0.25 sine 440", notPcm);
+    row("sox, AIFF", "sox -n -r 40000 -b 16 -c 1 -t aiff made.wav synth 0.25 sine 440",
+        "Not a WAV file: ");
+    row("ffmpeg, 24 bits with a longer header", ffmpeg + "-c:a pcm_s24le -bitexact made.wav",
+        notPcm);
+    row("ffmpeg, A-law", ffmpeg + "-c:a pcm_alaw -bitexact made.wav", notPcm);
 }
 
 void TestWavPrograms::otherHeadersAreRefused() {
@@ -127,30 +110,24 @@ void TestWavPrograms::chunkBeforeTheDataIsMisread() {
 }
 
 void TestWavPrograms::handmadeFilesAgreeWithLibsndfile_data() {
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<int>("channelCount");
+    const auto row = columns<int, int>("bits", "channelCount");
     for (const int bits : {8, 16, 24})
         for (const int channelCount : {1, 2, 3})
-            QTest::addRow("%d bits, %d channels", bits, channelCount) << bits << channelCount;
+            row(QString::asprintf("%d bits, %d channels", bits, channelCount).toUtf8(), bits,
+                channelCount);
 }
 
 void TestWavPrograms::handmadeFilesAgreeWithLibsndfile() {
     QFETCH(int, bits);
     QFETCH(int, channelCount);
-    QVector<int> codes;
-    quint32 state = 1;
-    for (int i = 0; i < 30000; ++i) {
-        state = state * 1664525U + 1013904223U;
-        // The code with only the sign set is read as +1.0 here and as -1.0 there.
-        const auto code = static_cast<int>(state >> static_cast<quint32>(32 - bits));
-        codes.append(bits == 24 && code == 0x800000 ? 0 : code);
-    }
+    // Not the code with only the sign set, which is read as +1.0 here and as -1.0 there.
+    const QByteArray data = unevenBytes(30000 * bits / 8);
     const WavFolder folder;
-    const std::string path = folder.write(wavWithSamples(
-        {48000, static_cast<quint16>(channelCount), static_cast<quint16>(bits)}, codes));
+    const std::string path = folder.write(testsupport::wavWithData(
+        {48000, static_cast<quint16>(channelCount), static_cast<quint16>(bits)}, data));
     CWav wav;
     QVERIFY(wav.LoadWav(path));
-    QCOMPARE(wav.samples.size(), static_cast<std::size_t>(codes.size()));
+    QCOMPARE(wav.samples.size(), std::size_t{30000});
     QVERIFY(wav.samples == otherReadersSamples(QString::fromStdString(path)));
 }
 

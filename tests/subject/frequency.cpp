@@ -92,8 +92,8 @@ Input wheelOnSpinBox(int notches) {
 }
 
 struct Parameters {
-    int least;
-    int most;
+    int minimum;
+    int maximum;
     int current;
     int step;
 };
@@ -112,8 +112,8 @@ void TestSubjectWindowFrequency::inputMovesBothControls_data() {
     QTest::newRow("spin box, page down") << keyOnSpinBox(Qt::Key_PageDown) << 490;
     QTest::newRow("spin box, typed") << typed("640") << 640;
     QTest::newRow("spin box, typed and entered") << typedAndEntered("77") << 77;
-    QTest::newRow("spin box, least") << typed("10") << 10;
-    QTest::newRow("spin box, most") << typed("1000") << 1000;
+    QTest::newRow("spin box, minimum") << typed("10") << 10;
+    QTest::newRow("spin box, maximum") << typed("1000") << 1000;
     QTest::newRow("spin box, click up") << clickOnSpinBox(true) << 501;
     QTest::newRow("spin box, click down") << clickOnSpinBox(false) << 499;
     QTest::newRow("spin box, wheel up") << wheelOnSpinBox(1) << 501;
@@ -144,8 +144,8 @@ void TestSubjectWindowFrequency::inputMovesBothControls() {
 void TestSubjectWindowFrequency::setValueMovesBothControls_data() {
     QTest::addColumn<int>("value");
     QTest::addColumn<int>("frequency");
-    QTest::newRow("least") << 10 << 10;
-    QTest::newRow("most") << 1000 << 1000;
+    QTest::newRow("minimum") << 10 << 10;
+    QTest::newRow("maximum") << 1000 << 1000;
     QTest::newRow("between") << 640 << 640;
     QTest::newRow("below the range") << 9 << 10;
     QTest::newRow("above the range") << 1001 << 1000;
@@ -166,7 +166,7 @@ void TestSubjectWindowFrequency::setValueMovesBothControls() {
     }
 }
 
-void TestSubjectWindowFrequency::eachChangeIsToldOnce() {
+void TestSubjectWindowFrequency::eachChangeIsSignalledOnce() {
     const OpenSubjectWindow window;
     const QSignalSpy spinBox(window.spinBoxFrequency, SIGNAL(valueChanged(int)));
     const QSignalSpy slider(window.sliderFrequency, SIGNAL(valueChanged(int)));
@@ -245,15 +245,15 @@ void TestSubjectWindowFrequency::receivedParametersReachMembersAndControls_data(
 void TestSubjectWindowFrequency::receivedParametersReachMembersAndControls() {
     QFETCH(Parameters, received);
     OpenSubjectWindow window;
-    window.receiveParameters(received.least, received.most, received.current, received.step);
-    QCOMPARE(window.frequencyMin, received.least);
-    QCOMPARE(window.frequencyMax, received.most);
+    window.receiveParameters(received.minimum, received.maximum, received.current, received.step);
+    QCOMPARE(window.frequencyMin, received.minimum);
+    QCOMPARE(window.frequencyMax, received.maximum);
     QCOMPARE(window.frequencyCurrent, received.current);
     QCOMPARE(window.frequencyStepSize, received.step);
     for (QObject* control : {static_cast<QObject*>(window.spinBoxFrequency),
                              static_cast<QObject*>(window.sliderFrequency)}) {
-        QCOMPARE(control->property("minimum").toInt(), received.least);
-        QCOMPARE(control->property("maximum").toInt(), received.most);
+        QCOMPARE(control->property("minimum").toInt(), received.minimum);
+        QCOMPARE(control->property("maximum").toInt(), received.maximum);
         QCOMPARE(control->property("value").toInt(), received.current);
         QCOMPARE(control->property("singleStep").toInt(), received.step);
     }
@@ -266,8 +266,8 @@ void TestSubjectWindowFrequency::receivedParametersReachTheSpinBoxBeforeTheSlide
             [&](int value) { changes.append(QStringLiteral("spin box %1").arg(value)); });
     connect(window.sliderFrequency, &QSlider::valueChanged, this,
             [&](int value) { changes.append(QStringLiteral("slider %1").arg(value)); });
-    connect(window.sliderFrequency, &QSlider::rangeChanged, this, [&](int least, int most) {
-        changes.append(QStringLiteral("slider from %1 to %2").arg(least).arg(most));
+    connect(window.sliderFrequency, &QSlider::rangeChanged, this, [&](int minimum, int maximum) {
+        changes.append(QStringLiteral("slider from %1 to %2").arg(minimum).arg(maximum));
     });
     window.receiveParameters(600, 900, 700, 5);
     // The spin box's new range moves its value, which moves the slider's, before the value comes.
@@ -299,12 +299,10 @@ void TestSubjectWindowFrequency::receivedRangeUpsideDownCollapses() {
     QCOMPARE(window.frequencyMin, 900);
     QCOMPARE(window.frequencyMax, 100);
     QCOMPARE(window.frequencyCurrent, 500);
-    QCOMPARE(window.spinBoxFrequency->minimum(), 900);
-    QCOMPARE(window.spinBoxFrequency->maximum(), 900);
-    QCOMPARE(window.spinBoxFrequency->value(), 900);
-    QCOMPARE(window.sliderFrequency->minimum(), 900);
-    QCOMPARE(window.sliderFrequency->maximum(), 900);
-    QCOMPARE(window.sliderFrequency->value(), 900);
+    for (const QObject* control : {static_cast<QObject*>(window.spinBoxFrequency),
+                                   static_cast<QObject*>(window.sliderFrequency)})
+        for (const char* property : {"minimum", "maximum", "value"})
+            QCOMPARE(control->property(property).toInt(), 900);
 }
 
 void TestSubjectWindowFrequency::setSliderParametersAppliesTheMembers() {

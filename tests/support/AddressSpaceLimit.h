@@ -22,10 +22,7 @@ public:
             qFatal("the address space cannot be limited");
     }
     ~AddressSpaceLimit() { ::setrlimit(RLIMIT_AS, &earlier); }
-    AddressSpaceLimit(const AddressSpaceLimit&) = delete;
-    AddressSpaceLimit(AddressSpaceLimit&&) = delete;
-    AddressSpaceLimit& operator=(const AddressSpaceLimit&) = delete;
-    AddressSpaceLimit& operator=(AddressSpaceLimit&&) = delete;
+    Q_DISABLE_COPY_MOVE(AddressSpaceLimit)
 
     /// Whether the process can live with one: AddressSanitizer reserves all the space there is.
     static constexpr bool isPossible() {

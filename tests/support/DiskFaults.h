@@ -32,10 +32,7 @@ public:
         ::setrlimit(RLIMIT_FSIZE, &earlier);
         std::signal(SIGXFSZ, earlierHandler);
     }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit(FileSizeLimit&&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
+    Q_DISABLE_COPY_MOVE(FileSizeLimit)
 
 private:
     void (*earlierHandler)(int);
@@ -53,10 +50,7 @@ public:
         if (isMounted)
             ::umount2(path().constData(), MNT_DETACH);
     }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk(SmallDisk&&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-    SmallDisk& operator=(SmallDisk&&) = delete;
+    Q_DISABLE_COPY_MOVE(SmallDisk)
 
     [[nodiscard]] bool isThere() const { return isMounted; }
     [[nodiscard]] QByteArray path() const { return folder.path().toLocal8Bit(); }
@@ -114,7 +108,7 @@ class WithoutPrivileges {
 public:
     WithoutPrivileges() {
         constexpr uid_t nobody = 65534;
-        // The toolkit asks what the real user may do, opening a file what the effective one may.
+        // Qt asks what the real user may do, opening a file what the effective one may.
         if (::getuid() == 0 && ::setresuid(nobody, nobody, 0) != 0)
             qFatal("the administrator's rights cannot be put aside");
     }
@@ -122,10 +116,7 @@ public:
         if (::setresuid(own, own, own) != 0)
             qFatal("the administrator's rights do not come back");
     }
-    WithoutPrivileges(const WithoutPrivileges&) = delete;
-    WithoutPrivileges(WithoutPrivileges&&) = delete;
-    WithoutPrivileges& operator=(const WithoutPrivileges&) = delete;
-    WithoutPrivileges& operator=(WithoutPrivileges&&) = delete;
+    Q_DISABLE_COPY_MOVE(WithoutPrivileges)
 
 private:
     uid_t own = ::getuid();

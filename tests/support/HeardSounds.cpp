@@ -2,8 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/HeardSounds.h"
 
+#include "support/WavBytes.h"
+
+#include <QtEndian>
+
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace testsupport {
 
@@ -14,8 +19,33 @@ bool isSound(float sample) {
 }
 
 /// Index of the first sample from `from` on that is not silent, or the size when there is none.
-int firstSound(const QVector<float>& samples, int from) {
+int firstSound(const QVector<float>& samples, int from = 0) {
     return int(std::find_if(samples.cbegin() + from, samples.cend(), isSound) - samples.cbegin());
+}
+
+QVector<float> audible(const QVector<float>& samples) {
+    QVector<float> kept;
+    std::copy_if(samples.cbegin(), samples.cend(), std::back_inserter(kept), isSound);
+    return kept;
+}
+
+/// What became of a sound of which these audible samples were heard.
+Fate fateOf(const QVector<float>& heard, const QVector<float>& sound) {
+    if (heard == sound)
+        return Fate::Gaps;
+    if (heard.size() >= sound.size())
+        return Fate::Different;
+    const int head =
+        int(std::mismatch(heard.cbegin(), heard.cend(), sound.cbegin(), sound.cend()).first -
+            heard.cbegin());
+    const int tail =
+        int(std::mismatch(heard.crbegin(), heard.crend(), sound.crbegin(), sound.crend()).first -
+            heard.crbegin());
+    if (head == heard.size())
+        return Fate::CutAtEnd;
+    if (tail == heard.size())
+        return Fate::CutAtStart;
+    return head + tail >= heard.size() ? Fate::CutInside : Fate::Different;
 }
 
 } // namespace
@@ -55,6 +85,41 @@ HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<fl
     return heard;
 }
 
+HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound) {
+    HeardSound heard;
+    const int onset = firstSound(stretch);
+    const int start = onset - firstSound(sound);
+    if (onset < stretch.size() && start >= 0 && start + sound.size() <= stretch.size() &&
+        std::equal(sound.cbegin(), sound.cend(), stretch.cbegin() + start)) {
+        heard.fate = Fate::Complete;
+        heard.start = start;
+        heard.isFollowedByMore =
+            std::any_of(stretch.cbegin() + start + sound.size(), stretch.cend(), isSound);
+        return heard;
+    }
+    const int from = std::clamp(start, 0, stretch.size());
+    heard.firstWrong =
+        int(std::mismatch(stretch.cbegin() + from, stretch.cend(), sound.cbegin(), sound.cend())
+                .second -
+            sound.cbegin());
+    const QVector<float> audibleHeard = audible(stretch);
+    const QVector<float> audibleSound = audible(sound);
+    heard.samplesMissing = std::max(audibleSound.size() - audibleHeard.size(), 0);
+    heard.fate = audibleHeard.isEmpty() ? Fate::Missing : fateOf(audibleHeard, audibleSound);
+    return heard;
+}
+
+bool isAudible(const QVector<float>& samples) {
+    return firstSound(samples, 0) < samples.size();
+}
+
+CutSound findCutSound(const QVector<float>& recording, const QVector<float>& sound) {
+    const auto* const onset = recording.cbegin() + firstSound(recording, 0);
+    const auto* const end =
+        std::mismatch(onset, recording.cend(), sound.cbegin(), sound.cend()).first;
+    return {int(end - onset), recording.mid(int(end - recording.cbegin()))};
+}
+
 QVector<float> heardFrom(const QVector<int>& codes, int bits) {
     const int fullScale = 1 << (bits - 1);
     QVector<float> samples;
@@ -64,6 +129,32 @@ QVector<float> heardFrom(const QVector<int>& codes, int bits) {
         const bool isLowestOf24Bits = bits == 24 && value == -fullScale;
         samples.append(isLowestOf24Bits ? 1.0F : float(double(value) / fullScale));
     }
+    return samples;
+}
+
+QVector<float> heardFromFile(const QByteArray& file) {
+    if (file.size() < wavoffset::data)
+        return {};
+    const char* const bytes = file.constData();
+    const int channels = qFromLittleEndian<quint16>(bytes + wavoffset::channelCount);
+    const auto rate = qFromLittleEndian<quint32>(bytes + wavoffset::samplingRate);
+    const int bits = qFromLittleEndian<quint16>(bytes + wavoffset::bitsPerSample);
+    const int bytesPerFrame = bits / 8 * channels;
+    const int frames = (file.size() - wavoffset::data) / bytesPerFrame;
+    QVector<int> codes;
+    for (int i = 0; i < frames && channels <= 2; ++i) {
+        const char* const sample = bytes + wavoffset::data + qptrdiff(i) * bytesPerFrame;
+        if (bits == 8)
+            codes.append(uchar(*sample));
+        else if (bits == 16)
+            codes.append(qFromLittleEndian<qint16>(sample));
+        else // The two lower bytes, and the sign in the third.
+            codes.append(qFromLittleEndian<quint16>(sample) | qint8(sample[2]) * 0x10000);
+    }
+    QVector<float> samples = heardFrom(codes, bits);
+    constexpr double playedRate = 40000; // Hz
+    const double shownMs = QString::number(frames * 1000.0 / rate, 'f', 2).toDouble();
+    samples.resize(int(std::floor(shownMs / 1000 * playedRate)));
     return samples;
 }
 

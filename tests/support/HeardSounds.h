@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
@@ -18,8 +19,48 @@ struct HeardSounds {
 /// be told from silence and must not be among them.
 HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds);
 
+/// What became of a sound.
+enum class Fate {
+    Complete,   ///< All of it, equal in every sample.
+    Missing,    ///< Nothing of it.
+    CutAtStart, ///< Its head is missing; the rest may have gaps.
+    CutAtEnd,   ///< Its tail is missing; the rest may have gaps.
+    CutInside,  ///< A piece is missing between its head and its tail.
+    Gaps,       ///< All of it, with silence in between.
+    Different   ///< Something else.
+};
+
+struct HeardSound {
+    Fate fate = Fate::Missing;
+    int start = -1;                ///< Index of its first sample, where it is complete; else -1.
+    int samplesMissing = 0;        ///< Of those that are not silent.
+    int firstWrong = -1;           ///< Index of the first sample that is not as it should be.
+    bool isFollowedByMore = false; ///< Whether a complete sound has something else behind it.
+};
+
+/// Looks for a sound in that stretch of a recording in which it, and nothing else, should be heard.
+/// Of an incomplete sound only what is not silent counts, for silence within the sound cannot
+/// be told from a gap. The sound must not be silent throughout.
+HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound);
+
+/// Whether any sample is not silent.
+bool isAudible(const QVector<float>& samples);
+
+/// How much of a sound a recording begins with, from its first sample that is not silent, and what
+/// it holds after that.
+struct CutSound {
+    int length = 0;
+    QVector<float> rest;
+};
+CutSound findCutSound(const QVector<float>& recording, const QVector<float>& sound);
+
 /// Returns what is heard of a target of one channel with these codes, of 8, 16 or 24 bits.
 QVector<float> heardFrom(const QVector<int>& codes, int bits = 16);
+
+/// Returns what is heard of a target file with a header of 44 bytes: its first channel, as long as
+/// the duration in hundredths of a millisecond says at 40000 Hz; silence where there are three
+/// channels or more.
+QVector<float> heardFromFile(const QByteArray& file);
 
 /// Returns what is heard of a comparison sinusoid of that frequency (Hz) and count of samples.
 QVector<float> heardSinusoid(int frequency, int count);

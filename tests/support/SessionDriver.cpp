@@ -13,10 +13,6 @@ namespace testsupport {
 
 namespace {
 
-QString confirmationTitle() {
-    return QStringLiteral("Confirmation MessageBox");
-}
-
 SubjectWindow* visibleListener(const MainWindow& window) {
     for (auto* candidate : window.findChildren<SubjectWindow*>())
         if (candidate->isVisible())
@@ -30,14 +26,11 @@ void click(QWidget& window, const char* memberName) {
     QTest::mouseClick(find<QPushButton>(window, memberName), Qt::LeftButton);
 }
 
-QVector<int> soundsTold(const QSignalSpy& sounds) {
-    QVector<int> told;
-    for (const QList<QVariant>& arguments : sounds)
-        told.append(arguments.first().toInt());
-    return told;
-}
+SessionDriver::SessionDriver(MainWindow& mainWindow)
+    : ownDialogs(std::make_unique<DialogDriver>()), dialogs(*ownDialogs), window(mainWindow) {}
 
-SessionDriver::SessionDriver(MainWindow& mainWindow) : window(mainWindow) {}
+SessionDriver::SessionDriver(MainWindow& mainWindow, DialogDriver& dialogDriver)
+    : dialogs(dialogDriver), window(mainWindow) {}
 
 void SessionDriver::prepare(Session session, const QString& targetPath) {
     dialogs.chooseTarget(targetPath);
@@ -62,6 +55,15 @@ void SessionDriver::beReady() {
     click(*subjectWindow, "pushButtonIAmReady");
 }
 
+bool SessionDriver::begin(const QString& targetPath, double pauseMs) {
+    prepare(Session::Practice, targetPath);
+    setPause(pauseMs);
+    if (go() == nullptr)
+        return false;
+    beReady();
+    return true;
+}
+
 bool SessionDriver::playTarget() {
     return playAndWait("pushButtonPlayTarget");
 }
@@ -83,19 +85,25 @@ bool SessionDriver::playAndWait(const char* buttonName) {
 }
 
 void SessionDriver::finish(const QString& resultsPath) {
-    dialogs.click(confirmationTitle(), QMessageBox::Yes);
+    dialogs.answerClosing(QMessageBox::Yes);
     if (resultsPath.isEmpty())
         dialogs.saveAsProposed();
     else
         dialogs.saveAs(resultsPath);
-    click(*subjectWindow, "pushButtonDone");
+    pressDone();
+}
+
+void SessionDriver::pressDone() {
+    if (find<QPushButton>(*subjectWindow, "pushButtonDone")->isVisible())
+        click(*subjectWindow, "pushButtonDone");
+    else
+        subjectWindow->close();
     subjectWindow = nullptr;
 }
 
 void SessionDriver::finishWithoutSaving() {
-    dialogs.click(confirmationTitle(), QMessageBox::Yes);
-    click(*subjectWindow, "pushButtonDone");
-    subjectWindow = nullptr;
+    dialogs.answerClosing(QMessageBox::Yes);
+    pressDone();
 }
 
 } // namespace testsupport

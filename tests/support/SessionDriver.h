@@ -6,8 +6,9 @@
 
 #include <QSignalSpy>
 #include <QString>
-#include <QVector>
 #include <QtTest>
+
+#include <memory>
 
 class MainWindow;
 class SubjectWindow;
@@ -25,13 +26,14 @@ template <typename Widget> Widget* find(QWidget& window, const char* memberName)
 /// Clicks a button of a window as a person would. A disabled or hidden button takes no click.
 void click(QWidget& window, const char* memberName);
 
-/// Returns the arguments of soundPlaying that a spy has collected.
-QVector<int> soundsTold(const QSignalSpy& sounds);
-
 /// The experimenter and the listener of one main window.
 class SessionDriver {
+    std::unique_ptr<DialogDriver> ownDialogs;
+
 public:
+    /// With a dialog driver of its own, or with another's.
     explicit SessionDriver(MainWindow& mainWindow);
+    SessionDriver(MainWindow& mainWindow, DialogDriver& dialogDriver);
 
     enum class Session { Practice, Experiment };
 
@@ -49,6 +51,9 @@ public:
     /// "I am ready".
     void beReady();
 
+    /// All of these, for a practice session; returns whether the listener's window came.
+    bool begin(const QString& targetPath, double pauseMs);
+
     /// "Play target"; returns whether the sound has started and ended.
     bool playTarget();
 
@@ -56,8 +61,8 @@ public:
     /// sound has started and ended.
     bool playSinusoid(int frequency);
 
-    /// "Done", confirmed, the results saved under the given path; an empty path accepts the one
-    /// that is proposed.
+    /// "Done" (the frame's button before there is one), confirmed, the results saved under the
+    /// given path; an empty path accepts the one that is proposed.
     void finish(const QString& resultsPath = QString());
 
     /// "Done", confirmed, with nothing to save.
@@ -66,10 +71,11 @@ public:
     /// The listener's window that is open; null when there is none.
     SubjectWindow* listener() const { return subjectWindow; }
 
-    DialogDriver dialogs;
+    DialogDriver& dialogs;
 
 private:
     bool playAndWait(const char* buttonName);
+    void pressDone();
 
     MainWindow& window;
     SubjectWindow* subjectWindow = nullptr;

@@ -30,10 +30,7 @@ public:
 
     SoundRecorder() = default;
     ~SoundRecorder();
-    SoundRecorder(const SoundRecorder&) = delete;
-    SoundRecorder(SoundRecorder&&) = delete;
-    SoundRecorder& operator=(const SoundRecorder&) = delete;
-    SoundRecorder& operator=(SoundRecorder&&) = delete;
+    Q_DISABLE_COPY_MOVE(SoundRecorder)
 
     /// Starts a new recording and waits, without spinning the event loop, until samples arrive;
     /// returns false when none come. A device that is suspended while nothing plays gives none

@@ -14,10 +14,7 @@ class SoundServer {
 public:
     SoundServer() = default;
     ~SoundServer();
-    SoundServer(const SoundServer&) = delete;
-    SoundServer(SoundServer&&) = delete;
-    SoundServer& operator=(const SoundServer&) = delete;
-    SoundServer& operator=(SoundServer&&) = delete;
+    Q_DISABLE_COPY_MOVE(SoundServer)
 
     /// What PULSE_SERVER has to be for a program that is to use this server. It stays the same
     /// when the server is started again.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtGlobal>
+
 #include <vector>
 
 namespace testsupport {
@@ -13,10 +15,7 @@ class SyncCalls {
 public:
     SyncCalls();
     ~SyncCalls();
-    SyncCalls(const SyncCalls&) = delete;
-    SyncCalls(SyncCalls&&) = delete;
-    SyncCalls& operator=(const SyncCalls&) = delete;
-    SyncCalls& operator=(SyncCalls&&) = delete;
+    Q_DISABLE_COPY_MOVE(SyncCalls)
 
     int count = 0;             ///< Calls so far.
     int failure = 0;           ///< The errno of the next ones; 0 lets them succeed.

@@ -67,4 +67,14 @@ void setUnsigned32(QByteArray& bytes, int offset, quint32 value) {
     overwrite(bytes, offset, value);
 }
 
+QByteArray with16(QByteArray bytes, int offset, quint16 value) {
+    setUnsigned16(bytes, offset, value);
+    return bytes;
+}
+
+QByteArray with32(QByteArray bytes, int offset, quint32 value) {
+    setUnsigned32(bytes, offset, value);
+    return bytes;
+}
+
 } // namespace testsupport

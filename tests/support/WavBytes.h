@@ -53,4 +53,8 @@ bool writeSteadyTarget(const QString& path, int samples = 200);
 void setUnsigned16(QByteArray& bytes, int offset, quint16 value);
 void setUnsigned32(QByteArray& bytes, int offset, quint32 value);
 
+/// The same for a copy.
+QByteArray with16(QByteArray bytes, int offset, quint16 value);
+QByteArray with32(QByteArray bytes, int offset, quint32 value);
+
 } // namespace testsupport

@@ -7,6 +7,8 @@
 using namespace madefiles;
 using testsupport::wavWithData;
 using testsupport::wavWithSamples;
+using testsupport::with16;
+using testsupport::with32;
 namespace wavoffset = testsupport::wavoffset;
 
 namespace {
@@ -15,6 +17,36 @@ const QString goesOn = "\") and goes on with the earlier target, if there is one
 const QString unusable = "The program cannot play it (\"Unusable WAV file: x.wav" + goesOn;
 const QString notPcm =
     "The program refuses it (\"Not a PCM (linear quantitation) WAV file: x.wav" + goesOn;
+const QString silent = "The program plays silence in its place.";
+
+/// What is heard of a tone of 440 Hz at another rate, and of its samples.
+QString playedAt40000(const char* hertz, const char* cents, const char* samples) {
+    return QStringLiteral("The program plays it at 40000 Hz without conversion: 440 Hz in it are "
+                          "heard as %1 Hz (%2 cents). %3")
+        .arg(hertz, cents, samples);
+}
+
+const QString extensible =
+    "Its header is extensible, with a format chunk of 40 bytes instead of 16.";
+const QString longerFormat = "Its format chunk has 18 bytes instead of 16.";
+const QString fact = " A chunk fact of 4 bytes stands before the data.";
+const QString beyond4GiB =
+    "It has the header of files beyond 4 GiB (RF64). A chunk ds64 of 28 bytes "
+    "stands before the data. Its header says 4294967295 bytes of data, but "
+    "the file ends after ";
+
+const QString plainly = "sox x.wav -t wavpcm x-mended.wav";
+const QString in24Bits = "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav";
+const QString toFirstOfMono =
+    " -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav";
+const QString ignoringLength = "sox --ignore-length x.wav -t wavpcm x-mended.wav";
+
+/// Takes the bytes behind the header for the sound.
+QString asRawData(int rate, int channels) {
+    return QStringLiteral("ffmpeg -f s16le -ar %1 -ac %2 -skip_initial_bytes 44 -i x.wav")
+        .arg(rate)
+        .arg(channels);
+}
 
 /// 250 ms of 32-bit floating point behind an extensible header, as ffmpeg 5 writes it.
 QByteArray extensibleFloats() {
@@ -27,163 +59,150 @@ QByteArray extensibleFloats() {
     return with16(with32(bytes, wavoffset::formatChunkSize, 40), wavoffset::audioFormat, 0xFFFE);
 }
 
-} // namespace
+/// Adds a file that a command makes, out of plain.wav for the most part. Where mending is lossless,
+/// it gives the samples of plain.wav.
+void made(const char* name, const QString& command, const QStringList& matters,
+          const QStringList& consequences, const QString& mending, bool isLossless = true) {
+    QTest::newRow(name) << command << QByteArray() << matters << consequences << mending
+                        << isLossless;
+}
 
-void TestTargetInfo::faultsAreNamedAndMended_data() {
-    QTest::addColumn<QString>("command");  // Makes x.wav out of plain.wav.
-    QTest::addColumn<QByteArray>("bytes"); // Or these are x.wav.
-    QTest::addColumn<QStringList>("matters");
-    QTest::addColumn<QStringList>("consequences");
-    QTest::addColumn<QString>("mending");
-    QTest::addColumn<bool>("isLossless"); // Mending gives the samples of plain.wav.
-    const auto made = [](const char* name, const QString& command, const QStringList& matters,
-                         const QStringList& consequences, const QString& mending,
-                         bool isLossless = true) {
-        QTest::newRow(name) << command << QByteArray() << matters << consequences << mending
-                            << isLossless;
-    };
-    const auto byHand = [](const char* name, const QByteArray& bytes, const QStringList& matters,
-                           const QStringList& consequences, const QString& mending) {
-        QTest::newRow(name) << QString() << bytes << matters << consequences << mending << false;
-    };
-    const QString plainly = "sox x.wav -t wavpcm x-mended.wav";
+void byHand(const char* name, const QByteArray& bytes, const QStringList& matters,
+            const QStringList& consequences, const QString& mending) {
+    QTest::newRow(name) << QString() << bytes << matters << consequences << mending << false;
+}
+
+void addEncodings() {
     made("ffmpeg, not bit-exact", QString(byFfmpeg) + "x.wav",
          {"A chunk LIST of 26 bytes stands before the data."},
          {"The program takes the 26 bytes from byte 44 on for the sound."}, plainly);
     made("ffmpeg, through a pipe", QString(byFfmpeg) + "-bitexact -f wav - >x.wav",
          {"Its header says 4294967295 bytes of data, but the file ends after 20000."}, {unusable},
-         "sox --ignore-length x.wav -t wavpcm x-mended.wav");
-    made("sox, 24 bits", "sox plain.wav -b 24 x.wav",
-         {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
-          "of 4 bytes stands before the data."},
+         ignoringLength);
+    made("sox, 24 bits", "sox plain.wav -b 24 x.wav", {extensible + fact}, {notPcm}, plainly,
+         false);
+    made("ffmpeg, 24 bits", QString(byFfmpeg) + "-c:a pcm_s24le -bitexact x.wav", {extensible},
          {notPcm}, plainly, false);
-    made("ffmpeg, 24 bits", QString(byFfmpeg) + "-c:a pcm_s24le -bitexact x.wav",
-         {"Its header is extensible, with a format chunk of 40 bytes instead of 16."}, {notPcm},
-         plainly, false);
     made("sox, 32 bits", "sox plain.wav -b 32 x.wav",
-         {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
-          "of 4 bytes stands before the data. Its samples have 32 bits, not 8, 16 or 24."},
-         {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav", false);
+         {extensible + fact + " Its samples have 32 bits, not 8, 16 or 24."}, {notPcm}, in24Bits,
+         false);
+    const QString floats = " Its samples are encoded as floating point, not as linear PCM.";
     made("sox, floating point", "sox plain.wav -b 32 -e floating-point x.wav",
-         {"Its format chunk has 18 bytes instead of 16. A chunk fact of 4 bytes stands before the "
-          "data. Its samples are encoded as floating point, not as linear PCM."},
-         {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav", false);
-    byHand("extensible, floating point", extensibleFloats(),
-           {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
-            "of 4 bytes stands before the data. Its samples are encoded as floating point, not as "
-            "linear PCM."},
-           {notPcm}, "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav");
+         {longerFormat + fact + floats}, {notPcm}, in24Bits, false);
+    byHand("extensible, floating point", extensibleFloats(), {extensible + fact + floats}, {notPcm},
+           in24Bits);
     made("sox, A-law", "sox plain.wav -e a-law x.wav",
-         {"Its format chunk has 18 bytes instead of 16. A chunk fact of 4 bytes stands before the "
-          "data. Its samples are encoded as A-law, not as linear PCM."},
-         {notPcm}, "sox x.wav -b 16 -e signed-integer -t wavpcm x-mended.wav", false);
+         {longerFormat + fact + " Its samples are encoded as A-law, not as linear PCM."}, {notPcm},
+         "sox x.wav -b 16 -e signed-integer -t wavpcm x-mended.wav", false);
     made("sox, big-endian", "sox plain.wav -B x.wav", {"It is big-endian (RIFX)."}, {notPcm},
          plainly);
-    made("sox, AIFF", "sox plain.wav -t aiff x.wav", {"It is no WAVE file."},
-         {"The program refuses it (\"Not a WAV file: x.wav" + goesOn},
-         "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
-    made("sox, AIFF, nothing in its second channel", "sox plain.wav -t aiff x.wav remix 1 0",
-         {"It is no WAVE file."}, {"The program refuses it (\"Not a WAV file: x.wav" + goesOn},
-         "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
+    const QString notWave = "The program refuses it (\"Not a WAV file: x.wav" + goesOn;
+    for (const char* channels : {"1", "1 0"}) // with nothing in the second
+        made(channels[1] == 0 ? "sox, AIFF" : "sox, AIFF, two channels",
+             QStringLiteral("sox plain.wav -t aiff x.wav remix ") + channels,
+             {"It is no WAVE file."}, {notWave}, "ffmpeg -i x.wav" + toFirstOfMono);
     made("ffmpeg, beyond 4 GiB", QString(byFfmpeg) + "-rf64 always -bitexact x.wav",
-         {"It has the header of files beyond 4 GiB (RF64). A chunk ds64 of 28 bytes stands before "
-          "the data. Its header says 4294967295 bytes of data, but the file ends after 20000."},
-         {notPcm},
-         "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
+         {beyond4GiB + "20000."}, {notPcm}, "ffmpeg -i x.wav" + toFirstOfMono);
+}
+
+void addLengths() {
+    const QString shownAs23747 =
+        "Its 9499 samples are 237.475 ms long, which the program shows as 237.47 ms.";
+    const QString leavesOut = "The program plays as many samples as the duration shown holds, %1, "
+                              "and leaves out the last 1.";
     made("ffmpeg, beyond 4 GiB, 237.475 ms",
          "sox plain.wav short.wav trim 0 9499s && ffmpeg -v error -i short.wav -rf64 always "
          "-bitexact x.wav && sox short.wav plain.wav pad 0 1s",
-         {"It has the header of files beyond 4 GiB (RF64). A chunk ds64 of 28 bytes stands before "
-          "the data. Its header says 4294967295 bytes of data, but the file ends after 18998.",
-          "Its 9499 samples are 237.475 ms long, which the program shows as 237.47 ms."},
-         {notPcm,
-          "The program plays as many samples as the duration shown holds, 9498, and leaves out "
-          "the last 1."},
+         {beyond4GiB + "18998.", shownAs23747}, {notPcm, leavesOut.arg(9498)},
          "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0,aresample=40000,apad=pad_len=1' "
          "-c:a pcm_s16le -bitexact x-mended.wav");
-    made("44100 Hz", "sox -r 44100 -n -b 16 -c 1 x.wav synth 0.25 sine 440 vol 0.5",
-         {"Its sampling rate is 44100 Hz."},
-         {"The program plays it at 40000 Hz without conversion: 440 Hz in it are heard as 399.09 "
-          "Hz (-168.9 cents). The last 1025 of its 11025 samples are left out."},
-         "sox x.wav -t wavpcm x-mended.wav rate -v 40000", false);
-    made("20000 Hz", "sox -r 20000 -n -b 16 -c 1 x.wav synth 0.25 sine 440 vol 0.5",
-         {"Its sampling rate is 20000 Hz."},
-         {"The program plays it at 40000 Hz without conversion: 440 Hz in it are heard as 880.00 "
-          "Hz (1200.0 cents). Its 5000 samples are followed by 5000 of silence."},
-         "sox x.wav -t wavpcm x-mended.wav rate -v 40000", false);
-    made("48000 Hz, 24 bits, four channels",
-         "sox -r 48000 -n -b 24 -c 4 x.wav synth 6001s sine 440 vol 0.5",
-         {"Its header is extensible, with a format chunk of 40 bytes instead of 16. A chunk fact "
-          "of 4 bytes stands before the data.",
-          "It has 4 channels.", "Its sampling rate is 48000 Hz."},
-         {notPcm, "The program plays silence in its place.",
-          "The program plays it at 40000 Hz without conversion: 440 Hz in it are heard as 366.67 "
-          "Hz (-315.6 cents). The last 1001 of its 6001 samples are left out."},
-         "sox x.wav -t wavpcm x-mended.wav remix 1 rate -v 40000 pad 0 1s", false);
-    made("four channels", "sox plain.wav -t wavpcm x.wav remix 1 0 0 0", {"It has 4 channels."},
-         {"The program plays silence in its place."}, "sox x.wav -t wavpcm x-mended.wav remix 1");
-    byHand("three channels", handmade({40000, 3, 16}), {"It has 3 channels."},
-           {"The program plays silence in its place."}, "sox x.wav -t wavpcm x-mended.wav remix 1");
-    byHand("237.475 ms", handmade({}, 9499),
-           {"Its 9499 samples are 237.475 ms long, which the program shows as 237.47 ms."},
-           {"The program plays as many samples as the duration shown holds, 9498, and leaves out "
-            "the last 1."},
+    byHand("237.475 ms", handmade({}, 9499), {shownAs23747}, {leavesOut.arg(9498)},
            "sox x.wav -t wavpcm x-mended.wav pad 0 1s");
     // 10.2 / 1000 x 40000 is a hair below 408 in doubles, and 409 samples are shown as 10.22 ms.
     byHand("10.2 ms", handmade({}, 408),
            {"Its 408 samples are 10.200 ms long, which the program shows as 10.20 ms."},
-           {"The program plays as many samples as the duration shown holds, 407, and leaves out "
-            "the last 1."},
-           "sox x.wav -t wavpcm x-mended.wav pad 0 2s");
+           {leavesOut.arg(407)}, "sox x.wav -t wavpcm x-mended.wav pad 0 2s");
+}
+
+void addRatesAndChannels() {
+    const QString tone = "sox -r %1 -n -b %2 -c %3 x.wav synth %4 sine 440 vol 0.5";
+    const QString toRate = "sox x.wav -t wavpcm x-mended.wav rate -v 40000";
+    const QString toFirst = "sox x.wav -t wavpcm x-mended.wav remix 1";
+    made("44100 Hz", tone.arg("44100", "16", "1", "0.25"), {"Its sampling rate is 44100 Hz."},
+         {playedAt40000("399.09", "-168.9", "The last 1025 of its 11025 samples are left out.")},
+         toRate, false);
+    made("20000 Hz", tone.arg("20000", "16", "1", "0.25"), {"Its sampling rate is 20000 Hz."},
+         {playedAt40000("880.00", "1200.0", "Its 5000 samples are followed by 5000 of silence.")},
+         toRate, false);
+    made("48000 Hz, 24 bits, four channels", tone.arg("48000", "24", "4", "6001s"),
+         {extensible + fact, "It has 4 channels.", "Its sampling rate is 48000 Hz."},
+         {notPcm, silent,
+          playedAt40000("366.67", "-315.6", "The last 1001 of its 6001 samples are left out.")},
+         toFirst + " rate -v 40000 pad 0 1s", false);
+    made("four channels", "sox plain.wav -t wavpcm x.wav remix 1 0 0 0", {"It has 4 channels."},
+         {silent}, toFirst);
+    byHand("three channels", handmade({40000, 3, 16}), {"It has 3 channels."}, {silent}, toFirst);
+}
+
+void addDamagedFiles() {
+    const QByteArray good = handmade();
+    const QString noChannels = "Its header says that it has no channels.";
+    const QString noRate = "Its header says a sampling rate of 0 Hz.";
+    const QString fromRaw =
+        asRawData(40000, 1) + " -ar 40000 -c:a pcm_s16le -bitexact x-mended.wav";
     byHand("a lowest code", wavWithSamples({40000, 1, 24}, {1, -0x800000, 2, -0x800000}),
            {"It has the lowest code of 24 bits, which means -1 (2 times)."},
            {"The program reads it as +1: a click."},
            "sox x.wav -t wavpcm x-mended.wav vol 0.9999998");
-    const QByteArray good = handmade();
     byHand("data that end early", good.chopped(1000),
            {"Its header says 2000 bytes of data, but the file ends after 1000."}, {unusable},
-           "sox --ignore-length x.wav -t wavpcm x-mended.wav");
+           ignoringLength);
     byHand("data of no size", with32(good, wavoffset::dataSize, 0),
-           {"Its header says 0 bytes of data."}, {unusable},
-           "sox --ignore-length x.wav -t wavpcm x-mended.wav");
-    byHand("a rate of 0", with32(good, wavoffset::samplingRate, 0),
-           {"Its header says a sampling rate of 0 Hz."}, {unusable},
-           "ffmpeg -f s16le -ar 40000 -ac 1 -skip_initial_bytes 44 -i x.wav -ar 40000 "
-           "-c:a pcm_s16le -bitexact x-mended.wav");
-    byHand("no channels", with16(good, wavoffset::channelCount, 0),
-           {"Its header says that it has no channels."}, {unusable},
-           "ffmpeg -f s16le -ar 40000 -ac 1 -skip_initial_bytes 44 -i x.wav -ar 40000 "
-           "-c:a pcm_s16le -bitexact x-mended.wav");
-    made("no RIFF, three channels and a chunk behind",
-         "sox plain.wav -t wavpcm x.wav remix 1 0 0 && printf 'LIST\\4\\0\\0\\0abcd' >>x.wav && "
-         "printf XXXX | dd of=x.wav conv=notrunc",
-         {"It has 3 channels."}, {"The program plays silence in its place."},
-         "ffmpeg -f s16le -ar 40000 -ac 3 -skip_initial_bytes 44 -i x.wav -ar 40000 "
-         "-af 'pan=mono|c0=c0,atrim=end_sample=10000' -c:a pcm_s16le -bitexact x-mended.wav");
-    made("no RIFF, two channels at 44100 Hz",
-         "sox -r 44100 -n -b 16 x.wav synth 0.25 sine 440 sine 660 vol 0.5 && "
-         "printf XXXX | dd of=x.wav conv=notrunc",
-         {"Its sampling rate is 44100 Hz."},
-         {"The program plays it at 40000 Hz without conversion: 440 Hz in it are heard as 399.09 "
-          "Hz (-168.9 cents). The last 1025 of its 11025 samples are left out."},
-         "ffmpeg -f s16le -ar 44100 -ac 2 -skip_initial_bytes 44 -i x.wav -ar 40000 "
-         "-af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav",
-         false);
+           {"Its header says 0 bytes of data."}, {unusable}, ignoringLength);
+    byHand("a rate of 0", with32(good, wavoffset::samplingRate, 0), {noRate}, {unusable}, fromRaw);
+    byHand("no channels", with16(good, wavoffset::channelCount, 0), {noChannels}, {unusable},
+           fromRaw);
     made("a rate of 0, nothing in the second channel",
          "sox plain.wav -t wavpcm x.wav remix 1 0 && "
          "printf '\\0\\0\\0\\0' | dd of=x.wav conv=notrunc bs=1 seek=24",
-         {"Its header says a sampling rate of 0 Hz."}, {unusable},
-         "ffmpeg -f s16le -ar 40000 -ac 2 -skip_initial_bytes 44 -i x.wav -ar 40000 "
-         "-af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav");
+         {noRate}, {unusable}, asRawData(40000, 2) + toFirstOfMono);
     byHand("a longer format chunk",
            with32(good, wavoffset::formatChunkSize, 18).insert(36, QByteArray(2, '\0')),
-           {"Its format chunk has 18 bytes instead of 16."}, {unusable}, plainly);
+           {longerFormat}, {unusable}, plainly);
     byHand("two format chunks", QByteArray(good).insert(36, good.mid(12, 24)),
            {"Its chunks say otherwise than its first 44 bytes."},
            {"The program goes by the latter."}, plainly);
     byHand("junk before the format",
            QByteArray(good).insert(12, tag("JUNK", 28) + QByteArray(28, '\0')),
            {"A chunk JUNK of 28 bytes stands before the data."}, {notPcm}, plainly);
+}
+
+void addFilesWithoutRiff() {
+    const QString overwrite = " && printf XXXX | dd of=x.wav conv=notrunc";
+    made("no RIFF, three channels and a chunk behind",
+         "sox plain.wav -t wavpcm x.wav remix 1 0 0 && "
+         "printf 'LIST\\4\\0\\0\\0abcd' >>x.wav" +
+             overwrite,
+         {"It has 3 channels."}, {silent},
+         asRawData(40000, 3) + " -ar 40000 -af 'pan=mono|c0=c0,atrim=end_sample=10000' "
+                               "-c:a pcm_s16le -bitexact x-mended.wav");
+    made("no RIFF, two channels at 44100 Hz",
+         "sox -r 44100 -n -b 16 x.wav synth 0.25 sine 440 sine 660 vol 0.5" + overwrite,
+         {"Its sampling rate is 44100 Hz."},
+         {playedAt40000("399.09", "-168.9", "The last 1025 of its 11025 samples are left out.")},
+         asRawData(44100, 2) + toFirstOfMono, false);
+}
+
+} // namespace
+
+void TestTargetInfo::faultsAreNamedAndMended_data() {
+    columns<QString, QByteArray, QStringList, QStringList, QString, bool>(
+        "command", "bytes", "matters", "consequences", "mending", "isLossless");
+    addEncodings();
+    addLengths();
+    addRatesAndChannels();
+    addDamagedFiles();
+    addFilesWithoutRiff();
 }
 
 void TestTargetInfo::faultsAreNamedAndMended() {
@@ -211,25 +230,19 @@ void TestTargetInfo::faultsAreNamedAndMended() {
 }
 
 void TestTargetInfo::whatNothingMendsIsSaid_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("matter");
-    QTest::addColumn<QString>("consequence");
-    const QString notWav = "The program refuses it (\"Not a WAV file: x.wav" + goesOn;
-    QTest::newRow("nothing in it")
-        << QByteArray("") << "It is empty."
-        << "The program refuses it (\"Header size is zero. x.wav" + goesOn;
-    QTest::newRow("no data") << wavWithData({}, {}) << "It has no data." << unusable;
-    QTest::newRow("no data chunk")
-        << testsupport::wavHeader({}, 0).left(36) << "It has no data chunk." << unusable;
-    QTest::newRow("no channels, 12 bits")
-        << with16(wavWithData({40000, 0, 12}, "abcd"), wavoffset::channelCount, 0)
-        << "Its samples have 12 bits, not 8, 16 or 24. Its header says that it has no channels."
-        << "The program refuses it (\"Not a 8-bit, 16-bit, or 24-bit WAV file: x.wav" + goesOn;
-    QTest::newRow("no format chunk") << with32("RIFF....WAVE" + tag("data", 4) + "abcd", 4, 16)
-                                     << "It has no format chunk." << notPcm;
-    QTest::newRow("too short to be played")
-        << wavWithSamples({400000, 1, 16}, {1})
-        << "A sound of 1 samples is too short, or too long for the memory there is." << unusable;
+    const auto row = columns<QByteArray, QString, QString>("bytes", "matter", "consequence");
+    row("nothing in it", "", "It is empty.",
+        "The program refuses it (\"Header size is zero. x.wav" + goesOn);
+    row("no data", wavWithData({}, {}), "It has no data.", unusable);
+    row("no data chunk", testsupport::wavHeader({}, 0).left(36), "It has no data chunk.", unusable);
+    row("no channels, 12 bits",
+        with16(wavWithData({40000, 0, 12}, "abcd"), wavoffset::channelCount, 0),
+        "Its samples have 12 bits, not 8, 16 or 24. Its header says that it has no channels.",
+        "The program refuses it (\"Not a 8-bit, 16-bit, or 24-bit WAV file: x.wav" + goesOn);
+    row("no format chunk", with32("RIFF....WAVE" + tag("data", 4) + "abcd", 4, 16),
+        "It has no format chunk.", notPcm);
+    row("too short to be played", wavWithSamples({400000, 1, 16}, {1}),
+        "A sound of 1 samples is too short, or too long for the memory there is.", unusable);
 }
 
 void TestTargetInfo::whatNothingMendsIsSaid() {

@@ -7,24 +7,24 @@
 using namespace madefiles;
 using testsupport::wavWithData;
 using testsupport::wavWithSamples;
+using testsupport::with32;
 namespace wavoffset = testsupport::wavoffset;
 
 void TestTargetInfo::goodFilesAreAsIntended_data() {
-    QTest::addColumn<QString>("command");
-    QTest::newRow("sox, 16 bits") << "cp plain.wav x.wav";
-    QTest::newRow("sox, 8 bits") << "sox -D plain.wav -b 8 x.wav";
-    QTest::newRow("sox, 24 bits in a plain header") << "sox plain.wav -b 24 -t wavpcm x.wav";
-    QTest::newRow("sox, two channels") << "sox plain.wav x.wav remix 1 1";
-    QTest::newRow("sox, through a pipe") << "sox -t wav - -t wav - <plain.wav >x.wav";
-    QTest::newRow("ffmpeg, 16 bits") << QString(byFfmpeg) + "-bitexact x.wav";
-    QTest::newRow("ffmpeg, 8 bits") << QString(byFfmpeg) + "-c:a pcm_u8 -bitexact x.wav";
-    const QStringList kinds = {"tone", "complex", "sam", "noise"};
-    for (const QString& kind : kinds)
-        for (const int bits : {8, 16, 24})
-            QTest::addRow("made: %s, %d bits", qPrintable(kind), bits)
-                << QStringLiteral("'" PELLION_TARGET "' make %1 x.wav --channels 2 --bits %2")
-                       .arg(kind)
-                       .arg(bits);
+    const auto row = columns<QString>("command");
+    row("sox, 16 bits", "cp plain.wav x.wav");
+    row("sox, 8 bits", "sox -D plain.wav -b 8 x.wav");
+    row("sox, 24 bits in a plain header", "sox plain.wav -b 24 -t wavpcm x.wav");
+    row("sox, two channels", "sox plain.wav x.wav remix 1 1");
+    row("sox, through a pipe", "sox -t wav - -t wav - <plain.wav >x.wav");
+    row("ffmpeg, 16 bits", QString(byFfmpeg) + "-bitexact x.wav");
+    row("ffmpeg, 8 bits", QString(byFfmpeg) + "-c:a pcm_u8 -bitexact x.wav");
+    for (const char* kind : {"tone", "complex", "sam", "noise"})
+        for (const int bits : {8, 16, 24}) {
+            const QString made =
+                QString::asprintf("make %s x.wav --channels 2 --bits %d", kind, bits);
+            row(made.toUtf8(), "'" PELLION_TARGET "' " + made);
+        }
 }
 
 void TestTargetInfo::goodFilesAreAsIntended() {
@@ -43,45 +43,34 @@ void TestTargetInfo::goodFilesAreAsIntended() {
 }
 
 void TestTargetInfo::odditiesAreNoted_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QStringList>("notes");
+    const auto named = columns<QString, QByteArray, QStringList>("name", "bytes", "notes");
+    const auto row = [&](const char* rowName, const QByteArray& bytes, const QStringList& notes) {
+        named(rowName, "x.wav", bytes, notes);
+    };
     const QByteArray good = handmade();
     const QString size = "Its header says a file of 2044 bytes, which has %1. The program does not "
                          "mind.";
-    QTest::newRow("not RIFF")
-        << "x.wav"
-        << "RIFT" + good.mid(4)
-        << QStringList("It does not begin with RIFF. The program does not mind, most others do.");
-    QTest::newRow("wrong byte rate")
-        << "x.wav" << with32(good, wavoffset::byteRate, 1)
-        << QStringList("The bytes per second or per sample in its header do not fit the rest. The "
-                       "program does not mind, others may.");
-    QTest::newRow("a chunk behind the data")
-        << "x.wav" << with32(good, 4, 2054) + tag("LIST", 10) + "INFOabcdef"
-        << QStringList("Behind its data stands a chunk LIST of 10 bytes, which the program does "
-                       "not read.");
-    QTest::newRow("twice in one file")
-        << "x.wav" << good + good
-        << QStringList({"Behind its data a second WAV file begins, which the program does not "
-                        "read.",
-                        size.arg(4088)});
-    QTest::newRow("bytes behind the data")
-        << "x.wav" << good + "abc"
-        << QStringList({"Its last bytes, 3 of them, are no chunk. The program does not read them.",
-                        size.arg(2047)});
-    QTest::newRow("half a sample at the end")
-        << "x.wav" << with32(with32(good, wavoffset::dataSize, 1999), 4, 2036)
-        << QStringList("Its data end within a sample, which the program leaves out.");
-    QTest::newRow("different channels")
-        << "x.wav" << handmade({40000, 2, 16})
-        << QStringList("The program plays the left of its two channels.");
-    QTest::newRow("silence") << "x.wav" << wavWithData({}, QByteArray(2000, '\0'))
-                             << QStringList("It is silent.");
-    QTest::newRow("another name")
-        << "x.wave" << good
-        << QStringList("Its name does not end in .wav, so the program's dialog does not show it.");
-    QTest::newRow("capital letters") << "X.WAV" << good << QStringList();
+    row("not RIFF", "RIFT" + good.mid(4),
+        {"It does not begin with RIFF. The program does not mind, most others do."});
+    row("wrong byte rate", with32(good, wavoffset::byteRate, 1),
+        {"The bytes per second or per sample in its header do not fit the rest. The program does "
+         "not mind, others may."});
+    row("a chunk behind the data", with32(good, 4, 2054) + tag("LIST", 10) + "INFOabcdef",
+        {"Behind its data stands a chunk LIST of 10 bytes, which the program does not read."});
+    row("twice in one file", good + good,
+        {"Behind its data a second WAV file begins, which the program does not read.",
+         size.arg(4088)});
+    row("bytes behind the data", good + "abc",
+        {"Its last bytes, 3 of them, are no chunk. The program does not read them.",
+         size.arg(2047)});
+    row("half a sample at the end", with32(with32(good, wavoffset::dataSize, 1999), 4, 2036),
+        {"Its data end within a sample, which the program leaves out."});
+    row("different channels", handmade({40000, 2, 16}),
+        {"The program plays the left of its two channels."});
+    row("silence", wavWithData({}, QByteArray(2000, '\0')), {"It is silent."});
+    named("another name", "x.wave", good,
+          {"Its name does not end in .wav, so the program's dialog does not show it."});
+    named("capital letters", "X.WAV", good, {});
 }
 
 void TestTargetInfo::odditiesAreNoted() {
@@ -118,19 +107,16 @@ void TestTargetInfo::headerIsThatOfTheProgram() {
 }
 
 void TestTargetInfo::levelsAreMeasuredPerChannel_data() {
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<QVector<int>>("samples"); // Of two channels.
-    QTest::addColumn<QStringList>("levels");
-    QTest::newRow("8 bits") << 8 << QVector<int>{192, 128, 64, 128}
-                            << QStringList({"peak -6.02 dB, RMS -6.02 dB re full scale",
-                                            "peak -inf dB, RMS -inf dB re full scale"});
+    const auto row = columns<int, QVector<int>, QStringList>("bits", "samples", "levels");
+    const QString decibels = "peak %1 dB, RMS %2 dB re full scale";
+    // The samples are those of two channels.
+    row("8 bits", 8, {192, 128, 64, 128},
+        {decibels.arg("-6.02", "-6.02"), decibels.arg("-inf", "-inf")});
     // 16384 / 32768 and 0: RMS is peak / sqrt(2). -32768 is full scale.
-    QTest::newRow("16 bits") << 16 << QVector<int>{16384, -32768, 0, 32767}
-                             << QStringList({"peak -6.02 dB, RMS -9.03 dB re full scale",
-                                             "peak 0.00 dB, RMS 0.00 dB re full scale"});
-    QTest::newRow("24 bits") << 24 << QVector<int>{838861, -0x800000, 838861, -0x800000}
-                             << QStringList({"peak -20.00 dB, RMS -20.00 dB re full scale",
-                                             "peak 0.00 dB, RMS 0.00 dB re full scale"});
+    row("16 bits", 16, {16384, -32768, 0, 32767},
+        {decibels.arg("-6.02", "-9.03"), decibels.arg("0.00", "0.00")});
+    row("24 bits", 24, {838861, -0x800000, 838861, -0x800000},
+        {decibels.arg("-20.00", "-20.00"), decibels.arg("0.00", "0.00")});
 }
 
 void TestTargetInfo::levelsAreMeasuredPerChannel() {
@@ -157,12 +143,12 @@ void TestTargetInfo::severalFilesAreAllLookedAt() {
 }
 
 void TestTargetInfo::namesAreQuotedForTheShell_data() {
-    QTest::addColumn<QString>("name");
-    QTest::newRow("blank") << "a b.wav";
-    QTest::newRow("quote") << "it's.wav";
-    QTest::newRow("dollar and more") << "$(touch evil)`;&\"*.wav";
-    QTest::newRow("like an option") << "-n.wav";
-    QTest::newRow("other scripts") << QString::fromUtf8("Töne 音 🎵.wav");
+    const auto row = columns<QString>("name");
+    row("blank", "a b.wav");
+    row("quote", "it's.wav");
+    row("dollar and more", "$(touch evil)`;&\"*.wav");
+    row("like an option", "-n.wav");
+    row("other scripts", QString::fromUtf8("Töne 音 🎵.wav"));
 }
 
 void TestTargetInfo::namesAreQuotedForTheShell() {

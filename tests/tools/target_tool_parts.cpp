@@ -12,14 +12,12 @@
 #include <cmath>
 
 void TestTargetParts::samplesAreRoundedToTheNearestCode_data() {
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<double>("steps"); // Of the sample.
-    QTest::addColumn<int>("code");
+    const auto addRow = columns<int, double, int>("bits", "steps", "code"); // Steps of the sample.
     for (const int bits : {8, 16, 24}) {
         const double scale = std::ldexp(1.0, bits - 1);
         const int zero = bits == 8 ? 128 : 0;
         const auto row = [&](const char* name, double steps, int code) {
-            QTest::addRow("%d bits, %s", bits, name) << bits << steps << zero + code;
+            addRow(QByteArray::number(bits) + " bits, " + name, bits, steps, zero + code);
         };
         row("nothing", 0, 0);
         row("a step", 1, 1);
@@ -48,15 +46,13 @@ void TestTargetParts::samplesAreRoundedToTheNearestCode() {
 }
 
 void TestTargetParts::playedLengthIsThatOfTheMainWindow_data() {
-    QTest::addColumn<int>("samples");
-    QTest::addColumn<int>("rate");
-    QTest::addColumn<int>("played");
-    QTest::newRow("a quarter of a second") << 10000 << 40000 << 10000;
-    QTest::newRow("250.025 ms, shown as 250.03") << 10001 << 40000 << 10001;
-    QTest::newRow("237.475 ms, shown as 237.47") << 9499 << 40000 << 9498;
-    QTest::newRow("one sample") << 1 << 40000 << 1;
-    QTest::newRow("44100 Hz") << 11025 << 44100 << 10000;
-    QTest::newRow("8000 Hz") << 2000 << 8000 << 10000;
+    const auto row = columns<int, int, int>("samples", "rate", "played");
+    row("a quarter of a second", 10000, 40000, 10000);
+    row("250.025 ms, shown as 250.03", 10001, 40000, 10001);
+    row("237.475 ms, shown as 237.47", 9499, 40000, 9498);
+    row("one sample", 1, 40000, 1);
+    row("44100 Hz", 11025, 44100, 10000);
+    row("8000 Hz", 2000, 8000, 10000);
 }
 
 void TestTargetParts::playedLengthIsThatOfTheMainWindow() {

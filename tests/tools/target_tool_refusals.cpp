@@ -10,17 +10,15 @@
 #include <cmath>
 
 void TestTargetRefusals::clippingNamesTheSampleAndWritesNothing_data() {
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<double>("value");
+    const auto row = columns<QString, int, double>("options", "number", "value");
     // A sine of 1000 Hz has 40 samples a period.
-    QTest::newRow("peak") << "--frequency 1000 --ramp none --peak 6.020599913279624" << 4
-                          << 2 * std::sin(4 * 2 * M_PI / 40);
-    QTest::newRow("negative") << "--frequency 1000 --ramp none --phase 180 --rms -2" << 7
-                              << -std::pow(10, -0.1) * std::sqrt(2) * std::sin(7 * M_PI / 20);
-    QTest::newRow("behind the ramp")
-        << "--frequency 10000 --phase 90 --peak 0.5 --ramp linear --ramp-duration 100" << 3778
-        << -std::pow(10, 0.025) * 3778 / 4000;
+    row("peak", "--frequency 1000 --ramp none --peak 6.020599913279624", 4,
+        2 * std::sin(4 * 2 * M_PI / 40));
+    row("negative", "--frequency 1000 --ramp none --phase 180 --rms -2", 7,
+        -std::pow(10, -0.1) * std::sqrt(2) * std::sin(7 * M_PI / 20));
+    row("behind the ramp",
+        "--frequency 10000 --phase 90 --peak 0.5 --ramp linear --ramp-duration 100", 3778,
+        -std::pow(10, 0.025) * 3778 / 4000);
 }
 
 void TestTargetRefusals::clippingNamesTheSampleAndWritesNothing() {
@@ -76,18 +74,10 @@ void TestTargetRefusals::forceReplacesWhatALinkPointsTo() {
 }
 
 void TestTargetRefusals::aFileThatCannotBeMadeIsNamed_data() {
-    QTest::addColumn<QString>("preparation");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("complaint");
-    QTest::newRow("a folder") << "mkdir x.wav"
-                              << "x.wav"
-                              << "x.wav is no regular file";
-    QTest::newRow("a pipe") << "mkfifo x.wav"
-                            << "x.wav"
-                            << "x.wav is no regular file";
-    QTest::newRow("in no folder") << "true"
-                                  << "no/x.wav"
-                                  << "no file can be made in %1/no";
+    const auto row = columns<QString, QString, QString>("preparation", "name", "complaint");
+    row("a folder", "mkdir x.wav", "x.wav", "x.wav is no regular file");
+    row("a pipe", "mkfifo x.wav", "x.wav", "x.wav is no regular file");
+    row("in no folder", "true", "no/x.wav", "no file can be made in %1/no");
 }
 
 void TestTargetRefusals::aFileThatCannotBeMadeIsNamed() {
@@ -127,10 +117,9 @@ void TestTargetRefusals::nothingButTheFileIsLeft() {
 }
 
 void TestTargetRefusals::wrongCommandLinesAreExplained_data() {
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("problem");
-    const auto row = [](const char* arguments, const char* problem) {
-        QTest::newRow(*arguments == '\0' ? "nothing" : arguments) << arguments << problem;
+    const auto addRow = columns<QString, QString>("arguments", "problem");
+    const auto row = [addRow](const char* arguments, const QString& problem) {
+        addRow(*arguments == '\0' ? "nothing" : arguments, arguments, problem);
     };
     row("", "the command is missing: make or info");
     row("mend x.wav", "the command is missing: make or info");
@@ -165,10 +154,10 @@ void TestTargetRefusals::wrongCommandLinesAreExplained_data() {
         "--rate takes a whole number from 1 to 1000000, not \"40000.5\"");
     row("make tone x.wav --ramp sine", "--ramp takes none, cos, cos2, linear, not \"sine\"");
     for (const char* list : {"0", "3-2", "1,,2", "1-2-3", "10001", "all", "-3"})
-        QTest::newRow(list) << "make complex x.wav --harmonics=" + QString(list)
-                            << QStringLiteral("--harmonics takes a list such as 2-10 or 1,3,5 of "
-                                              "numbers up to 10000, not \"%1\"")
-                                   .arg(list);
+        row(qPrintable(QStringLiteral("make complex x.wav --harmonics=") + list),
+            QStringLiteral("--harmonics takes a list such as 2-10 or 1,3,5 of numbers up to 10000, "
+                           "not \"%1\"")
+                .arg(list));
     row("make tone x.wav --frequency 20000",
         "20000 Hz are not below half the sampling rate, 20000 Hz");
     row("make tone x.wav --frequency 4000 --rate 8000",
@@ -222,17 +211,16 @@ void TestTargetRefusals::whatWouldBePlayedOtherwiseIsNoted() {
 }
 
 void TestTargetRefusals::helpHasExamplesThatWork_data() {
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<int>("leastExamples");
-    QTest::newRow("the program's") << "--help" << 5;
-    QTest::newRow("of make") << "make --help" << 5;
-    QTest::newRow("of a kind") << "make tone -h" << 5;
-    QTest::newRow("of info") << "info --help" << 3;
+    const auto row = columns<QString, int>("arguments", "minimumExamples");
+    row("the program's", "--help", 5);
+    row("of make", "make --help", 5);
+    row("of a kind", "make tone -h", 5);
+    row("of info", "info --help", 3);
 }
 
 void TestTargetRefusals::helpHasExamplesThatWork() {
     QFETCH(QString, arguments);
-    QFETCH(int, leastExamples);
+    QFETCH(int, minimumExamples);
     const ToolFolder folder;
     const ToolRun run = folder.run(arguments);
     QCOMPARE(run.status, 0);
@@ -248,7 +236,7 @@ void TestTargetRefusals::helpHasExamplesThatWork() {
             folder.shell("export HOME=$PWD PATH=\"$(dirname '" PELLION_TARGET "'):$PATH\";" + line),
             qPrintable(line));
     }
-    QVERIFY(examples >= leastExamples);
+    QVERIFY(examples >= minimumExamples);
 }
 
 void TestTargetRefusals::helpAndVersionNeedNoDisplay() {

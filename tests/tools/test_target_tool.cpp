@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
+#include "signal/OstrelClasses.h"
 #include "signal/RandomGenerator.h"
 #include "support/TestMain.h"
 
 #include <QDir>
-#include <QProcess>
 
 #include <algorithm>
 #include <cmath>
@@ -14,24 +14,6 @@
 namespace {
 
 constexpr double samplingRate = 40000; // Hz
-constexpr double pi = 3.14159265358979323846;
-
-ToolRun runProgram(const QString& program, const QStringList& arguments, const QString& folder,
-                   const QStringList& environment = {}) {
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.setProcessEnvironment([&] {
-        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-        for (const QString& variable : environment)
-            variables.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
-        return variables;
-    }());
-    process.start(program, arguments);
-    process.closeWriteChannel();
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-        return {-1, {}, process.readAllStandardError()};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
 
 } // namespace
 
@@ -50,15 +32,8 @@ ToolRun ToolFolder::run(const QString& arguments) const {
 }
 
 ToolRun ToolFolder::runWords(const QStringList& arguments, const QStringList& environment) const {
-    return runProgram(QStringLiteral(PELLION_TARGET), arguments, folder.path(), environment);
-}
-
-bool ToolFolder::shell(const QString& commandLine) const {
-    const ToolRun run =
-        runProgram(QStringLiteral("sh"), {QStringLiteral("-c"), commandLine}, folder.path());
-    if (run.status != 0)
-        qWarning("%s: %s", qPrintable(commandLine), run.errors.constData());
-    return run.status == 0;
+    return {testsupport::runProgram(QStringLiteral(PELLION_TARGET), arguments, folder.path(),
+                                    environment)};
 }
 
 QStringList ToolFolder::names() const {
@@ -68,27 +43,7 @@ QStringList ToolFolder::names() const {
 namespace expectedsound {
 
 QVector<double> tone(int count, double frequency, double phaseDegrees) {
-    QVector<double> samples(count);
-    for (int i = 0; i < count; ++i)
-        samples[i] = std::sin(2 * pi * frequency * i / samplingRate + phaseDegrees * pi / 180);
-    return samples;
-}
-
-QVector<double> sum(const QVector<QVector<double>>& sounds) {
-    QVector<double> samples(sounds.constFirst().size(), 0.0);
-    for (const QVector<double>& sound : sounds)
-        for (int i = 0; i < samples.size(); ++i)
-            samples[i] += sound[i];
-    return samples;
-}
-
-QVector<double> sam(int count, double carrier, double modulation, double depth,
-                    double modulationPhaseDegrees) {
-    QVector<double> samples = tone(count, carrier);
-    for (int i = 0; i < count; ++i)
-        samples[i] *= 1 + depth * std::cos(2 * pi * modulation * i / samplingRate +
-                                           modulationPhaseDegrees * pi / 180);
-    return samples;
+    return sine(samplingRate, count / samplingRate, frequency, 1, phaseDegrees);
 }
 
 QVector<double> noise(int count, uint seconds) {
@@ -107,22 +62,10 @@ double peak(const QVector<double>& samples) {
     return std::max(-*least, *most);
 }
 
-double rootMeanSquare(const QVector<double>& samples) {
-    double squares = 0;
-    for (const double sample : samples)
-        squares += sample * sample;
-    return std::sqrt(squares / samples.size());
-}
-
 QVector<double> scaled(QVector<double> samples, double reference, double decibels) {
     for (double& sample : samples)
         sample *= std::pow(10, decibels / 20) / reference;
     return samples;
-}
-
-double cosineGain(double position) {
-    const double half = std::sin(position * pi / 2);
-    return half * half;
 }
 
 QVector<int> codes(const QVector<double>& samples, int bits) {
@@ -154,16 +97,6 @@ QByteArray handmade(const testsupport::WavFormat& format, int frames) {
     for (int i = 0; i < samples.size(); ++i)
         samples[i] = (i * 37 + 11) % 251;
     return testsupport::wavWithSamples(format, samples);
-}
-
-QByteArray with16(QByteArray bytes, int offset, quint16 value) {
-    testsupport::setUnsigned16(bytes, offset, value);
-    return bytes;
-}
-
-QByteArray with32(QByteArray bytes, int offset, quint32 value) {
-    testsupport::setUnsigned32(bytes, offset, value);
-    return bytes;
 }
 
 } // namespace madefiles
