@@ -134,7 +134,7 @@ HeardSounds Fixture::heard() {
 }
 
 QString Fixture::finish() {
-    const QString path = pathOf(window().lineEditOutputFileName->text());
+    QString path = pathOf(window().lineEditOutputFileName->text());
     dialogs.answerClosing(QMessageBox::Yes);
     if (window().data.saveDataToFile)
         dialogs.saveAsProposed();
