@@ -66,11 +66,11 @@ void TestWavRobustness::sizesAroundThePiecesAreReadWhole() {
 void TestWavRobustness::changedHeaderConvertsOnlyHeldBytes_data() {
     const auto row = columns<int, quint32, qint64, quint32, int>("bits", "dataSize", "bytesRead",
                                                                  "numberOfSamples", "sampleCount");
-    constexpr quint32 most = 0xFFFFFFFF;
+    constexpr quint32 maximum = 0xFFFFFFFF;
     // Six bytes are held, read as three samples of 16 bits.
     row("unchanged", 16, 6, 6, 3, 3);
-    row("more samples than held", 16, 6, 6, most, 3);
-    row("more 8-bit samples than held", 8, 6, 6, most, 6);
+    row("more samples than held", 16, 6, 6, maximum, 3);
+    row("more 8-bit samples than held", 8, 6, 6, maximum, 6);
     row("fewer samples", 16, 6, 6, 2, 2);
     row("no samples", 16, 6, 6, 0, 0);
     row("no 8-bit samples", 8, 6, 6, 0, 0);
@@ -79,10 +79,10 @@ void TestWavRobustness::changedHeaderConvertsOnlyHeldBytes_data() {
     row("smaller data size", 16, 4, 6, 3, 0);
     row("data size 0", 16, 0, 0, 3, 0);
     row("data size 0 at 24 bits", 24, 0, 0, 3, 0);
-    row("negative count of bytes", 16, most, -1, 3, 0);
+    row("negative count of bytes", 16, maximum, -1, 3, 0);
     for (const int bits : {8, 16, 24})
-        row("all sizes huge at " + QByteArray::number(bits) + " bits", bits, most, most, most,
-            48 / bits);
+        row("all sizes huge at " + QByteArray::number(bits) + " bits", bits, maximum, maximum,
+            maximum, 48 / bits);
     row("all sizes smaller", 16, 4, 4, 3, 2);
     row("24 bits, not whole", 24, 5, 5, 3, 1);
 }
