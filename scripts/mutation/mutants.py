@@ -1,6 +1,5 @@
-# Finds the places of the product that can be changed, and what to change them into.
+# The mutants of the product, made from clang's syntax tree, and those written by hand.
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The mutants of the product, made from clang's syntax tree, and those written by hand."""
 import bisect
 import dataclasses
 import hashlib
@@ -15,8 +14,8 @@ import shlex
 from clang.cindex import Cursor, CursorKind, Diagnostic, Index, TranslationUnitLoadError
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-PRODUCT = ("app", "base", "charts", "session", "signal", "sound", "subject", "tools", "window",
-           "xResources")
+# Everything else that is compiled is the product.
+NOT_PRODUCT = re.compile(r"\.|build|(bench|demo|examples|fuzz|tests)/")
 WRITTEN_BY_HAND = "tests/mutants.txt"
 ENCODING = "latin-1"  # one character for each byte, as clang counts
 
@@ -35,10 +34,6 @@ STATEMENTS = {CursorKind.COMPOUND_STMT: slice(None), CursorKind.IF_STMT: slice(1
               CursorKind.DEFAULT_STMT: slice(None), CursorKind.FOR_STMT: slice(-1, None),
               CursorKind.WHILE_STMT: slice(-1, None),
               CursorKind.CXX_FOR_RANGE_STMT: slice(-1, None)}
-SCOPES = {CursorKind.FUNCTION_DECL, CursorKind.CXX_METHOD, CursorKind.CONSTRUCTOR,
-          CursorKind.DESTRUCTOR, CursorKind.CONVERSION_FUNCTION, CursorKind.FUNCTION_TEMPLATE,
-          CursorKind.CLASS_DECL, CursorKind.STRUCT_DECL, CursorKind.CLASS_TEMPLATE,
-          CursorKind.ENUM_DECL, CursorKind.VAR_DECL}
 
 # Macros look like calls, but the tree shows what they expand to, at the place of their name.
 MACRO = re.compile(r"\b(?:QStringLiteral|[A-Z][A-Z0-9_]+)\(")
@@ -132,7 +127,7 @@ class Finder:
         kind = cursor.kind
         if self.source.is_in_macro(start, end) or kind == CursorKind.STATIC_ASSERT:
             return
-        if kind in SCOPES and (cursor.is_definition() or kind == CursorKind.FUNCTION_TEMPLATE):
+        if cursor.is_definition() or kind == CursorKind.FUNCTION_TEMPLATE:
             self.scopes.add((cursor.spelling, start, end))
         children = list(cursor.get_children())
         if kind in self.VISITORS:
@@ -209,19 +204,11 @@ class Finder:
                 self.add(name, (end - len(operator), end), other)
                 break
 
-    def visit_integer(self, cursor, _children):
+    def visit_number(self, cursor, _children):
         text = self.source.text_of(cursor)
-        if re.fullmatch(r"0|[1-9][0-9]*", text):
-            self.add("constant + 1", cursor, str(int(text) + 1))
-            self.add("constant - 1", cursor, str(int(text) - 1) if text != "0" else "(-1)")
-        elif re.fullmatch(r"[0-9][0-9a-fA-FxX'uUlL]*", text):
-            self.visit_floating(cursor, _children)
-
-    def visit_floating(self, cursor, _children):
-        text = self.source.text_of(cursor)
-        if text[0].isdigit() or text[0] == ".":
-            self.add("constant + 1", cursor, f"({text} + 1)")
-            self.add("constant - 1", cursor, f"({text} - 1)")
+        if re.match("[0-9.]", text):
+            for step in ("+ 1", "- 1"):
+                self.add(f"constant {step}", cursor, f"({text} {step})")
 
     def visit_boolean(self, cursor, _children):
         text = self.source.text_of(cursor)
@@ -282,8 +269,8 @@ class Finder:
         CursorKind.BINARY_OPERATOR: visit_binary,
         CursorKind.COMPOUND_ASSIGNMENT_OPERATOR: visit_binary,
         CursorKind.UNARY_OPERATOR: visit_unary,
-        CursorKind.INTEGER_LITERAL: visit_integer,
-        CursorKind.FLOATING_LITERAL: visit_floating,
+        CursorKind.INTEGER_LITERAL: visit_number,
+        CursorKind.FLOATING_LITERAL: visit_number,
         CursorKind.CXX_BOOL_LITERAL_EXPR: visit_boolean,
         CursorKind.RETURN_STMT: visit_return,
         CursorKind.CALL_EXPR: visit_call,
@@ -308,7 +295,7 @@ def compile_commands():
         kept = [word for word in words if re.match("-[IDUm]|-std=", word)]
         for first, second in zip(words, words[1:]):
             kept += [first, second] if first == "-isystem" else []
-        if file.split("/")[0] in PRODUCT:
+        if not NOT_PRODUCT.match(file):
             commands[file] = kept
     return commands
 
@@ -327,7 +314,7 @@ def read_unit(file, arguments):
         if cursor.location.file is None:
             continue
         part = os.path.relpath(cursor.location.file.name, ROOT)
-        if part.split("/")[0] in PRODUCT:
+        if not NOT_PRODUCT.match(part):
             if part not in finders:
                 finders[part] = Finder(Source(part))
             finders[part].visit(cursor)
@@ -338,7 +325,8 @@ def read_product():
     """Returns file -> (mutants, scopes) for each file of the product. The last result is kept, as
     the parser takes half a minute."""
     commands = compile_commands()
-    sources = [path for folder in PRODUCT for path in sorted((ROOT / folder).rglob("*.[ch]*"))]
+    folders = sorted({file.split("/")[0] for file in commands})
+    sources = [path for folder in folders for path in sorted((ROOT / folder).rglob("*.[ch]*"))]
     state = hashlib.sha256(repr(commands).encode() + pathlib.Path(__file__).read_bytes())
     for path in sources:
         state.update(path.read_bytes())

@@ -1,6 +1,5 @@
 # Copies of the tree in which mutants are built and tested.
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Builds a mutant in a copy of the tree, and runs the tests on it."""
 import dataclasses
 import hashlib
 import json
@@ -23,7 +22,11 @@ TESTING = shlex.split("bwrap --die-with-parent --unshare-pid --unshare-ipc --uns
                       "--ro-bind / / --dev /dev --proc /proc --perms 1777 --tmpfs /tmp")
 FUNCTION_LIMIT_SECONDS = 60
 FIXTURE_FUNCTIONS = {"init", "cleanup", "initTestCase", "cleanupTestCase"}
-TEST_FOLDERS = {"base": "app", "window": "app", "xResources": "fft"}  # where they are not named like the product's
+# Where they are not named like the product's.
+TEST_FOLDERS = {"base": "app", "window": "app", "xResources": "fft"}
+# pellion-target is a program of its own: no other test runs what is in tools/.
+RELEVANT_TESTS = {"tools": "target_tool|example_targets"}
+PROGRAMS = ["pellion", "pellion-target"]
 
 # Optimised, so that more of the mutants that change nothing give the same code, and without debug
 # information, which would differ. Tests need not be linked again when only a library changes.
@@ -206,38 +209,52 @@ class Copy:
         passed = words[0] == "0"
         return Run(test, passed, float(words[2]) - float(words[1]), failed_functions(log, passed))
 
-    def put_in(self, mutant):
-        """Builds a mutant; returns why it does not count, or an empty text."""
+    def try_mutant(self, mutant, catchers, stops):
+        """Returns the outcome, the runs that failed twice, and those that failed once."""
         path = self.source / mutant.file
         original = path.read_text(encoding=ENCODING)
         path.write_text(mutant.put_into(original), encoding=ENCODING)
-        built = self.call(BUILDING, ["cmake", "--build", PLACE / "build"])
-        # The next build takes it out again.
-        path.write_text(original, encoding=ENCODING)
-        if built.returncode != 0:
-            return "does not compile"
-        return "same code" if self.digest_objects() == self.original_digests else ""
-
-    def order(self, mutant, catchers):
-        """First the tests that have caught a mutant of the same file, then those of the same
-        folder, the quickest first."""
-        folder = TEST_FOLDERS.get(mutant.subsystem, mutant.subsystem)
-        return sorted(self.tests, key=lambda test: (
-            test.name not in catchers, folder not in test.folders, test.seconds))
-
-    def test_mutant(self, tests, stops):
-        """Returns the runs that failed twice, and those that passed when they were repeated."""
         confirmed, doubtful = [], []
-        while tests:
+        try:
+            for tests in self.near_and_far_tests(mutant, catchers):
+                if confirmed and stops:
+                    break
+                if not self.build(tests):
+                    return "does not compile", [], []
+                if self.digest_objects() == self.original_digests:
+                    return "same code", [], []
+                self.run_until_sure(tests, stops, confirmed, doubtful)
+        finally:
+            path.write_text(original, encoding=ENCODING)
+        return "caught" if confirmed else "survived", confirmed, doubtful
+
+    def near_and_far_tests(self, mutant, catchers):
+        """First the tests of the same folder and those that have caught a mutant of the same file:
+        a header's change need not be built into all tests. Each the quickest first."""
+        folder = TEST_FOLDERS.get(mutant.subsystem, mutant.subsystem)
+        relevant = re.compile(RELEVANT_TESTS.get(mutant.subsystem, ""))
+        tests = [test for test in self.tests if relevant.search(test.name)]
+        tests.sort(key=lambda test: (test.name not in catchers, test.seconds))
+        near = [test for test in tests if test.name in catchers or folder in test.folders]
+        return near, [test for test in tests if test not in near]
+
+    def build(self, tests):
+        """Builds the product and what the tests run; returns whether that went well."""
+        paths = {os.path.relpath(word, PLACE) for test in tests for word in test.command}
+        programs = {os.path.basename(path) for path in paths
+                    if path.startswith("build/") and (self.directory / path).is_file()}
+        command = ["cmake", "--build", PLACE / "build", "--target", *PROGRAMS, *sorted(programs)]
+        return self.call(BUILDING, command).returncode == 0
+
+    def run_until_sure(self, tests, stops, confirmed, doubtful):
+        """Runs tests; adds those that failed twice to the first list, else to the second."""
+        while tests and not (confirmed and stops):
             runs = self.run(tests, stops=stops)
             tests = tests[len(runs):]
             for run in runs:
                 if not run.passed:
                     is_sure = confirmed or self.fails_again(run)
                     (confirmed if is_sure else doubtful).append(run)
-            if confirmed and stops:
-                break
-        return confirmed, doubtful
 
     def fails_again(self, run):
         """Whether a failure comes from the mutant, rather than from a machine that was busy."""
