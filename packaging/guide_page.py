@@ -32,7 +32,8 @@ a {{ color: #14509d; }}
 {body}</body>
 </html>
 """
-INSTALLED = re.compile(r"(guide|listener-card|sound-chain|technician)\.md(#.*)?")  # as packaging/CMakeLists.txt has them
+# As packaging/CMakeLists.txt has them.
+INSTALLED = re.compile(r"(guide|listener-card|sound-chain|technician)\.md(#.*)?")
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>", re.DOTALL)
 LINK = re.compile(r'<a href="([^"]*)">(.*?)</a>', re.DOTALL)
 PICTURE = re.compile(r'<img src="([^"]*)"')
