@@ -15,7 +15,7 @@ packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-de
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
 packages_for_desk=(xvfb xauth openbox pulseaudio sox ffmpeg procps)
 packages_for_pipewire=(dbus-daemon pipewire pipewire-pulse wireplumber)
-packages_to_test=(imagemagick locales python3 r-base-core groff-base)
+packages_to_test=(xdotool imagemagick locales python3 r-base-core groff-base)
 packages_for_access=(at-spi2-core dbus-daemon gir1.2-atspi-2.0 python3-gi)
 packages_to_package=(appstream cmark-gfm desktop-file-utils dpkg-dev fakeroot imagemagick
     librsvg2-bin lintian python3)

@@ -105,6 +105,12 @@ void TestTargetHugePages::reservedVectorIsEmpty() {
     QVERIFY(many.empty());
     QVERIFY(many.capacity() >= count);
     QVERIFY(isOnHugePages(addressOf(many.data()) + 4 * hugePage));
+
+    const double* const memory = many.data();
+    reserveOnHugePages(many, count);
+    QCOMPARE(many.data(), memory);
+    reserveOnHugePages(many, 2);
+    QVERIFY(many.capacity() < count);
 }
 
 void TestTargetHugePages::longTargetLiesOnHugePages() {
@@ -117,4 +123,11 @@ void TestTargetHugePages::longTargetLiesOnHugePages() {
         QVERIFY(isOnHugePages(addressOf(vector->constData() + vector->size() / 2)));
     QVERIFY(isOnHugePages(addressOf(window.wav.samples.data() + window.wav.samples.size() / 2)));
     QVERIFY(isOnHugePages(addressOf(window.wav.rawData.data() + window.wav.rawData.size() / 2)));
+
+    // A short target keeps none of it.
+    fixture->prepare(fixture->write("short.wav", QVector<int>(400, 1234)));
+    for (const QVector<double>* vector :
+         {&window.targetSamples, &window.fftFrequencies, &window.fftAmplitudes, &window.fftPhases})
+        QCOMPARE(vector->capacity(), vector->size());
+    QCOMPARE(window.pointsFFT.capacity(), window.pointsFFT.size());
 }

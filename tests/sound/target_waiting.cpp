@@ -1,12 +1,17 @@
-// Choosing and loading a target: the wait cursor.
+// Choosing and loading a target: the wait cursor, and clicks made meanwhile.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
+#include "support/ProgramRun.h"
+
 #include <QApplication>
+#include <QCheckBox>
 #include <QCursor>
 #include <QDialog>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QtCharts/QChartView>
+#include <QtCharts/QValueAxis>
 #include <QtTest>
 
 using testsupport::InspectedMainWindow;
@@ -31,6 +36,14 @@ public:
 
     QVector<bool> waitingAtPaint;
 };
+
+/// Clicks on a widget by the X server, which stamps and queues the click like that of a mouse.
+bool click(const QWidget& widget) {
+    const QPoint place = widget.mapToGlobal(widget.rect().center());
+    return testsupport::runProgram("xdotool", {"mousemove", QString::number(place.x()),
+                                               QString::number(place.y()), "click", "1"})
+               .status == 0;
+}
 
 } // namespace
 
@@ -78,4 +91,28 @@ void TestTargetWaiting::cursorComesBackAfterEveryPreparation() {
         (void)fixture->takePrinted();
         QTRY_VERIFY(QApplication::overrideCursor() == nullptr);
     }
+}
+
+void TestTargetWaiting::clickOnGreyGoIsNotDeliveredLater() {
+    InspectedMainWindow& window = fixture->window();
+    fixture->session();
+    bool isClicked = false;
+    connect(window.axisYWav, &QtCharts::QValueAxis::rangeChanged, this, [&] {
+        isClicked = isClicked || (!window.pushButtonGo->isEnabled() && click(*window.pushButtonGo));
+    });
+    fixture->prepare(fixture->write("target.wav", unevenCodes(400)));
+    QVERIFY(isClicked);
+    QVERIFY(window.pushButtonGo->isEnabled());
+
+    // What comes after the click in the queue shows that it has been delivered, if at all.
+    auto* saveData = window.checkBoxSaveData;
+    QVERIFY(click(*saveData));
+    QTRY_VERIFY(!saveData->isChecked());
+    QVERIFY(window.subjectWindow == nullptr);
+
+    QVERIFY(click(*window.pushButtonGo));
+    QTRY_VERIFY(window.subjectWindow != nullptr);
+    fixture->dialogs.answerClosing(QMessageBox::Yes);
+    window.subjectWindow->close();
+    QTRY_VERIFY(window.isEnabled());
 }

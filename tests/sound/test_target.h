@@ -114,7 +114,7 @@ private:
     void verifyRefused(const QStringList& before);
 };
 
-/// The wait cursor (target_waiting.cpp).
+/// The wait cursor, and clicks made meanwhile (target_waiting.cpp).
 class TestTargetWaiting : public TargetTest {
     Q_OBJECT
 
@@ -122,9 +122,10 @@ private slots:
     void cursorStillWaitsWhenTheChartsAreDrawn();
     void cursorComesBackAfterEveryPreparation_data();
     void cursorComesBackAfterEveryPreparation();
+    void clickOnGreyGoIsNotDeliveredLater();
 };
 
-/// The pages of memory behind long sounds (target_large_pages.cpp).
+/// The memory of long sounds (target_huge_pages.cpp).
 class TestTargetHugePages : public TargetTest {
     Q_OBJECT
 
