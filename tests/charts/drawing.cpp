@@ -56,12 +56,8 @@ bool hasRange(const QValueAxis* axis, double least, double most) {
 
 } // namespace
 
-void TestChartDrawing::init() {
-    window = std::make_unique<InspectedMainWindow>();
-}
-
-void TestChartDrawing::cleanup() {
-    window.reset();
+void TestChartDrawing::setUp() {
+    window = &fixture->window();
 }
 
 void TestChartDrawing::waveformShowsEverySampleOfTheStretch() {

@@ -89,19 +89,12 @@ void addChartRows() {
 
 } // namespace
 
-void TestChartScaffolding::initTestCase() {
-    window = std::make_unique<InspectedMainWindow>();
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+void TestChartScaffolding::setUp() {
+    fixture->session();
+    window = &fixture->window();
 }
 
-void TestChartScaffolding::cleanupTestCase() {
-    window.reset();
-}
-
-void TestChartScaffolding::propertiesAreAsTheyShouldBe_data() {
-    QTest::addColumn<QVariant>("actual");
-    QTest::addColumn<QVariant>("expected");
+void TestChartScaffolding::propertiesAreAsTheyShouldBe() {
     const PlainChart plainChart;
     const ChartParts plain = plainChart.parts();
     const QFont axisFont = window->fontAxisTitles;
@@ -110,9 +103,17 @@ void TestChartScaffolding::propertiesAreAsTheyShouldBe_data() {
     using Read = std::function<QVariant(const ChartParts&)>;
     const auto addRow = [this](const char* property, const Read& read, const QVariant& waveform,
                                const QVariant& spectrum, const QVariant& trend) {
-        QTest::addRow("waveform: %s", property) << read(partsOf(*window, Waveform)) << waveform;
-        QTest::addRow("spectrum: %s", property) << read(partsOf(*window, Spectrum)) << spectrum;
-        QTest::addRow("trend: %s", property) << read(partsOf(*window, Trend)) << trend;
+        const QVariantList actual = {read(partsOf(*window, Waveform)),
+                                     read(partsOf(*window, Spectrum)),
+                                     read(partsOf(*window, Trend))};
+        const QVariantList expected = {waveform, spectrum, trend};
+        for (int i = 0; i < 3; ++i)
+            if (actual[i].userType() != expected[i].userType() || actual[i] != expected[i])
+                QTest::qFail(qPrintable(QStringLiteral("%1 of chart %2: %3")
+                                            .arg(property)
+                                            .arg(i)
+                                            .arg(actual[i].toString())),
+                             __FILE__, __LINE__);
     };
     const auto addEqualRow = [&addRow](const char* property, const Read& read,
                                        const QVariant& all) {
@@ -198,13 +199,6 @@ void TestChartScaffolding::propertiesAreAsTheyShouldBe_data() {
         "chartViewFFT", "chartViewTrend");
 }
 
-void TestChartScaffolding::propertiesAreAsTheyShouldBe() {
-    QFETCH(QVariant, actual);
-    QFETCH(QVariant, expected);
-    QCOMPARE(actual.userType(), expected.userType());
-    QCOMPARE(actual, expected);
-}
-
 void TestChartScaffolding::chartOwnsItsSeriesAndAxes_data() {
     QTest::addColumn<int>("number");
     addChartRows();
@@ -270,29 +264,28 @@ void TestChartScaffolding::secondCallCreatesNothing_data() {
 
 void TestChartScaffolding::secondCallCreatesNothing() {
     QFETCH(int, number);
-    InspectedMainWindow other;
-    const ChartParts before = partsOf(other, number);
+    const ChartParts before = partsOf(*window, number);
     // Set anew, these would show that something has been done a second time.
-    other.data.fftMaxFrequency = 500;
-    for (QChart* chart : {other.chartWav, other.chartFFT, other.chartTrend})
+    window->data.fftMaxFrequency = 500;
+    for (QChart* chart : {window->chartWav, window->chartFFT, window->chartTrend})
         chart->setTitle(QStringLiteral("kept"));
-    for (QValueAxis* axis : {other.axisXWav, other.axisYWav, other.axisXFFT, other.axisYFFT,
-                             other.axisXTrend, other.axisYTrend}) {
+    for (QValueAxis* axis : {window->axisXWav, window->axisYWav, window->axisXFFT, window->axisYFFT,
+                             window->axisXTrend, window->axisYTrend}) {
         axis->setRange(7, 77);
         axis->setTitleText(QStringLiteral("kept"));
     }
-    const int objects = other.findChildren<QObject*>().size();
-    displayEmpty(other, number);
+    const int objects = window->findChildren<QObject*>().size();
+    displayEmpty(*window, number);
 
-    const ChartParts after = partsOf(other, number);
+    const ChartParts after = partsOf(*window, number);
     QCOMPARE(after.series, before.series);
     QCOMPARE(after.axisX, before.axisX);
     QCOMPARE(after.axisY, before.axisY);
     QCOMPARE(after.chart, before.chart);
     QCOMPARE(after.view, before.view);
-    QCOMPARE(other.findChildren<QChartView*>().size(), 3);
-    QCOMPARE(other.findChildren<QObject*>().size(), objects);
-    QCOMPARE(other.layoutCharts->count(), 3);
+    QCOMPARE(window->findChildren<QChartView*>().size(), 3);
+    QCOMPARE(window->findChildren<QObject*>().size(), objects);
+    QCOMPARE(window->layoutCharts->count(), 3);
     QCOMPARE(after.chart->series().size(), 1);
     QCOMPARE(after.chart->axes().size(), 2);
     QCOMPARE(after.chart->title(), QStringLiteral("kept"));
@@ -303,44 +296,38 @@ void TestChartScaffolding::secondCallCreatesNothing() {
 }
 
 void TestChartScaffolding::onlyWhatIsMissingIsCreated() {
-    InspectedMainWindow other;
-    const std::unique_ptr<QChartView> earlierView(other.chartViewTrend);
-    const ChartParts before = partsOf(other, Trend);
-    other.chartViewTrend = nullptr;
-    other.displayEmptyTrend();
-    const ChartParts after = partsOf(other, Trend);
+    const std::unique_ptr<QChartView> earlierView(window->chartViewTrend);
+    const ChartParts before = partsOf(*window, Trend);
+    window->chartViewTrend = nullptr;
+    window->displayEmptyTrend();
+    const ChartParts after = partsOf(*window, Trend);
     QVERIFY(after.view != earlierView.get());
     QCOMPARE(static_cast<const QChart*>(after.view->chart()), before.chart);
     QCOMPARE(after.chart, before.chart);
     QCOMPARE(after.series, before.series);
     QCOMPARE(after.axisX, before.axisX);
     QCOMPARE(after.axisY, before.axisY);
-    QCOMPARE(other.layoutCharts->count(), 4);
+    QCOMPARE(window->layoutCharts->count(), 4);
 }
 
 void TestChartScaffolding::spectrumAxisEndsAtTheSettingOfItsTime() {
-    InspectedMainWindow other;
-    other.data.fftMaxFrequency = 500;
-    QCOMPARE(range(other.axisXFFT), (QVariantList{0.0, 2000.0}));
-    QValueAxis* const earlier = std::exchange(other.axisXFFT, nullptr);
-    other.displayEmptyFFT();
-    const std::unique_ptr<QValueAxis> created(std::exchange(other.axisXFFT, earlier));
+    window->data.fftMaxFrequency = 500;
+    QCOMPARE(range(window->axisXFFT), (QVariantList{0.0, 2000.0}));
+    QValueAxis* const earlier = std::exchange(window->axisXFFT, nullptr);
+    window->displayEmptyFFT();
+    const std::unique_ptr<QValueAxis> created(std::exchange(window->axisXFFT, earlier));
     QCOMPARE(range(created.get()), (QVariantList{0.0, 500.0}));
     // The chart was there already, so the axis was not added to it.
     QVERIFY(!created->parent());
-    QVERIFY(!other.chartFFT->axes().contains(created.get()));
+    QVERIFY(!window->chartFFT->axes().contains(created.get()));
 }
 
 void TestChartScaffolding::deletedChartsAreForgotten() {
-    struct Window : InspectedMainWindow {
-        using MainWindow::deleteCharts;
-    };
-    Window other;
-    other.deleteCharts();
+    window->deleteCharts();
     for (const int number : {Waveform, Spectrum, Trend}) {
-        const ChartParts parts = partsOf(other, number);
+        const ChartParts parts = partsOf(*window, number);
         QVERIFY(!parts.series && !parts.axisX && !parts.axisY && !parts.chart && !parts.view);
     }
-    QCOMPARE(other.layoutCharts->count(), 0);
-    QVERIFY(other.findChildren<QChartView*>().isEmpty());
+    QCOMPARE(window->layoutCharts->count(), 0);
+    QVERIFY(window->findChildren<QChartView*>().isEmpty());
 }

@@ -8,8 +8,6 @@
 #include "support/TestMain.h"
 #include "support/TestTable.h"
 
-#include <QApplication>
-
 #include <limits>
 
 using testsupport::columns;
@@ -171,7 +169,7 @@ void TestChartFunctions::rangeSpansTheExtremes() {
 }
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    return testsupport::runAll<TestChartFunctions, TestAmplitudeSpectrum, TestChartScaffolding,
-                               TestChartDrawing, TestTrendChart, TestChartsOfTargets>(argc, argv);
+    return testsupport::runWithWindows<TestChartFunctions, TestAmplitudeSpectrum,
+                                       TestChartScaffolding, TestChartDrawing, TestTrendChart,
+                                       TestChartsOfTargets>(argc, argv);
 }

@@ -2,11 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "support/InspectedWindows.h"
-
-#include <QObject>
-
-#include <memory>
+#include "support/Fixture.h"
 
 /// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
 class TestChartFunctions : public QObject {
@@ -49,13 +45,10 @@ private slots:
 };
 
 /// The three charts as the window opens (scaffolding.cpp).
-class TestChartScaffolding : public QObject {
+class TestChartScaffolding : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void propertiesAreAsTheyShouldBe_data();
     void propertiesAreAsTheyShouldBe();
     void chartOwnsItsSeriesAndAxes_data();
     void chartOwnsItsSeriesAndAxes();
@@ -70,16 +63,16 @@ private slots:
     void deletedChartsAreForgotten();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// Drawing the waveform and the spectrum (drawing.cpp).
-class TestChartDrawing : public QObject {
+class TestChartDrawing : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void waveformShowsEverySampleOfTheStretch();
     void shortSoundShortensTheAxisForGood();
     void roundingMayCostAShortSoundItsLastPoint();
@@ -100,16 +93,16 @@ private slots:
     void withoutAmplitudesTheRangeStays();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// The trend of the matches (trend.cpp).
-class TestTrendChart : public QObject {
+class TestTrendChart : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void firstResponseKeepsTheEmptyRange();
     void secondResponseSetsTheRange();
     void everyResponseHasItsTick();
@@ -122,27 +115,26 @@ private slots:
     void countZeroKeepsTheTicksOfTheEarlierSession();
 
 private:
+    void setUp() override;
     void respond(int count, double frequency);
 
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// Charts of targets that the experimenter has chosen (targets.cpp).
-class TestChartsOfTargets : public QObject {
+class TestChartsOfTargets : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void preparedTargetIsDrawn();
-    void shorterSecondTargetLeavesNothingOfTheFirst();
     void targetOfOneSampleIsDrawn();
     void targetOfTwoSamplesHasOneBin();
     void silentTargetCollapsesTheRanges();
     void waveformIsDrawnBeforeTheAnalysisWindow();
     void preparingEmptiesTheTrend();
-    void cancelledTargetLeavesTheCharts();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };

@@ -6,8 +6,6 @@
 #include <QtCharts/QValueAxis>
 #include <QtTest>
 
-using testsupport::InspectedMainWindow;
-
 namespace {
 
 QVector<double> rangeOf(const QtCharts::QValueAxis* axis) {
@@ -18,14 +16,10 @@ using Range = QVector<double>;
 
 } // namespace
 
-void TestTrendChart::init() {
-    window = std::make_unique<InspectedMainWindow>();
+void TestTrendChart::setUp() {
+    window = &fixture->window();
     window->data.records.resize(1);
     window->resetTrend();
-}
-
-void TestTrendChart::cleanup() {
-    window.reset();
 }
 
 /// A request of the listener when so many sinusoids have been played.

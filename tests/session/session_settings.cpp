@@ -1,6 +1,5 @@
 // What the main window reads from its controls, and what its controls store by themselves.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "support/SessionDriver.h"
 #include "test_session.h"
 
 #include <QCheckBox>
@@ -10,81 +9,36 @@
 #include <QSpinBox>
 #include <QtTest>
 
+#include <functional>
 #include <limits>
 
-using testsupport::find;
-
 namespace {
-using Setting = QVariant (*)(const Data&);
-using Selection = QComboBox* (*)(ObservedMainWindow&);
 
-QComboBox* sessionType(ObservedMainWindow& window) {
-    return window.comboBoxSesType.get();
-}
-QComboBox* soundType(ObservedMainWindow& window) {
-    return window.comboBoxSoundType.get();
-}
-QComboBox* mainParameter(ObservedMainWindow& window) {
-    return window.comboBoxMainParameter.get();
+using Setting = std::function<QVariant(const Data&)>;
+
+template <typename Type> Setting setting(Type Data::*member) {
+    return [member](const Data& data) { return QVariant(data.*member); };
 }
 
-QVariant sessionTypeIndex(const Data& data) {
-    return data.sessionTypeIndex;
-}
-QVariant soundTypeIndex(const Data& data) {
-    return data.soundTypeIndex;
-}
-QVariant mainParameterIndex(const Data& data) {
-    return data.mainParameterIndex;
-}
-QVariant samplingRate(const Data& data) {
-    return data.samplingRate;
-}
-QVariant soundDuration(const Data& data) {
-    return data.soundDuration;
-}
-QVariant silentInterval(const Data& data) {
-    return data.silentInterval;
-}
-QVariant wavFilePath(const Data& data) {
-    return data.wavFilePath;
-}
-QVariant wavFileName(const Data& data) {
-    return data.wavFileName;
-}
-QVariant subjectCode(const Data& data) {
-    return data.subjectCode;
-}
-QVariant outputFilePath(const Data& data) {
-    return data.outputFilePath;
-}
-QVariant outputFileName(const Data& data) {
-    return data.outputFileName;
-}
 } // namespace
 
 Q_DECLARE_METATYPE(Setting)
-Q_DECLARE_METATYPE(Selection)
-
-void TestSessionSettings::selectionsAreRead_data() {
-    QTest::addColumn<Selection>("selection");
-    QTest::addColumn<Setting>("setting");
-    QTest::newRow("session type") << Selection(sessionType) << Setting(sessionTypeIndex);
-    QTest::newRow("sound type") << Selection(soundType) << Setting(soundTypeIndex);
-    QTest::newRow("main parameter") << Selection(mainParameter) << Setting(mainParameterIndex);
-}
 
 void TestSessionSettings::selectionsAreRead() {
-    QFETCH(Selection, selection);
-    QFETCH(Setting, setting);
-    QComboBox* box = selection(bench->window);
-    for (const int index : {1, 0}) {
-        const QSignalBlocker noSlot(box);
-        box->setCurrentIndex(index);
-        QCOMPARE(setting(bench->window.data).toInt(), 1 - index);
-        bench->window.getParameters();
-        QCOMPARE(setting(bench->window.data).toInt(), index);
-    }
+    testsupport::InspectedMainWindow& window = fixture->window();
+    Data& data = window.data;
+    const std::pair<QComboBox*, int*> selections[] = {
+        {window.comboBoxSesType.get(), &data.sessionTypeIndex},
+        {window.comboBoxSoundType.get(), &data.soundTypeIndex},
+        {window.comboBoxMainParameter.get(), &data.mainParameterIndex}};
+    for (const auto& [box, index] : selections)
+        for (const int selected : {1, 0}) {
+            const QSignalBlocker noSlot(box);
+            box->setCurrentIndex(selected);
+            QCOMPARE(*index, 1 - selected);
+            window.getParameters();
+            QCOMPARE(*index, selected);
+        }
 }
 
 void TestSessionSettings::textsAreRead_data() {
@@ -92,29 +46,32 @@ void TestSessionSettings::textsAreRead_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<Setting>("setting");
     QTest::addColumn<QVariant>("value");
-    const auto row = [](const char* name, const char* field, const char* text, Setting setting,
+    const auto row = [](const char* name, const char* field, const char* text, const Setting& read,
                         const QVariant& value) {
-        QTest::newRow(name) << QByteArray(field) << QString::fromUtf8(text) << setting << value;
+        QTest::newRow(name) << QByteArray(field) << QString::fromUtf8(text) << read << value;
     };
-    row("rate", "lineEditSamplingRate", "44100.5", samplingRate, 44100.5);
-    row("rate with exponent", "lineEditSamplingRate", "8e3", samplingRate, 8000.0);
-    row("rate empty", "lineEditSamplingRate", "", samplingRate, 0.0);
-    row("rate in words", "lineEditSamplingRate", "fast", samplingRate, 0.0);
-    row("rate with unit", "lineEditSamplingRate", "40000 Hz", samplingRate, 0.0);
-    row("rate with comma", "lineEditSamplingRate", "40000,0", samplingRate, 0.0);
-    row("duration", "lineEditSoundDuration", "123.45", soundDuration, 123.45 / 1000);
-    row("duration in words", "lineEditSoundDuration", "short", soundDuration, 0.0);
-    row("duration with comma", "lineEditSoundDuration", "12,5", soundDuration, 0.0);
-    row("silence", "lineEditSilentInterval", "0.75", silentInterval, 0.75 / 1000);
-    row("silence in words", "lineEditSilentInterval", "none", silentInterval, 0.0);
-    row("silence with comma", "lineEditSilentInterval", "12,5", silentInterval, 0.0);
-    row("target folder", "lineEditWavFilePath", "/tmp/聴覚 Jäger", wavFilePath,
+    row("rate", "lineEditSamplingRate", "44100.5", setting(&Data::samplingRate), 44100.5);
+    row("rate with exponent", "lineEditSamplingRate", "8e3", setting(&Data::samplingRate), 8000.0);
+    row("rate empty", "lineEditSamplingRate", "", setting(&Data::samplingRate), 0.0);
+    row("rate in words", "lineEditSamplingRate", "fast", setting(&Data::samplingRate), 0.0);
+    row("rate with unit", "lineEditSamplingRate", "40000 Hz", setting(&Data::samplingRate), 0.0);
+    row("rate with comma", "lineEditSamplingRate", "40000,0", setting(&Data::samplingRate), 0.0);
+    row("duration", "lineEditSoundDuration", "123.45", setting(&Data::soundDuration),
+        123.45 / 1000);
+    row("duration in words", "lineEditSoundDuration", "short", setting(&Data::soundDuration), 0.0);
+    row("duration with comma", "lineEditSoundDuration", "12,5", setting(&Data::soundDuration), 0.0);
+    row("silence", "lineEditSilentInterval", "0.75", setting(&Data::silentInterval), 0.75 / 1000);
+    row("silence in words", "lineEditSilentInterval", "none", setting(&Data::silentInterval), 0.0);
+    row("silence with comma", "lineEditSilentInterval", "12,5", setting(&Data::silentInterval),
+        0.0);
+    row("target folder", "lineEditWavFilePath", "/tmp/聴覚 Jäger", setting(&Data::wavFilePath),
         QStringLiteral("/tmp/聴覚 Jäger"));
-    row("target name", "lineEditWavFileName", "a b.wav", wavFileName, QStringLiteral("a b.wav"));
-    row("subject code", "lineEditSubCode", "S7", subjectCode, QStringLiteral("S7"));
-    row("results folder", "lineEditOutputFilePath", "/results", outputFilePath,
+    row("target name", "lineEditWavFileName", "a b.wav", setting(&Data::wavFileName),
+        QStringLiteral("a b.wav"));
+    row("subject code", "lineEditSubCode", "S7", setting(&Data::subjectCode), QStringLiteral("S7"));
+    row("results folder", "lineEditOutputFilePath", "/results", setting(&Data::outputFilePath),
         QStringLiteral("/results"));
-    row("results name", "lineEditOutputFileName", "mine.txt", outputFileName,
+    row("results name", "lineEditOutputFileName", "mine.txt", setting(&Data::outputFileName),
         QStringLiteral("mine.txt"));
 }
 
@@ -123,28 +80,28 @@ void TestSessionSettings::textsAreRead() {
     QFETCH(QString, text);
     QFETCH(Setting, setting);
     QFETCH(QVariant, value);
-    auto* lineEdit = find<QLineEdit>(bench->window, field.constData());
+    auto* lineEdit = testsupport::find<QLineEdit>(fixture->window(), field.constData());
     const QSignalBlocker noSlot(lineEdit);
     lineEdit->setText(text);
-    QVERIFY(setting(bench->window.data) != value);
-    bench->window.getParameters();
-    QCOMPARE(setting(bench->window.data), value);
+    QVERIFY(setting(fixture->window().data) != value);
+    fixture->window().getParameters();
+    QCOMPARE(setting(fixture->window().data), value);
 }
 
 void TestSessionSettings::fileNumberAndSavingAreRead() {
-    auto* number = find<QSpinBox>(bench->window, "spinBoxFileNumber");
+    auto* number = fixture->window().spinBoxFileNumber;
     const QSignalBlocker noSlot(number);
     number->setValue(42);
-    auto* saving = find<QCheckBox>(bench->window, "checkBoxSaveData");
+    auto* saving = fixture->window().checkBoxSaveData;
     saving->setChecked(false);
-    QCOMPARE(bench->window.data.fileNumber, 1);
-    QVERIFY(bench->window.data.saveDataToFile);
-    bench->window.getParameters();
-    QCOMPARE(bench->window.data.fileNumber, 42);
-    QVERIFY(!bench->window.data.saveDataToFile);
+    QCOMPARE(fixture->window().data.fileNumber, 1);
+    QVERIFY(fixture->window().data.saveDataToFile);
+    fixture->window().getParameters();
+    QCOMPARE(fixture->window().data.fileNumber, 42);
+    QVERIFY(!fixture->window().data.saveDataToFile);
     saving->setChecked(true);
-    bench->window.getParameters();
-    QVERIFY(bench->window.data.saveDataToFile);
+    fixture->window().getParameters();
+    QVERIFY(fixture->window().data.saveDataToFile);
 }
 
 void TestSessionSettings::countsFollowFromDurationAndRate_data() {
@@ -185,66 +142,14 @@ void TestSessionSettings::countsFollowFromDurationAndRate() {
     QFETCH(QString, rate);
     QFETCH(QString, milliseconds);
     QFETCH(double, plotDuration);
-    Data& data = bench->window.data;
-    find<QLineEdit>(bench->window, "lineEditSamplingRate")->setText(rate);
-    find<QLineEdit>(bench->window, "lineEditSoundDuration")->setText(milliseconds);
+    Data& data = fixture->window().data;
+    fixture->window().lineEditSamplingRate->setText(rate);
+    fixture->window().lineEditSoundDuration->setText(milliseconds);
     data.plotDuration = plotDuration;
     data.nSamples = data.nPointsToPlot = -1;
-    bench->window.getParameters();
+    fixture->window().getParameters();
     QTEST(data.nSamples, "nSamples");
     QTEST(data.nPointsToPlot, "nPointsToPlot");
     QFETCH(double, plotDurationAfterwards);
     QVERIFY(data.plotDuration == plotDurationAfterwards);
-}
-
-void TestSessionSettings::inputsAreStoredAndRenameTheFile_data() {
-    QTest::addColumn<Selection>("selection");
-    QTest::addColumn<Setting>("setting");
-    QTest::addColumn<QString>("fileName");
-    const QString unchanged = QStringLiteral("SUB001_practice001.txt");
-    QTest::newRow("session type") << Selection(sessionType) << Setting(sessionTypeIndex)
-                                  << QStringLiteral("SUB001_experiment001.txt");
-    QTest::newRow("sound type") << Selection(soundType) << Setting(soundTypeIndex) << unchanged;
-    QTest::newRow("main parameter")
-        << Selection(mainParameter) << Setting(mainParameterIndex) << unchanged;
-}
-
-void TestSessionSettings::inputsAreStoredAndRenameTheFile() {
-    QFETCH(Selection, selection);
-    QFETCH(Setting, setting);
-    QFETCH(QString, fileName);
-    auto* shown = find<QLineEdit>(bench->window, "lineEditOutputFileName");
-    shown->setText(QStringLiteral("stale"));
-    selection(bench->window)->setCurrentIndex(1);
-    QCOMPARE(setting(bench->window.data).toInt(), 1);
-    QCOMPARE(bench->window.data.outputFileName, fileName);
-    QCOMPARE(shown->text(), fileName);
-}
-
-void TestSessionSettings::theSubjectCodeNamesTheFile() {
-    auto* field = find<QLineEdit>(bench->window, "lineEditSubCode");
-    field->clear();
-    QTest::keyClicks(field, QStringLiteral("S7"));
-    QCOMPARE(bench->window.data.subjectCode, QStringLiteral("S7"));
-    QCOMPARE(bench->window.data.outputFileName, QStringLiteral("S7_practice001.txt"));
-    QCOMPARE(find<QLineEdit>(bench->window, "lineEditOutputFileName")->text(),
-             QStringLiteral("S7_practice001.txt"));
-}
-
-void TestSessionSettings::theFileNumberNamesTheFile_data() {
-    QTest::addColumn<int>("number");
-    QTest::addColumn<QString>("fileName");
-    QTest::newRow("two digits") << 12 << "SUB001_practice012.txt";
-    QTest::newRow("three digits") << 100 << "SUB001_practice100.txt";
-    QTest::newRow("four digits") << 1234 << "SUB001_practice1234.txt";
-    QTest::newRow("largest") << 2147483646 << "SUB001_practice2147483646.txt";
-}
-
-void TestSessionSettings::theFileNumberNamesTheFile() {
-    QFETCH(int, number);
-    QFETCH(QString, fileName);
-    find<QSpinBox>(bench->window, "spinBoxFileNumber")->setValue(number);
-    QCOMPARE(bench->window.data.fileNumber, number);
-    QCOMPARE(bench->window.data.outputFileName, fileName);
-    QCOMPARE(find<QLineEdit>(bench->window, "lineEditOutputFileName")->text(), fileName);
 }

@@ -1,49 +1,34 @@
-// The window that the tests of session control work on, and their main function.
+// What the tests of session control share, and their main function.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session.h"
 
-#include "support/FileBytes.h"
-#include "support/SessionDriver.h"
 #include "support/TestMain.h"
-#include "support/WavBytes.h"
 
-#include <QApplication>
 #include <QLineEdit>
-#include <QMetaMethod>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
 
 #include <numeric>
 
-using testsupport::find;
+using testsupport::InspectedMainWindow;
 
-void ObservedMainWindow::connectNotify(const QMetaMethod& signal) {
-    connectedSignals.append(QString::fromLatin1(signal.methodSignature()));
-}
-
-QString SessionBench::target(const QString& fileName, int sampleCount, quint32 samplingRate) const {
-    QVector<int> samples(sampleCount);
+void SessionTest::preparePractice() {
+    QVector<int> samples(800);
     std::iota(samples.begin(), samples.end(), 1);
-    QString path = folder.filePath(fileName);
-    if (!testsupport::writeBytes(path, testsupport::wavWithSamples({samplingRate, 1, 16}, samples)))
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
+    fixture->window().lineEditSilentInterval->setText(QStringLiteral("20.00"));
+    fixture->window().lineEditOutputFilePath->setText(fixture->folder.path());
+    fixture->dialogs.chooseTarget(fixture->write(QStringLiteral("target.wav"), samples));
+    fixture->window().on_pushButtonPractice_clicked();
 }
 
-void SessionBench::preparePractice() {
-    find<QLineEdit>(window, "lineEditSilentInterval")->setText(QStringLiteral("20.00"));
-    dialogs.chooseTarget(target(QStringLiteral("target.wav")));
-    window.on_pushButtonPractice_clicked();
+SubjectWindow* SessionTest::go() {
+    fixture->window().on_pushButtonGo_clicked();
+    return fixture->window().subjectWindow;
 }
 
-SubjectWindow* SessionBench::go() {
-    window.on_pushButtonGo_clicked();
-    return window.subjectWindow;
-}
-
-QStringList SessionBench::state() {
+QStringList SessionTest::state() {
+    InspectedMainWindow& window = fixture->window();
     const Data& data = window.data;
     QStringList lines;
     const auto add = [&lines](const char* name, const QVariant& value) {
@@ -89,29 +74,8 @@ QStringList SessionBench::state() {
     return lines;
 }
 
-QStringList SessionBench::logged() const {
-    return log.all();
-}
-
-QStringList SessionBench::complaints() {
-    return dialogs.takeComplaints() + log.warnings().filter(QStringLiteral("QObject::"));
-}
-
-void SessionTest::init() {
-    bench = std::make_unique<SessionBench>();
-    QVERIFY(bench->folder.isValid());
-}
-
-void SessionTest::cleanup() {
-    const QStringList complaints = bench->complaints();
-    bench.reset();
-    QCOMPARE(complaints.join(u'\n'), QString());
-}
-
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    // Windows come and go here; none of them ends the program.
-    QApplication::setQuitOnLastWindowClosed(false);
-    return testsupport::runAll<TestTrialSequence, TestSessionSettings, TestSessionPreparation,
-                               TestSessionStart, TestSessionResponses, TestSessionEnd>(argc, argv);
+    return testsupport::runWithWindows<TestTrialSequence, TestSessionSettings,
+                                       TestSessionPreparation, TestSessionStart,
+                                       TestSessionResponses, TestSessionEnd>(argc, argv);
 }

@@ -2,20 +2,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
-#include "subject/SubjectWindow.h"
 #include "support/AddressSpaceLimit.h"
+#include "support/ExpectedResults.h"
 #include "support/FileBytes.h"
 
 #include <QFile>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QtTest>
 
 using testsupport::setUnsigned16;
-using testsupport::setUnsigned32;
 using testsupport::wavHeader;
 using testsupport::wavWithData;
 using testsupport::wavWithSamples;
-using Session = TargetBench::Session;
 namespace wavoffset = testsupport::wavoffset;
 
 namespace {
@@ -32,241 +31,175 @@ QByteArray withUnsigned16(int offset, quint16 value) {
     return bytes;
 }
 
-/// Shows a match in its field and in the trend.
-void answerOnce(TargetBench& bench) {
-    bench.window.data.nResponses = 1;
-    bench.window.data.records[0].frequencyMatched = 612;
-    bench.window.updateTrend();
-    bench.window.updateFrequencyMatched();
-}
+} // namespace
 
-/// A target that has been prepared, and answered once.
-QString prepareEarlierTarget(TargetBench& bench) {
-    QString path = bench.write("earlier.wav", unevenCodes(earlierSamples));
-    bench.prepare(path);
-    answerOnce(bench);
-    return path;
+/// Prepares a target and answers it once, twice over; returns the state after the second
+/// preparation.
+QStringList TestTargetRefusals::prepareEarlierTarget() {
+    const QString path = fixture->write("earlier.wav", unevenCodes(earlierSamples));
+    fixture->prepare(path);
+    answerOnce();
+    fixture->prepare(path);
+    QStringList prepared = preparedState();
+    answerOnce();
+    return prepared;
 }
 
 /// Writes bytes to a file, which is then grown, where it is to be longer, by a hole of zeros.
-QString writeTarget(TargetBench& bench, const QByteArray& bytes, qint64 size) {
-    QString path = bench.write("chosen.wav", bytes);
+QString TestTargetRefusals::writeTarget(const QByteArray& bytes, qint64 size) const {
+    QString path = fixture->write("chosen.wav", bytes);
     if (size > bytes.size() && !QFile::resize(path, size))
         qFatal("cannot resize %s", qPrintable(path));
     return path;
 }
 
-/// The same once more; `prepared` is the state between the second preparation and its answer.
-QString prepareEarlierTargetAgain(TargetBench& bench, QStringList& prepared) {
-    QString path = prepareEarlierTarget(bench);
-    bench.prepare(path);
-    prepared = bench.preparedState();
-    answerOnce(bench);
-    return path;
+/// What is there after the earlier target has been kept: a session on it can be started.
+void TestTargetRefusals::verifyEarlierKept(const QStringList& before) {
+    const auto& window = fixture->window();
+    const QString folder = fixture->folder.path();
+    QCOMPARE(preparedState(), before);
+    QCOMPARE(window.data.wavFilePath, folder);
+    QCOMPARE(window.data.wavFileName, QString("earlier.wav"));
+    QCOMPARE(window.data.records.size(), 1);
+    QCOMPARE(window.data.records[0].filePath, folder);
+    QCOMPARE(window.data.records[0].fileName, QString("earlier.wav"));
+    QVERIFY(window.data.records[0].frequencyMatched == 0.0);
+    QCOMPARE(window.currentTargetPath, folder + "/earlier.wav");
+    QCOMPARE(window.nFiles, 1);
+    QCOMPARE(window.trialSequence, QVector<int>{0});
+    QVERIFY(window.pushButtonGo->isEnabled());
 }
 
-/// What stands after the earlier target has been kept: a session on it can be started.
-void verifyEarlierKept(TargetBench& bench, const QStringList& before) {
-    const QString folder = bench.folder.path();
-    QCOMPARE(bench.preparedState(), before);
-    QCOMPARE(bench.window.data.wavFilePath, folder);
-    QCOMPARE(bench.window.data.wavFileName, QString("earlier.wav"));
-    QCOMPARE(bench.window.data.records.size(), 1);
-    QCOMPARE(bench.window.data.records[0].filePath, folder);
-    QCOMPARE(bench.window.data.records[0].fileName, QString("earlier.wav"));
-    QVERIFY(bench.window.data.records[0].frequencyMatched == 0.0);
-    QCOMPARE(bench.window.currentTargetPath, folder + "/earlier.wav");
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("earlier.wav"));
-    QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("not started yet"));
-    QCOMPARE(bench.window.nFiles, 1);
-    QCOMPARE(bench.window.trialSequence, QVector<int>{0});
-    QVERIFY(bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+/// What is there after a refused preparation, whatever was there before.
+void TestTargetRefusals::verifyRefused(const QStringList& before) {
+    const auto& window = fixture->window();
+    QCOMPARE(preparedState(), before);
+    QCOMPARE(window.nFiles, 0);
+    QCOMPARE(window.trialSequence, QVector<int>());
+    QCOMPARE(window.currentFileIndex, 0);
+    QCOMPARE(window.currentTargetPath, QString());
+    QCOMPARE(window.data.records.size(), 1);
+    QCOMPARE(window.data.records[0].filePath, fixture->folder.path());
+    QCOMPARE(window.data.records[0].fileName, QString("chosen.wav"));
+    QVERIFY(window.pushButtonPractice->isEnabled());
+    QVERIFY(!window.pushButtonExperiment->isEnabled());
+    QVERIFY(!window.pushButtonGo->isEnabled());
+    QVERIFY(window.isEnabled());
 }
 
-/// What stands after a refused preparation, whatever was there before.
-void verifyRefused(TargetBench& bench, const QStringList& before) {
-    QCOMPARE(bench.preparedState(), before);
-    QCOMPARE(bench.window.nFiles, 0);
-    QCOMPARE(bench.window.trialSequence, QVector<int>());
-    QCOMPARE(bench.window.currentFileIndex, 0);
-    QCOMPARE(bench.window.currentTargetPath, QString());
-    QCOMPARE(bench.window.data.records.size(), 1);
-    QCOMPARE(bench.window.data.records[0].filePath, bench.folder.path());
-    QCOMPARE(bench.window.data.records[0].fileName, QString("chosen.wav"));
-    QVERIFY(bench.isEnabled("pushButtonPractice"));
-    QVERIFY(!bench.isEnabled("pushButtonExperiment"));
-    QVERIFY(!bench.isEnabled("pushButtonGo"));
-    QVERIFY(bench.window.isEnabled());
-    QCOMPARE(bench.complaints(), QString());
-}
-
-} // namespace
-
-void TestTargetRefusals::failingFiles() {
+void TestTargetRefusals::refusedFiles() {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("prefix");
-    QByteArray notWave = goodFile();
-    notWave.replace(wavoffset::format, 4, "AVI ");
-    QTest::newRow("empty") << QByteArray() << QString("Header size is zero. ");
-    QTest::newRow("other format") << notWave << QString("Not a WAV file: ");
-    QTest::newRow("floats") << withUnsigned16(wavoffset::audioFormat, 3)
-                            << QString("Not a PCM (linear quantitation) WAV file: ");
-    QTest::newRow("32 bits") << withUnsigned16(wavoffset::bitsPerSample, 32)
-                             << QString("Not a 8-bit, 16-bit, or 24-bit WAV file: ");
-    QTest::newRow("text") << QByteArray("This is no sound.") << QString("Not a WAV file: ");
+    QTest::addColumn<qint64>("size"); // of the file, grown by a hole of zeros
+    QTest::addColumn<QString>("failure");
+    const auto row = [](const char* name, const QByteArray& bytes, qint64 size = 0) {
+        QTest::newRow(name) << bytes << size << QString();
+    };
+    const auto failingRow = [](const char* name, const QByteArray& bytes, const char* failure) {
+        QTest::newRow(name) << bytes << qint64(0) << QString(failure);
+    };
+    failingRow("empty", QByteArray(), "Header size is zero. ");
+    failingRow("text", QByteArray("This is no sound."), "Not a WAV file: ");
+    failingRow("floats", withUnsigned16(wavoffset::audioFormat, 3),
+               "Not a PCM (linear quantitation) WAV file: ");
+    row("no channel", withUnsigned16(wavoffset::channelCount, 0));
+    row("no data", wavHeader({}, 0));
+    row("a header of 36 bytes", goodFile().left(36));
+    row("the last byte is missing", goodFile().chopped(1));
+    row("4 GiB declared", wavHeader({}, 0xFFFFFFFF) + QByteArray(100, 'x'));
+    row("half a stereo sample", wavWithSamples({40000, 2, 16}, {1}));
+    // At 1 Hz each sample of the file is a second, 40000 samples played.
+    row("played: beyond an int", wavWithData({1, 1, 8}, QByteArray(60000, 'x')));
+    row("played: beyond a vector, two hours at 1000 Hz", wavHeader({1000, 1, 8}, 7200000), 7200044);
 }
 
-void TestTargetRefusals::failedLoadWithoutAnEarlierTargetIsRefused_data() {
-    failingFiles();
+void TestTargetRefusals::refusedFileWithoutAnEarlierTargetChangesNothing_data() {
+    refusedFiles();
 }
 
-void TestTargetRefusals::failedLoadWithoutAnEarlierTargetIsRefused() {
+void TestTargetRefusals::refusedFileWithoutAnEarlierTargetChangesNothing() {
     QFETCH(QByteArray, bytes);
-    QFETCH(QString, prefix);
-    TargetBench bench;
-    const QStringList before = bench.preparedState();
-    const QString path = bench.write("chosen.wav", bytes);
-    QCOMPARE(bench.prepare(path),
-             (prefix + path + "\nUnusable WAV file: " + path + "\n").toStdString());
-    verifyRefused(bench, before);
+    QFETCH(qint64, size);
+    QFETCH(QString, failure);
+    const QStringList before = preparedState();
+    const QString path = writeTarget(bytes, size);
+    fixture->prepare(path);
+    QStringList expected{"Unusable WAV file: " + path};
+    if (!failure.isEmpty())
+        expected.prepend(failure + path);
+    QCOMPARE(fixture->takePrinted(), expected);
+    verifyRefused(before);
 }
 
-void TestTargetRefusals::failedLoadGoesOnWithTheEarlierTarget_data() {
-    failingFiles();
+void TestTargetRefusals::refusedFileGoesOnWithTheEarlierTarget_data() {
+    refusedFiles();
 }
 
-void TestTargetRefusals::failedLoadGoesOnWithTheEarlierTarget() {
+void TestTargetRefusals::refusedFileGoesOnWithTheEarlierTarget() {
     QFETCH(QByteArray, bytes);
-    QFETCH(QString, prefix);
-    TargetBench bench;
-    QStringList before;
-    const QString earlier = prepareEarlierTargetAgain(bench, before);
-    const QString path = bench.write("chosen.wav", bytes);
-    QCOMPARE(bench.prepare(path),
-             (prefix + path + "\nKeeping the earlier target: " + earlier + "\n").toStdString());
-    verifyEarlierKept(bench, before);
+    QFETCH(qint64, size);
+    QFETCH(QString, failure);
+    const QStringList before = prepareEarlierTarget();
+    const QString path = writeTarget(bytes, size);
+    fixture->prepare(path);
+    const QString refusal = failure.isEmpty() ? "Unusable WAV file: " : failure;
+    QCOMPARE(fixture->takePrinted(),
+             QStringList({refusal + path,
+                          "Keeping the earlier target: " + fixture->pathOf("earlier.wav")}));
+    verifyEarlierKept(before);
 }
 
 void TestTargetRefusals::fileThatHasVanishedIsAFailedLoad() {
-    TargetBench bench;
+    auto& window = fixture->window();
     Record vanished;
-    vanished.filePath = bench.folder.path();
+    vanished.filePath = fixture->folder.path();
     vanished.fileName = "vanished.wav";
-    const std::string path = bench.folder.filePath("vanished.wav").toStdString();
-    bench.window.data.records = {vanished};
-    QCOMPARE(errorsOf([&] { bench.window.genWav(); }),
-             "Unable to open WAV file: " + path + "\nUnusable WAV file: " + path + "\n");
+    const QString path = fixture->pathOf("vanished.wav");
+    window.data.records = {vanished};
+    window.genWav();
+    QCOMPARE(fixture->takePrinted(),
+             QStringList({"Unable to open WAV file: " + path, "Unusable WAV file: " + path}));
     const QVector<int> codes = unevenCodes(40);
-    const QString earlier = bench.write("earlier.wav", codes);
-    QCOMPARE(bench.prepare(earlier), std::string());
-    bench.window.data.records = {vanished};
-    QCOMPARE(errorsOf([&] { bench.window.genWav(); }),
-             "Unable to open WAV file: " + path +
-                 "\nKeeping the earlier target: " + earlier.toStdString() + "\n");
-    QCOMPARE(bench.window.data.records[0].fileName, QString("earlier.wav"));
-    QCOMPARE(bench.window.nFiles, 1);
-    QVERIFY(bench.window.targetSamples == scaledFrom16Bits(codes));
-    QCOMPARE(bench.complaints(), QString());
+    const QString earlier = fixture->write("earlier.wav", codes);
+    fixture->prepare(earlier);
+    window.data.records = {vanished};
+    window.genWav();
+    QCOMPARE(fixture->takePrinted(), QStringList({"Unable to open WAV file: " + path,
+                                                  "Keeping the earlier target: " + earlier}));
+    QCOMPARE(window.data.records[0].fileName, QString("earlier.wav"));
+    QCOMPARE(window.nFiles, 1);
+    QVERIFY(window.targetSamples == scaledFrom16Bits(codes));
 }
 
 void TestTargetRefusals::failedLoadAfterRefusedAndCancelledOnesGoesOnWithTheLastAccepted() {
-    TargetBench bench;
-    bench.prepare(bench.write("first.wav", unevenCodes(40)));
+    auto& window = fixture->window();
+    fixture->prepare(fixture->write("first.wav", unevenCodes(40)));
     const QVector<int> codes = unevenCodes(60, 9);
-    const QString accepted = bench.write("second.wav", codes);
-    QCOMPARE(bench.prepare(accepted), std::string());
-    testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText("0");
-    const QString refused = bench.write("refused.wav", unevenCodes(80));
-    bench.prepare(refused);
-    QVERIFY(!bench.isEnabled("pushButtonGo"));
-    testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText("40000");
-    bench.prepareCancelled();
-    const QString text = bench.write("text.wav", QByteArray("This is no sound."));
-    QCOMPARE(bench.prepare(text), "Not a WAV file: " + text.toStdString() +
-                                      "\nKeeping the earlier target: " + accepted.toStdString() +
-                                      "\n");
-    QVERIFY(bench.window.targetSamples == scaledFrom16Bits(codes));
-    QCOMPARE(bench.window.data.nSamples, 60);
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("second.wav"));
-    QVERIFY(bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+    const QString accepted = fixture->write("second.wav", codes);
+    fixture->prepare(accepted);
+    window.lineEditSamplingRate->setText("0");
+    fixture->prepare(fixture->write("refused.wav", unevenCodes(80)));
+    QVERIFY(!window.pushButtonGo->isEnabled());
+    window.lineEditSamplingRate->setText("40000");
+    prepareCancelled();
+    const QString text = fixture->write("text.wav", QByteArray("This is no sound."));
+    fixture->prepare(text);
+    QCOMPARE(fixture->takePrinted(),
+             QStringList({"Not a WAV file: " + text, "Keeping the earlier target: " + accepted}));
+    QVERIFY(window.targetSamples == scaledFrom16Bits(codes));
+    QCOMPARE(window.data.nSamples, 60);
+    QCOMPARE(window.lineEditWavFileName->text(), QString("second.wav"));
+    QVERIFY(window.pushButtonGo->isEnabled());
 }
 
 void TestTargetRefusals::resultsNameTheTargetThatWasPlayed() {
-    TargetBench bench;
-    QCOMPARE(bench.prepare(bench.write("earlier.wav", unevenCodes(400))), std::string());
-    bench.prepare(bench.write("chosen.wav", QByteArray("This is no sound.")));
-    testsupport::find<QLineEdit>(bench.window, "lineEditSilentInterval")->setText("20.00");
-    QVERIFY(bench.session.go() != nullptr);
-    bench.session.beReady();
-    QVERIFY(bench.session.playTarget());
-    QVERIFY(bench.session.playSinusoid(321));
-    bench.session.finish(bench.folder.filePath("results.txt"));
-    QCOMPARE(testsupport::readBytes(bench.folder.filePath("results.txt")),
-             QByteArray("filename\tnTrials\tfrequency matched (Hz)\r\nearlier.wav\t1\t321\r\n"));
-    QCOMPARE(bench.complaints(), QString());
-}
-
-void TestTargetRefusals::unusableTargets() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<qint64>("size"); // of the file, grown by a hole of zeros
-    const qint64 asWritten = 0;
-    QTest::newRow("no channel") << withUnsigned16(wavoffset::channelCount, 0) << asWritten;
-    QByteArray noRate = goodFile();
-    setUnsigned32(noRate, wavoffset::samplingRate, 0);
-    QTest::newRow("no sampling rate") << noRate << asWritten;
-    QTest::newRow("no data") << wavHeader({}, 0) << asWritten;
-    QTest::newRow("a header of 36 bytes") << goodFile().left(36) << asWritten;
-    QTest::newRow("the last byte is missing") << goodFile().chopped(1) << asWritten;
-    QTest::newRow("nothing behind the header") << wavHeader({}, 800) << asWritten;
-    QTest::newRow("4 GiB declared")
-        << wavHeader({}, 0xFFFFFFFF) + QByteArray(100, 'x') << asWritten;
-    QTest::newRow("half a sample") << wavWithData({}, "x") << asWritten;
-    QTest::newRow("half a stereo sample") << wavWithSamples({40000, 2, 16}, {1}) << asWritten;
-    QTest::newRow("two channels of three") << wavWithSamples({40000, 3, 24}, {1, 2}) << asWritten;
-    // 0.0227 ms read 0.02, which is 0.8 of a sample.
-    QTest::newRow("one sample at 44.1 kHz") << wavWithSamples({44100, 1, 16}, {99}) << asWritten;
-    QTest::newRow("a duration of 0.00")
-        << wavWithSamples({4294967295, 1, 16}, unevenCodes(40)) << asWritten;
-    // At 1 Hz each sample of the file is a second, 40000 samples played.
-    QTest::newRow("played: beyond an int")
-        << wavWithData({1, 1, 8}, QByteArray(60000, 'x')) << asWritten;
-    QTest::newRow("played: beyond a vector")
-        << wavWithData({1, 1, 8}, QByteArray(6711, 'x')) << asWritten;
-    QTest::newRow("played: beyond a vector, two hours at 1000 Hz")
-        << wavHeader({1000, 1, 8}, 7200000) << qint64(7200044);
-}
-
-void TestTargetRefusals::unusableTargetChangesNothing_data() {
-    unusableTargets();
-}
-
-void TestTargetRefusals::unusableTargetChangesNothing() {
-    QFETCH(QByteArray, bytes);
-    QFETCH(qint64, size);
-    TargetBench bench;
-    const QStringList before = bench.preparedState();
-    const QString path = writeTarget(bench, bytes, size);
-    QCOMPARE(bench.prepare(path), "Unusable WAV file: " + path.toStdString() + "\n");
-    verifyRefused(bench, before);
-}
-
-void TestTargetRefusals::unusableTargetGoesOnWithTheEarlierTarget_data() {
-    unusableTargets();
-}
-
-void TestTargetRefusals::unusableTargetGoesOnWithTheEarlierTarget() {
-    QFETCH(QByteArray, bytes);
-    QFETCH(qint64, size);
-    TargetBench bench;
-    QStringList before;
-    const QString earlier = prepareEarlierTargetAgain(bench, before);
-    const QString path = writeTarget(bench, bytes, size);
-    QCOMPARE(bench.prepare(path),
-             ("Unusable WAV file: " + path + "\nKeeping the earlier target: " + earlier + "\n")
-                 .toStdString());
-    verifyEarlierKept(bench, before);
+    fixture->prepare(fixture->write("earlier.wav", unevenCodes(400)));
+    fixture->prepare(fixture->write("chosen.wav", QByteArray("This is no sound.")));
+    QCOMPARE(fixture->takePrinted().size(), 2);
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->session().playTarget());
+    QVERIFY(fixture->session().playSinusoid(321));
+    QCOMPARE(testsupport::readBytes(fixture->finish()),
+             testsupport::expectedResults("earlier.wav", {321}));
 }
 
 void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses_data() {
@@ -282,67 +215,62 @@ void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses_data() {
 
 void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses() {
     QFETCH(QString, rate);
-    TargetBench bench;
-    testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText(rate);
-    const QString path = bench.write("chosen.wav", unevenCodes(400));
-    QCOMPARE(bench.prepare(path), "Unusable WAV file: " + path.toStdString() + "\n");
-    QCOMPARE(bench.window.nFiles, 0);
-    QVERIFY(!bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+    fixture->window().lineEditSamplingRate->setText(rate);
+    const QString path = fixture->write("chosen.wav", unevenCodes(400));
+    fixture->prepare(path);
+    QCOMPARE(fixture->takePrinted(), QStringList("Unusable WAV file: " + path));
+    QCOMPARE(fixture->window().nFiles, 0);
+    QVERIFY(!fixture->window().pushButtonGo->isEnabled());
 }
 
 void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept_data() {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QString>("refusal");
     QTest::newRow("failed load") << QByteArray(100, 'x') << "Not a WAV file: ";
     QTest::newRow("unusable") << goodFile() << "Unusable WAV file: ";
 }
 
 void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept() {
     QFETCH(QByteArray, bytes);
-    QFETCH(QString, prefix);
-    TargetBench bench;
-    const QString earlier = prepareEarlierTarget(bench);
-    testsupport::find<QLineEdit>(bench.window, "lineEditSamplingRate")->setText("0");
-    bench.window.getParameters();
-    const QStringList before = bench.preparedState();
-    const QString path = bench.write("chosen.wav", bytes);
-    QCOMPARE(bench.prepare(path),
-             (prefix + path + "\nUnusable WAV file: " + earlier + "\n").toStdString());
-    verifyRefused(bench, before);
+    QFETCH(QString, refusal);
+    prepareEarlierTarget();
+    fixture->window().lineEditSamplingRate->setText("0");
+    fixture->window().getParameters();
+    const QStringList before = preparedState();
+    const QString path = fixture->write("chosen.wav", bytes);
+    fixture->prepare(path);
+    QCOMPARE(fixture->takePrinted(),
+             QStringList({refusal + path, "Unusable WAV file: " + fixture->pathOf("earlier.wav")}));
+    verifyRefused(before);
 }
 
 void TestTargetRefusals::memoryThatCannotBeHadKeepsTheEarlierTarget() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
-    TargetBench bench;
-    QStringList before;
-    const QString earlier = prepareEarlierTargetAgain(bench, before);
+    const QStringList before = prepareEarlierTarget();
     // Loaded, it is 40 MB of samples; the transform takes another 384 MiB, the sounds 100 MB.
-    const QString path = writeTarget(bench, wavHeader({40000, 1, 8}, 5000000), 5000044);
-    std::string errors;
+    const QString path = writeTarget(wavHeader({40000, 1, 8}, 5000000), 5000044);
     {
         const testsupport::AddressSpaceLimit limit(300);
-        errors = bench.prepare(path);
+        fixture->prepare(path);
     }
-    QCOMPARE(errors,
-             ("Unusable WAV file: " + path + "\nKeeping the earlier target: " + earlier + "\n")
-                 .toStdString());
-    verifyEarlierKept(bench, before);
+    QCOMPARE(fixture->takePrinted(),
+             QStringList({"Unusable WAV file: " + path,
+                          "Keeping the earlier target: " + fixture->pathOf("earlier.wav")}));
+    verifyEarlierKept(before);
 }
 
 void TestTargetRefusals::earlierTargetMayTakeTheMemoryOfTheUnusableOne() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
-    TargetBench bench;
     // To prepare it takes 80 MB; the chosen file holds another 108 MB while it is judged.
-    const QString earlier = bench.write("earlier.wav", unevenCodes(1000000));
-    QCOMPARE(bench.prepare(earlier), std::string());
-    const QString path = writeTarget(bench, wavHeader({40000, 1, 8}, 12000000), 12000044);
+    fixture->prepare(fixture->write("earlier.wav", unevenCodes(1000000)));
+    const QString path = writeTarget(wavHeader({40000, 1, 8}, 12000000), 12000044);
     {
         const testsupport::AddressSpaceLimit limit(150);
-        bench.prepare(path);
+        fixture->prepare(path);
     }
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("earlier.wav"));
-    QVERIFY(bench.isEnabled("pushButtonGo"));
+    QCOMPARE(fixture->takePrinted().size(), 2);
+    QCOMPARE(fixture->textOf("lineEditWavFileName"), QString("earlier.wav"));
+    QVERIFY(fixture->window().pushButtonGo->isEnabled());
 }

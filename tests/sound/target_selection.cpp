@@ -8,10 +8,10 @@
 #include <QStandardPaths>
 #include <QtTest>
 
-Q_DECLARE_METATYPE(TargetBench::Session)
+Q_DECLARE_METATYPE(testsupport::Fixture::Session)
 
 using testsupport::click;
-using Session = TargetBench::Session;
+using Session = testsupport::Fixture::Session;
 
 namespace {
 
@@ -31,8 +31,8 @@ struct DialogSettings {
 };
 
 /// Lays a cancelled target dialog ready that first notes its settings.
-void noteAndCancel(TargetBench& bench, DialogSettings& settings) {
-    bench.session.dialogs.expect("Select a target sound file", [&settings](QWidget* widget) {
+void noteAndCancel(testsupport::Fixture& fixture, DialogSettings& settings) {
+    fixture.dialogs.expect("Select a target sound file", [&settings](QWidget* widget) {
         if (auto* dialog = qobject_cast<QFileDialog*>(widget)) {
             settings = {dialog->parentWidget(), dialog->windowTitle(), dialog->directory().path(),
                         dialog->nameFilters(),  dialog->fileMode(),    dialog->acceptMode(),
@@ -54,11 +54,6 @@ void addBothSessions() {
     QTest::newRow("experiment") << Session::Experiment;
 }
 
-/// "Experiment" is locked until a session has ended.
-void unlockExperiment(TargetBench& bench) {
-    testsupport::find<QPushButton>(bench.window, "pushButtonExperiment")->setEnabled(true);
-}
-
 } // namespace
 
 void TestTargetSelection::dialogAsksForOneSoundFileOnTheDesktop_data() {
@@ -67,52 +62,48 @@ void TestTargetSelection::dialogAsksForOneSoundFileOnTheDesktop_data() {
 
 void TestTargetSelection::dialogAsksForOneSoundFileOnTheDesktop() {
     QFETCH(Session, session);
-    TargetBench bench;
-    unlockExperiment(bench);
+    // "Experiment" is locked until a session has ended.
+    fixture->window().pushButtonExperiment->setEnabled(true);
     DialogSettings settings;
-    noteAndCancel(bench, settings);
-    errorsOf([&] { click(bench.window, buttonOf(session)); });
-    QCOMPARE(settings.parent, &bench.window);
+    noteAndCancel(*fixture, settings);
+    click(fixture->window(), buttonOf(session));
+    QCOMPARE(fixture->takePrinted(), QStringList("Unable to open WAV file: /"));
+    QCOMPARE(settings.parent, &fixture->window());
     QCOMPARE(settings.title, QString("Select a target sound file"));
     QCOMPARE(settings.folder, desktop());
     QCOMPARE(settings.filters, QStringList("Sound files (*.wav)"));
     QCOMPARE(settings.mode, QFileDialog::ExistingFile);
     QCOMPARE(settings.acceptMode, QFileDialog::AcceptOpen);
     QVERIFY(settings.isModal);
-    QCOMPARE(bench.complaints(), QString());
 }
 
 void TestTargetSelection::dialogOpensOnTheDesktopEveryTime() {
-    TargetBench bench;
-    QCOMPARE(bench.prepare(bench.write("target.wav", unevenCodes(40))), std::string());
-    QCOMPARE(bench.window.data.wavFolder, desktop());
-    bench.window.data.wavFolder = bench.folder.path();
+    fixture->prepare(fixture->write("target.wav", unevenCodes(40)));
+    QCOMPARE(fixture->window().data.wavFolder, desktop());
+    fixture->window().data.wavFolder = fixture->folder.path();
     DialogSettings settings;
-    noteAndCancel(bench, settings);
-    errorsOf([&] { bench.window.selectWavFile(); });
+    noteAndCancel(*fixture, settings);
+    fixture->window().selectWavFile();
     QCOMPARE(settings.folder, desktop());
-    QCOMPARE(bench.window.data.wavFolder, desktop());
-    QCOMPARE(bench.complaints(), QString());
+    QCOMPARE(fixture->window().data.wavFolder, desktop());
 }
 
 void TestTargetSelection::chosenFileBecomesTheOnlyRecord() {
-    TargetBench bench;
-    bench.write("another.wav", unevenCodes(40));
-    const QString path = bench.write("target.wav", unevenCodes(40));
-    bench.window.data.records = {Record(), Record(), Record()};
-    bench.session.dialogs.chooseTarget(path);
-    QCOMPARE(errorsOf([&] { bench.window.selectWavFile(); }), std::string());
-    QCOMPARE(bench.window.data.wavFilePath, bench.folder.path());
-    QCOMPARE(bench.window.data.wavFileName, QString("target.wav"));
-    QCOMPARE(bench.window.data.records.size(), 1);
-    const Record& record = bench.window.data.records.first();
-    QCOMPARE(record.filePath, bench.folder.path());
+    fixture->write("another.wav", unevenCodes(40));
+    const QString path = fixture->write("target.wav", unevenCodes(40));
+    fixture->window().data.records = {Record(), Record(), Record()};
+    fixture->dialogs.chooseTarget(path);
+    fixture->window().selectWavFile();
+    QCOMPARE(fixture->window().data.wavFilePath, fixture->folder.path());
+    QCOMPARE(fixture->window().data.wavFileName, QString("target.wav"));
+    QCOMPARE(fixture->window().data.records.size(), 1);
+    const Record& record = fixture->window().data.records.first();
+    QCOMPARE(record.filePath, fixture->folder.path());
     QCOMPARE(record.fileName, QString("target.wav"));
     QVERIFY(record.frequencyMatched == 0.0);
     QCOMPARE(record.reserved1, 0);
     QCOMPARE(record.reserved2, 0);
-    QCOMPARE(bench.window.nFiles, 1);
-    QCOMPARE(bench.complaints(), QString());
+    QCOMPARE(fixture->window().nFiles, 1);
 }
 
 void TestTargetSelection::namesWithBlanksAndUmlautsAreFound_data() {
@@ -131,57 +122,51 @@ void TestTargetSelection::namesWithBlanksAndUmlautsAreFound_data() {
 void TestTargetSelection::namesWithBlanksAndUmlautsAreFound() {
     QFETCH(QString, folderName);
     QFETCH(QString, name);
-    TargetBench bench;
-    QVERIFY(QDir(bench.folder.path()).mkdir(folderName));
+    QVERIFY(QDir(fixture->folder.path()).mkdir(folderName));
     const QVector<int> codes = unevenCodes(40);
-    const QString path = bench.write(folderName + '/' + name, codes);
-    QCOMPARE(bench.prepare(path), std::string());
-    QCOMPARE(bench.text("lineEditWavFilePath"), bench.folder.filePath(folderName));
-    QCOMPARE(bench.text("lineEditWavFileName"), name);
-    QCOMPARE(bench.window.currentTargetPath, path);
-    QVERIFY(bench.window.targetSamples == scaledFrom16Bits(codes));
-    QVERIFY(bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+    const QString path = fixture->write(folderName + '/' + name, codes);
+    fixture->prepare(path);
+    QCOMPARE(fixture->window().lineEditWavFilePath->text(), fixture->pathOf(folderName));
+    QCOMPARE(fixture->window().lineEditWavFileName->text(), name);
+    QCOMPARE(fixture->window().currentTargetPath, path);
+    QVERIFY(fixture->window().targetSamples == scaledFrom16Bits(codes));
+    QVERIFY(fixture->window().pushButtonGo->isEnabled());
 }
 
 void TestTargetSelection::selectionAloneStoresACancelledDialogLikeAnyChoice() {
-    TargetBench bench;
-    bench.session.dialogs.cancelTarget();
-    QCOMPARE(errorsOf([&] { bench.window.selectWavFile(); }), std::string());
-    QCOMPARE(bench.window.data.wavFilePath, QString());
-    QCOMPARE(bench.window.data.wavFileName, QString());
-    QCOMPARE(bench.window.data.records.size(), 1);
-    QCOMPARE(bench.window.data.records.first().filePath, QString());
-    QCOMPARE(bench.window.data.records.first().fileName, QString());
-    QCOMPARE(bench.window.nFiles, 1);
-    QCOMPARE(bench.complaints(), QString());
+    fixture->dialogs.cancelTarget();
+    fixture->window().selectWavFile();
+    QCOMPARE(fixture->window().data.wavFilePath, QString());
+    QCOMPARE(fixture->window().data.wavFileName, QString());
+    QCOMPARE(fixture->window().data.records.size(), 1);
+    QCOMPARE(fixture->window().data.records.first().filePath, QString());
+    QCOMPARE(fixture->window().data.records.first().fileName, QString());
+    QCOMPARE(fixture->window().nFiles, 1);
 }
 
 void TestTargetSelection::updateWavTextFieldsShowsFolderAndCurrentRecord() {
-    TargetBench bench;
     Record first;
     first.fileName = "first.wav";
     Record second;
     second.fileName = "second.wav";
-    bench.window.data.records = {first, second};
-    bench.window.data.wavFilePath = "/some/folder";
-    bench.window.data.wavFileName = "neither.wav";
-    bench.window.currentFileIndex = 1;
-    bench.window.updateWavTextFields();
-    QCOMPARE(bench.text("lineEditWavFilePath"), QString("/some/folder"));
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("second.wav"));
-    bench.window.currentFileIndex = 0;
-    bench.window.updateWavTextFields();
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("first.wav"));
+    fixture->window().data.records = {first, second};
+    fixture->window().data.wavFilePath = "/some/folder";
+    fixture->window().data.wavFileName = "neither.wav";
+    fixture->window().currentFileIndex = 1;
+    fixture->window().updateWavTextFields();
+    QCOMPARE(fixture->window().lineEditWavFilePath->text(), QString("/some/folder"));
+    QCOMPARE(fixture->window().lineEditWavFileName->text(), QString("second.wav"));
+    fixture->window().currentFileIndex = 0;
+    fixture->window().updateWavTextFields();
+    QCOMPARE(fixture->window().lineEditWavFileName->text(), QString("first.wav"));
 }
 
 void TestTargetSelection::updateWavTextFieldsKeepsTheNameWithoutRecords() {
-    TargetBench bench;
-    bench.window.data.records.clear();
-    bench.window.data.wavFilePath = "/some/folder";
-    bench.window.updateWavTextFields();
-    QCOMPARE(bench.text("lineEditWavFilePath"), QString("/some/folder"));
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("File001.wav"));
+    fixture->window().data.records.clear();
+    fixture->window().data.wavFilePath = "/some/folder";
+    fixture->window().updateWavTextFields();
+    QCOMPARE(fixture->window().lineEditWavFilePath->text(), QString("/some/folder"));
+    QCOMPARE(fixture->window().lineEditWavFileName->text(), QString("File001.wav"));
 }
 
 void TestTargetSelection::cancellingWithoutAnEarlierTargetDisablesGo_data() {
@@ -190,22 +175,21 @@ void TestTargetSelection::cancellingWithoutAnEarlierTargetDisablesGo_data() {
 
 void TestTargetSelection::cancellingWithoutAnEarlierTargetDisablesGo() {
     QFETCH(Session, session);
-    TargetBench bench;
-    unlockExperiment(bench);
-    const QStringList before = bench.preparedState();
-    QCOMPARE(bench.prepareCancelled(session), std::string("Unable to open WAV file: /\n"));
-    QCOMPARE(bench.preparedState(), before);
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("File001.wav"));
-    QCOMPARE(bench.text("lineEditWavFilePath"), desktop());
-    QCOMPARE(bench.window.nFiles, 0);
-    QCOMPARE(bench.window.trialSequence, QVector<int>());
-    QCOMPARE(bench.window.data.records.size(), 1);
-    QCOMPARE(bench.window.data.records.first().fileName, QString());
-    QVERIFY(bench.isEnabled("pushButtonPractice"));
-    QCOMPARE(bench.isEnabled("pushButtonExperiment"), session == Session::Experiment);
-    QVERIFY(!bench.isEnabled("pushButtonGo"));
-    QVERIFY(bench.window.isEnabled());
-    QCOMPARE(bench.complaints(), QString());
+    // "Experiment" is locked until a session has ended.
+    fixture->window().pushButtonExperiment->setEnabled(true);
+    const QStringList before = preparedState();
+    QCOMPARE(prepareCancelled(session), QStringList("Unable to open WAV file: /"));
+    QCOMPARE(preparedState(), before);
+    QCOMPARE(fixture->window().lineEditWavFileName->text(), QString("File001.wav"));
+    QCOMPARE(fixture->window().lineEditWavFilePath->text(), desktop());
+    QCOMPARE(fixture->window().nFiles, 0);
+    QCOMPARE(fixture->window().trialSequence, QVector<int>());
+    QCOMPARE(fixture->window().data.records.size(), 1);
+    QCOMPARE(fixture->window().data.records.first().fileName, QString());
+    QVERIFY(fixture->window().pushButtonPractice->isEnabled());
+    QCOMPARE(fixture->window().pushButtonExperiment->isEnabled(), session == Session::Experiment);
+    QVERIFY(!fixture->window().pushButtonGo->isEnabled());
+    QVERIFY(fixture->window().isEnabled());
 }
 
 void TestTargetSelection::cancellingKeepsWhatAnEarlierTargetHasDrawn_data() {
@@ -214,35 +198,29 @@ void TestTargetSelection::cancellingKeepsWhatAnEarlierTargetHasDrawn_data() {
 
 void TestTargetSelection::cancellingKeepsWhatAnEarlierTargetHasDrawn() {
     QFETCH(Session, session);
-    TargetBench bench;
-    const QString path = bench.write("earlier.wav", unevenCodes(400));
-    QCOMPARE(bench.prepare(path), std::string());
-    unlockExperiment(bench);
-    bench.window.data.nResponses = 1;
-    bench.window.data.records[0].frequencyMatched = 612;
-    bench.window.updateTrend();
-    bench.window.updateFrequencyMatched();
-    const QStringList before = bench.preparedState();
-    QCOMPARE(bench.prepareCancelled(session), std::string("Unable to open WAV file: /\n"));
-    QCOMPARE(bench.preparedState(), before);
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("earlier.wav"));
-    QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("612"));
-    QCOMPARE(bench.window.nFiles, 0);
-    QCOMPARE(bench.window.trialSequence, QVector<int>());
-    QCOMPARE(bench.window.data.records.size(), 1);
-    QCOMPARE(bench.window.data.records.first().fileName, QString());
-    QVERIFY(!bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+    const QString path = fixture->write("earlier.wav", unevenCodes(400));
+    fixture->prepare(path);
+    // "Experiment" is locked until a session has ended.
+    fixture->window().pushButtonExperiment->setEnabled(true);
+    answerOnce();
+    const QStringList before = preparedState();
+    QCOMPARE(prepareCancelled(session), QStringList("Unable to open WAV file: /"));
+    QCOMPARE(preparedState(), before);
+    QCOMPARE(fixture->window().lineEditWavFileName->text(), QString("earlier.wav"));
+    QCOMPARE(fixture->window().lineEditFrequencyMatched->text(), QString("612"));
+    QCOMPARE(fixture->window().nFiles, 0);
+    QCOMPARE(fixture->window().trialSequence, QVector<int>());
+    QCOMPARE(fixture->window().data.records.size(), 1);
+    QCOMPARE(fixture->window().data.records.first().fileName, QString());
+    QVERIFY(!fixture->window().pushButtonGo->isEnabled());
 }
 
 void TestTargetSelection::preparationAfterACancelledOneSucceeds() {
-    TargetBench bench;
-    bench.prepareCancelled();
-    QCOMPARE(bench.prepare(bench.write("target.wav", unevenCodes(40))), std::string());
-    QCOMPARE(bench.window.nFiles, 1);
-    QCOMPARE(bench.window.trialSequence, QVector<int>{0});
-    QCOMPARE(bench.text("lineEditWavFileName"), QString("target.wav"));
-    QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("not started yet"));
-    QVERIFY(bench.isEnabled("pushButtonGo"));
-    QCOMPARE(bench.complaints(), QString());
+    prepareCancelled();
+    fixture->prepare(fixture->write("target.wav", unevenCodes(40)));
+    QCOMPARE(fixture->window().nFiles, 1);
+    QCOMPARE(fixture->window().trialSequence, QVector<int>{0});
+    QCOMPARE(fixture->window().lineEditWavFileName->text(), QString("target.wav"));
+    QCOMPARE(fixture->window().lineEditFrequencyMatched->text(), QString("not started yet"));
+    QVERIFY(fixture->window().pushButtonGo->isEnabled());
 }

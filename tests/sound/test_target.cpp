@@ -56,53 +56,26 @@ QVector<double> scaledFrom16Bits(const QVector<int>& codes) {
     return samples;
 }
 
-TargetBench::TargetBench() {
-    window.show();
-    if (!QTest::qWaitForWindowExposed(&window))
-        qFatal("the main window does not appear");
+QStringList TargetTest::prepareCancelled(Session kind) {
+    fixture->dialogs.cancelTarget();
+    testsupport::click(fixture->window(),
+                       kind == Session::Practice ? "pushButtonPractice" : "pushButtonExperiment");
+    return fixture->takePrinted();
 }
 
-QString TargetBench::write(const QString& name, const QByteArray& bytes) const {
-    QString path = folder.filePath(name);
-    if (!testsupport::writeBytes(path, bytes))
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
+void TargetTest::answerOnce() {
+    fixture->window().data.nResponses = 1;
+    fixture->window().data.records[0].frequencyMatched = 612;
+    fixture->window().updateTrend();
+    fixture->window().updateFrequencyMatched();
 }
 
-QString TargetBench::write(const QString& name, const QVector<int>& codes, quint32 samplingRate,
-                           quint16 channelCount) const {
-    return write(name, testsupport::wavWithSamples({samplingRate, channelCount, 16}, codes));
-}
-
-std::string TargetBench::prepare(const QString& path, Session kind) {
-    return errorsOf([&] { session.prepare(kind, path); });
-}
-
-std::string TargetBench::prepareCancelled(Session kind) {
-    return errorsOf([&] {
-        session.dialogs.cancelTarget();
-        testsupport::click(window, kind == Session::Practice ? "pushButtonPractice"
-                                                             : "pushButtonExperiment");
-    });
-}
-
-QString TargetBench::text(const char* lineEditName) {
-    return testsupport::find<QLineEdit>(window, lineEditName)->text();
-}
-
-bool TargetBench::isEnabled(const char* buttonName) {
-    return testsupport::find<QPushButton>(window, buttonName)->isEnabled();
-}
-
-QStringList TargetBench::preparedState() const {
-    const auto shown = [this](const char* name) {
-        return QLatin1String(name) + u' ' +
-               window.findChild<QLineEdit*>(QLatin1String(name))->text();
-    };
-    return {shown("lineEditSoundDuration"),
-            shown("lineEditWavFilePath"),
-            shown("lineEditWavFileName"),
-            shown("lineEditFrequencyMatched"),
+QStringList TargetTest::preparedState() {
+    const testsupport::InspectedMainWindow& window = fixture->window();
+    return {window.lineEditSoundDuration->text(),
+            window.lineEditWavFilePath->text(),
+            window.lineEditWavFileName->text(),
+            window.lineEditFrequencyMatched->text(),
             line("counts", QVector<double>{double(window.fftLength), window.fftFrameDuration,
                                            window.frequencyResolution, window.data.soundDuration,
                                            window.data.plotDuration, double(window.data.nSamples),
@@ -133,10 +106,6 @@ QStringList TargetBench::preparedState() const {
             line("axisYFFT", window.axisYFFT),
             line("axisXTrend", window.axisXTrend),
             line("axisYTrend", window.axisYTrend)};
-}
-
-QString TargetBench::complaints() {
-    return (session.dialogs.takeComplaints() + log.warnings()).join(u'\n');
 }
 
 void TestTargetFunctions::samplesPerChannelAreWhole_data() {
@@ -296,9 +265,7 @@ void TestTargetFunctions::firstChannelIsCopied() {
 }
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellion"));
-    return testsupport::runAll<TestTargetFunctions, TestTargetSelection, TestTargetLoading,
-                               TestTargetRefusals, TestTargetWaiting, TestTargetLargePages>(argc,
-                                                                                            argv);
+    return testsupport::runWithWindows<TestTargetFunctions, TestTargetSelection, TestTargetLoading,
+                                       TestTargetRefusals, TestTargetWaiting, TestTargetLargePages>(
+        argc, argv);
 }

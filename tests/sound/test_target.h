@@ -3,56 +3,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "support/InspectedWindows.h"
-#include "support/LogLines.h"
-#include "support/SessionDriver.h"
-#include "support/StreamCapture.h"
-#include "support/WavBytes.h"
+#include "support/Fixture.h"
 
-#include <QObject>
-#include <QTemporaryDir>
-
-#include <iostream>
-#include <string>
-
-using testsupport::errorsOf;
 using testsupport::unevenCodes;
 
 /// Returns what 16-bit samples are on the scale of a target.
 QVector<double> scaledFrom16Bits(const QVector<int>& codes);
 
-/// A main window on the screen, somebody who chooses files, and a folder for these.
-class TargetBench {
-public:
-    using Session = testsupport::SessionDriver::Session;
+/// Tests of a main window and the files that are chosen in it.
+class TargetTest : public testsupport::FixtureTest {
+protected:
+    using Session = testsupport::Fixture::Session;
 
-    TargetBench();
+    /// Clicks a session button and cancels the dialog; returns what that printed.
+    QStringList prepareCancelled(Session kind = Session::Practice);
 
-    /// Writes a file and returns its path.
-    QString write(const QString& name, const QByteArray& bytes) const;
-
-    /// Writes a mono file of 16 bits and returns its path.
-    QString write(const QString& name, const QVector<int>& codes, quint32 samplingRate = 40000,
-                  quint16 channelCount = 1) const;
-
-    /// Clicks a session button and chooses the file, or cancels the dialog; returns what standard
-    /// error was given.
-    std::string prepare(const QString& path, Session kind = Session::Practice);
-    std::string prepareCancelled(Session kind = Session::Practice);
-
-    QString text(const char* lineEditName);
-    bool isEnabled(const char* buttonName);
+    /// Shows a match in its field and in the trend.
+    void answerOnce();
 
     /// What preparing a target draws, sizes and shows, one line an item.
-    QStringList preparedState() const;
-
-    /// Unexpected dialogs, dialogs that did not come, and warnings on the log.
-    QString complaints();
-
-    QTemporaryDir folder;
-    testsupport::LogLines log;
-    testsupport::InspectedMainWindow window;
-    testsupport::SessionDriver session{window};
+    QStringList preparedState();
 };
 
 /// The computations that need no window (test_target.cpp).
@@ -73,7 +43,7 @@ private slots:
 };
 
 /// The file dialog and the text fields (target_selection.cpp).
-class TestTargetSelection : public QObject {
+class TestTargetSelection : public TargetTest {
     Q_OBJECT
 
 private slots:
@@ -94,7 +64,7 @@ private slots:
 };
 
 /// What a load makes of a good file (target_loading.cpp).
-class TestTargetLoading : public QObject {
+class TestTargetLoading : public TargetTest {
     Q_OBJECT
 
 private slots:
@@ -103,12 +73,7 @@ private slots:
     void longerPlotIsCutToTheTarget();
     void spectrumIsDrawnToHalfItsLengthAtMost();
     void timeAxisFollowsTheSettingsRate();
-    void bothChannelsGiveTheLeftOne();
     void threeChannelsGiveSilence();
-    void bitDepthsAreScaled_data();
-    void bitDepthsAreScaled();
-    void filesOfOtherPrograms_data();
-    void filesOfOtherPrograms();
     void shorterSecondTargetLeavesNoTail();
     void preparingCountsNoSoundsPlayed();
     void laterTrialKeepsTheSizeOfTheTarget_data();
@@ -122,21 +87,17 @@ private slots:
 };
 
 /// Files that cannot be loaded or cannot be a target (target_refusals.cpp).
-class TestTargetRefusals : public QObject {
+class TestTargetRefusals : public TargetTest {
     Q_OBJECT
 
 private slots:
-    void failedLoadWithoutAnEarlierTargetIsRefused_data();
-    void failedLoadWithoutAnEarlierTargetIsRefused();
-    void failedLoadGoesOnWithTheEarlierTarget_data();
-    void failedLoadGoesOnWithTheEarlierTarget();
+    void refusedFileWithoutAnEarlierTargetChangesNothing_data();
+    void refusedFileWithoutAnEarlierTargetChangesNothing();
+    void refusedFileGoesOnWithTheEarlierTarget_data();
+    void refusedFileGoesOnWithTheEarlierTarget();
     void fileThatHasVanishedIsAFailedLoad();
     void failedLoadAfterRefusedAndCancelledOnesGoesOnWithTheLastAccepted();
     void resultsNameTheTargetThatWasPlayed();
-    void unusableTargetChangesNothing_data();
-    void unusableTargetChangesNothing();
-    void unusableTargetGoesOnWithTheEarlierTarget_data();
-    void unusableTargetGoesOnWithTheEarlierTarget();
     void rateOfTheSettingsThatGivesNoCountRefuses_data();
     void rateOfTheSettingsThatGivesNoCountRefuses();
     void earlierTargetIsJudgedAgainBeforeItIsKept_data();
@@ -145,12 +106,16 @@ private slots:
     void earlierTargetMayTakeTheMemoryOfTheUnusableOne();
 
 private:
-    static void unusableTargets();
-    static void failingFiles();
+    static void refusedFiles();
+
+    QStringList prepareEarlierTarget();
+    QString writeTarget(const QByteArray& bytes, qint64 size) const;
+    void verifyEarlierKept(const QStringList& before);
+    void verifyRefused(const QStringList& before);
 };
 
 /// The wait cursor (target_waiting.cpp).
-class TestTargetWaiting : public QObject {
+class TestTargetWaiting : public TargetTest {
     Q_OBJECT
 
 private slots:
@@ -160,7 +125,7 @@ private slots:
 };
 
 /// The pages of memory behind long sounds (target_large_pages.cpp).
-class TestTargetLargePages : public QObject {
+class TestTargetLargePages : public TargetTest {
     Q_OBJECT
 
 private slots:

@@ -27,6 +27,10 @@ QString saveTitle() {
     return QStringLiteral("Save a file");
 }
 
+QString closingTitle() {
+    return QStringLiteral("Confirmation MessageBox");
+}
+
 QLineEdit* fileNameField(QWidget* dialog) {
     return dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
 }
@@ -85,6 +89,18 @@ void DialogDriver::cancelTarget() {
 
 void DialogDriver::cancelSaving() {
     cancelFile(saveTitle());
+}
+
+void DialogDriver::answerClosing(QMessageBox::StandardButton button, const QString& text) {
+    click(closingTitle(), button, text);
+}
+
+void DialogDriver::expectClosing(Answer answer) {
+    expect(closingTitle(), std::move(answer));
+}
+
+void DialogDriver::closeWarning(const QString& text) {
+    click(QStringLiteral("Warning"), QMessageBox::Ok, text);
 }
 
 void DialogDriver::chooseFile(const QString& title, const QString& path) {

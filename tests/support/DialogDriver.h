@@ -34,6 +34,13 @@ public:
     void cancelTarget();
     void cancelSaving();
 
+    /// Answers the question whether the listener's window is to be closed.
+    void answerClosing(QMessageBox::StandardButton button, const QString& text = QString());
+    void expectClosing(Answer answer);
+
+    /// Closes a warning, which must have this text where one is given.
+    void closeWarning(const QString& text = QString());
+
     /// Clicks a button of the next message box, which must have this title, and, when a text is
     /// given, that text.
     void click(const QString& title, QMessageBox::StandardButton button,

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace testsupport {
 
@@ -19,11 +20,17 @@ QByteArray readBytes(const QString& path) {
     return file.readAll();
 }
 
+QStringList filesIn(const QString& folder) {
+    QStringList paths;
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files, QDir::Name))
+        paths.append(file.absoluteFilePath());
+    return paths;
+}
+
 QList<QByteArray> contentsOf(const QString& folder) {
     QList<QByteArray> contents;
-    const QDir files(folder);
-    for (const QString& name : files.entryList(QDir::Files, QDir::Name))
-        contents.append(readBytes(files.filePath(name)));
+    for (const QString& path : filesIn(folder))
+        contents.append(readBytes(path));
     return contents;
 }
 

@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QString>
+#include <QStringList>
 
 namespace testsupport {
 
@@ -13,6 +13,9 @@ bool writeBytes(const QString& path, const QByteArray& bytes);
 
 /// Returns all of a file; a null array when it cannot be opened.
 QByteArray readBytes(const QString& path);
+
+/// Returns the paths of the files in a folder, by their names; none when there is no such folder.
+QStringList filesIn(const QString& folder);
 
 /// Returns all of each file in a folder, by their names; none when there is no such folder.
 QList<QByteArray> contentsOf(const QString& folder);

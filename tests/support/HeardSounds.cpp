@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/HeardSounds.h"
 
+#include "support/WavBytes.h"
+
+#include <QtEndian>
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -114,6 +118,32 @@ QVector<float> heardFrom(const QVector<int>& codes, int bits) {
         const bool isLowestOf24Bits = bits == 24 && value == -fullScale;
         samples.append(isLowestOf24Bits ? 1.0F : float(double(value) / fullScale));
     }
+    return samples;
+}
+
+QVector<float> heardFromFile(const QByteArray& file) {
+    if (file.size() < wavoffset::data)
+        return {};
+    const char* const bytes = file.constData();
+    const int channels = qFromLittleEndian<quint16>(bytes + wavoffset::channelCount);
+    const auto rate = qFromLittleEndian<quint32>(bytes + wavoffset::samplingRate);
+    const int bits = qFromLittleEndian<quint16>(bytes + wavoffset::bitsPerSample);
+    const int bytesPerFrame = bits / 8 * channels;
+    const int frames = (file.size() - wavoffset::data) / bytesPerFrame;
+    QVector<int> codes;
+    for (int i = 0; i < frames && channels <= 2; ++i) {
+        const char* const sample = bytes + wavoffset::data + qptrdiff(i) * bytesPerFrame;
+        if (bits == 8)
+            codes.append(uchar(*sample));
+        else if (bits == 16)
+            codes.append(qFromLittleEndian<qint16>(sample));
+        else // The two lower bytes, and the sign in the third.
+            codes.append(qFromLittleEndian<quint16>(sample) | qint8(sample[2]) * 0x10000);
+    }
+    QVector<float> samples = heardFrom(codes, bits);
+    constexpr double playedRate = 40000; // Hz
+    const double shownMs = QString::number(frames * 1000.0 / rate, 'f', 2).toDouble();
+    samples.resize(int(std::floor(shownMs / 1000 * playedRate)));
     return samples;
 }
 

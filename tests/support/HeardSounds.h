@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
@@ -44,6 +45,11 @@ HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound)
 
 /// Returns what is heard of a target of one channel with these codes, of 8, 16 or 24 bits.
 QVector<float> heardFrom(const QVector<int>& codes, int bits = 16);
+
+/// Returns what is heard of a target file with a header of 44 bytes: its first channel, as long as
+/// the duration in hundredths of a millisecond says at 40000 Hz; silence where there are three
+/// channels or more.
+QVector<float> heardFromFile(const QByteArray& file);
 
 /// Returns what is heard of a comparison sinusoid of that frequency (Hz) and count of samples.
 QVector<float> heardSinusoid(int frequency, int count);

@@ -5,9 +5,12 @@
 #include "app/MainWindow.h"
 #include "subject/SubjectWindow.h"
 
+#include <QMetaMethod>
+
 namespace testsupport {
 
-/// Opens what is protected, so that tests can look at what no widget shows. Nothing is overridden.
+/// Opens what is protected, so that tests can look at what no widget shows, and notes which of its
+/// own signals get connected.
 class InspectedMainWindow : public MainWindow {
 public:
     using MainWindow::MainWindow;
@@ -28,12 +31,14 @@ public:
     using MainWindow::chartViewTrend;
     using MainWindow::chartViewWav;
     using MainWindow::chartWav;
+    using MainWindow::checkBoxSaveData;
     using MainWindow::comboBoxMainParameter;
     using MainWindow::comboBoxSesType;
     using MainWindow::comboBoxSoundType;
     using MainWindow::currentFileIndex;
     using MainWindow::currentTargetPath;
     using MainWindow::data;
+    using MainWindow::deleteCharts;
     using MainWindow::fftAmplitudes;
     using MainWindow::fftFrameDuration;
     using MainWindow::fftFrequencies;
@@ -49,6 +54,15 @@ public:
     using MainWindow::layoutCharts;
     using MainWindow::layoutControls;
     using MainWindow::layoutOuter;
+    using MainWindow::lineEditFrequencyMatched;
+    using MainWindow::lineEditOutputFileName;
+    using MainWindow::lineEditOutputFilePath;
+    using MainWindow::lineEditSamplingRate;
+    using MainWindow::lineEditSilentInterval;
+    using MainWindow::lineEditSoundDuration;
+    using MainWindow::lineEditSubCode;
+    using MainWindow::lineEditWavFileName;
+    using MainWindow::lineEditWavFilePath;
     using MainWindow::nFiles;
     using MainWindow::nRepetitions;
     using MainWindow::nRepetitionsExperiment;
@@ -56,6 +70,10 @@ public:
     using MainWindow::playSinusoidNext;
     using MainWindow::pointsFFT;
     using MainWindow::pointsWav;
+    using MainWindow::pushButtonExperiment;
+    using MainWindow::pushButtonGo;
+    using MainWindow::pushButtonPractice;
+    using MainWindow::pushButtonQuit;
     using MainWindow::rangeFFT;
     using MainWindow::rangeTrend;
     using MainWindow::rangeWav;
@@ -66,6 +84,7 @@ public:
     using MainWindow::sinusoidSamples;
     using MainWindow::soundsPerPresentation;
     using MainWindow::soundsPlayed;
+    using MainWindow::spinBoxFileNumber;
     using MainWindow::subjectWindow;
     using MainWindow::targetSamples;
     using MainWindow::timeAxisMs;
@@ -74,6 +93,14 @@ public:
     using MainWindow::trialSequence;
     using MainWindow::wav;
     using MainWindow::windowType;
+    using QObject::receivers;
+
+    QStringList connectedSignals; ///< In the order of connection, since construction.
+
+protected:
+    void connectNotify(const QMetaMethod& signal) override {
+        connectedSignals.append(QString::fromLatin1(signal.methodSignature()));
+    }
 };
 
 /// Opens what is protected in the listener's window.
@@ -81,12 +108,28 @@ class InspectedSubjectWindow : public SubjectWindow {
 public:
     using SubjectWindow::SubjectWindow;
 
+    using SubjectWindow::colourGrey;
+    using SubjectWindow::colourLeast;
+    using SubjectWindow::colourMost;
+    using SubjectWindow::colourWhite;
     using SubjectWindow::frequencyCurrent;
     using SubjectWindow::frequencyMax;
     using SubjectWindow::frequencyMin;
     using SubjectWindow::frequencyStepSize;
     using SubjectWindow::heightRatio;
     using SubjectWindow::isCentered;
+    using SubjectWindow::labelCurrentValue;
+    using SubjectWindow::layoutFrequency;
+    using SubjectWindow::layoutUnused;
+    using SubjectWindow::layoutWindow;
+    using SubjectWindow::pushButtonDone;
+    using SubjectWindow::pushButtonIAmReady;
+    using SubjectWindow::pushButtonPlaySinusoid;
+    using SubjectWindow::pushButtonPlayTarget;
+    using SubjectWindow::reserved;
+    using SubjectWindow::sliderFrequency;
+    using SubjectWindow::spinBoxFrequency;
+    using SubjectWindow::widgetCentral;
     using SubjectWindow::widthRatio;
 };
 

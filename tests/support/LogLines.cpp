@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/LogLines.h"
 
+#include <QMutex>
 #include <QtGlobal>
+
+#include <algorithm>
 
 namespace testsupport {
 
@@ -19,6 +22,12 @@ QStringList& warningLines() {
     return lines;
 }
 
+// The sound server's client warns from a thread of its own.
+QMutex& mutex() {
+    static QMutex theMutex;
+    return theMutex;
+}
+
 QtMessageHandler& earlierHandler() {
     static QtMessageHandler handler = nullptr;
     return handler;
@@ -29,6 +38,7 @@ void collect(QtMsgType type, const QMessageLogContext& context, const QString& m
     // and nobody's fault.
     if (qstrcmp(context.category, "qt.qpa.xcb") == 0)
         return;
+    const QMutexLocker lock(&mutex());
     allLines().append(message);
     if (type == QtWarningMsg || type == QtCriticalMsg)
         warningLines().append(message);
@@ -49,11 +59,28 @@ LogLines::~LogLines() {
 }
 
 QStringList LogLines::all() const {
+    const QMutexLocker lock(&mutex());
     return allLines();
 }
 
 QStringList LogLines::warnings() const {
+    const QMutexLocker lock(&mutex());
     return warningLines();
+}
+
+QStringList LogLines::takeComplaints() {
+    QStringList complaints;
+    for (const QString& warning : warnings())
+        if (!expectedWarnings.removeOne(warning) &&
+            std::none_of(allowedBeginnings.cbegin(), allowedBeginnings.cend(),
+                         [&](const QString& begin) { return warning.startsWith(begin); }))
+            complaints.append(QStringLiteral("on the log: ") + warning);
+    for (const QString& warning : qAsConst(expectedWarnings))
+        complaints.append(QStringLiteral("the log lacks: ") + warning);
+    expectedWarnings.clear();
+    const QMutexLocker lock(&mutex());
+    warningLines().clear();
+    return complaints;
 }
 
 } // namespace testsupport

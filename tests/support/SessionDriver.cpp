@@ -13,10 +13,6 @@ namespace testsupport {
 
 namespace {
 
-QString confirmationTitle() {
-    return QStringLiteral("Confirmation MessageBox");
-}
-
 SubjectWindow* visibleListener(const MainWindow& window) {
     for (auto* candidate : window.findChildren<SubjectWindow*>())
         if (candidate->isVisible())
@@ -37,7 +33,11 @@ QVector<int> soundsTold(const QSignalSpy& sounds) {
     return told;
 }
 
-SessionDriver::SessionDriver(MainWindow& mainWindow) : window(mainWindow) {}
+SessionDriver::SessionDriver(MainWindow& mainWindow)
+    : ownDialogs(std::make_unique<DialogDriver>()), dialogs(*ownDialogs), window(mainWindow) {}
+
+SessionDriver::SessionDriver(MainWindow& mainWindow, DialogDriver& dialogDriver)
+    : dialogs(dialogDriver), window(mainWindow) {}
 
 void SessionDriver::prepare(Session session, const QString& targetPath) {
     dialogs.chooseTarget(targetPath);
@@ -92,7 +92,7 @@ bool SessionDriver::playAndWait(const char* buttonName) {
 }
 
 void SessionDriver::finish(const QString& resultsPath) {
-    dialogs.click(confirmationTitle(), QMessageBox::Yes);
+    dialogs.answerClosing(QMessageBox::Yes);
     if (resultsPath.isEmpty())
         dialogs.saveAsProposed();
     else
@@ -102,7 +102,7 @@ void SessionDriver::finish(const QString& resultsPath) {
 }
 
 void SessionDriver::finishWithoutSaving() {
-    dialogs.click(confirmationTitle(), QMessageBox::Yes);
+    dialogs.answerClosing(QMessageBox::Yes);
     click(*subjectWindow, "pushButtonDone");
     subjectWindow = nullptr;
 }

@@ -9,6 +9,8 @@
 #include <QVector>
 #include <QtTest>
 
+#include <memory>
+
 class MainWindow;
 class SubjectWindow;
 
@@ -30,8 +32,12 @@ QVector<int> soundsTold(const QSignalSpy& sounds);
 
 /// The experimenter and the listener of one main window.
 class SessionDriver {
+    std::unique_ptr<DialogDriver> ownDialogs;
+
 public:
+    /// With somebody of its own to answer the dialogs, or together with others.
     explicit SessionDriver(MainWindow& mainWindow);
+    SessionDriver(MainWindow& mainWindow, DialogDriver& dialogDriver);
 
     enum class Session { Practice, Experiment };
 
@@ -69,7 +75,7 @@ public:
     /// The listener's window that is open; null when there is none.
     SubjectWindow* listener() const { return subjectWindow; }
 
-    DialogDriver dialogs;
+    DialogDriver& dialogs;
 
 private:
     bool playAndWait(const char* buttonName);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QtGlobal>
+
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -15,10 +17,7 @@ public:
     explicit StreamCapture(std::ostream& stream)
         : stream_(stream), original_(stream.rdbuf(&buffer_)) {}
     ~StreamCapture() { stream_.rdbuf(original_); }
-    StreamCapture(const StreamCapture&) = delete;
-    StreamCapture& operator=(const StreamCapture&) = delete;
-    StreamCapture(StreamCapture&&) = delete;
-    StreamCapture& operator=(StreamCapture&&) = delete;
+    Q_DISABLE_COPY_MOVE(StreamCapture)
 
     /// Returns everything written so far.
     [[nodiscard]] std::string text() const { return buffer_.str(); }
@@ -26,6 +25,14 @@ public:
     /// Returns the part of it that has been flushed.
     [[nodiscard]] std::string flushedText() const {
         return buffer_.str().substr(0, buffer_.flushedSize);
+    }
+
+    /// Returns the part of it that has been flushed, and forgets everything.
+    [[nodiscard]] std::string takeFlushed() {
+        std::string text = flushedText();
+        buffer_.str({});
+        buffer_.flushedSize = 0;
+        return text;
     }
 
 private:

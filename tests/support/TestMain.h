@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QApplication>
 #include <QtTest>
 
 #include <algorithm>
@@ -39,6 +40,13 @@ template <typename... TestClasses> int runAll(int argc, char** argv) {
     };
     (run(TestClasses()), ...);
     return failedClasses;
+}
+
+/// The same for tests of the windows, under the program's own name.
+template <typename... TestClasses> int runWithWindows(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pellion"));
+    return runAll<TestClasses...>(argc, argv);
 }
 
 } // namespace testsupport

@@ -1,0 +1,230 @@
+// What each test of the windows works with, and what none of them may leave unnoticed.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/Fixture.h"
+
+#include "session/ResponseJournal.h"
+#include "support/FileBytes.h"
+#include "support/HeardSounds.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include <algorithm>
+#include <cmath>
+
+namespace testsupport {
+
+namespace {
+
+QString titleOf(const QWidget& window) {
+    return window.windowTitle().isEmpty() ? QLatin1String(window.metaObject()->className())
+                                          : window.windowTitle();
+}
+
+bool isAudible(const QVector<float>& samples) {
+    return std::any_of(samples.cbegin(), samples.cend(), [](float x) { return x != 0.0F; });
+}
+
+} // namespace
+
+Fixture::Fixture() {
+    if (!folder.isValid())
+        qFatal("no folder can be made");
+    // Windows come and go here; none of them ends the program.
+    QApplication::setQuitOnLastWindowClosed(false);
+    qputenv("XDG_DATA_HOME", pathOf(QStringLiteral("data")).toLocal8Bit());
+}
+
+Fixture::~Fixture() {
+    destroyWindow();
+    if (earlierDataHome.isNull())
+        qunsetenv("XDG_DATA_HOME");
+    else
+        qputenv("XDG_DATA_HOME", earlierDataHome);
+}
+
+InspectedMainWindow& Fixture::window() {
+    if (!mainWindow) {
+        mainWindow = std::make_unique<InspectedMainWindow>();
+        QObject::connect(mainWindow.get(), &MainWindow::soundPlaying,
+                         [this](int index) { soundSignals.append(index); });
+    }
+    return *mainWindow;
+}
+
+SessionDriver& Fixture::session() {
+    if (!sessionDriver) {
+        window().show();
+        if (!QTest::qWaitForWindowExposed(mainWindow.get()))
+            qFatal("the main window does not appear");
+        sessionDriver.emplace(*mainWindow, dialogs);
+    }
+    return *sessionDriver;
+}
+
+void Fixture::destroyWindow() {
+    sessionDriver.reset();
+    mainWindow.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+SoundRecorder& Fixture::recorder() {
+    if (!soundRecorder) {
+        soundRecorder.emplace();
+        if (!soundRecorder->start())
+            qFatal("the sound device cannot be recorded");
+    }
+    return *soundRecorder;
+}
+
+QString Fixture::write(const QString& name, const QByteArray& bytes) const {
+    QString path = pathOf(name);
+    if (!writeBytes(path, bytes))
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
+QString Fixture::write(const QString& name, const QVector<int>& codes,
+                       const WavFormat& format) const {
+    return write(name, wavWithSamples(format, codes));
+}
+
+QString Fixture::writeTone(const QString& name, int milliseconds, int frequency) const {
+    constexpr int samplesPerMillisecond = 40;
+    constexpr double fullTurn = 6.283185307179586;
+    QVector<int> codes(milliseconds * samplesPerMillisecond);
+    for (int i = 0; i < codes.size(); ++i)
+        codes[i] = int(std::lround(16000 * std::sin(fullTurn * frequency * i / 40000)));
+    return write(name, codes);
+}
+
+void Fixture::prepare(const QString& targetPath, Session kind) {
+    constexpr double pauseMs = 10;
+    target = targetPath;
+    session().prepare(kind, targetPath);
+    session().setPause(pauseMs);
+    window().lineEditOutputFilePath->setText(folder.path());
+}
+
+bool Fixture::start() {
+    if (session().go() == nullptr)
+        return false;
+    session().beReady();
+    return true;
+}
+
+QVector<float> Fixture::expectedTarget() const {
+    return heardFromFile(readBytes(target));
+}
+
+bool Fixture::playTarget() {
+    // Silence cannot be told from silence.
+    if (isAudible(expectedTarget()))
+        expectSound(expectedTarget());
+    return session().playTarget();
+}
+
+bool Fixture::playSinusoid(int frequency) {
+    const QVector<float> sinusoid = heardSinusoid(frequency, expectedTarget().size());
+    if (isAudible(sinusoid))
+        expectSound(sinusoid);
+    return session().playSinusoid(frequency);
+}
+
+QString Fixture::differenceHeard() {
+    if (!recorder().waitForSilence())
+        return QStringLiteral("the sound device does not fall silent");
+    return findSounds(recorder().samples(), expectedSounds).difference;
+}
+
+QString Fixture::finish() {
+    const QString path = pathOf(window().lineEditOutputFileName->text());
+    dialogs.answerClosing(QMessageBox::Yes);
+    if (window().data.saveDataToFile)
+        dialogs.saveAsProposed();
+    session().listener()->close();
+    return path;
+}
+
+void Fixture::cancelSaving() {
+    dialogs.cancelSaving();
+    dialogs.closeWarning(QStringLiteral("could not open file for writing \r\n"));
+    log.expect(QStringLiteral("QFSFileEngine::open: No file name specified"));
+}
+
+void Fixture::finishCancelled() {
+    dialogs.answerClosing(QMessageBox::Yes);
+    cancelSaving();
+    session().listener()->close();
+}
+
+QString Fixture::textOf(const char* lineEditName) {
+    return find<QLineEdit>(window(), lineEditName)->text();
+}
+
+bool Fixture::isEnabled(const char* buttonName) {
+    return find<QPushButton>(window(), buttonName)->isEnabled();
+}
+
+int Fixture::fileNumber() {
+    return window().spinBoxFileNumber->value();
+}
+
+QStringList Fixture::journals() {
+    return filesIn(journalFolder());
+}
+
+QStringList Fixture::takePrinted() {
+    QStringList lines = QString::fromLocal8Bit(printed.takeFlushed().c_str()).split(u'\n');
+    if (lines.last().isEmpty())
+        lines.removeLast();
+    else
+        lines.last() += QStringLiteral(" (without an end of line)");
+    return lines;
+}
+
+void Fixture::closeLeftoverWindows(QStringList& complaints) {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        const bool isWindow =
+            widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog;
+        if (!isWindow || !widget->isVisible())
+            continue;
+        complaints.append(QStringLiteral("still open: %1").arg(titleOf(*widget)));
+        widget->hide();
+    }
+}
+
+QStringList Fixture::end() {
+    QStringList complaints = dialogs.takeComplaints();
+    if (QWidget* dialog = QApplication::activeModalWidget()) {
+        complaints.append(QStringLiteral("dialog still open: %1").arg(titleOf(*dialog)));
+        dialog->hide();
+    }
+    for (const QString& line : takePrinted())
+        complaints.append(QStringLiteral("printed: ") + line);
+    destroyWindow();
+    closeLeftoverWindows(complaints);
+    // A session that a test leaves unfinished has its responses kept: that is no complaint.
+    for (const QString& line : takePrinted())
+        if (!line.startsWith(QLatin1String("Responses kept in: ")))
+            complaints.append(QStringLiteral("printed: ") + line);
+    return complaints + log.takeComplaints();
+}
+
+void FixtureTest::init() {
+    // There is one still where the setUp() before has failed.
+    fixture.reset();
+    fixture = std::make_unique<Fixture>();
+    setUp();
+}
+
+void FixtureTest::cleanup() {
+    const QString complaints = fixture->end().join(u'\n');
+    fixture.reset();
+    QCOMPARE(complaints, QString());
+}
+
+} // namespace testsupport
