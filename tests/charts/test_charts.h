@@ -49,13 +49,12 @@ class TestChartScaffolding : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
+    void propertiesAreAsTheyShouldBe_data();
     void propertiesAreAsTheyShouldBe();
     void chartOwnsItsSeriesAndAxes_data();
     void chartOwnsItsSeriesAndAxes();
-    void chartsAreVisibleAndEmptyAtStart_data();
-    void chartsAreVisibleAndEmptyAtStart();
-    void chartsStandBelowEachOther_data();
-    void chartsStandBelowEachOther();
+    void chartsAreVisibleBelowEachOther_data();
+    void chartsAreVisibleBelowEachOther();
     void secondCallCreatesNothing_data();
     void secondCallCreatesNothing();
     void onlyWhatIsMissingIsCreated();
@@ -83,9 +82,8 @@ private slots:
     void withoutSamplesTheEarlierPointsStay();
     void withoutTargetTheRangeStays();
     void countingPointsDrawsNothing();
-    void spectrumIsComputedForTheTarget();
-    void analysisWindowChangesTheTargetInPlace();
-    void unknownAnalysisWindowSilencesTheTarget();
+    void spectrumIsThatOfTheWindowedTarget_data();
+    void spectrumIsThatOfTheWindowedTarget();
     void spectrumIsDrawnUpToTheHighestFrequencyShown();
     void strongComponentBeyondTheAxisSetsItsTop();
     void spectrumLeavesItsFrequencyAxis();
@@ -104,7 +102,6 @@ class TestTrendChart : public testsupport::FixtureTest {
 
 private slots:
     void firstResponseKeepsTheEmptyRange();
-    void secondResponseSetsTheRange();
     void everyResponseHasItsTick();
     void rangeSpansAllResponses();
     void equalResponsesCollapseTheRange();
