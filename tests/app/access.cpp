@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
-#include "support/InspectedWindows.h"
-#include "support/SessionDriver.h"
-
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
@@ -33,7 +30,7 @@ QList<QWidget*> controlsOf(QWidget& window) {
     return controls;
 }
 
-QString told(QWidget* widget, QAccessible::Text kind) {
+QString textOf(QWidget* widget, QAccessible::Text kind) {
     return QAccessible::queryAccessibleInterface(widget)->text(kind);
 }
 
@@ -68,9 +65,9 @@ QStringList cutOffTexts(QWidget& window) {
             continue;
         widget->show();
         QApplication::processEvents();
-        const QSize least = widget->minimumSizeHint();
+        const QSize minimum = widget->minimumSizeHint();
         const QRect place(widget->mapTo(&window, QPoint()), widget->size());
-        if (widget->width() < least.width() || widget->height() < least.height() ||
+        if (widget->width() < minimum.width() || widget->height() < minimum.height() ||
             !window.rect().contains(place))
             cutOff.append(widget->objectName());
     }
@@ -80,8 +77,8 @@ QStringList cutOffTexts(QWidget& window) {
 void compareNames(QWidget& window, const QMap<QString, QString>& expected) {
     QMap<QString, QString> names;
     for (QWidget* control : controlsOf(window)) {
-        names.insert(control->objectName(), told(control, QAccessible::Name));
-        QVERIFY2(told(control, QAccessible::Description).size() > 10,
+        names.insert(control->objectName(), textOf(control, QAccessible::Name));
+        QVERIFY2(textOf(control, QAccessible::Description).size() > 10,
                  qPrintable(control->objectName()));
     }
     QCOMPARE(names, expected);
@@ -99,7 +96,7 @@ void compareBuddies(QWidget& window, const QMap<QString, QString>& expected) {
 } // namespace
 
 void TestAccess::mainWindowsControlsHaveNamesAndDescriptions() {
-    MainWindow window;
+    MainWindow& window = fixture->window();
     compareNames(window, {{"chartViewFFT", "Amplitude Spectrum"},
                           {"chartViewTrend", "Response Trend"},
                           {"chartViewWav", "Time Waveform"},
@@ -121,7 +118,7 @@ void TestAccess::mainWindowsControlsHaveNamesAndDescriptions() {
 }
 
 void TestAccess::mainWindowsLabelsNameTheirFields() {
-    MainWindow window;
+    MainWindow& window = fixture->window();
     compareBuddies(window, {{"WAV filepath", "lineEditWavFilePath"},
                             {"WAV filename", "lineEditWavFileName"},
                             {"Sampling rate", "lineEditSamplingRate"},
@@ -135,8 +132,8 @@ void TestAccess::mainWindowsLabelsNameTheirFields() {
 }
 
 void TestAccess::tabKeyGoesThroughTheMainWindowAsTheEyeDoes() {
-    MainWindow window;
-    window.show();
+    fixture->session();
+    MainWindow& window = fixture->window();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     auto* first = testsupport::find<QLineEdit>(window, "lineEditWavFilePath");
     QCOMPARE(
@@ -182,7 +179,7 @@ void TestAccess::textsHaveTheRoomTheyTake() {
     QFont scaled = usual;
     scaled.setPointSizeF(usual.pointSizeF() * percent / 100);
     QApplication::setFont(scaled);
-    testsupport::InspectedMainWindow mainWindow;
+    auto& mainWindow = fixture->window();
     const QStringList cutOffInMain = cutOffTexts(mainWindow);
     SubjectWindow subjectWindow(nullptr);
     const QStringList cutOffInSubject = cutOffTexts(subjectWindow);

@@ -7,9 +7,7 @@
 #include "app/WindowPlacement.h"
 #include "sound/SampleCount.h"
 
-#include <QGuiApplication>
 #include <QLocale>
-#include <QScreen>
 #include <QtTest>
 
 #include <limits>
@@ -177,30 +175,4 @@ void TestAppFunctions::windowIsPlacedOnTheAvailableScreen() {
     QFETCH(double, widthFraction);
     QFETCH(double, heightFraction);
     QTEST(windowPlacement(available, position, center, widthFraction, heightFraction), "placement");
-}
-
-void TestAppFunctions::bothWindowsArePlacedTheSameWay_data() {
-    QTest::addColumn<bool>("center");
-    QTest::addColumn<QPoint>("position");
-    QTest::newRow("centred") << true << QPoint(1, 2);
-    QTest::newRow("not centred, too near the corner") << false << QPoint(1, 2);
-    QTest::newRow("not centred") << false << QPoint(60, 80);
-}
-
-void TestAppFunctions::bothWindowsArePlacedTheSameWay() {
-    QFETCH(bool, center);
-    QFETCH(QPoint, position);
-    MainWindow mainWindow;
-    SubjectWindow subjectWindow;
-    mainWindow.move(position);
-    mainWindow.centerAndResizeMainWindow(center, 0.5, 1.25);
-    subjectWindow.move(position);
-    subjectWindow.centerAndResizeSubjectWindow(center, 0.5, 1.25);
-
-    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-    const QSize size(screen.width() / 2, screen.height());
-    const QPoint place = center ? QPoint((screen.width() - size.width()) / 2, 0)
-                                : QPoint(qMax(position.x(), 5), qMax(position.y(), 40));
-    QCOMPARE(mainWindow.geometry(), QRect(place, size));
-    QCOMPARE(subjectWindow.geometry(), QRect(place, size));
 }

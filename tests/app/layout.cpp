@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
-#include "support/SessionDriver.h"
+#include "support/GridCell.h"
 
 #include <QGridLayout>
 #include <QGuiApplication>
@@ -12,31 +12,10 @@
 #include <QSpinBox>
 #include <QtTest>
 
+using testsupport::cellOf;
 using testsupport::find;
-using testsupport::InspectedMainWindow;
 
 namespace {
-
-/// Where an item stands in a grid.
-struct Cell {
-    int row = -1;
-    int column = -1;
-    int rowSpan = -1;
-    int columnSpan = -1;
-
-    bool operator==(const Cell& other) const {
-        return std::tie(row, column, rowSpan, columnSpan) ==
-               std::tie(other.row, other.column, other.rowSpan, other.columnSpan);
-    }
-};
-
-Cell cellOf(const QGridLayout& grid, QLayoutItem* item) {
-    Cell cell;
-    for (int i = 0; i < grid.count(); ++i)
-        if (grid.itemAt(i) == item)
-            grid.getItemPosition(i, &cell.row, &cell.column, &cell.rowSpan, &cell.columnSpan);
-    return cell;
-}
 
 /// The names of the widgets of an item, left to right.
 QStringList namesIn(QLayoutItem* item) {
@@ -50,12 +29,8 @@ QStringList namesIn(QLayoutItem* item) {
 
 } // namespace
 
-void TestMainWindowLayout::initTestCase() {
-    window = std::make_unique<InspectedMainWindow>();
-}
-
-void TestMainWindowLayout::cleanupTestCase() {
-    window.reset();
+void TestMainWindowLayout::setUp() {
+    window = &fixture->window();
 }
 
 void TestMainWindowLayout::titleIsExact() {
@@ -70,44 +45,37 @@ void TestMainWindowLayout::placementIsFourFifthsByNineTenthsCentered() {
                    size.width(), size.height()));
 }
 
-void TestMainWindowLayout::controlsLieInTheirRows_data() {
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("isBox");
-    QTest::addColumn<QStringList>("names");
-    const auto addRow = [](int row, bool isBox, const QStringList& names) {
-        QTest::newRow(qPrintable(names.first())) << row << isBox << names;
-    };
-    addRow(1, false, {"labelSoundFileInformation"});
-    addRow(2, true, {"labelWavFilePath", "lineEditWavFilePath"});
-    addRow(3, true, {"labelWavFileName", "lineEditWavFileName"});
-    addRow(4, true, {"labelSamplingRate", "lineEditSamplingRate"});
-    addRow(5, true, {"labelSoundDuration", "lineEditSoundDuration"});
-    addRow(6, true, {"labelSilentInterval", "lineEditSilentInterval"});
-    addRow(7, true,
-           {"pushButtonPractice", "pushButtonExperiment", "pushButtonGo", "pushButtonQuit"});
-    addRow(8, true, {"labelSubjectCode", "lineEditSubCode", "checkBoxSaveData"});
-    addRow(9, true, {"labelFileNumber", "spinBoxFileNumber"});
-    addRow(10, true, {"labelOutputFilePath", "lineEditOutputFilePath"});
-    addRow(11, true, {"labelOutputFileName", "lineEditOutputFileName"});
-    addRow(12, true, {"labelFrequencyMatched", "lineEditFrequencyMatched"});
-}
-
 void TestMainWindowLayout::controlsLieInTheirRows() {
-    QFETCH(int, row);
-    QFETCH(bool, isBox);
-    QLayoutItem* item = window->layoutControls->itemAtPosition(row, 0);
-    QVERIFY(item);
-    QCOMPARE(qobject_cast<QHBoxLayout*>(item->layout()) != nullptr, isBox);
-    QTEST(namesIn(item), "names");
-    QVERIFY((cellOf(*window->layoutControls, item) == Cell{row, 0, 1, 4}));
-    QCOMPARE(window->layoutControls->count(), 12);
+    const QStringList rows[] = {
+        {"labelSoundFileInformation"},
+        {"labelWavFilePath", "lineEditWavFilePath"},
+        {"labelWavFileName", "lineEditWavFileName"},
+        {"labelSamplingRate", "lineEditSamplingRate"},
+        {"labelSoundDuration", "lineEditSoundDuration"},
+        {"labelSilentInterval", "lineEditSilentInterval"},
+        {"pushButtonPractice", "pushButtonExperiment", "pushButtonGo", "pushButtonQuit"},
+        {"labelSubjectCode", "lineEditSubCode", "checkBoxSaveData"},
+        {"labelFileNumber", "spinBoxFileNumber"},
+        {"labelOutputFilePath", "lineEditOutputFilePath"},
+        {"labelOutputFileName", "lineEditOutputFileName"},
+        {"labelFrequencyMatched", "lineEditFrequencyMatched"}};
+    const QGridLayout& grid = *window->layoutControls;
+    QCOMPARE(grid.count(), 12);
+    int row = 0;
+    for (const QStringList& names : rows) {
+        QLayoutItem* item = grid.itemAtPosition(++row, 0);
+        QVERIFY(item);
+        QCOMPARE(namesIn(item), names);
+        QCOMPARE(qobject_cast<QHBoxLayout*>(item->layout()) != nullptr, names.size() > 1);
+        QCOMPARE(cellOf(grid, item), QRect(0, row, 4, 1));
+    }
 }
 
 void TestMainWindowLayout::controlsAndChartsStandSideBySide() {
     const QGridLayout& outer = *window->layoutOuter;
     QCOMPARE(outer.count(), 2);
-    QVERIFY((cellOf(outer, window->layoutControls) == Cell{0, 0, 1, 1}));
-    QVERIFY((cellOf(outer, window->layoutCharts) == Cell{0, 1, 1, 1}));
+    QCOMPARE(cellOf(outer, window->layoutControls), QRect(0, 0, 1, 1));
+    QCOMPARE(cellOf(outer, window->layoutCharts), QRect(1, 0, 1, 1));
     QCOMPARE(outer.columnStretch(0), 1);
     QCOMPARE(outer.columnStretch(1), 2);
     QCOMPARE(window->centralWidget()->layout(), window->layoutOuter);
@@ -133,7 +101,33 @@ void TestMainWindowLayout::headingIsCenteredLowAndAtLeast100Wide() {
 }
 
 void TestMainWindowLayout::fileNumberTakesTheWidthThatIsLeft() {
-    const auto* fileNumber = find<QSpinBox>(*window, "spinBoxFileNumber");
+    const auto* fileNumber = window->spinBoxFileNumber;
     QCOMPARE(fileNumber->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
     QCOMPARE(fileNumber->sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
+}
+
+void TestMainWindowLayout::bothWindowsArePlacedTheSameWay_data() {
+    QTest::addColumn<bool>("center");
+    QTest::addColumn<QPoint>("position");
+    QTest::newRow("centred") << true << QPoint(1, 2);
+    QTest::newRow("not centred, too near the corner") << false << QPoint(1, 2);
+    QTest::newRow("not centred") << false << QPoint(60, 80);
+}
+
+void TestMainWindowLayout::bothWindowsArePlacedTheSameWay() {
+    QFETCH(bool, center);
+    QFETCH(QPoint, position);
+    MainWindow& mainWindow = *window;
+    SubjectWindow subjectWindow;
+    mainWindow.move(position);
+    mainWindow.centerAndResizeMainWindow(center, 0.5, 1.25);
+    subjectWindow.move(position);
+    subjectWindow.centerAndResizeSubjectWindow(center, 0.5, 1.25);
+
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    const QSize size(screen.width() / 2, screen.height());
+    const QPoint place = center ? QPoint((screen.width() - size.width()) / 2, 0)
+                                : QPoint(qMax(position.x(), 5), qMax(position.y(), 40));
+    QCOMPARE(mainWindow.geometry(), QRect(place, size));
+    QCOMPARE(subjectWindow.geometry(), QRect(place, size));
 }

@@ -4,21 +4,14 @@
 
 #include "support/CloseButton.h"
 #include "support/FileBytes.h"
-#include "support/LogLines.h"
 #include "support/ManagedWindows.h"
-#include "support/SessionDriver.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
-#include <QLayout>
-#include <QLineEdit>
 #include <QPointer>
 #include <QProcess>
-#include <QSpinBox>
-#include <QTemporaryDir>
 #include <QtCharts/QChart>
 #include <QtCharts/QChartView>
 #include <QtCharts/QLineSeries>
@@ -27,9 +20,7 @@
 #include <algorithm>
 
 using testsupport::CloseEvents;
-using testsupport::find;
 using testsupport::InspectedMainWindow;
-using testsupport::LogLines;
 using testsupport::ManagedWindow;
 
 namespace {
@@ -53,10 +44,7 @@ public:
         process.kill();
         process.waitForFinished();
     }
-    RunningProgram(const RunningProgram&) = delete;
-    RunningProgram& operator=(const RunningProgram&) = delete;
-    RunningProgram(RunningProgram&&) = delete;
-    RunningProgram& operator=(RunningProgram&&) = delete;
+    Q_DISABLE_COPY_MOVE(RunningProgram)
 
     /// Waits for the one window that opens; an id of 0 when none came.
     ManagedWindow waitForWindow() const {
@@ -85,55 +73,46 @@ private:
 } // namespace
 
 void TestMainWindowLife::openingAndDestroyingWritesNothingOnTheLog() {
-    const LogLines log;
-    {
-        MainWindow window;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-    }
-    QCOMPARE(log.all(), QStringList());
+    fixture->session();
+    fixture->destroyWindow();
+    QCOMPARE(fixture->log.all(), QStringList());
 }
 
 void TestMainWindowLife::destructorLeavesNothingBehind() {
     const QWidgetList before = QApplication::allWidgets();
-    QVector<QPointer<QObject>> parts;
-    {
-        InspectedMainWindow window;
-        for (QObject* part : window.findChildren<QObject*>())
-            parts.append(part);
-        for (QObject* part : std::initializer_list<QObject*>{
-                 window.labelSessionType.get(), window.labelSoundType.get(),
-                 window.labelMainParameter.get(), window.comboBoxSesType.get(),
-                 window.comboBoxSoundType.get(), window.comboBoxMainParameter.get()})
-            parts.append(part);
-        QVERIFY(std::none_of(parts.cbegin(), parts.cend(),
-                             [](const auto& part) { return part.isNull(); }));
-    }
-    QVERIFY(parts.size() > 50);
+    const InspectedMainWindow& window = fixture->window();
+    QVector<QPointer<QObject>> parts{
+        window.labelSessionType.get(),   window.labelSoundType.get(),
+        window.labelMainParameter.get(), window.comboBoxSesType.get(),
+        window.comboBoxSoundType.get(),  window.comboBoxMainParameter.get()};
+    for (QObject* part : window.findChildren<QObject*>())
+        parts.append(part);
+    QVERIFY(parts.size() > 50 && !parts.contains(nullptr));
+    fixture->destroyWindow();
     for (const auto& part : parts)
         QVERIFY2(part.isNull(), part ? qPrintable(part->objectName()) : "");
-    for (const QWidget* widget : QApplication::allWidgets())
-        QVERIFY2(before.contains(const_cast<QWidget*>(widget)), widget->metaObject()->className());
+    for (QWidget* widget : QApplication::allWidgets())
+        QVERIFY2(before.contains(widget), widget->metaObject()->className());
 }
 
 void TestMainWindowLife::destructorDeletesTheChartsInTheirOrder() {
-    auto window = std::make_unique<InspectedMainWindow>();
+    const InspectedMainWindow& window = fixture->window();
     const QVector<QPair<const char*, QObject*>> expectedOrder = {
-        {"seriesWav", window->seriesWav},
-        {"seriesFFT", window->seriesFFT},
-        {"seriesTrend", window->seriesTrend},
-        {"axisXWav", window->axisXWav},
-        {"axisXFFT", window->axisXFFT},
-        {"axisXTrend", window->axisXTrend},
-        {"axisYWav", window->axisYWav},
-        {"axisYFFT", window->axisYFFT},
-        {"axisYTrend", window->axisYTrend},
-        {"chartWav", window->chartWav},
-        {"chartFFT", window->chartFFT},
-        {"chartTrend", window->chartTrend},
-        {"chartViewWav", window->chartViewWav},
-        {"chartViewFFT", window->chartViewFFT},
-        {"chartViewTrend", window->chartViewTrend}};
+        {"seriesWav", window.seriesWav},
+        {"seriesFFT", window.seriesFFT},
+        {"seriesTrend", window.seriesTrend},
+        {"axisXWav", window.axisXWav},
+        {"axisXFFT", window.axisXFFT},
+        {"axisXTrend", window.axisXTrend},
+        {"axisYWav", window.axisYWav},
+        {"axisYFFT", window.axisYFFT},
+        {"axisYTrend", window.axisYTrend},
+        {"chartWav", window.chartWav},
+        {"chartFFT", window.chartFFT},
+        {"chartTrend", window.chartTrend},
+        {"chartViewWav", window.chartViewWav},
+        {"chartViewFFT", window.chartViewFFT},
+        {"chartViewTrend", window.chartViewTrend}};
     QStringList expected;
     QStringList deleted;
     for (const auto& [name, object] : expectedOrder) {
@@ -141,7 +120,7 @@ void TestMainWindowLife::destructorDeletesTheChartsInTheirOrder() {
         connect(object, &QObject::destroyed, this,
                 [&deleted, part = expected.last()] { deleted.append(part); });
     }
-    window.reset();
+    fixture->destroyWindow();
     QCOMPARE(deleted, expected);
 }
 
@@ -171,30 +150,15 @@ void TestMainWindowLife::programLoadsNoDriverThatItDoesNotDrawWith() {
 }
 
 void TestMainWindowLife::quitClosesTheWindow() {
-    MainWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    testsupport::click(window, "pushButtonQuit");
-    QVERIFY(!window.isVisible());
-}
-
-void TestMainWindowLife::closingIsIgnoredWhileTheWindowIsDisabled() {
-    MainWindow window;
-    window.show();
-    window.disableAllComponents();
-    QVERIFY(!window.isEnabled());
-    QVERIFY(!window.close());
-    QVERIFY(window.isVisible());
-    window.setEnabled(true);
-    QVERIFY(window.close());
-    QVERIFY(!window.isVisible());
+    fixture->session();
+    testsupport::click(fixture->window(), "pushButtonQuit");
+    QVERIFY(!fixture->window().isVisible());
 }
 
 void TestMainWindowLife::windowManagerClosesOnlyTheEnabledWindow() {
-    MainWindow window;
+    fixture->session();
+    MainWindow& window = fixture->window();
     const CloseEvents requests(window);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
     QTRY_COMPARE(testsupport::managedWindows().size(), 1);
     window.setEnabled(false);
     QVERIFY(testsupport::pressCloseButton(window));
@@ -206,34 +170,10 @@ void TestMainWindowLife::windowManagerClosesOnlyTheEnabledWindow() {
     QVERIFY(!window.isVisible());
 }
 
-void TestMainWindowLife::sessionAfter99IsNumbered100() {
-    InspectedMainWindow window;
-    window.data.saveDataToFile = false;
-    auto* fileNumber = find<QSpinBox>(window, "spinBoxFileNumber");
-    fileNumber->setValue(99);
-    window.finishIt();
-    QCOMPARE(fileNumber->value(), 100);
-    QCOMPARE(window.data.fileNumber, 100);
-    QCOMPARE(window.data.outputFileName, QStringLiteral("SUB001_practice100.txt"));
-}
-
-void TestMainWindowLife::lastFileNumberIsNotLost() {
-    InspectedMainWindow window;
-    window.data.saveDataToFile = false;
-    auto* fileNumber = find<QSpinBox>(window, "spinBoxFileNumber");
-    fileNumber->setValue(2147483646);
-    QCOMPARE(window.data.fileNumber, 2147483646);
-    QCOMPARE(window.data.outputFileName, QStringLiteral("SUB001_practice2147483646.txt"));
-    window.finishIt();
-    QCOMPARE(window.data.fileNumber, 2147483647);
-    QCOMPARE(fileNumber->value(), 2147483646);
-}
-
 void TestMainWindowLife::programOpensTheWindowAndEndsWithIt() {
-    // Without responses that other tests may have left.
-    const QTemporaryDir home;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home.path());
+    environment.insert(QStringLiteral("HOME"), fixture->folder.path());
+    environment.remove(QStringLiteral("XDG_DATA_HOME"));
     RunningProgram program(environment);
     const ManagedWindow window = program.waitForWindow();
     QCOMPARE(window.title, QStringLiteral("Vantaro Lab | Pellion (v014) | Main Window"));
@@ -258,13 +198,13 @@ void TestMainWindowLife::programOpensWithoutASoundDeviceAndSaysSo() {
 }
 
 void TestMainWindowLife::programNamesTheResponsesThatWereNotSaved() {
-    const QTemporaryDir home;
-    const QString folder = home.filePath(QStringLiteral(".local/share/pellion/journal"));
+    const QString folder = fixture->pathOf(QStringLiteral(".local/share/pellion/journal"));
     QVERIFY(QDir().mkpath(folder));
     const QString journal = folder + QStringLiteral("/SUB001_practice001-20260309-080559.txt");
     QVERIFY(testsupport::writeBytes(journal, "responses"));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home.path());
+    environment.insert(QStringLiteral("HOME"), fixture->folder.path());
+    environment.remove(QStringLiteral("XDG_DATA_HOME"));
     RunningProgram program(environment);
     QVERIFY(program.closeAndWait(program.waitForWindow()));
     QCOMPARE(program.process.readAllStandardError(),

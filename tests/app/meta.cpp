@@ -2,16 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
-#include "support/SessionDriver.h"
+#include "support/MethodNames.h"
 
 #include <QComboBox>
-#include <QLineEdit>
 #include <QMetaMethod>
 #include <QPushButton>
-#include <QSpinBox>
+#include <QtTest>
 
-using testsupport::DialogDriver;
-using testsupport::find;
 using testsupport::InspectedMainWindow;
 
 namespace {
@@ -39,75 +36,40 @@ QObject* senderNamed(InspectedMainWindow& window, const QString& name) {
 
 } // namespace
 
-void TestMainWindowConnections::init() {
-    window = std::make_unique<InspectedMainWindow>();
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-}
-
-void TestMainWindowConnections::cleanup() {
-    window.reset();
-}
-
-void TestMainWindowConnections::methodsHaveTheirIndices_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("methodType");
-    QTest::addColumn<QByteArray>("signature");
-    QTest::addColumn<QList<QByteArray>>("parameterNames");
-    // Names are compared where there are any in the list.
-    int index = 0;
-    const auto addRow = [&index](int type, const char* signature,
-                                 const QList<QByteArray>& parameterNames = {}) {
-        QTest::newRow(signature) << index++ << type << QByteArray(signature) << parameterNames;
-    };
-    addRow(QMetaMethod::Signal, "transferParameters(int,int,int,int)",
-           {"frequencyMin", "frequencyMax", "frequencyCurrent", "frequencyStepSize"});
-    addRow(QMetaMethod::Signal, "soundPlaying(int)", {"index"});
-    addRow(QMetaMethod::Signal, "stateChanged(QAudio::State)", {"audioState"});
-    addRow(QMetaMethod::Slot, "on_pushButtonPractice_clicked()");
-    addRow(QMetaMethod::Slot, "on_pushButtonExperiment_clicked()");
-    addRow(QMetaMethod::Slot, "on_pushButtonGo_clicked()");
-    addRow(QMetaMethod::Slot, "updateMainwindow(int,int)", {"response", "frequency"});
-    addRow(QMetaMethod::Slot, "playOneSound()");
-    addRow(QMetaMethod::Slot, "doNothing()");
-    addRow(QMetaMethod::Slot, "handleStateChanged(QAudio::State)");
-    addRow(QMetaMethod::Slot, "on_comboBoxSesType_currentIndexChanged(int)");
-    addRow(QMetaMethod::Slot, "on_comboBoxSoundType_currentIndexChanged(int)");
-    addRow(QMetaMethod::Slot, "on_comboBoxMainParameter_currentIndexChanged(int)");
-    addRow(QMetaMethod::Slot, "on_lineEditSubCode_textChanged(QString)", {"arg1"});
-    addRow(QMetaMethod::Slot, "on_spinBoxFileNumber_valueChanged(int)", {"newFileNumber"});
-    addRow(QMetaMethod::Slot, "refreshMainWindow()");
+void TestMainWindowConnections::setUp() {
+    fixture->session();
+    window = &fixture->window();
 }
 
 void TestMainWindowConnections::methodsHaveTheirIndices() {
-    QFETCH(int, index);
-    QFETCH(QList<QByteArray>, parameterNames);
-    const QMetaObject& metaObject = MainWindow::staticMetaObject;
-    const QMetaMethod method = metaObject.method(metaObject.methodOffset() + index);
-    QTEST(method.methodSignature(), "signature");
-    QTEST(int(method.methodType()), "methodType");
-    QCOMPARE(method.returnType(), int(QMetaType::Void));
-    if (!parameterNames.isEmpty())
-        QCOMPARE(method.parameterNames(), parameterNames);
-}
-
-void TestMainWindowConnections::audioStateIsRegisteredForArguments_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<bool>("isAudioState");
-    QTest::newRow("stateChanged") << 2 << true;
-    QTest::newRow("handleStateChanged") << 9 << true;
-    QTest::newRow("soundPlaying") << 1 << false;
+    QCOMPARE(testsupport::methodsOf(MainWindow::staticMetaObject),
+             QStringList(
+                 {"signal transferParameters(int frequencyMin, int frequencyMax, "
+                  "int frequencyCurrent, int frequencyStepSize)",
+                  "signal soundPlaying(int index)", "signal stateChanged(QAudio::State audioState)",
+                  "slot on_pushButtonPractice_clicked()", "slot on_pushButtonExperiment_clicked()",
+                  "slot on_pushButtonGo_clicked()",
+                  "slot updateMainwindow(int response, int frequency)", "slot playOneSound()",
+                  "slot doNothing()", "slot handleStateChanged(QAudio::State audioState)",
+                  "slot on_comboBoxSesType_currentIndexChanged(int index)",
+                  "slot on_comboBoxSoundType_currentIndexChanged(int index)",
+                  "slot on_comboBoxMainParameter_currentIndexChanged(int index)",
+                  "slot on_lineEditSubCode_textChanged(QString arg1)",
+                  "slot on_spinBoxFileNumber_valueChanged(int newFileNumber)",
+                  "slot refreshMainWindow()"}));
 }
 
 void TestMainWindowConnections::audioStateIsRegisteredForArguments() {
-    QFETCH(int, index);
-    QFETCH(bool, isAudioState);
-    int type = -2;
-    int argument = 0;
-    void* call[] = {&type, &argument};
-    MainWindow::staticMetaObject.static_metacall(QMetaObject::RegisterMethodArgumentMetaType, index,
-                                                 call);
-    QCOMPARE(type, isAudioState ? qMetaTypeId<QAudio::State>() : -1);
+    const std::pair<int, int> typesOfMethods[] = {
+        {2, qMetaTypeId<QAudio::State>()}, {9, qMetaTypeId<QAudio::State>()}, {1, -1}};
+    for (const auto& [index, expected] : typesOfMethods) {
+        int type = -2;
+        int argument = 0;
+        void* call[] = {&type, &argument};
+        MainWindow::staticMetaObject.static_metacall(QMetaObject::RegisterMethodArgumentMetaType,
+                                                     index, call);
+        QCOMPARE(type, expected);
+    }
 }
 
 void TestMainWindowConnections::everySignalIsConnectedOnce_data() {
@@ -140,66 +102,17 @@ void TestMainWindowConnections::everySignalIsConnectedOnce() {
     QVERIFY(widget);
     const int receivers = ReceiverCount::of(*widget, signal);
     // Takes away every connection of this pair.
-    QVERIFY(QObject::disconnect(widget, signal.constData(), window.get(), slot.constData()));
+    QVERIFY(QObject::disconnect(widget, signal.constData(), window, slot.constData()));
     QCOMPARE(ReceiverCount::of(*widget, signal), receivers - 1);
     // And no other signal or slot of the two was joined.
-    QVERIFY(!QObject::disconnect(widget, nullptr, window.get(), nullptr));
-}
-
-void TestMainWindowConnections::oneClickOpensOneDialog_data() {
-    QTest::addColumn<QByteArray>("button");
-    QTest::newRow("Practice") << QByteArray("pushButtonPractice");
-    QTest::newRow("Experiment") << QByteArray("pushButtonExperiment");
+    QVERIFY(!QObject::disconnect(widget, nullptr, window, nullptr));
 }
 
 void TestMainWindowConnections::oneClickOpensOneDialog() {
-    QFETCH(QByteArray, button);
-    DialogDriver dialogs;
-    dialogs.cancelTarget();
-    find<QPushButton>(*window, button.constData())->setEnabled(true);
-    testsupport::click(*window, button.constData());
-    QCOMPARE(dialogs.seen().size(), 1);
-    QCOMPARE(dialogs.takeComplaints(), QStringList());
-}
-
-void TestMainWindowConnections::everyInputRenamesTheOutputFile() {
-    const auto* name = find<QLineEdit>(*window, "lineEditOutputFileName");
-    QSignalSpy renamed(name, &QLineEdit::textChanged);
-
-    window->comboBoxSesType->setCurrentIndex(1);
-    QCOMPARE(window->data.sessionTypeIndex, 1);
-    QCOMPARE(name->text(), QStringLiteral("SUB001_experiment001.txt"));
-
-    auto* code = find<QLineEdit>(*window, "lineEditSubCode");
-    code->setFocus();
-    code->selectAll();
-    QTest::keyClicks(code, QStringLiteral("S7"));
-    QCOMPARE(window->data.subjectCode, QStringLiteral("S7"));
-    QCOMPARE(name->text(), QStringLiteral("S7_experiment001.txt"));
-
-    find<QSpinBox>(*window, "spinBoxFileNumber")->setValue(12);
-    QCOMPARE(window->data.fileNumber, 12);
-    QCOMPARE(name->text(), QStringLiteral("S7_experiment012.txt"));
-    QCOMPARE(window->data.outputFileName, name->text());
-    // The session, the selection overtyped by "S", then "7", the number.
-    QCOMPARE(renamed.count(), 4);
-
-    find<QLineEdit>(*window, "lineEditOutputFileName")->setText(QStringLiteral("other"));
-    window->comboBoxSoundType->setCurrentIndex(1);
-    QCOMPARE(window->data.soundTypeIndex, 1);
-    QCOMPARE(name->text(), QStringLiteral("S7_experiment012.txt"));
-    find<QLineEdit>(*window, "lineEditOutputFileName")->setText(QStringLiteral("other"));
-    window->comboBoxMainParameter->setCurrentIndex(1);
-    QCOMPARE(window->data.mainParameterIndex, 1);
-    QCOMPARE(name->text(), QStringLiteral("S7_experiment012.txt"));
-}
-
-void TestMainWindowConnections::doNothingDoesNothing() {
-    QSignalSpy transferred(window.get(), &MainWindow::transferParameters);
-    QSignalSpy playing(window.get(), &MainWindow::soundPlaying);
-    const auto before = window->grab().toImage();
-    QVERIFY(QMetaObject::invokeMethod(window.get(), "doNothing"));
-    QCOMPARE(transferred.count() + playing.count(), 0);
-    QCOMPARE(window->grab().toImage(), before);
-    QVERIFY(window->isEnabled());
+    for (QPushButton* button : {window->pushButtonPractice, window->pushButtonExperiment}) {
+        fixture->dialogs.cancelTarget();
+        button->setEnabled(true);
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(fixture->takePrinted(), QStringList("Unable to open WAV file: /"));
+    }
 }

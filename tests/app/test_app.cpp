@@ -7,7 +7,6 @@
 #include "support/FileBytes.h"
 #include "support/TestMain.h"
 
-#include <QApplication>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -31,71 +30,53 @@ bool isAscending(const std::vector<const void*>& addresses) {
 
 } // namespace
 
-void addRow(const char* field, const QVariant& actual, const QVariant& expected) {
-    QTest::newRow(field) << actual << expected;
-}
-
-void compareValueAndType() {
-    QFETCH(QVariant, actual);
-    QFETCH(QVariant, expected);
-    QCOMPARE(actual.userType(), expected.userType());
-    QCOMPARE(actual, expected);
-}
-
-void TestSettings::everySettingHasItsDefault_data() {
-    QTest::addColumn<QVariant>("actual");
-    QTest::addColumn<QVariant>("expected");
-    const Data data;
-    const QString desktop = expectedDesktop();
-    addRow("samplingRate", data.samplingRate, 40000.0);
-    addRow("soundDuration", data.soundDuration, 0.25);
-    addRow("nSamples", data.nSamples, 10000);
-    addRow("plotDuration", data.plotDuration, 0.25);
-    addRow("nPointsToPlot", data.nPointsToPlot, 10000);
-    addRow("fftMaxFrequency", data.fftMaxFrequency, 2000.0);
-    addRow("nFFTPointsToPlot", data.nFFTPointsToPlot, 500);
-    addRow("wavFolder", data.wavFolder, desktop);
-    addRow("outputFilePath", data.outputFilePath, desktop);
-    addRow("wavFilePath", data.wavFilePath, desktop);
-    addRow("subjectCode", data.subjectCode, "SUB001");
-    addRow("outputFileName", data.outputFileName, "SUB001.txt");
-    addRow("sessionTypes", data.sessionTypes, QStringList{"practice", "experiment"});
-    addRow("sessionTypeIndex", data.sessionTypeIndex, 0);
-    addRow("soundTypes", data.soundTypes, QStringList{".wav files", "reserved"});
-    addRow("soundTypeIndex", data.soundTypeIndex, 0);
-    addRow("mainParameters", data.mainParameters, QStringList{"sound files", "reserved"});
-    addRow("mainParameterIndex", data.mainParameterIndex, 0);
-    addRow("fileNumber", data.fileNumber, 1);
-    addRow("silentInterval", data.silentInterval, 0.5);
-    addRow("wavFileName", data.wavFileName, "File001.wav");
-    addRow("records", data.records.size(), 0);
-    addRow("frequencyMin", data.frequencyMin, 10);
-    addRow("frequencyMax", data.frequencyMax, 1000);
-    addRow("frequencyStart", data.frequencyStart, 500);
-    addRow("frequencyCurrent", data.frequencyCurrent, 500);
-    addRow("frequencyStepSize", data.frequencyStepSize, 1);
-    addRow("nResponses", data.nResponses, 0);
-    addRow("reserved", data.reserved, qint64(0));
-    addRow("saveDataToFile", data.saveDataToFile, true);
+void compare(const char* field, const QVariant& actual, const QVariant& expected) {
+    const bool isEqual = actual.userType() == expected.userType() && actual == expected;
+    QVERIFY2(isEqual, qPrintable(field + QStringLiteral(": ") + actual.toString()));
 }
 
 void TestSettings::everySettingHasItsDefault() {
-    compareValueAndType();
-}
-
-void TestSettings::everyFieldOfARecordHasItsDefault_data() {
-    QTest::addColumn<QVariant>("actual");
-    QTest::addColumn<QVariant>("expected");
-    const Record record;
-    addRow("filePath", record.filePath, expectedDesktop());
-    addRow("fileName", record.fileName, "");
-    addRow("frequencyMatched", record.frequencyMatched, 0.0);
-    addRow("reserved1", record.reserved1, qint64(0));
-    addRow("reserved2", record.reserved2, qint64(0));
+    const Data data;
+    const QString desktop = expectedDesktop();
+    compare("samplingRate", data.samplingRate, 40000.0);
+    compare("soundDuration", data.soundDuration, 0.25);
+    compare("nSamples", data.nSamples, 10000);
+    compare("plotDuration", data.plotDuration, 0.25);
+    compare("nPointsToPlot", data.nPointsToPlot, 10000);
+    compare("fftMaxFrequency", data.fftMaxFrequency, 2000.0);
+    compare("nFFTPointsToPlot", data.nFFTPointsToPlot, 500);
+    compare("wavFolder", data.wavFolder, desktop);
+    compare("outputFilePath", data.outputFilePath, desktop);
+    compare("wavFilePath", data.wavFilePath, desktop);
+    compare("subjectCode", data.subjectCode, "SUB001");
+    compare("outputFileName", data.outputFileName, "SUB001.txt");
+    compare("sessionTypes", data.sessionTypes, QStringList{"practice", "experiment"});
+    compare("sessionTypeIndex", data.sessionTypeIndex, 0);
+    compare("soundTypes", data.soundTypes, QStringList{".wav files", "reserved"});
+    compare("soundTypeIndex", data.soundTypeIndex, 0);
+    compare("mainParameters", data.mainParameters, QStringList{"sound files", "reserved"});
+    compare("mainParameterIndex", data.mainParameterIndex, 0);
+    compare("fileNumber", data.fileNumber, 1);
+    compare("silentInterval", data.silentInterval, 0.5);
+    compare("wavFileName", data.wavFileName, "File001.wav");
+    compare("records", data.records.size(), 0);
+    compare("frequencyMin", data.frequencyMin, 10);
+    compare("frequencyMax", data.frequencyMax, 1000);
+    compare("frequencyStart", data.frequencyStart, 500);
+    compare("frequencyCurrent", data.frequencyCurrent, 500);
+    compare("frequencyStepSize", data.frequencyStepSize, 1);
+    compare("nResponses", data.nResponses, 0);
+    compare("reserved", data.reserved, qint64(0));
+    compare("saveDataToFile", data.saveDataToFile, true);
 }
 
 void TestSettings::everyFieldOfARecordHasItsDefault() {
-    compareValueAndType();
+    const Record record;
+    compare("filePath", record.filePath, expectedDesktop());
+    compare("fileName", record.fileName, "");
+    compare("frequencyMatched", record.frequencyMatched, 0.0);
+    compare("reserved1", record.reserved1, qint64(0));
+    compare("reserved2", record.reserved2, qint64(0));
 }
 
 void TestSettings::settingsLieInTheirOrder() {
@@ -137,13 +118,6 @@ void TestSettings::foldersAreThoseThatTheUserHasSet() {
     QCOMPARE(record.filePath, folder);
 }
 
-void TestSettings::sessionTypesArePracticeAndExperiment() {
-    const Data data;
-    QCOMPARE(data.sessionTypes.size(), 2);
-    QCOMPARE(data.sessionTypes.value(data.sessionTypeIndex), QStringLiteral("practice"));
-    QCOMPARE(data.sessionTypes.value(1), QStringLiteral("experiment"));
-}
-
 void TestSettings::writingToCopiedRecordsLeavesTheOriginals() {
     Data data;
     data.records.resize(2);
@@ -155,9 +129,8 @@ void TestSettings::writingToCopiedRecordsLeavesTheOriginals() {
 }
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    return testsupport::runAll<TestSettings, TestAppFunctions, TestMainWindowStart,
-                               TestMainWindowLayout, TestMainWindowMembers,
-                               TestMainWindowConnections, TestMainWindowLife, TestAccess>(argc,
-                                                                                          argv);
+    return testsupport::runWithWindows<TestSettings, TestAppFunctions, TestMainWindowStart,
+                                       TestMainWindowLayout, TestMainWindowMembers,
+                                       TestMainWindowConnections, TestMainWindowLife, TestAccess>(
+        argc, argv);
 }

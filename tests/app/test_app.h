@@ -3,32 +3,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "support/InspectedWindows.h"
+#include "support/Fixture.h"
 
-#include <QObject>
 #include <QVariant>
 
-#include <memory>
-
-/// Adds a row of the columns "actual" and "expected", named after a field or member.
-void addRow(const char* field, const QVariant& actual, const QVariant& expected);
-
-/// Tests that both columns of the row have the same type and value.
-void compareValueAndType();
+/// Tests that a field or member has the type and the value that it should have.
+void compare(const char* field, const QVariant& actual, const QVariant& expected);
 
 /// The settings and the records (test_app.cpp).
 class TestSettings : public QObject {
     Q_OBJECT
 
 private slots:
-    void everySettingHasItsDefault_data();
     void everySettingHasItsDefault();
-    void everyFieldOfARecordHasItsDefault_data();
     void everyFieldOfARecordHasItsDefault();
     void settingsLieInTheirOrder();
     void fieldsOfARecordLieInTheirOrder();
     void foldersAreThoseThatTheUserHasSet();
-    void sessionTypesArePracticeAndExperiment();
     void writingToCopiedRecordsLeavesTheOriginals();
 };
 
@@ -50,103 +41,87 @@ private slots:
     void samplesOfADurationAreRoundedDown();
     void windowIsPlacedOnTheAvailableScreen_data();
     void windowIsPlacedOnTheAvailableScreen();
-    void bothWindowsArePlacedTheSameWay_data();
-    void bothWindowsArePlacedTheSameWay();
 };
 
 /// What the main window is when it opens (window.cpp).
-class TestMainWindowStart : public QObject {
+class TestMainWindowStart : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void everyWidgetCarriesItsMembersName_data();
     void everyWidgetCarriesItsMembersName();
-    void labelsHaveTheirTexts_data();
     void labelsHaveTheirTexts();
-    void fieldsShowTheSettings_data();
     void fieldsShowTheSettings();
-    void buttonsAreAsTheyShouldBe_data();
     void buttonsAreAsTheyShouldBe();
-    void onlyPracticeAndQuitAreEnabledButtons();
     void saveDataBoxIsCheckedAndEnabled();
-    void hiddenSelectionsAreFilledAndOutOfTheWindow_data();
     void hiddenSelectionsAreFilledAndOutOfTheWindow();
     void hiddenLabelsAreOutOfTheWindow();
     void fileNumberRunsFromOneToTheLastButOneInt();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// How the main window is laid out (layout.cpp).
-class TestMainWindowLayout : public QObject {
+class TestMainWindowLayout : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
     void titleIsExact();
     void placementIsFourFifthsByNineTenthsCentered();
-    void controlsLieInTheirRows_data();
     void controlsLieInTheirRows();
     void controlsAndChartsStandSideBySide();
     void elevenRowsAndThreeGridsAreAllInUse();
     void headingIsCenteredLowAndAtLeast100Wide();
     void fileNumberTakesTheWidthThatIsLeft();
+    void bothWindowsArePlacedTheSameWay_data();
+    void bothWindowsArePlacedTheSameWay();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// The members that no widget shows, as they start (members.cpp).
-class TestMainWindowMembers : public QObject {
+class TestMainWindowMembers : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void membersStartAsTheyShould_data();
     void membersStartAsTheyShould();
-    void vectorsAreSizedForTheSettings_data();
     void vectorsAreSizedForTheSettings();
-    void fontsAreNormalAndInPixels_data();
     void fontsAreNormalAndInPixels();
-    void audioFormatIsOneChannelOfFloats_data();
     void audioFormatIsOneChannelOfFloats();
     void initialPlotIsNotLimitedToTheSound();
     void vectorsFollowOtherSettings();
     void shortSoundShortensThePlot();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// Signals, slots and connections of the main window (meta.cpp).
-class TestMainWindowConnections : public QObject {
+class TestMainWindowConnections : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void methodsHaveTheirIndices_data();
     void methodsHaveTheirIndices();
-    void audioStateIsRegisteredForArguments_data();
     void audioStateIsRegisteredForArguments();
     void everySignalIsConnectedOnce_data();
     void everySignalIsConnectedOnce();
-    void oneClickOpensOneDialog_data();
     void oneClickOpensOneDialog();
-    void everyInputRenamesTheOutputFile();
-    void doNothingDoesNothing();
 
 private:
-    std::unique_ptr<testsupport::InspectedMainWindow> window;
+    void setUp() override;
+
+    testsupport::InspectedMainWindow* window = nullptr; ///< The fixture's.
 };
 
 /// Opening, closing and destroying the main window, and the program itself (life.cpp).
-class TestMainWindowLife : public QObject {
+class TestMainWindowLife : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
@@ -156,17 +131,14 @@ private slots:
     void programLoadsNoDriverThatItDoesNotDrawWith_data();
     void programLoadsNoDriverThatItDoesNotDrawWith();
     void quitClosesTheWindow();
-    void closingIsIgnoredWhileTheWindowIsDisabled();
     void windowManagerClosesOnlyTheEnabledWindow();
-    void sessionAfter99IsNumbered100();
-    void lastFileNumberIsNotLost();
     void programOpensTheWindowAndEndsWithIt();
     void programOpensWithoutASoundDeviceAndSaysSo();
     void programNamesTheResponsesThatWereNotSaved();
 };
 
 /// Use without a mouse or without eyes (access.cpp).
-class TestAccess : public QObject {
+class TestAccess : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:

@@ -2,196 +2,138 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
-#include "support/SessionDriver.h"
-
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QtCharts/QChartView>
+#include <QtTest>
 
-using testsupport::find;
-using testsupport::InspectedMainWindow;
+namespace {
 
-void TestMainWindowStart::initTestCase() {
-    window = std::make_unique<InspectedMainWindow>();
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+/// Returns a line for each child of a window that has a name of its own, sorted.
+template <typename Widget, typename Describe>
+QStringList described(const QWidget& window, Describe&& describe) {
+    QStringList lines;
+    for (const Widget* widget : window.findChildren<Widget*>())
+        if (!widget->objectName().isEmpty() &&
+            !widget->objectName().startsWith(QLatin1String("qt_")))
+            lines.append(widget->objectName() + ": " + describe(*widget));
+    lines.sort();
+    return lines;
 }
 
-void TestMainWindowStart::cleanupTestCase() {
-    window.reset();
-}
+} // namespace
 
-void TestMainWindowStart::everyWidgetCarriesItsMembersName_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("className");
-    const auto addRows = [](const char* className, const char* names) {
-        for (const QByteArray& name : QByteArray(names).split(' '))
-            QTest::newRow(name.constData()) << QString::fromLatin1(name) << QByteArray(className);
-    };
-    addRows("QLabel", "labelSoundFileInformation labelSamplingRate labelSoundDuration "
-                      "labelSilentInterval labelSubjectCode labelFileNumber labelWavFilePath "
-                      "labelWavFileName labelOutputFilePath labelOutputFileName "
-                      "labelFrequencyMatched");
-    addRows("QLineEdit", "lineEditSamplingRate lineEditSoundDuration lineEditSilentInterval "
-                         "lineEditSubCode lineEditWavFilePath lineEditWavFileName "
-                         "lineEditOutputFilePath lineEditOutputFileName lineEditFrequencyMatched");
-    addRows("QSpinBox", "spinBoxFileNumber");
-    addRows("QPushButton", "pushButtonPractice pushButtonExperiment pushButtonGo pushButtonQuit");
-    addRows("QCheckBox", "checkBoxSaveData");
-    addRows("QtCharts::QChartView", "chartViewWav chartViewFFT chartViewTrend");
-    addRows("QWidget", "widgetCentral");
+void TestMainWindowStart::setUp() {
+    fixture->session();
+    window = &fixture->window();
 }
 
 void TestMainWindowStart::everyWidgetCarriesItsMembersName() {
-    QFETCH(QString, name);
-    QFETCH(QByteArray, className);
-    const auto named = window->findChildren<QWidget*>(name);
-    QCOMPARE(named.size(), 1);
-    QCOMPARE(QByteArray(named.first()->metaObject()->className()), className);
-    QVERIFY(named.first()->isVisible());
-}
-
-void TestMainWindowStart::labelsHaveTheirTexts_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("text");
-    const auto addRow = [](const char* name, const char* text) {
-        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(text);
+    const QStringList widgets = described<QWidget>(*window, [](const QWidget& widget) {
+        return widget.metaObject()->className() + QString(widget.isVisible() ? "" : ", hidden");
+    });
+    QStringList expected;
+    const auto add = [&expected](const char* className, const char* names) {
+        for (const QString& name : QString(names).split(u' '))
+            expected.append(name + ": " + className);
     };
-    addRow("labelSoundFileInformation", "Sound File Information");
-    addRow("labelSamplingRate", "Sampling rate");
-    addRow("labelSoundDuration", "Sound duration (ms)");
-    addRow("labelSilentInterval", "Silent interval (ms)");
-    addRow("labelSubjectCode", "Subject code");
-    addRow("labelFileNumber", "File number");
-    addRow("labelWavFilePath", "WAV filepath");
-    addRow("labelWavFileName", "WAV filename");
-    addRow("labelOutputFilePath", "Output filepath");
-    addRow("labelOutputFileName", "Output filename");
-    addRow("labelFrequencyMatched", "Frequency matched (Hz)");
+    add("QLabel", "labelSoundFileInformation labelSamplingRate labelSoundDuration "
+                  "labelSilentInterval labelSubjectCode labelFileNumber labelWavFilePath "
+                  "labelWavFileName labelOutputFilePath labelOutputFileName labelFrequencyMatched");
+    add("QLineEdit", "lineEditSamplingRate lineEditSoundDuration lineEditSilentInterval "
+                     "lineEditSubCode lineEditWavFilePath lineEditWavFileName "
+                     "lineEditOutputFilePath lineEditOutputFileName lineEditFrequencyMatched");
+    add("QSpinBox", "spinBoxFileNumber");
+    add("QPushButton", "pushButtonPractice pushButtonExperiment pushButtonGo pushButtonQuit");
+    add("QCheckBox", "checkBoxSaveData");
+    add("QtCharts::QChartView", "chartViewWav chartViewFFT chartViewTrend");
+    add("QWidget", "widgetCentral");
+    expected.sort();
+    QCOMPARE(widgets, expected);
 }
 
 void TestMainWindowStart::labelsHaveTheirTexts() {
-    QFETCH(QString, name);
-    const auto* label = window->findChild<QLabel*>(name);
-    QVERIFY(label);
-    QTEST(label->text(), "text");
-}
-
-void TestMainWindowStart::fieldsShowTheSettings_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isEnabled");
-    const QString desktop = qEnvironmentVariable("HOME") + QStringLiteral("/Desktop");
-    const auto addRow = [](const char* name, const QString& text, bool isEnabled) {
-        QTest::newRow(name) << QString::fromLatin1(name) << text << isEnabled;
-    };
-    addRow("lineEditSamplingRate", "40000", false);
-    addRow("lineEditSoundDuration", "250.00", false);
-    addRow("lineEditSilentInterval", "500.00", false);
-    addRow("lineEditSubCode", "SUB001", true);
-    addRow("lineEditWavFilePath", desktop, false);
-    addRow("lineEditWavFileName", "File001.wav", false);
-    addRow("lineEditOutputFilePath", desktop, false);
-    addRow("lineEditOutputFileName", "SUB001_practice001.txt", false);
-    addRow("lineEditFrequencyMatched", "not started yet", false);
+    QCOMPARE(
+        described<QLabel>(*window, [](const QLabel& label) { return label.text(); }),
+        QStringList(
+            {"labelFileNumber: File number", "labelFrequencyMatched: Frequency matched (Hz)",
+             "labelOutputFileName: Output filename", "labelOutputFilePath: Output filepath",
+             "labelSamplingRate: Sampling rate", "labelSilentInterval: Silent interval (ms)",
+             "labelSoundDuration: Sound duration (ms)",
+             "labelSoundFileInformation: Sound File Information", "labelSubjectCode: Subject code",
+             "labelWavFileName: WAV filename", "labelWavFilePath: WAV filepath"}));
 }
 
 void TestMainWindowStart::fieldsShowTheSettings() {
-    QFETCH(QString, name);
-    const auto* field = window->findChild<QLineEdit*>(name);
-    QVERIFY(field);
-    QTEST(field->text(), "text");
-    QTEST(field->isEnabled(), "isEnabled");
-    QVERIFY(!field->isReadOnly());
-}
-
-void TestMainWindowStart::buttonsAreAsTheyShouldBe_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isEnabled");
-    QTest::newRow("Practice") << "pushButtonPractice"
-                              << "Practice" << true;
-    QTest::newRow("Experiment") << "pushButtonExperiment"
-                                << "Experiment" << false;
-    QTest::newRow("Go") << "pushButtonGo"
-                        << "Go" << false;
-    QTest::newRow("Quit") << "pushButtonQuit"
-                          << "Quit" << true;
+    const QString desktop = qEnvironmentVariable("HOME") + QStringLiteral("/Desktop");
+    const auto describe = [](const QLineEdit& field) {
+        return field.text() + (field.isEnabled() ? ", enabled" : "") +
+               (field.isReadOnly() ? ", read only" : "");
+    };
+    QCOMPARE(described<QLineEdit>(*window, describe),
+             QStringList({"lineEditFrequencyMatched: not started yet",
+                          "lineEditOutputFileName: SUB001_practice001.txt",
+                          "lineEditOutputFilePath: " + desktop, "lineEditSamplingRate: 40000",
+                          "lineEditSilentInterval: 500.00", "lineEditSoundDuration: 250.00",
+                          "lineEditSubCode: SUB001, enabled", "lineEditWavFileName: File001.wav",
+                          "lineEditWavFilePath: " + desktop}));
 }
 
 void TestMainWindowStart::buttonsAreAsTheyShouldBe() {
-    QFETCH(QString, name);
-    const auto* button = window->findChild<QPushButton*>(name);
-    QVERIFY(button);
-    QTEST(button->text(), "text");
-    QTEST(button->isEnabled(), "isEnabled");
-    QCOMPARE(button->minimumHeight(), 60);
-    QVERIFY(button->height() >= 60);
-}
-
-void TestMainWindowStart::onlyPracticeAndQuitAreEnabledButtons() {
-    QStringList enabled;
+    const auto describe = [](const QPushButton& button) {
+        return QStringLiteral("%1, %2%3")
+            .arg(button.text())
+            .arg(button.minimumHeight())
+            .arg(button.isEnabled() ? ", enabled" : "");
+    };
+    QCOMPARE(described<QPushButton>(*window, describe),
+             QStringList({"pushButtonExperiment: Experiment, 60", "pushButtonGo: Go, 60",
+                          "pushButtonPractice: Practice, 60, enabled",
+                          "pushButtonQuit: Quit, 60, enabled"}));
     for (const auto* button : window->findChildren<QPushButton*>())
-        if (button->isEnabled())
-            enabled.append(button->text());
-    enabled.sort();
-    QCOMPARE(enabled, (QStringList{"Practice", "Quit"}));
+        QVERIFY(button->height() >= 60);
 }
 
 void TestMainWindowStart::saveDataBoxIsCheckedAndEnabled() {
-    const auto* box = find<QCheckBox>(*window, "checkBoxSaveData");
-    QCOMPARE(box->text(), QStringLiteral("Save data to file"));
-    QVERIFY(box->isChecked());
-    QVERIFY(box->isEnabled());
-}
-
-void TestMainWindowStart::hiddenSelectionsAreFilledAndOutOfTheWindow_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("entries");
-    QTest::newRow("session") << "comboBoxSesType" << QStringList{"practice", "experiment"};
-    QTest::newRow("sound") << "comboBoxSoundType" << QStringList{".wav files", "reserved"};
-    QTest::newRow("parameter") << "comboBoxMainParameter" << QStringList{"sound files", "reserved"};
+    QCOMPARE(window->checkBoxSaveData->text(), QStringLiteral("Save data to file"));
+    QVERIFY(window->checkBoxSaveData->isChecked());
+    QVERIFY(window->checkBoxSaveData->isEnabled());
 }
 
 void TestMainWindowStart::hiddenSelectionsAreFilledAndOutOfTheWindow() {
-    QFETCH(QString, name);
-    const QComboBox* selection = nullptr;
-    for (const QComboBox* candidate :
+    QStringList selections;
+    for (const QComboBox* selection :
          {window->comboBoxSesType.get(), window->comboBoxSoundType.get(),
-          window->comboBoxMainParameter.get()})
-        if (candidate->objectName() == name)
-            selection = candidate;
-    QVERIFY(selection);
-    QStringList entries;
-    for (int i = 0; i < selection->count(); ++i)
-        entries.append(selection->itemText(i));
-    QTEST(entries, "entries");
-    QCOMPARE(selection->currentIndex(), 0);
-    QVERIFY(!selection->parent());
-    QVERIFY(!selection->isVisible());
+          window->comboBoxMainParameter.get()}) {
+        QStringList words{selection->objectName()};
+        for (int i = 0; i < selection->count(); ++i)
+            words.append(selection->itemText(i));
+        selections.append(words.join(", "));
+        QCOMPARE(selection->currentIndex(), 0);
+        QVERIFY(!selection->parent() && !selection->isVisible());
+    }
+    QCOMPARE(selections, QStringList({"comboBoxSesType, practice, experiment",
+                                      "comboBoxSoundType, .wav files, reserved",
+                                      "comboBoxMainParameter, sound files, reserved"}));
     QVERIFY(window->findChildren<QComboBox*>().isEmpty());
 }
 
 void TestMainWindowStart::hiddenLabelsAreOutOfTheWindow() {
-    QStringList texts;
-    QStringList names;
+    QStringList labels;
     for (const QLabel* label : {window->labelSessionType.get(), window->labelSoundType.get(),
                                 window->labelMainParameter.get()}) {
-        texts.append(label->text());
-        names.append(label->objectName());
-        QVERIFY(!label->parent());
-        QVERIFY(!label->isVisible());
+        labels.append(label->objectName() + ": " + label->text());
+        QVERIFY(!label->parent() && !label->isVisible());
     }
-    QCOMPARE(texts, (QStringList{"Session type", "Sound type", "Main parameter"}));
-    QCOMPARE(names, (QStringList{"labelSessionType", "labelSoundType", "labelMainParameter"}));
+    QCOMPARE(labels, QStringList({"labelSessionType: Session type", "labelSoundType: Sound type",
+                                  "labelMainParameter: Main parameter"}));
 }
 
 void TestMainWindowStart::fileNumberRunsFromOneToTheLastButOneInt() {
-    const auto* fileNumber = find<QSpinBox>(*window, "spinBoxFileNumber");
+    const auto* fileNumber = window->spinBoxFileNumber;
     QCOMPARE(fileNumber->value(), 1);
     QCOMPARE(fileNumber->minimum(), 1);
     QCOMPARE(fileNumber->maximum(), 2147483646);

@@ -25,7 +25,7 @@ struct ChartParts {
     const QValueAxis* axisX;
     const QValueAxis* axisY;
     const QChart* chart;
-    const QChartView* view;
+    QChartView* view;
 };
 
 enum ChartNumber : int { Waveform, Spectrum, Trend };
@@ -62,7 +62,7 @@ public:
         series->attachAxis(axisY);
     }
 
-    ChartParts parts() const { return {series, axisX, axisY, chart, &view}; }
+    ChartParts parts() { return {series, axisX, axisY, chart, &view}; }
 
 private:
     QLineSeries* series = new QLineSeries;
@@ -209,10 +209,10 @@ void TestChartScaffolding::chartOwnsItsSeriesAndAxes() {
 }
 
 void TestChartScaffolding::chartsAreVisibleBelowEachOther_data() {
-    const auto row = columns<int, QVector<int>>("number", "cell");
+    const auto row = columns<int, QRect>("number", "cell");
     row("waveform", Waveform, {0, 0, 1, 1});
-    row("spectrum", Spectrum, {1, 0, 1, 1});
-    row("trend", Trend, {2, 0, 1, 2});
+    row("spectrum", Spectrum, {0, 1, 1, 1});
+    row("trend", Trend, {0, 2, 2, 1});
 }
 
 void TestChartScaffolding::chartsAreVisibleBelowEachOther() {

@@ -1,12 +1,13 @@
 // The example analyses, on results files that the program wrote.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis_tables.h"
-#include "sessions/end_to_end_room.h"
+#include "support/Fixture.h"
+#include "support/TestMain.h"
 
 #include <QFile>
 #include <QtTest>
 
-class TestAnalysisOfSessions : public RoomTest {
+class TestAnalysisOfSessions : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
@@ -16,26 +17,29 @@ private slots:
 
 void TestAnalysisOfSessions::whatTheProgramWroteIsRead() {
     QFETCH(QStringList, command);
-    const Target target = room->tone("tone 440.wav");
+    const QString target = fixture->writeTone("tone 440.wav");
     const QVector<QVector<int>> requests{{300, 441}, {438}, {}};
     QVector<AnalysedSession> sessions;
     for (const QVector<int>& frequencies : requests) {
-        room->prepare(SessionRoom::Session::Practice, target);
-        QVERIFY(room->start());
-        QVERIFY(room->playTarget());
-        AnalysedSession session{"SUB001", "practice", room->fileNumber(), "tone 440.wav", {}};
+        fixture->prepare(target);
+        QVERIFY(fixture->start());
+        QVERIFY(fixture->playTarget());
+        AnalysedSession session{"SUB001", "practice", fixture->fileNumber(), "tone 440.wav", {}};
         for (const int frequency : frequencies) {
-            QVERIFY(room->playSinusoid(frequency));
+            QVERIFY(fixture->playSinusoid(frequency));
             session.frequencies.append(frequency);
         }
-        QVERIFY(QFile::exists(room->finish()));
+        QVERIFY(QFile::exists(fixture->finish()));
         sessions.append(session);
     }
-    const AnalysisRun run = analyse(command, "440", {room->folder.path()});
+    const AnalysisRun run = analyse(command, "440", {fixture->folder.path()});
     QCOMPARE(run.output, expectedTables(sessions, 440));
     QCOMPARE(run.errors, QString());
     QCOMPARE(run.status, 0);
 }
 
-QTEST_MAIN(TestAnalysisOfSessions)
+int main(int argc, char** argv) {
+    return testsupport::runWithWindows<TestAnalysisOfSessions>(argc, argv);
+}
+
 #include "analysis_sessions.moc"

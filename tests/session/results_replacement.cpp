@@ -5,7 +5,6 @@
 #include "session/FileReplacement.h"
 #include "support/DiskFaults.h"
 #include "support/EndsByItself.h"
-#include "support/FileBytes.h"
 #include "support/SyncCalls.h"
 
 #include <QDir>
@@ -19,10 +18,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using testsupport::readBytes;
 using testsupport::SmallDisk;
 using testsupport::WithoutPrivileges;
-using testsupport::writeBytes;
 
 namespace {
 
@@ -39,10 +36,7 @@ class OpenFolder {
 public:
     OpenFolder() { setMode(0777); }
     ~OpenFolder() { setMode(0777); }
-    OpenFolder(const OpenFolder&) = delete;
-    OpenFolder(OpenFolder&&) = delete;
-    OpenFolder& operator=(const OpenFolder&) = delete;
-    OpenFolder& operator=(OpenFolder&&) = delete;
+    Q_DISABLE_COPY_MOVE(OpenFolder)
 
     void setMode(mode_t mode) const {
         if (::chmod(folder.path().toLocal8Bit().constData(), mode) != 0)
@@ -197,9 +191,9 @@ void TestFileReplacement::folderThatTakesNoFileHasItsFileWrittenInPlace() {
     QCOMPARE(folder.names(), QStringList("old.txt"));
 }
 
-void TestFileReplacement::somebodyElsesFileInASharedFolderIsWrittenInPlace() {
+void TestFileReplacement::otherUsersFileInASharedFolderIsWrittenInPlace() {
     if (::getuid() != 0)
-        QSKIP("somebody else's file takes the administrator to make");
+        QSKIP("another user's file takes the administrator to make");
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     const ino_t earlier = statusOf(path).st_ino;

@@ -17,25 +17,6 @@ namespace {
 /// this time, nothing will.
 constexpr int longAfterTheSoundMs = 150;
 
-/// What a warning box was seen to be.
-struct SeenWarning {
-    QString text;
-    QMessageBox::StandardButtons buttons;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    bool hasParent = true;
-    int soundsPlayedMeanwhile = -1;
-};
-
-/// Answers the next warning box and notes what it is.
-void answerWarning(testsupport::Fixture& fixture, SeenWarning& seen) {
-    fixture.dialogs.expect(QStringLiteral("Warning"), [&](QWidget* dialog) {
-        const auto* box = qobject_cast<QMessageBox*>(dialog);
-        seen = {box->text(), box->standardButtons(), box->icon(), box->parentWidget() != nullptr,
-                fixture.window().soundsPlayed};
-        QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
-    });
-}
-
 } // namespace
 
 void TestSessionResponses::aSinusoidIsMatchedGeneratedAndScheduled() {
@@ -124,14 +105,16 @@ void TestSessionResponses::anInvalidResponseIsReportedAndChangesNothing() {
     const QStringList before = state();
     const int linesBefore = fixture->log.all().size();
     QSignalSpy sounds(&window, &MainWindow::soundPlaying);
-    SeenWarning seen;
-    answerWarning(*fixture, seen);
+    QVariantList facts;
+    fixture->dialogs.expect(QStringLiteral("Warning"), [&](QWidget* dialog) {
+        const auto* box = qobject_cast<QMessageBox*>(dialog);
+        facts = {box->text(), int(box->standardButtons()), box->icon(),
+                 box->parentWidget() == nullptr, window.soundsPlayed};
+        QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+    });
     window.updateMainwindow(response, 640);
-    QCOMPARE(seen.text, QStringLiteral("Invalid response"));
-    QCOMPARE(seen.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QCOMPARE(seen.icon, QMessageBox::Warning);
-    QVERIFY(!seen.hasParent);
-    QCOMPARE(seen.soundsPlayedMeanwhile, 0);
+    QCOMPARE(facts, QVariantList(
+                        {"Invalid response", int(QMessageBox::Ok), QMessageBox::Warning, true, 0}));
     QVERIFY(!sounds.wait(longAfterTheSoundMs));
     QCOMPARE(state(), before);
     QCOMPARE(fixture->log.all().size(), linesBefore);

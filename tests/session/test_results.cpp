@@ -6,53 +6,27 @@
 #include "session/ResultsText.h"
 #include "support/TestMain.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QLocale>
 
 #include <array>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 #include <limits>
 
-SavingWindow::SavingWindow(const QVector<double>& frequenciesMatched) {
-    window.lineEditOutputFilePath->setText(folder());
-    window.data.outputFilePath = folder();
+void SavingTest::setUp() {
+    auto& window = fixture->window();
+    window.lineEditOutputFilePath->setText(fixture->folder.path());
+    window.data.outputFilePath = fixture->folder.path();
     Record target;
     target.fileName = QStringLiteral("File001.wav");
     window.data.records = {target};
-    window.trendFrequencies = frequenciesMatched;
     window.show();
-    // No test takes as long.
-    forgottenDialogs.start(std::chrono::seconds(10));
-    QObject::connect(&forgottenDialogs, &QTimer::timeout, &closeForgottenDialog);
 }
 
-void SavingWindow::closeForgottenDialog() {
-    QWidget* dialog = QApplication::activeModalWidget();
-    if (dialog == nullptr)
-        return;
-    QTest::qFail("a dialog stays open", __FILE__, __LINE__);
-    dialog->close();
-}
-
-QString SavingWindow::shownPath() const {
-    return window.lineEditOutputFilePath->text();
-}
-
-QString SavingWindow::shownName() const {
-    return window.lineEditOutputFileName->text();
-}
-
-QByteArray expectedResults(const QString& targetFileName, const QStringList& frequencyTexts) {
-    const QString lineEnd = QString(QChar(13)) + QChar(10);
-    const QChar tab(9);
-    QString text = QStringList{"filename", "nTrials", "frequency matched (Hz)"}.join(tab) + lineEnd;
-    for (int i = 0; i < frequencyTexts.size(); ++i)
-        text += QStringList{targetFileName, QString::number(i + 1), frequencyTexts[i]}.join(tab) +
-                lineEnd;
-    return text.toLocal8Bit();
+void SavingTest::save(const QVector<double>& frequenciesMatched) {
+    fixture->window().trendFrequencies = frequenciesMatched;
+    fixture->window().writeDataToTxt();
 }
 
 namespace {
@@ -62,10 +36,7 @@ class DefaultLocale {
 public:
     explicit DefaultLocale(const QLocale& locale) { QLocale::setDefault(locale); }
     ~DefaultLocale() { QLocale::setDefault(earlier); }
-    DefaultLocale(const DefaultLocale&) = delete;
-    DefaultLocale(DefaultLocale&&) = delete;
-    DefaultLocale& operator=(const DefaultLocale&) = delete;
-    DefaultLocale& operator=(DefaultLocale&&) = delete;
+    Q_DISABLE_COPY_MOVE(DefaultLocale)
 
 private:
     QLocale earlier;
@@ -87,31 +58,22 @@ void TestResultsText::proposedName_data() {
     QTest::addColumn<QString>("type");
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("name");
-    QTest::newRow("defaults") << "SUB001"
-                              << "practice" << 1 << "SUB001_practice001.txt";
-    QTest::newRow("two digits") << "S7"
-                                << "experiment" << 12 << "S7_experiment012.txt";
-    QTest::newRow("99") << "S7"
-                        << "practice" << 99 << "S7_practice099.txt";
-    QTest::newRow("100") << "S7"
-                         << "practice" << 100 << "S7_practice100.txt";
-    QTest::newRow("999") << "S7"
-                         << "practice" << 999 << "S7_practice999.txt";
-    QTest::newRow("1000") << "S7"
-                          << "practice" << 1000 << "S7_practice1000.txt";
-    QTest::newRow("largest") << "S7"
-                             << "practice" << std::numeric_limits<int>::max()
-                             << "S7_practice2147483647.txt";
-    QTest::newRow("no code") << ""
-                             << "practice" << 1 << "_practice001.txt";
-    QTest::newRow("no type") << "S7"
-                             << "" << 1 << "S7_001.txt";
-    QTest::newRow("blanks") << " S 7 "
-                            << "practice" << 1 << " S 7 _practice001.txt";
-    QTest::newRow("placeholders") << "%1%2"
-                                  << "%3" << 1 << "%1%2_%3001.txt";
-    QTest::newRow("beyond ASCII") << "Prüfling 七"
-                                  << "practice" << 1 << "Prüfling 七_practice001.txt";
+    const auto row = [](const char* name, const QString& code, const QString& type, int number,
+                        const QString& expected) {
+        QTest::newRow(name) << code << type << number << expected;
+    };
+    row("defaults", "SUB001", "practice", 1, "SUB001_practice001.txt");
+    row("two digits", "S7", "experiment", 12, "S7_experiment012.txt");
+    row("99", "S7", "practice", 99, "S7_practice099.txt");
+    row("100", "S7", "practice", 100, "S7_practice100.txt");
+    row("999", "S7", "practice", 999, "S7_practice999.txt");
+    row("1000", "S7", "practice", 1000, "S7_practice1000.txt");
+    row("largest", "S7", "practice", std::numeric_limits<int>::max(), "S7_practice2147483647.txt");
+    row("no code", "", "practice", 1, "_practice001.txt");
+    row("no type", "S7", "", 1, "S7_001.txt");
+    row("blanks", " S 7 ", "practice", 1, " S 7 _practice001.txt");
+    row("placeholders", "%1%2", "%3", 1, "%1%2_%3001.txt");
+    row("beyond ASCII", "Prüfling 七", "practice", 1, "Prüfling 七_practice001.txt");
 }
 
 void TestResultsText::proposedName() {
@@ -201,12 +163,11 @@ void TestResultsText::localeWithADecimalCommaKeepsThePoint() {
     const DefaultLocale german(QLocale(QLocale::German, QLocale::Germany));
     QCOMPARE(QLocale().toString(1234.5), QStringLiteral("1.234,5"));
     QCOMPARE(resultsText("t.wav", {1234.5, 12345}).toLocal8Bit(),
-             expectedResults("t.wav", {"1234.5", "12345"}));
+             expectedResults("t.wav", QStringList{"1234.5", "12345"}));
 }
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    return testsupport::runAll<TestResultsText, TestResultsNaming, TestResultsSaving,
-                               TestFileReplacement, TestResponseJournal, TestResultsNothingLost,
-                               TestResultsRoad>(argc, argv);
+    return testsupport::runWithWindows<TestResultsText, TestResultsNaming, TestResultsSaving,
+                                       TestFileReplacement, TestResponseJournal,
+                                       TestResultsNothingLost, TestResultsRoad>(argc, argv);
 }

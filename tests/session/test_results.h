@@ -2,54 +2,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "support/DialogDriver.h"
-#include "support/InspectedWindows.h"
+#include "support/ExpectedResults.h"
+#include "support/FileBytes.h"
+#include "support/Fixture.h"
 
-#include <QObject>
-#include <QTemporaryDir>
-#include <QTimer>
+using testsupport::expectedResults;
+using testsupport::readBytes;
+using testsupport::writeBytes;
 
-#include <memory>
-
-/// The main window with the widgets that name and place the results file open as well.
-class ResultsWindow : public testsupport::InspectedMainWindow {
-public:
-    using InspectedMainWindow::InspectedMainWindow;
-
-    using MainWindow::checkBoxSaveData;
-    using MainWindow::lineEditOutputFileName;
-    using MainWindow::lineEditOutputFilePath;
-    using MainWindow::lineEditSubCode;
-    using MainWindow::spinBoxFileNumber;
-};
-
-/// A main window on the screen, in a session whose results belong into a folder of its own. The
+/// Tests of a main window on the screen whose results belong into the fixture's folder. The
 /// session's target is File001.wav.
-class SavingWindow {
-public:
-    explicit SavingWindow(const QVector<double>& frequenciesMatched = {});
+class SavingTest : public testsupport::FixtureTest {
+protected:
+    void setUp() override;
 
-    QString folder() const { return temporaryFolder.path(); }
-    QString path(const QString& name) const { return temporaryFolder.filePath(name); }
+    /// Saves these matches (Hz), as at the end of a session.
+    void save(const QVector<double>& frequenciesMatched);
+    void saveAgain() { fixture->window().writeDataToTxt(); }
 
-    /// What the experimenter sees as the path and name of the results file.
-    QString shownPath() const;
-    QString shownName() const;
-
-    ResultsWindow window;
-    testsupport::DialogDriver dialogs;
-
-private:
-    /// Closes a dialog that has stood open for so long that nothing will answer it, and fails the
-    /// test.
-    static void closeForgottenDialog();
-
-    QTimer forgottenDialogs;
-    QTemporaryDir temporaryFolder;
+    /// The name that is proposed for the first results.
+    QString proposedPath() const { return fixture->pathOf("SUB001_practice001.txt"); }
 };
-
-/// Returns what a file with these lines of fields holds, its header line included.
-QByteArray expectedResults(const QString& targetFileName, const QStringList& frequencyTexts);
 
 /// The name proposed and the text, without a window (test_results.cpp).
 class TestResultsText : public QObject {
@@ -70,24 +43,19 @@ private slots:
 };
 
 /// The name in the main window (results_naming.cpp).
-class TestResultsNaming : public QObject {
+class TestResultsNaming : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void nameAtTheStart();
     void eachInputRenamesTheFile_data();
     void eachInputRenamesTheFile();
-    void eachSlotStoresItsValueAndRenamesTheFile_data();
-    void eachSlotStoresItsValueAndRenamesTheFile();
-    void nameFollowsSessionTypeNumberAndCodeTogether();
-    void fileNumberGoesFrom1To2147483646();
     void numberAfterASession_data();
     void numberAfterASession();
     void numberAfterTheLastOneStillFits();
 };
 
 /// Saving through the real dialog (results_saving.cpp).
-class TestResultsSaving : public QObject {
+class TestResultsSaving : public SavingTest {
     Q_OBJECT
 
 private slots:
@@ -97,12 +65,10 @@ private slots:
     void proposalIsFolderSlashName();
     void fileHoldsHeaderAndOneLineForEachRequest();
     void firstRecordNamesTheTarget();
-    void noRequestGivesTheHeaderLineOnly();
     void noRecordGivesAnEmptyFile();
     void pathAndNameOfTheChosenFileAreStoredAndNoFieldIsWritten();
     void existingFileIsOverwrittenWithoutAQuestion();
     void namesBeyondAsciiFollowTheLocalesEncoding();
-    void localeWithADecimalCommaKeepsThePoint();
 };
 
 /// Writing whole files on disks that fail (results_replacement.cpp).
@@ -120,7 +86,7 @@ private slots:
     void diskWithoutRoomForAFurtherFileKeepsTheEarlierOne();
     void readOnlyDiskIsNotOpened();
     void folderThatTakesNoFileHasItsFileWrittenInPlace();
-    void somebodyElsesFileInASharedFolderIsWrittenInPlace();
+    void otherUsersFileInASharedFolderIsWrittenInPlace();
     void fileWithoutPermissionIsNotOpened();
     void linkIsFollowed_data();
     void linkIsFollowed();
@@ -137,11 +103,10 @@ private slots:
 };
 
 /// The journal of responses, without a window (results_journal.cpp).
-class TestResponseJournal : public QObject {
+class TestResponseJournal : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void init();
     void nameComesFromTheResultsFileAndTheStart_data();
     void nameComesFromTheResultsFileAndTheStart();
     void namesFitIntoAnyFolder();
@@ -171,11 +136,13 @@ private slots:
     void newFoldersAreSynced();
 
 private:
-    std::unique_ptr<QTemporaryDir> folder;
+    void setUp() override { folder = &fixture->folder; }
+
+    QTemporaryDir* folder = nullptr; ///< The fixture's.
 };
 
 /// Sessions whose results are not saved (results_nothing_lost.cpp).
-class TestResultsNothingLost : public QObject {
+class TestResultsNothingLost : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
@@ -189,35 +156,30 @@ private slots:
     void sessionThatIsNotToBeSavedHasNoJournal();
     void sessionWithoutAResponseHasNoJournal();
     void nextSessionHasAJournalOfItsOwn();
-    void subjectCodeMayBeAnything_data();
-    void subjectCodeMayBeAnything();
     void targetRequestsAreNotRecorded();
     void slowDiskTakesNothingFromThePause();
     void journalThatCannotBeWrittenChangesNothing();
-    void fullDiskKeepsTheEarlierResultsAndTheJournal();
 
 private:
+    bool start(int pauseMs = 10);
+    void respond(int frequency);
+
     std::unique_ptr<QTemporaryDir> devices; ///< That the tests may break.
 };
 
 /// Saving that fails, saving twice, and whole sessions (results_road.cpp).
-class TestResultsRoad : public QObject {
+class TestResultsRoad : public SavingTest {
     Q_OBJECT
 
 private slots:
     void missingFolderBecomesADirectoryOfTheFilesOwnPath_data();
     void missingFolderBecomesADirectoryOfTheFilesOwnPath();
     void cancelledDialogEmptiesPathAndNameAndWarns();
-    void unwritableLocationWarnsWithTheNameTwice_data();
-    void unwritableLocationWarnsWithTheNameTwice();
     void warningIsAsLaidDown();
-    void fullDiskIsReported();
     void failedSavingKeepsTheDataAndDoesNotAskAgain();
     void secondSavingProposesTheDoubledPath();
     void secondSavingAfterACancelledOneProposesNothing();
-    void goReadsTheFolderFromItsFieldAgain();
     void nameIsReplacedWhenTheNumberAdvances();
-    void numberAdvancesWhenSavingFails();
     void sessionWithoutASinusoidSavesTheHeaderOnly();
     void nextSessionStartsInTheFolderShown();
 };

@@ -1,71 +1,22 @@
-// Both windows closed by the window manager, in every state that they can be in.
+// Both windows closed by the window manager, in every state of a session.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "end_to_end_room.h"
-#include "subject/SubjectWindow.h"
 #include "support/CloseButton.h"
+#include "support/ExpectedResults.h"
 #include "support/FileBytes.h"
+#include "support/Fixture.h"
 #include "support/TestMain.h"
 
-#include <QApplication>
 #include <QPushButton>
-#include <QTimer>
-
-#include <algorithm>
+#include <QSpinBox>
+#include <QtTest>
 
 using testsupport::CloseEvents;
-using testsupport::find;
 using testsupport::pressCloseButton;
 
 namespace {
 
-constexpr auto practice = SessionRoom::Session::Practice;
-
-/// Where a session stands when a close button is pressed, in the order of a session.
+/// The states that a session passes through, in their order.
 enum class State { Idle, Prepared, Waiting, TargetRequired, Pausing, Playing, Adjusting, Matched };
-
-/// Sounds are so long that a close button is pressed well within their pause and their length.
-constexpr int soundMs = 500;
-
-QString question() {
-    return QStringLiteral("Confirmation MessageBox");
-}
-
-QString resultsName() {
-    return QStringLiteral("SUB001_practice001.txt");
-}
-
-/// Brings a session into a state. The sounds on the way there are short ones where they can be.
-bool reach(SessionRoom& room, State state) {
-    if (state == State::Idle)
-        return true;
-    const bool isLong = state == State::Pausing || state == State::Playing;
-    room.prepare(practice, room.tone(QStringLiteral("tone.wav"), isLong ? soundMs : 50));
-    if (state == State::Prepared)
-        return room.isEnabled("pushButtonGo");
-    if (room.driver.go() == nullptr)
-        return false;
-    if (state == State::Waiting)
-        return true;
-    room.driver.beReady();
-    if (state == State::TargetRequired)
-        return true;
-    if (!isLong)
-        return room.playTarget() && (state == State::Adjusting || room.playSinusoid(640));
-    QSignalSpy sounds(&room.window, &MainWindow::soundPlaying);
-    testsupport::click(*room.driver.listener(), "pushButtonPlayTarget");
-    return state == State::Pausing || (sounds.wait() && sounds.count() == 1);
-}
-
-/// What the listener can press and see: the same before and after a question answered by No.
-QString lookOf(SubjectWindow& listener) {
-    QString look = listener.isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled");
-    for (const auto* button : listener.findChildren<QPushButton*>())
-        look += QStringLiteral(" %1:%2%3")
-                    .arg(button->objectName())
-                    .arg(static_cast<int>(button->isVisible()))
-                    .arg(static_cast<int>(button->isEnabled()));
-    return look;
-}
 
 /// Presses the close button and waits until the window has dealt with it.
 bool closeAndWait(QWidget& window) {
@@ -73,70 +24,13 @@ bool closeAndWait(QWidget& window) {
     return pressCloseButton(window) && QTest::qWaitFor([&] { return events.count() == 1; });
 }
 
-/// Ends a session that has one match or none, from wherever it stands.
-void endByCloseButton(SessionRoom& room) {
-    room.driver.dialogs.click(question(), QMessageBox::Yes);
-    room.driver.dialogs.saveAsProposed();
-    QVERIFY(closeAndWait(*room.driver.listener()));
-}
-
-QVector<int> matchesOf(State state) {
-    return state == State::Matched ? QVector<int>{640} : QVector<int>{};
-}
-
-/// Idle again, with the results on the disk and nothing left of the session.
-void checkEnded(SessionRoom& room, const QVector<int>& matches) {
-    QVERIFY(!room.driver.listener()->isVisible());
-    QVERIFY(room.window.isEnabled() && room.window.isVisible());
-    QVERIFY(room.isEnabled("pushButtonPractice") && room.isEnabled("pushButtonExperiment"));
-    QVERIFY(!room.isEnabled("pushButtonGo"));
-    QCOMPARE(room.fileNumber(), 2);
-    QCOMPARE(testsupport::readBytes(room.pathOf(resultsName())), resultsOf("tone.wav", matches));
-}
-
-/// The session is cut short: of the sound only a beginning is heard, or nothing.
-void checkCutShort(SessionRoom& room, State state) {
-    using Position = QVector<float>::const_iterator;
-    const QVector<float> heard = room.heard();
-    const auto isSound = [](float sample) { return sample != 0; };
-    const Position end = std::find_if(heard.crbegin(), heard.crend(), isSound).base();
-    const Position start = std::find_if(heard.cbegin(), end, isSound);
-    if (state == State::Pausing) {
-        QVERIFY(start == end);
-        return;
-    }
-    const QVector<float>& whole = room.target.played;
-    const Position wholeStart = std::find_if(whole.cbegin(), whole.cend(), isSound);
-    const auto length = end - start;
-    QVERIFY2(length < whole.cend() - wholeStart, qPrintable(QString::number(length)));
-    QVERIFY(std::equal(start, end, wholeStart));
-}
-
-/// Answers the next question only when soundPlaying has sent `index`, by a click on a button that
-/// has to be enabled for that.
-void answerOnSound(SessionRoom& room, int index, QMessageBox::StandardButton button,
-                   bool& isAnswered) {
-    room.driver.dialogs.expect(question(), [&room, index, button, &isAnswered](QWidget* dialog) {
-        QAbstractButton* answer = qobject_cast<QMessageBox*>(dialog)->button(button);
-        QObject::connect(answer, &QAbstractButton::clicked, dialog,
-                         [&isAnswered] { isAnswered = true; });
-        QObject::connect(&room.window, &MainWindow::soundPlaying, dialog, [=](int sent) {
-            if (sent == index)
-                QTimer::singleShot(0, dialog, [=] { QTest::mouseClick(answer, Qt::LeftButton); });
-        });
-        // A question that takes no answer must not hold the test up.
-        constexpr int patienceMs = 4000;
-        QTimer::singleShot(patienceMs, dialog, [dialog] { dialog->close(); });
-    });
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(State)
-Q_DECLARE_METATYPE(QMessageBox::StandardButton)
 
-/// Both windows closed by their frame's button in every state.
-class TestCloseButtons : public RoomTest {
+/// Both windows closed by their frame's button. What the question's answers do is the business of
+/// the listener's window; how sounds are cut short, of the tests of playing.
+class TestCloseButtons : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
@@ -147,11 +41,56 @@ private slots:
     void theMainWindowStaysWhileTheListenerIsAsked();
     void theListenersWindowClosesWithYes_data();
     void theListenersWindowClosesWithYes();
-    void theListenersWindowStaysOtherwise_data();
-    void theListenersWindowStaysOtherwise();
-    void theQuestionStaysAnswerable_data();
-    void theQuestionStaysAnswerable();
+
+private:
+    void setUp() override { fixture->record(); }
+    bool reach(State state);
+    void endByCloseButton(State state);
 };
+
+/// Brings a session into a state.
+bool TestCloseButtons::reach(State state) {
+    if (state == State::Idle)
+        return fixture->session().listener() == nullptr;
+    // So long that a close button is pressed well within a pause or a sound, where it is to be.
+    constexpr int longMs = 500;
+    const bool isLong = state == State::Pausing || state == State::Playing;
+    fixture->prepare(fixture->writeTone("tone.wav", isLong ? longMs : 50));
+    if (isLong)
+        fixture->session().setPause(longMs);
+    if (state == State::Prepared)
+        return fixture->window().pushButtonGo->isEnabled();
+    if (fixture->session().go() == nullptr)
+        return false;
+    if (state == State::Waiting)
+        return true;
+    fixture->session().beReady();
+    if (state == State::TargetRequired)
+        return true;
+    if (!isLong)
+        return fixture->playTarget() && (state == State::Adjusting || fixture->playSinusoid(640));
+    testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
+    return state == State::Pausing ||
+           QTest::qWaitFor([this] { return fixture->soundSignals == QVector<int>{1}; });
+}
+
+/// Ends a session; tests that it has one match or none on the disk and has left nothing else.
+void TestCloseButtons::endByCloseButton(State state) {
+    const auto& window = fixture->window();
+    fixture->dialogs.answerClosing(QMessageBox::Yes);
+    fixture->dialogs.saveAsProposed();
+    SubjectWindow& listener = *fixture->session().listener();
+    QVERIFY(closeAndWait(listener));
+    QVERIFY(!listener.isVisible());
+    QVERIFY(window.isEnabled() && window.isVisible());
+    QVERIFY(window.pushButtonPractice->isEnabled() && window.pushButtonExperiment->isEnabled());
+    QVERIFY(!window.pushButtonGo->isEnabled());
+    QCOMPARE(fixture->fileNumber(), 2);
+    const QVector<int> matches = state == State::Matched ? QVector<int>{640} : QVector<int>{};
+    QCOMPARE(testsupport::readBytes(fixture->pathOf("SUB001_practice001.txt")),
+             testsupport::expectedResults("tone.wav", matches));
+    QCOMPARE(fixture->differenceHeard(), QString());
+}
 
 void TestCloseButtons::theMainWindowCloses_data() {
     QTest::addColumn<State>("state");
@@ -161,9 +100,9 @@ void TestCloseButtons::theMainWindowCloses_data() {
 
 void TestCloseButtons::theMainWindowCloses() {
     QFETCH(State, state);
-    QVERIFY(reach(*room, state));
-    QVERIFY(pressCloseButton(room->window));
-    QTRY_VERIFY(!room->window.isVisible());
+    QVERIFY(reach(state));
+    QVERIFY(pressCloseButton(fixture->window()));
+    QTRY_VERIFY(!fixture->window().isVisible());
 }
 
 void TestCloseButtons::theMainWindowStaysDuringASession_data() {
@@ -177,154 +116,55 @@ void TestCloseButtons::theMainWindowStaysDuringASession_data() {
 
 void TestCloseButtons::theMainWindowStaysDuringASession() {
     QFETCH(State, state);
-    QVERIFY(reach(*room, state));
-    QSignalSpy sounds(&room->window, &MainWindow::soundPlaying);
-    QVERIFY(closeAndWait(room->window));
-    QVERIFY(room->window.isVisible() && !room->window.isEnabled());
-    QVERIFY(room->driver.listener()->isVisible());
+    QVERIFY(reach(state));
+    QVERIFY(closeAndWait(fixture->window()));
+    QVERIFY(fixture->window().isVisible() && !fixture->window().isEnabled());
+    QVERIFY(fixture->session().listener()->isVisible());
     // The sound plays to its end as if nothing had happened.
     if (state == State::Pausing || state == State::Playing) {
-        QTRY_VERIFY(!sounds.isEmpty() && sounds.last().at(0).toInt() == -1);
-        room->expectSound(room->target.played);
+        QTRY_COMPARE(fixture->soundSignals, (QVector<int>{1, -1}));
+        fixture->expectSound(fixture->expectedTarget());
     }
-    endByCloseButton(*room);
-    checkEnded(*room, matchesOf(state));
-    QCOMPARE(room->differenceHeard(), QString());
-    QVERIFY(closeAndWait(room->window));
-    QVERIFY(!room->window.isVisible());
+    endByCloseButton(state);
+    QVERIFY(closeAndWait(fixture->window()));
+    QVERIFY(!fixture->window().isVisible());
 }
 
 void TestCloseButtons::theMainWindowStaysWhileTheListenerIsAsked() {
-    QVERIFY(reach(*room, State::Adjusting));
+    QVERIFY(reach(State::Adjusting));
     bool isRequested = false;
     bool wasVisible = false;
-    room->driver.dialogs.expect(question(), [&](QWidget* dialog) {
-        isRequested = pressCloseButton(room->window);
-        // The question blocks the window, so no event of it tells that the request has come.
+    fixture->dialogs.expectClosing([&](QWidget* dialog) {
+        isRequested = pressCloseButton(fixture->window());
+        // The question blocks the window, so no event of it reports that the request has come.
         constexpr int enoughMs = 200;
-        QTimer::singleShot(enoughMs, dialog, [&, dialog] {
-            wasVisible = room->window.isVisible();
-            QTest::mouseClick(qobject_cast<QMessageBox*>(dialog)->button(QMessageBox::No),
-                              Qt::LeftButton);
-        });
+        QTest::qWait(enoughMs);
+        wasVisible = fixture->window().isVisible();
+        QTest::mouseClick(qobject_cast<QMessageBox*>(dialog)->button(QMessageBox::No),
+                          Qt::LeftButton);
     });
-    QVERIFY(closeAndWait(*room->driver.listener()));
+    QVERIFY(closeAndWait(*fixture->session().listener()));
     QVERIFY(isRequested && wasVisible);
-    QVERIFY(room->window.isVisible() && room->driver.listener()->isVisible());
-    endByCloseButton(*room);
-    checkEnded(*room, {});
+    QVERIFY(fixture->window().isVisible() && fixture->session().listener()->isVisible());
+    endByCloseButton(State::Adjusting);
 }
 
 void TestCloseButtons::theListenersWindowClosesWithYes_data() {
     QTest::addColumn<State>("state");
     QTest::newRow("waiting for the listener") << State::Waiting;
     QTest::newRow("target required") << State::TargetRequired;
-    QTest::newRow("playing, in the pause") << State::Pausing;
-    QTest::newRow("playing") << State::Playing;
     QTest::newRow("adjusting") << State::Adjusting;
     QTest::newRow("adjusting, done shown") << State::Matched;
 }
 
 void TestCloseButtons::theListenersWindowClosesWithYes() {
     QFETCH(State, state);
-    QVERIFY(reach(*room, state));
-    QSignalSpy sounds(&room->window, &MainWindow::soundPlaying);
-    endByCloseButton(*room);
-    checkEnded(*room, matchesOf(state));
-    if (state == State::Pausing || state == State::Playing)
-        checkCutShort(*room, state);
-    else
-        QCOMPARE(room->differenceHeard(), QString());
-    // Longer than what was pending would have lasted.
-    QVERIFY(!sounds.wait(state == State::Pausing ? 2 * soundMs : 1));
-    QVERIFY(sounds.isEmpty());
-}
-
-void TestCloseButtons::theListenersWindowStaysOtherwise_data() {
-    QTest::addColumn<State>("state");
-    QTest::addColumn<QMessageBox::StandardButton>("answer");
-    QTest::newRow("waiting for the listener, no") << State::Waiting << QMessageBox::No;
-    QTest::newRow("target required, no") << State::TargetRequired << QMessageBox::No;
-    QTest::newRow("playing, in the pause, no") << State::Pausing << QMessageBox::No;
-    QTest::newRow("playing, no") << State::Playing << QMessageBox::No;
-    QTest::newRow("adjusting, no") << State::Adjusting << QMessageBox::No;
-    QTest::newRow("adjusting, done shown, no") << State::Matched << QMessageBox::No;
-    QTest::newRow("waiting for the listener, cancel") << State::Waiting << QMessageBox::Cancel;
-    QTest::newRow("playing, cancel") << State::Playing << QMessageBox::Cancel;
-    QTest::newRow("adjusting, cancel") << State::Adjusting << QMessageBox::Cancel;
-}
-
-void TestCloseButtons::theListenersWindowStaysOtherwise() {
-    QFETCH(State, state);
-    QFETCH(QMessageBox::StandardButton, answer);
-    QVERIFY(reach(*room, state));
-    SubjectWindow& listener = *room->driver.listener();
-    QSignalSpy sounds(&room->window, &MainWindow::soundPlaying);
-    const QSignalSpy closed(&listener, &SubjectWindow::subjectWindowClosed);
-    const QString look = lookOf(listener);
-    room->driver.dialogs.click(question(), answer);
-    QVERIFY(closeAndWait(listener));
-    QVERIFY(listener.isVisible());
-    QCOMPARE(lookOf(listener), look);
-    QVERIFY(closed.isEmpty() && !room->window.isEnabled());
-    QCOMPARE(room->fileNumber(), 1);
-    if (state == State::Pausing || state == State::Playing) {
-        QTRY_VERIFY(!sounds.isEmpty() && sounds.last().at(0).toInt() == -1);
-        QVERIFY(listener.isEnabled());
-        room->expectSound(room->target.played);
-    }
-    endByCloseButton(*room);
-    checkEnded(*room, matchesOf(state));
-    QCOMPARE(closed.count(), 1);
-    QCOMPARE(room->differenceHeard(), QString());
-}
-
-void TestCloseButtons::theQuestionStaysAnswerable_data() {
-    QTest::addColumn<State>("asked");
-    QTest::addColumn<int>("answeredAt");
-    QTest::addColumn<QMessageBox::StandardButton>("answer");
-    const auto yes = QMessageBox::Yes;
-    const auto no = QMessageBox::No;
-    QTest::newRow("when the sound starts, yes") << State::Pausing << 1 << yes;
-    QTest::newRow("when the sound starts, no") << State::Pausing << 1 << no;
-    QTest::newRow("when the sound has ended, yes") << State::Playing << -1 << yes;
-    QTest::newRow("when the sound has ended, no") << State::Playing << -1 << no;
-}
-
-void TestCloseButtons::theQuestionStaysAnswerable() {
-    QFETCH(State, asked);
-    QFETCH(int, answeredAt);
-    QFETCH(QMessageBox::StandardButton, answer);
-    QVERIFY(reach(*room, asked));
-    SubjectWindow& listener = *room->driver.listener();
-    QSignalSpy sounds(&room->window, &MainWindow::soundPlaying);
-    bool isAnswered = false;
-    answerOnSound(*room, answeredAt, answer, isAnswered);
-    if (answer == QMessageBox::Yes)
-        room->driver.dialogs.saveAsProposed();
-    QVERIFY(closeAndWait(listener));
-    QVERIFY(isAnswered);
-    if (answer == QMessageBox::No) {
-        QVERIFY(listener.isVisible());
-        QTRY_VERIFY(!sounds.isEmpty() && sounds.last().at(0).toInt() == -1);
-        QVERIFY(listener.isEnabled());
-        endByCloseButton(*room);
-    }
-    checkEnded(*room, {});
-    if (answer == QMessageBox::Yes && answeredAt == 1) {
-        checkCutShort(*room, State::Playing);
-        return;
-    }
-    room->expectSound(room->target.played);
-    QCOMPARE(room->differenceHeard(), QString());
+    QVERIFY(reach(state));
+    endByCloseButton(state);
 }
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellion"));
-    // Main windows come and go here; none of them ends the program.
-    QApplication::setQuitOnLastWindowClosed(false);
-    return testsupport::runAll<TestCloseButtons>(argc, argv);
+    return testsupport::runWithWindows<TestCloseButtons>(argc, argv);
 }
 
 #include "end_to_end_closing.moc"

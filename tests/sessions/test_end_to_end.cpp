@@ -1,32 +1,32 @@
 // Whole sessions by the widgets that people use, heard at the sound device and read from the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "test_end_to_end.h"
-
-#include "subject/SubjectWindow.h"
+#include "support/ExpectedResults.h"
 #include "support/FileBytes.h"
+#include "support/Fixture.h"
+#include "support/ProgramRun.h"
 #include "support/TestMain.h"
 
-#include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QtCharts/QChart>
-#include <QtCharts/QChartView>
 #include <QtCharts/QLineSeries>
+#include <QtTest>
 
 #include <clocale>
 
-using testsupport::find;
-using testsupport::wavWithSamples;
+using testsupport::expectedResults;
+using testsupport::Fixture;
+using testsupport::readBytes;
 
 namespace {
 
-constexpr auto practice = SessionRoom::Session::Practice;
-constexpr auto experiment = SessionRoom::Session::Experiment;
+constexpr auto practice = Fixture::Session::Practice;
+constexpr auto experiment = Fixture::Session::Experiment;
 
 struct PlannedSession {
-    SessionRoom::Session kind;
-    Target target;
+    Fixture::Session kind;
+    QString target;
     QVector<int> requests; ///< Hz
     QString resultsName;
     QString durationMs;
@@ -34,38 +34,43 @@ struct PlannedSession {
     int pointsPlotted;
 };
 
-QVector<QPointF> pointsOf(MainWindow& window, const char* chartViewName) {
-    const auto* view = find<QtCharts::QChartView>(window, chartViewName);
-    return qobject_cast<QtCharts::QLineSeries*>(view->chart()->series().first())->pointsVector();
-}
-
 /// A triangle over the whole range of 24 bits, its two ends included.
-QByteArray triangleOf24Bits(int sampleCount) {
+QVector<int> triangleOf24Bits(int sampleCount) {
     QVector<int> samples(sampleCount);
     for (int i = 0; i < sampleCount; ++i)
         samples[i] = -8388608 + 80000 * (i % 200);
     samples[1] = 8388607;
-    return wavWithSamples({40000, 1, 24}, samples);
+    return samples;
+}
+
+/// Makes a target by a program that is called with these arguments, the path of the file among
+/// them as "FILE"; returns the path.
+QString targetBy(const Fixture& fixture, const QString& name, const QString& commandLine) {
+    QString path = fixture.pathOf(name);
+    QStringList words = commandLine.split(u' ');
+    words.replaceInStrings(QStringLiteral("FILE"), path);
+    const QString program = words.takeFirst();
+    if (testsupport::runProgram(program, words).status != 0)
+        qFatal("%s failed", qPrintable(program));
+    return path;
 }
 
 /// Targets each of which is unlike the one before: in length, channels, depth, rate.
-QVector<PlannedSession> plannedSessions(const SessionRoom& room) {
-    const Target mono = room.tone(QStringLiteral("mono.wav"), 100);
-    const Target stereo = room.targetByFfmpeg(
-        QStringLiteral("longer stereo.wav"), {40000, 2, 16},
-        QStringLiteral("-loglevel error -f lavfi -i "
-                       "aevalsrc=0.5*sin(2*PI*600*t)|0.25*cos(2*PI*900*t):s=40000:d=0.2 "
-                       "-c:a pcm_s16le -bitexact -fflags +bitexact"));
-    const Target fine = room.targetOfBytes(QStringLiteral("short fine.wav"), {40000, 1, 24},
-                                           triangleOf24Bits(2000));
-    const Target coarse =
-        room.targetBySox(QStringLiteral("coarse.wav"), {8000, 1, 8},
-                         QStringLiteral("-D -n -r 8000 -b 8 -c 1 synth 0.04 sine 500 vol 0.7"));
-    const Target compactDisc = room.targetBySox(
-        QStringLiteral("cd.wav"), {44100, 2, 16},
-        QStringLiteral("-D -n -r 44100 -b 16 -c 2 synth 0.05 sine 441 sine 882 vol 0.4"));
-    const Target three = room.targetOfBytes(QStringLiteral("three.wav"), {40000, 3, 16},
-                                            wavWithSamples({40000, 3, 16}, QVector<int>(3000, 99)));
+QVector<PlannedSession> plannedSessions(const Fixture& fixture) {
+    const QString mono = targetBy(fixture, "mono.wav",
+                                  "sox -D -n -r 40000 -b 16 -c 1 FILE synth 0.1 sine 440 vol 0.5");
+    const QString stereo =
+        targetBy(fixture, "longer stereo.wav",
+                 "ffmpeg -loglevel error -f lavfi -i "
+                 "aevalsrc=0.5*sin(2*PI*600*t)|0.25*cos(2*PI*900*t):s=40000:d=0.2 "
+                 "-c:a pcm_s16le -bitexact -fflags +bitexact FILE");
+    const QString fine = fixture.write("short fine.wav", triangleOf24Bits(2000), {40000, 1, 24});
+    const QString coarse = targetBy(fixture, "coarse.wav",
+                                    "sox -D -n -r 8000 -b 8 -c 1 FILE synth 0.04 sine 500 vol 0.7");
+    const QString compactDisc =
+        targetBy(fixture, "cd.wav",
+                 "sox -D -n -r 44100 -b 16 -c 2 FILE synth 0.05 sine 441 sine 882 vol 0.4");
+    const QString three = fixture.write("three.wav", QVector<int>(3000, 99), {40000, 3, 16});
     // The plotted stretch never grows again.
     return {
         {practice, mono, {300, 1000, 640}, "SUB001_practice001.txt", "100.00", 4000, 4000},
@@ -78,40 +83,53 @@ QVector<PlannedSession> plannedSessions(const SessionRoom& room) {
 }
 
 /// Holds one session and checks all that it leaves on the screen and on the disk.
-void hold(SessionRoom& room, const PlannedSession& planned) {
-    room.prepare(planned.kind, planned.target);
-    const QString targetName = QFileInfo(planned.target.path).fileName();
-    QCOMPARE(room.textOf("lineEditWavFileName"), targetName);
-    QCOMPARE(room.textOf("lineEditSoundDuration"), planned.durationMs);
-    QCOMPARE(room.textOf("lineEditFrequencyMatched"), QStringLiteral("not started yet"));
-    QCOMPARE(room.textOf("lineEditOutputFileName"), planned.resultsName);
-    QCOMPARE(pointsOf(room.window, "chartViewWav").size(), planned.pointsPlotted);
-    QVERIFY(pointsOf(room.window, "chartViewTrend").isEmpty());
-    QCOMPARE(planned.target.played.size(), planned.samplesPlayed);
+void hold(Fixture& fixture, const PlannedSession& planned) {
+    const auto& window = fixture.window();
+    fixture.prepare(planned.target, planned.kind);
+    const QString targetName = QFileInfo(planned.target).fileName();
+    QCOMPARE(window.lineEditWavFileName->text(), targetName);
+    QCOMPARE(window.lineEditSoundDuration->text(), planned.durationMs);
+    QCOMPARE(window.lineEditFrequencyMatched->text(), QStringLiteral("not started yet"));
+    QCOMPARE(window.lineEditOutputFileName->text(), planned.resultsName);
+    QCOMPARE(window.seriesWav->count(), planned.pointsPlotted);
+    QCOMPARE(window.seriesTrend->count(), 0);
+    QCOMPARE(fixture.expectedTarget().size(), planned.samplesPlayed);
 
-    QVERIFY(room.start());
-    QVERIFY(!room.window.isEnabled());
-    QVERIFY(room.playTarget());
+    QVERIFY(fixture.start());
+    QVERIFY(!window.isEnabled());
+    QVERIFY(fixture.playTarget());
     QVector<QPointF> trend;
     for (const int request : planned.requests) {
-        QVERIFY(room.playSinusoid(request));
-        QCOMPARE(room.textOf("lineEditFrequencyMatched"), QString::number(request));
+        QVERIFY(fixture.playSinusoid(request));
+        QCOMPARE(window.lineEditFrequencyMatched->text(), QString::number(request));
         trend.append(QPointF(trend.size(), request));
-        QCOMPARE(pointsOf(room.window, "chartViewTrend"), trend);
+        QCOMPARE(window.seriesTrend->pointsVector(), trend);
     }
-    QVERIFY(room.playTarget());
+    QVERIFY(fixture.playTarget());
 
-    const int number = room.fileNumber();
-    const QString results = room.finish();
-    QCOMPARE(QFileInfo(results).fileName(), planned.resultsName);
-    QCOMPARE(testsupport::readBytes(results), resultsOf(targetName, planned.requests));
-    QCOMPARE(room.fileNumber(), number + 1);
-    QVERIFY(room.window.isEnabled());
-    QVERIFY(room.isEnabled("pushButtonPractice") && room.isEnabled("pushButtonExperiment"));
-    QVERIFY(!room.isEnabled("pushButtonGo"));
+    const int number = fixture.fileNumber();
+    fixture.session().finish();
+    QCOMPARE(readBytes(fixture.pathOf(planned.resultsName)),
+             expectedResults(targetName, planned.requests));
+    QCOMPARE(fixture.fileNumber(), number + 1);
+    QVERIFY(window.isEnabled());
+    QVERIFY(window.pushButtonPractice->isEnabled() && window.pushButtonExperiment->isEnabled());
+    QVERIFY(!window.pushButtonGo->isEnabled());
 }
 
 } // namespace
+
+/// Sessions as they should go.
+class TestWholeSessions : public testsupport::FixtureTest {
+    Q_OBJECT
+
+private slots:
+    void theDeskIsTheOneAskedFor();
+    void bothWindowsFitTheScreen();
+    void manySessionsInOneRun();
+    void preparationsAreReplacedBeforeGo();
+    void namesWithSpacesUmlautsCjkAndEmoji();
+};
 
 void TestWholeSessions::theDeskIsTheOneAskedFor() {
     // These tests also run on smaller screens and in other languages: see that they do.
@@ -127,96 +145,70 @@ void TestWholeSessions::theDeskIsTheOneAskedFor() {
 }
 
 void TestWholeSessions::bothWindowsFitTheScreen() {
-    room->prepare(practice, room->tone(QStringLiteral("tone.wav")));
-    QVERIFY(room->start());
+    fixture->prepare(fixture->writeTone());
+    QVERIFY(fixture->start());
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    QVERIFY(screen.contains(room->window.geometry()));
-    QCOMPARE(room->window.size(), QSize(int(screen.width() * 0.8), int(screen.height() * 0.9)));
-    QVERIFY(screen.contains(room->driver.listener()->geometry()));
-    QCOMPARE(room->driver.listener()->size(),
-             QSize(int(screen.width() * 0.7), int(screen.height() * 0.8)));
+    QVERIFY(screen.contains(fixture->window().geometry()));
+    QCOMPARE(fixture->window().size(),
+             QSize(int(screen.width() * 0.8), int(screen.height() * 0.9)));
+    const SubjectWindow& listener = *fixture->session().listener();
+    QVERIFY(screen.contains(listener.geometry()));
+    QCOMPARE(listener.size(), QSize(int(screen.width() * 0.7), int(screen.height() * 0.8)));
 }
 
 void TestWholeSessions::manySessionsInOneRun() {
-    for (const PlannedSession& planned : plannedSessions(*room)) {
-        hold(*room, planned);
+    fixture->record();
+    for (const PlannedSession& planned : plannedSessions(*fixture)) {
+        hold(*fixture, planned);
         if (QTest::currentTestFailed())
             return;
     }
-    QCOMPARE(room->differenceHeard(), QString());
+    QCOMPARE(fixture->differenceHeard(), QString());
 }
 
 void TestWholeSessions::preparationsAreReplacedBeforeGo() {
-    const Target first = room->tone(QStringLiteral("first.wav"), 100, 300);
-    const Target second = room->tone(QStringLiteral("second.wav"), 50, 700);
-    room->prepare(practice, first);
-    room->prepare(practice, second);
-    QVERIFY(room->start());
-    QVERIFY(room->playTarget());
-    QVERIFY(room->playSinusoid(640));
-    QCOMPARE(testsupport::readBytes(room->finish()), resultsOf("second.wav", {640}));
+    const QString first = fixture->writeTone(QStringLiteral("first.wav"), 100, 300);
+    const QString second = fixture->writeTone(QStringLiteral("second.wav"), 50, 700);
+    fixture->record();
+    fixture->prepare(first, practice);
+    fixture->prepare(second, practice);
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->playTarget());
+    QVERIFY(fixture->playSinusoid(640));
+    QCOMPARE(readBytes(fixture->finish()), expectedResults("second.wav", {640}));
 
-    room->prepare(experiment, second);
-    QCOMPARE(room->textOf("lineEditOutputFileName"), QStringLiteral("SUB001_experiment002.txt"));
-    room->prepare(practice, first);
-    QCOMPARE(room->textOf("lineEditOutputFileName"), QStringLiteral("SUB001_practice002.txt"));
-    QVERIFY(!room->isEnabled("pushButtonExperiment"));
-    QVERIFY(room->start());
-    QVERIFY(room->playTarget());
-    QVERIFY(room->playSinusoid(523));
-    QCOMPARE(testsupport::readBytes(room->finish()), resultsOf("first.wav", {523}));
-    QCOMPARE(room->differenceHeard(), QString());
-}
-
-void TestWholeSessions::aSessionWithoutAnyResponseSavesTheHeaderOnly() {
-    room->prepare(practice, room->tone(QStringLiteral("tone.wav")));
-    SubjectWindow* listener = room->driver.go();
-    QVERIFY(listener != nullptr);
-    room->driver.dialogs.click(QStringLiteral("Confirmation MessageBox"), QMessageBox::Yes,
-                               QStringLiteral("Do you want to close this window?\n"));
-    room->driver.dialogs.saveAsProposed();
-    QVERIFY(listener->close());
-    QCOMPARE(testsupport::readBytes(room->pathOf(QStringLiteral("SUB001_practice001.txt"))),
-             resultsOf("tone.wav", {}));
-    QCOMPARE(room->textOf("lineEditFrequencyMatched"), QStringLiteral("not started yet"));
-    QCOMPARE(room->differenceHeard(), QString());
-}
-
-void TestWholeSessions::aSessionWithTheTargetAloneSavesTheHeaderOnly() {
-    room->prepare(practice, room->tone(QStringLiteral("tone.wav")));
-    QVERIFY(room->start());
-    QVERIFY(room->playTarget());
-    QVERIFY(!find<QPushButton>(*room->driver.listener(), "pushButtonDone")->isVisible());
-    room->driver.dialogs.click(QStringLiteral("Confirmation MessageBox"), QMessageBox::Yes);
-    room->driver.dialogs.saveAsProposed();
-    QVERIFY(room->driver.listener()->close());
-    QCOMPARE(testsupport::readBytes(room->pathOf(QStringLiteral("SUB001_practice001.txt"))),
-             resultsOf("tone.wav", {}));
-    QCOMPARE(room->differenceHeard(), QString());
+    fixture->prepare(second, experiment);
+    QCOMPARE(fixture->textOf("lineEditOutputFileName"), QStringLiteral("SUB001_experiment002.txt"));
+    fixture->prepare(first, practice);
+    QCOMPARE(fixture->textOf("lineEditOutputFileName"), QStringLiteral("SUB001_practice002.txt"));
+    QVERIFY(!fixture->window().pushButtonExperiment->isEnabled());
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->playTarget());
+    QVERIFY(fixture->playSinusoid(523));
+    QCOMPARE(readBytes(fixture->finish()), expectedResults("first.wav", {523}));
+    QCOMPARE(fixture->differenceHeard(), QString());
 }
 
 void TestWholeSessions::namesWithSpacesUmlautsCjkAndEmoji() {
     const QString folderName = QStringLiteral("Jäger & Söhne 聴覚 実験 🦻");
-    QVERIFY(QDir(room->folder.path()).mkdir(folderName));
+    QVERIFY(QDir(fixture->folder.path()).mkdir(folderName));
     const QString targetName = QStringLiteral("Größe 音 №1 🎵.wav");
-    const Target target = room->tone(folderName + u'/' + targetName);
-    room->prepare(practice, target);
-    QCOMPARE(room->textOf("lineEditWavFilePath"), room->pathOf(folderName));
-    QCOMPARE(room->textOf("lineEditWavFileName"), targetName);
-    QVERIFY(room->start());
-    QVERIFY(room->playTarget());
-    QVERIFY(room->playSinusoid(640));
+    fixture->record();
+    fixture->prepare(fixture->writeTone(folderName + u'/' + targetName));
+    QCOMPARE(fixture->textOf("lineEditWavFilePath"), fixture->pathOf(folderName));
+    QCOMPARE(fixture->textOf("lineEditWavFileName"), targetName);
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->playTarget());
+    QVERIFY(fixture->playSinusoid(640));
     const QString results =
-        room->pathOf(folderName + QStringLiteral("/Ergebnis für Müller 結果 🎧.txt"));
-    room->driver.finish(results);
-    QCOMPARE(testsupport::readBytes(results), resultsOf(targetName, {640}));
-    QCOMPARE(room->differenceHeard(), QString());
+        fixture->pathOf(folderName + QStringLiteral("/Ergebnis für Müller 結果 🎧.txt"));
+    fixture->session().finish(results);
+    QCOMPARE(readBytes(results), expectedResults(targetName, {640}));
+    QCOMPARE(fixture->differenceHeard(), QString());
 }
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellion"));
-    // Main windows come and go here; none of them ends the program.
-    QApplication::setQuitOnLastWindowClosed(false);
-    return testsupport::runAll<TestWholeSessions, TestSessionDialogs>(argc, argv);
+    return testsupport::runWithWindows<TestWholeSessions>(argc, argv);
 }
+
+#include "test_end_to_end.moc"

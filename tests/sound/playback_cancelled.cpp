@@ -2,28 +2,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback.h"
 
-#include "subject/SubjectWindow.h"
 #include "support/CloseButton.h"
+#include "support/ExpectedResults.h"
 #include "support/FileBytes.h"
 
+#include <QAudioOutput>
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTimer>
 #include <QtTest>
 
-#include <algorithm>
-#include <functional>
+using testsupport::expectedResults;
 
 namespace {
-
-using Told = QVector<int>;
-const char* const question = "Confirmation MessageBox";
-
-bool isSilent(const QVector<float>& samples) {
-    return std::all_of(samples.cbegin(), samples.cend(), [](float sample) { return sample == 0; });
-}
 
 /// Says when a pause that began before the timer's start must be over.
 class PauseIsOver {
@@ -39,57 +31,58 @@ private:
     QTimer timer;
 };
 
-/// Returns what is wrong with a recording that has to hold the beginning of a sound without silent
-/// samples, not all of it, and silence else.
-QString wrongInCutSound(const QVector<float>& recording, const QVector<float>& sound) {
-    const auto* const onset = std::find_if(recording.cbegin(), recording.cend(),
-                                           [](float sample) { return sample != 0.0F; });
-    const auto* const end =
-        std::mismatch(onset, recording.cend(), sound.cbegin(), sound.cend()).first;
-    if (end == onset)
-        return "nothing of the sound was heard";
-    if (end - onset == sound.size())
-        return "all of the sound was heard";
-    if (!isSilent(recording.mid(int(end - recording.cbegin()))))
-        return "something sounds after the end";
-    return {};
+} // namespace
+
+/// Prepares and starts a session with a target of uneven samples.
+bool TestPlaybackCancelled::startWith(int samples) {
+    fixture->record();
+    prepare(unevenCodes(samples));
+    return fixture->start();
 }
 
-void closeListener(PlaybackBench& bench, bool byItsButton) {
-    SubjectWindow* listener = bench.session.listener();
-    if (byItsButton) {
+/// Closes the listener's window and saves; these matches (Hz) must be in the file.
+void TestPlaybackCancelled::closeListener(bool byItsButton, const QStringList& matches) {
+    SubjectWindow* listener = fixture->session().listener();
+    const QString results = fixture->pathOf("results.txt");
+    fixture->dialogs.answerClosing(QMessageBox::Yes);
+    fixture->dialogs.saveAs(results);
+    if (byItsButton)
         QVERIFY(testsupport::pressCloseButton(*listener));
-        QTRY_VERIFY(!listener->isVisible());
-    } else {
+    else
         listener->close();
-    }
-    QVERIFY(!listener->isVisible());
+    QTRY_VERIFY(!listener->isVisible());
+    QCOMPARE(testsupport::readBytes(results), expectedResults("target.wav", matches));
+}
+
+/// Of the target only the beginning was heard.
+void TestPlaybackCancelled::verifyCut() {
+    QVERIFY(fixture->recorder().waitForSilence());
+    const QVector<float> sound = fixture->expectedTarget();
+    const CutSound cut = findCutSound(fixture->recorder().samples(), sound);
+    QVERIFY(cut.length > 0 && cut.length < sound.size());
+    QVERIFY(!isAudible(cut.rest));
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
 }
 
 /// The session has ended, and its next is not disturbed by it.
-void verifyNextSession(PlaybackBench& bench, const QVector<QVector<float>>& heardBefore) {
-    QVERIFY(bench.window.audioOutput == nullptr);
-    QVERIFY(bench.window.audioBuffer == nullptr);
-    QVERIFY(bench.window.audioBytes == nullptr);
-    QVERIFY(bench.window.isEnabled());
-    bench.sounds.clear();
-    const QVector<int> codes = unevenCodes(800, 99);
-    bench.prepare(codes);
-    bench.setPause(10);
-    testsupport::find<QCheckBox>(bench.window, "checkBoxSaveData")->setChecked(false);
-    QVERIFY(bench.go());
-    QVERIFY(bench.session.listener()->isEnabled());
-    QVERIFY(bench.session.playTarget());
-    QVERIFY(bench.session.playSinusoid(700));
-    QCOMPARE(bench.soundsTold(), (Told{1, -1, 1, -1}));
-    QCOMPARE(bench.wrongInRecording(
-                 heardBefore + QVector<QVector<float>>{heardFrom(codes), heardSinusoid(700, 800)}),
-             QString());
-    bench.finish();
-    QCOMPARE(bench.complaints(), QString());
+void TestPlaybackCancelled::verifyNextSession() {
+    const auto& window = fixture->window();
+    QVERIFY(window.audioOutput == nullptr);
+    QVERIFY(window.audioBuffer == nullptr);
+    QVERIFY(window.audioBytes == nullptr);
+    QTRY_VERIFY(window.findChildren<QAudioOutput*>().isEmpty());
+    QVERIFY(window.isEnabled());
+    fixture->soundSignals.clear();
+    prepare(unevenCodes(800, 99));
+    window.checkBoxSaveData->setChecked(false);
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->session().listener()->isEnabled());
+    QVERIFY(fixture->playTarget());
+    QVERIFY(fixture->playSinusoid(700));
+    QCOMPARE(fixture->soundSignals, (SoundSignals{1, -1, 1, -1}));
+    QCOMPARE(fixture->differenceHeard(), QString());
+    fixture->finish();
 }
-
-} // namespace
 
 void TestPlaybackCancelled::waysToClose() {
     QTest::addColumn<bool>("byItsButton");
@@ -103,29 +96,21 @@ void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending_data() {
 
 void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending() {
     QFETCH(bool, byItsButton);
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    testsupport::find<QCheckBox>(bench.window, "checkBoxSaveData")->setChecked(true);
-    const QVector<int> codes = unevenCodes(400);
-    bench.prepare(codes);
-    bench.setPause(10);
-    QVERIFY(bench.go());
-    QVERIFY(bench.session.playTarget());
+    fixture->window().checkBoxSaveData->setChecked(true);
+    QVERIFY(startWith(400));
+    QVERIFY(fixture->playTarget());
     constexpr int pauseMs = 1500;
-    bench.window.data.silentInterval = pauseMs / 1000.0 - bench.window.data.soundDuration;
-    testsupport::find<QSpinBox>(*bench.session.listener(), "spinBoxFrequency")->setValue(640);
-    testsupport::click(*bench.session.listener(), "pushButtonPlaySinusoid");
+    Data& data = fixture->window().data;
+    data.silentInterval = pauseMs / 1000.0 - data.soundDuration;
+    SubjectWindow& listener = *fixture->session().listener();
+    testsupport::find<QSpinBox>(listener, "spinBoxFrequency")->setValue(640);
+    testsupport::click(listener, "pushButtonPlaySinusoid");
     const PauseIsOver pauseIsOver(pauseMs);
-    const QString results = bench.folder.filePath("results.txt");
-    bench.session.dialogs.click(question, QMessageBox::Yes);
-    bench.session.dialogs.saveAs(results);
-    closeListener(bench, byItsButton);
+    closeListener(byItsButton, {"640"});
     QVERIFY2(!pauseIsOver(), "too slow to close the window while the sound is pending");
-    QCOMPARE(testsupport::readBytes(results),
-             QByteArray("filename\tnTrials\tfrequency matched (Hz)\r\ntarget.wav\t1\t640\r\n"));
     QTRY_VERIFY(pauseIsOver());
-    QCOMPARE(bench.soundsTold(), (Told{1, -1}));
-    verifyNextSession(bench, {heardFrom(codes)});
+    QCOMPARE(fixture->soundSignals, (SoundSignals{1, -1}));
+    verifyNextSession();
 }
 
 void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays_data() {
@@ -134,99 +119,70 @@ void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays_data() {
 
 void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays() {
     QFETCH(bool, byItsButton);
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    testsupport::find<QCheckBox>(bench.window, "checkBoxSaveData")->setChecked(true);
-    const QVector<int> codes = unevenCodes(200000);
-    bench.prepare(codes);
-    bench.setPause(10);
-    QVERIFY(bench.go());
-    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
-    QTRY_VERIFY(!isSilent(bench.recorder.samples()));
-    const QString results = bench.folder.filePath("results.txt");
-    bench.session.dialogs.click(question, QMessageBox::Yes);
-    bench.session.dialogs.saveAs(results);
-    closeListener(bench, byItsButton);
-    QCOMPARE(testsupport::readBytes(results),
-             QByteArray("filename\tnTrials\tfrequency matched (Hz)\r\n"));
-    QVERIFY(bench.recorder.waitForSilence());
-    QCOMPARE(wrongInCutSound(bench.recorder.samples(), heardFrom(codes)), QString());
-    QCOMPARE(bench.soundsTold(), Told{1});
-    bench.recorder.stop();
-    QVERIFY(bench.recorder.start());
-    verifyNextSession(bench, {});
+    fixture->window().checkBoxSaveData->setChecked(true);
+    QVERIFY(startWith(200000));
+    testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
+    QTRY_VERIFY(isAudible(fixture->recorder().samples()));
+    closeListener(byItsButton, {});
+    verifyCut();
+    fixture->recorder().stop();
+    QVERIFY(fixture->recorder().start());
+    verifyNextSession();
 }
 
 void TestPlaybackCancelled::closingThatIsNotConfirmedCancelsNothing() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    const QVector<int> codes = unevenCodes(4000);
-    bench.prepare(codes);
-    bench.setPause(300);
-    QVERIFY(bench.go());
-    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
+    fixture->record();
+    prepare(unevenCodes(4000));
+    fixture->session().setPause(300);
+    QVERIFY(fixture->start());
+    SubjectWindow& listener = *fixture->session().listener();
+    testsupport::click(listener, "pushButtonPlayTarget");
     // The sound starts and ends under the question.
-    bool isAnswerable = false;
-    bench.session.dialogs.expect(question, [&](QWidget* widget) {
-        isAnswerable = QTest::qWaitFor([&] { return bench.soundsTold() == Told{1}; }) &&
-                       widget->isEnabled() && QTest::qWaitFor([&] {
-                           return bench.soundsTold() == (Told{1, -1});
-                       }) &&
-                       widget->isEnabled();
-        if (auto* box = qobject_cast<QMessageBox*>(widget))
-            QTest::mouseClick(box->button(QMessageBox::No), Qt::LeftButton);
+    int timesAnswerable = 0;
+    fixture->dialogs.expectClosing([&](QWidget* widget) {
+        for (const SoundSignals& sounds : {SoundSignals{1}, SoundSignals{1, -1}})
+            if (QTest::qWaitFor([&] { return fixture->soundSignals == sounds; }) &&
+                widget->isEnabled())
+                ++timesAnswerable;
+        QTest::mouseClick(qobject_cast<QMessageBox*>(widget)->button(QMessageBox::No),
+                          Qt::LeftButton);
     });
-    bench.session.listener()->close();
-    QVERIFY(isAnswerable);
-    QVERIFY(bench.session.listener()->isVisible());
-    QVERIFY(bench.session.listener()->isEnabled());
-    QVERIFY(!bench.window.isEnabled());
-    QCOMPARE(bench.wrongInRecording({heardFrom(codes)}), QString());
-    bench.finish();
-    QCOMPARE(bench.complaints(), QString());
+    listener.close();
+    QCOMPARE(timesAnswerable, 2);
+    QVERIFY(listener.isVisible() && listener.isEnabled());
+    QVERIFY(!fixture->window().isEnabled());
+    fixture->expectSound(fixture->expectedTarget());
+    QCOMPARE(fixture->differenceHeard(), QString());
+    fixture->finish();
 }
 
 void TestPlaybackCancelled::mainWindowDestroyedWhileASoundIsPending() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    bench.prepare(unevenCodes(400));
-    bench.setPause(100);
-    QVERIFY(bench.go());
-    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
+    fixture->record();
+    prepare(unevenCodes(400));
+    fixture->session().setPause(100);
+    QVERIFY(fixture->start());
+    testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
     const PauseIsOver pauseIsOver(100);
-    bench.windowOwner.reset();
+    fixture->destroyWindow();
     QTRY_VERIFY(pauseIsOver());
-    QCOMPARE(bench.soundsTold(), Told{});
-    QCOMPARE(bench.wrongInRecording({}), QString());
-    QCOMPARE(bench.complaints(), QString());
+    QCOMPARE(fixture->soundSignals, SoundSignals{});
+    QCOMPARE(fixture->differenceHeard(), QString());
 }
 
 void TestPlaybackCancelled::mainWindowDestroyedWhileASoundPlays() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    const QVector<int> codes = unevenCodes(80000);
-    bench.prepare(codes);
-    bench.setPause(10);
-    QVERIFY(bench.go());
-    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
-    QTRY_VERIFY(!isSilent(bench.recorder.samples()));
-    bench.windowOwner.reset();
-    QVERIFY(bench.recorder.waitForSilence());
-    QCOMPARE(wrongInCutSound(bench.recorder.samples(), heardFrom(codes)), QString());
-    QCOMPARE(bench.soundsTold(), Told{1});
-    QCOMPARE(bench.complaints(), QString());
+    QVERIFY(startWith(80000));
+    testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
+    QTRY_VERIFY(isAudible(fixture->recorder().samples()));
+    fixture->destroyWindow();
+    verifyCut();
 }
 
 void TestPlaybackCancelled::mainWindowDestroyedRightAfterACancelledSession() {
-    PlaybackBench bench;
-    bench.prepare(unevenCodes(80000));
-    bench.setPause(10);
-    QVERIFY(bench.go());
-    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
-    QTRY_COMPARE(bench.soundsTold(), Told{1});
-    bench.finish();
+    QVERIFY(startWith(80000));
+    testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
+    QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
+    fixture->finish();
     // The output is only about to be deleted: no event has been processed since.
-    bench.windowOwner.reset();
-    QCOMPARE(bench.soundsTold(), Told{1});
-    QCOMPARE(bench.complaints(), QString());
+    fixture->destroyWindow();
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
 }

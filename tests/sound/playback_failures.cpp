@@ -4,101 +4,74 @@
 
 #include "session/ResponseJournal.h"
 #include "support/CloseButton.h"
+#include "support/ExpectedResults.h"
 #include "support/FileBytes.h"
 #include "support/ProcessorTime.h"
-#include "support/WavBytes.h"
 
-#include <QLineEdit>
+#include <QAudioOutput>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QtTest>
 
-namespace {
-
-QByteArray resultsWith(const QVector<int>& frequencies) {
-    QByteArray lines = "filename\tnTrials\tfrequency matched (Hz)\r\n";
-    for (int i = 0; i < frequencies.size(); ++i)
-        lines += "target.wav\t" + QByteArray::number(i + 1) + '\t' +
-                 QByteArray::number(frequencies[i]) + "\r\n";
-    return lines;
-}
-
-/// What the journals of all sessions hold.
-QList<QByteArray> journals() {
-    return testsupport::contentsOf(journalFolder());
-}
-
-} // namespace
+using testsupport::expectedResults;
 
 testsupport::SoundServer& server() {
     static testsupport::SoundServer theServer;
     return theServer;
 }
 
-FailureBench::FailureBench() {
-    window.show();
-    if (!QTest::qWaitForWindowExposed(&window))
-        qFatal("the main window does not appear");
-}
-
-bool FailureBench::prepareAndGo(int samples) {
-    const QString path = folder.filePath("target.wav");
+bool SoundFailureTest::prepareAndStart(int samples) {
+    const QString path = fixture->pathOf("target.wav");
     if (!testsupport::writeSteadyTarget(path, samples))
         return false;
-    session.prepare(testsupport::SessionDriver::Session::Practice, path);
-    constexpr double pauseMs = 10;
-    session.setPause(pauseMs);
-    if (session.go() == nullptr)
-        return false;
-    session.beReady();
-    return true;
+    fixture->prepare(path);
+    return fixture->start();
 }
 
-void FailureBench::request(int frequency) {
-    sounds.clear();
-    emit session.listener()->subjectResponded(4, frequency);
-    QTRY_VERIFY(!sounds.isEmpty());
-    QCOMPARE(soundsTold().first(), 1);
+void SoundFailureTest::request(int frequency) {
+    fixture->soundSignals.clear();
+    emit fixture->session().listener()->subjectResponded(4, frequency);
+    QTRY_VERIFY(!fixture->soundSignals.isEmpty());
+    QCOMPARE(fixture->soundSignals.first(), 1);
 }
 
-void FailureBench::verifyJournal(const QVector<int>& frequencies) const {
-    QCOMPARE(journals(), QList<QByteArray>{resultsWith(frequencies)});
+void SoundFailureTest::verifyJournal(const QVector<int>& frequencies) {
+    QCOMPARE(testsupport::contentsOf(journalFolder()),
+             QList<QByteArray>{expectedResults("target.wav", frequencies)});
 }
 
-void FailureBench::endAndVerify(const QVector<int>& frequencies) {
-    const int fileNumber = testsupport::find<QSpinBox>(window, "spinBoxFileNumber")->value();
-    const QString results = folder.filePath("results.txt");
-    session.dialogs.click("Confirmation MessageBox", QMessageBox::Yes);
-    session.dialogs.saveAs(results);
-    QVERIFY(testsupport::pressCloseButton(*session.listener()));
+void SoundFailureTest::endAndVerify(const QVector<int>& frequencies) {
+    auto& window = fixture->window();
+    const int fileNumber = fixture->fileNumber();
+    const QString results = fixture->pathOf("results.txt");
+    fixture->soundSignals.clear();
+    fixture->dialogs.answerClosing(QMessageBox::Yes);
+    fixture->dialogs.saveAs(results);
+    QVERIFY(testsupport::pressCloseButton(*fixture->session().listener()));
     QTRY_VERIFY(window.isEnabled());
-    QVERIFY(!session.listener()->isVisible());
-    QCOMPARE(testsupport::readBytes(results), resultsWith(frequencies));
-    QCOMPARE(journals(), QList<QByteArray>());
+    QVERIFY(!fixture->session().listener()->isVisible());
+    QCOMPARE(testsupport::readBytes(results), expectedResults("target.wav", frequencies));
+    QCOMPARE(fixture->journals(), QStringList());
     QVERIFY(window.audioOutput == nullptr);
     QVERIFY(window.audioBuffer == nullptr);
     QVERIFY(window.audioBytes == nullptr);
-    QVERIFY(!soundsTold().contains(-1));
-    QVERIFY(testsupport::find<QPushButton>(window, "pushButtonPractice")->isEnabled());
-    QVERIFY(testsupport::find<QPushButton>(window, "pushButtonExperiment")->isEnabled());
-    QVERIFY(!testsupport::find<QPushButton>(window, "pushButtonGo")->isEnabled());
-    QCOMPARE(testsupport::find<QSpinBox>(window, "spinBoxFileNumber")->value(), fileNumber + 1);
-    QCOMPARE(session.dialogs.takeComplaints(), QStringList());
+    QCOMPARE(fixture->soundSignals, SoundSignals{});
+    QVERIFY(window.pushButtonPractice->isEnabled());
+    QVERIFY(window.pushButtonExperiment->isEnabled());
+    QVERIFY(!window.pushButtonGo->isEnabled());
+    QCOMPARE(fixture->fileNumber(), fileNumber + 1);
 }
 
-bool FailureBench::isAtRest() const {
+void SoundFailureTest::verifyAtRest() {
     constexpr int watchedMs = 500;
     constexpr double atRest = 0.25;
     const double share = testsupport::processorShareWhileWaiting(watchedMs);
-    if (share >= atRest)
-        qWarning("the program takes %g of a processor", share);
-    return share < atRest;
+    QVERIFY2(share < atRest, qPrintable(QString::number(share)));
 }
 
-QVector<int> FailureBench::soundsTold() const {
-    return testsupport::soundsTold(sounds);
+bool SoundFailureTest::isListenerLocked() {
+    return !fixture->session().listener()->isEnabled();
 }
 
-QString FailureBench::text(const char* lineEditName) {
-    return testsupport::find<QLineEdit>(window, lineEditName)->text();
+QAudio::State SoundFailureTest::outputState() {
+    return fixture->window().audioOutput->state();
 }

@@ -5,11 +5,7 @@
 #include <QThread>
 #include <QtTest>
 
-#include <algorithm>
-
 namespace {
-
-using Told = QVector<int>;
 
 /// Samples as a file of that depth holds them, none of them silent, the extremes among them.
 QVector<int> fileCodes(int bits, int count) {
@@ -34,19 +30,6 @@ QVector<int> leftChannel(const QVector<int>& codes, int channels) {
     return left;
 }
 
-/// Returns how many samples of a sound without silent samples a recording begins with, from its
-/// first that is not silent, which is returned as well.
-struct Beginning {
-    int onset;
-    int length;
-};
-Beginning beginningOf(const QVector<float>& sound, const QVector<float>& recording) {
-    const auto* const onset = std::find_if(recording.cbegin(), recording.cend(),
-                                           [](float sample) { return sample != 0.0F; });
-    const auto end = std::mismatch(onset, recording.cend(), sound.cbegin(), sound.cend());
-    return {int(onset - recording.cbegin()), int(end.second - sound.cbegin())};
-}
-
 } // namespace
 
 void TestPlaybackHeard::targets_data() {
@@ -68,22 +51,20 @@ void TestPlaybackHeard::targets() {
     const int samples = int(samplingRate / 50);
     constexpr int samplesPlayed = 800;
     const QVector<int> codes = fileCodes(bits, samples * channels);
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    bench.prepare(
-        testsupport::wavWithSamples({samplingRate, quint16(channels), quint16(bits)}, codes));
-    bench.setPause(10);
-    QVERIFY(bench.go());
-    QVERIFY(bench.session.playTarget());
-    QVector<float> heard = heardFrom(leftChannel(codes, channels), bits);
+    fixture->record();
+    fixture->prepare(
+        fixture->write("target.wav", codes, {samplingRate, quint16(channels), quint16(bits)}));
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->session().playTarget());
     // Cut or padded with silence; with three channels there is nothing but silence.
+    QVector<float> heard = heardFrom(leftChannel(codes, channels), bits);
     heard.resize(samplesPlayed);
-    QCOMPARE(bench.window.data.nSamples, samplesPlayed);
-    using Sounds = QVector<QVector<float>>;
-    QCOMPARE(bench.wrongInRecording(channels == 3 ? Sounds{} : Sounds{heard}), QString());
-    QCOMPARE(bench.soundsTold(), (Told{1, -1}));
-    bench.finish();
-    QCOMPARE(bench.complaints(), QString());
+    if (channels < 3)
+        fixture->expectSound(heard);
+    QCOMPARE(fixture->window().data.nSamples, samplesPlayed);
+    QCOMPARE(fixture->differenceHeard(), QString());
+    QCOMPARE(fixture->soundSignals, (SoundSignals{1, -1}));
+    fixture->finish();
 }
 
 void TestPlaybackHeard::lengths_data() {
@@ -98,115 +79,90 @@ void TestPlaybackHeard::lengths_data() {
 void TestPlaybackHeard::lengths() {
     QFETCH(int, samples);
     QFETCH(bool, withSinusoid);
-    const QVector<int> codes = unevenCodes(samples);
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    bench.prepare(codes);
-    bench.setPause(10);
-    QVERIFY(bench.go());
-    QVERIFY(bench.session.playTarget());
-    QVector<QVector<float>> sounds{heardFrom(codes)};
+    fixture->record();
+    prepare(unevenCodes(samples));
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->playTarget());
     if (withSinusoid) {
-        QVERIFY(bench.session.playSinusoid(640));
-        // Its first sample is 0: a sinusoid of one sample is silent.
-        if (samples > 1)
-            sounds.append(heardSinusoid(640, samples));
-        QVERIFY(bench.session.playTarget());
-        sounds.append(heardFrom(codes));
+        QVERIFY(fixture->playSinusoid(640));
+        QVERIFY(fixture->playTarget());
     }
-    QCOMPARE(bench.wrongInRecording(sounds), QString());
-    bench.finish();
-    QCOMPARE(bench.complaints(), QString());
+    QCOMPARE(fixture->differenceHeard(), QString());
+    fixture->finish();
 }
 
 void TestPlaybackHeard::sinusoids() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
-    const QVector<int> codes = unevenCodes(10000);
-    bench.prepare(codes);
-    bench.setPause(10);
-    QVERIFY(bench.go());
-    QVERIFY(bench.session.playTarget());
-    QVector<QVector<float>> sounds{heardFrom(codes)};
-    for (const int frequency : {10, 440, 1000, 10}) {
-        QVERIFY(bench.session.playSinusoid(frequency));
-        sounds.append(heardSinusoid(frequency, 10000));
-    }
-    QCOMPARE(bench.wrongInRecording(sounds), QString());
-    QCOMPARE(bench.soundsTold(), (Told{1, -1, 1, -1, 1, -1, 1, -1, 1, -1}));
-    bench.finish();
-    QCOMPARE(bench.complaints(), QString());
+    fixture->record();
+    prepare(unevenCodes(10000));
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->playTarget());
+    for (const int frequency : {10, 440, 1000, 10})
+        QVERIFY(fixture->playSinusoid(frequency));
+    QCOMPARE(fixture->differenceHeard(), QString());
+    QCOMPARE(fixture->soundSignals, (SoundSignals{1, -1, 1, -1, 1, -1, 1, -1, 1, -1}));
+    fixture->finish();
 }
 
 void TestPlaybackHeard::fullScaleIsNotClipped() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
+    fixture->record();
     const QVector<int> codes = unevenCodes(400);
-    bench.prepare(codes);
+    prepare(codes);
     QVector<float> sound = heardFrom(codes);
-    bench.window.targetSamples[3] = 1.5;
+    fixture->window().targetSamples[3] = 1.5;
     sound[3] = 1.5F;
-    bench.window.targetSamples[4] = -2.75;
+    fixture->window().targetSamples[4] = -2.75;
     sound[4] = -2.75F;
-    bench.window.playOneSound();
-    QTRY_COMPARE(bench.soundsTold(), (Told{1, -1}));
-    QCOMPARE(bench.wrongInRecording({sound}), QString());
+    fixture->window().playOneSound();
+    QTRY_COMPARE(fixture->soundSignals, (SoundSignals{1, -1}));
+    fixture->expectSound(sound);
+    QCOMPARE(fixture->differenceHeard(), QString());
 }
 
 void TestPlaybackHeard::emptySecondSoundCutsTheFirst() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
+    fixture->record();
     const QVector<int> codes = unevenCodes(80000);
-    bench.prepare(codes);
-    bench.window.playOneSound();
-    QTRY_VERIFY(beginningOf(heardFrom(codes), bench.recorder.samples()).length > 0);
-    bench.window.playOneSound();
-    QCOMPARE(bench.soundsTold(), (Told{1, 2}));
-    QVERIFY(bench.recorder.waitForSilence());
-    const QVector<float> recording = bench.recorder.samples();
-    const Beginning beginning = beginningOf(heardFrom(codes), recording);
-    QVERIFY(beginning.length < codes.size());
-    QVERIFY(recording.mid(beginning.onset + beginning.length).count(0.0F) ==
-            recording.size() - beginning.onset - beginning.length);
-    QCOMPARE(bench.soundsTold(), (Told{1, 2}));
-    QCOMPARE(bench.complaints(), QString());
+    prepare(codes);
+    fixture->window().playOneSound();
+    QTRY_VERIFY(isAudible(fixture->recorder().samples()));
+    fixture->window().playOneSound();
+    QCOMPARE(fixture->soundSignals, (SoundSignals{1, 2}));
+    QVERIFY(fixture->recorder().waitForSilence());
+    const CutSound cut = findCutSound(fixture->recorder().samples(), heardFrom(codes));
+    QVERIFY(cut.length > 0 && cut.length < codes.size());
+    QVERIFY(!isAudible(cut.rest));
+    QCOMPARE(fixture->soundSignals, (SoundSignals{1, 2}));
 }
 
 void TestPlaybackHeard::soundOutOfTurnReplacesTheOneThatPlays() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
+    fixture->record();
     const QVector<int> codes = unevenCodes(80000);
     const QVector<int> later = unevenCodes(400, 4321);
-    bench.prepare(codes);
-    bench.window.playOneSound();
-    QTRY_VERIFY(beginningOf(heardFrom(codes), bench.recorder.samples()).length > 0);
-    bench.window.soundsPlayed = 0;
-    bench.window.data.nSamples = later.size();
+    prepare(codes);
+    fixture->window().playOneSound();
+    QTRY_VERIFY(isAudible(fixture->recorder().samples()));
+    fixture->window().soundsPlayed = 0;
+    fixture->window().data.nSamples = later.size();
     for (int i = 0; i < later.size(); ++i)
-        bench.window.targetSamples[i] = later[i] / 32768.0;
-    bench.window.playOneSound();
-    QTRY_COMPARE(bench.soundsTold(), (Told{1, 1, -1}));
-    QVERIFY(bench.recorder.waitForSilence());
-    const QVector<float> recording = bench.recorder.samples();
-    const Beginning beginning = beginningOf(heardFrom(codes), recording);
-    QVERIFY(beginning.length < codes.size());
-    const QVector<float> rest = recording.mid(beginning.onset + beginning.length);
-    QCOMPARE(testsupport::findSounds(rest, {heardFrom(later)}).difference, QString());
-    QCOMPARE(bench.complaints(), QString());
+        fixture->window().targetSamples[i] = later[i] / 32768.0;
+    fixture->window().playOneSound();
+    QTRY_COMPARE(fixture->soundSignals, (SoundSignals{1, 1, -1}));
+    QVERIFY(fixture->recorder().waitForSilence());
+    const CutSound cut = findCutSound(fixture->recorder().samples(), heardFrom(codes));
+    QVERIFY(cut.length > 0 && cut.length < codes.size());
+    QCOMPARE(testsupport::findSounds(cut.rest, {heardFrom(later)}).difference, QString());
 }
 
 void TestPlaybackHeard::programThatStopsFeedingReportsAnEarlyEnd() {
-    PlaybackBench bench;
-    QVERIFY(bench.recorder.start());
+    fixture->record();
     const QVector<int> codes = unevenCodes(120000);
-    bench.prepare(codes);
-    bench.window.playOneSound();
-    QTRY_VERIFY(beginningOf(heardFrom(codes), bench.recorder.samples()).length > 0);
+    prepare(codes);
+    fixture->window().playOneSound();
+    QTRY_VERIFY(isAudible(fixture->recorder().samples()));
     // Twice what the output buffers.
     constexpr unsigned long standstillMs = 500;
     QThread::msleep(standstillMs);
-    QTRY_COMPARE(bench.soundsTold(), (Told{1, -1}));
-    QVERIFY(bench.recorder.waitForSilence());
-    QVERIFY(beginningOf(heardFrom(codes), bench.recorder.samples()).length < codes.size());
-    QCOMPARE(bench.complaints(), QString("Audio ended early"));
+    QTRY_COMPARE(fixture->soundSignals, (SoundSignals{1, -1}));
+    QVERIFY(fixture->recorder().waitForSilence());
+    QVERIFY(findCutSound(fixture->recorder().samples(), heardFrom(codes)).length < codes.size());
+    fixture->log.expect("Audio ended early");
 }

@@ -2,14 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback_failures.h"
 
-#include "support/TestMain.h"
-
 #include <QAudioOutput>
 #include <QPushButton>
 #include <QTimer>
 
 /// In this order: the server comes last.
-class TestPlaybackWithoutServer : public QObject {
+class TestPlaybackWithoutServer : public SoundFailureTest {
     Q_OBJECT
 
 private slots:
@@ -20,72 +18,75 @@ private slots:
     void mainWindowGoesWithAnOutputThatNeverEnds();
     void serverThatComesLaterIsNotFound();
     void cleanupTestCase();
+
+private:
+    void setUp() override {
+        // Once for each main window.
+        fixture->log.expect("Raw audio format not supported by backend, cannot play audio.");
+        fixture->log.allow("using null output device, none available");
+        fixture->log.allow("PulseAudioService: pa_context_connect() failed");
+    }
 };
 
 void TestPlaybackWithoutServer::unsupportedFormatIsLoggedOnceAtTheStart() {
-    const FailureBench bench;
+    const auto& window = fixture->window();
     const QString line = "Raw audio format not supported by backend, cannot play audio.";
-    QCOMPARE(bench.log.warnings().count(line), 1);
+    QCOMPARE(fixture->log.warnings().count(line), 1);
     // Nothing is disabled for it.
-    QVERIFY(bench.window.isEnabled());
-    QVERIFY(bench.window.findChild<QPushButton*>("pushButtonPractice")->isEnabled());
+    QVERIFY(window.isEnabled());
+    QVERIFY(window.pushButtonPractice->isEnabled());
 }
 
 void TestPlaybackWithoutServer::soundIsAttemptedAndNeverEnds() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo());
-    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
-    QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
-    QVERIFY(bench.window.audioOutput != nullptr);
-    QCOMPARE(bench.window.audioOutput->state(), QAudio::StoppedState);
+    QVERIFY(prepareAndStart());
+    testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
+    QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
+    QVERIFY(fixture->window().audioOutput != nullptr);
+    QCOMPARE(outputState(), QAudio::StoppedState);
     // Long enough for the sound of 10 ms, had it been played.
     bool isOver = false;
     QTimer::singleShot(200, Qt::PreciseTimer, this, [&] { isOver = true; });
     QTRY_VERIFY(isOver);
-    QCOMPARE(bench.soundsTold(), QVector<int>{1});
-    QVERIFY(bench.window.audioOutput != nullptr);
-    QVERIFY(!bench.session.listener()->isEnabled());
-    QVERIFY(!bench.log.all().contains("Audio stopped unexpectedly"));
-    bench.endAndVerify({});
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
+    QVERIFY(fixture->window().audioOutput != nullptr);
+    QVERIFY(isListenerLocked());
+    QVERIFY(!fixture->log.all().contains("Audio stopped unexpectedly"));
+    endAndVerify({});
 }
 
 void TestPlaybackWithoutServer::sessionEndsAndSaves() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo());
+    QVERIFY(prepareAndStart());
     // What no sound unlocks is asked for as the listener's window would.
     for (const int frequency : {640, 441}) {
-        bench.sounds.clear();
-        emit bench.session.listener()->subjectResponded(4, frequency);
-        QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
+        fixture->soundSignals.clear();
+        emit fixture->session().listener()->subjectResponded(4, frequency);
+        QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
         // One output at a time, though none of them ends.
-        QTRY_COMPARE(bench.window.findChildren<QAudioOutput*>().size(), 1);
+        QTRY_COMPARE(fixture->window().findChildren<QAudioOutput*>().size(), 1);
     }
-    QCOMPARE(bench.text("lineEditFrequencyMatched"), QString("441"));
-    QVERIFY(bench.isAtRest());
-    bench.verifyJournal({640, 441});
-    bench.endAndVerify({640, 441});
+    QCOMPARE(fixture->textOf("lineEditFrequencyMatched"), QString("441"));
+    verifyAtRest();
+    verifyJournal({640, 441});
+    endAndVerify({640, 441});
 }
 
 void TestPlaybackWithoutServer::nextSessionIsHeldLikeTheFirst() {
-    FailureBench bench;
     for (const int frequency : {300, 400}) {
-        bench.sounds.clear();
-        QVERIFY(bench.prepareAndGo());
-        emit bench.session.listener()->subjectResponded(4, frequency);
-        QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
-        bench.verifyJournal({frequency});
-        bench.endAndVerify({frequency});
+        fixture->soundSignals.clear();
+        QVERIFY(prepareAndStart());
+        emit fixture->session().listener()->subjectResponded(4, frequency);
+        QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
+        verifyJournal({frequency});
+        endAndVerify({frequency});
     }
 }
 
 void TestPlaybackWithoutServer::mainWindowGoesWithAnOutputThatNeverEnds() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo());
-    testsupport::click(*bench.session.listener(), "pushButtonPlayTarget");
-    QTRY_COMPARE(bench.soundsTold(), QVector<int>{1});
-    bench.windowOwner.reset();
-    QCOMPARE(bench.soundsTold(), QVector<int>{1});
-    QCOMPARE(bench.session.dialogs.takeComplaints(), QStringList());
+    QVERIFY(prepareAndStart());
+    testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
+    QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
+    fixture->destroyWindow();
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
 }
 
 void TestPlaybackWithoutServer::serverThatComesLaterIsNotFound() {
@@ -94,15 +95,14 @@ void TestPlaybackWithoutServer::serverThatComesLaterIsNotFound() {
     constexpr int longerThanThatMs = 3500;
     QTest::qWait(longerThanThatMs);
     QVERIFY(QAudioDeviceInfo::defaultOutputDevice().isNull());
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo());
-    bench.request(640);
-    QCOMPARE(bench.window.audioOutput->state(), QAudio::StoppedState);
-    QVERIFY(bench.isAtRest());
-    QCOMPARE(bench.soundsTold(), QVector<int>{1});
-    QVERIFY(!bench.session.listener()->isEnabled());
-    bench.verifyJournal({640});
-    bench.endAndVerify({640});
+    QVERIFY(prepareAndStart());
+    request(640);
+    QCOMPARE(outputState(), QAudio::StoppedState);
+    verifyAtRest();
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
+    QVERIFY(isListenerLocked());
+    verifyJournal({640});
+    endAndVerify({640});
 }
 
 void TestPlaybackWithoutServer::cleanupTestCase() {
@@ -110,10 +110,7 @@ void TestPlaybackWithoutServer::cleanupTestCase() {
 }
 
 int main(int argc, char** argv) {
-    qputenv("PULSE_SERVER", server().address());
-    const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellion"));
-    return testsupport::runAll<TestPlaybackWithoutServer>(argc, argv);
+    return runWithOwnServer<TestPlaybackWithoutServer>(argc, argv);
 }
 
 #include "playback_no_server.moc"

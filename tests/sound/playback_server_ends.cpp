@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback_failures.h"
 
-#include "support/TestMain.h"
-
 #include <QAudioOutput>
 #include <QBuffer>
 
@@ -15,7 +13,7 @@ QString failureLine() {
     return QStringLiteral("Audio stopped unexpectedly");
 }
 
-/// Whether the toolkit has a connection to the server at this moment.
+/// Whether Qt has a connection to the server at this moment.
 bool isConnected() {
     QByteArray silence(4, '\0');
     QBuffer buffer(&silence);
@@ -27,8 +25,8 @@ bool isConnected() {
 
 } // namespace
 
-/// In this order: the toolkit finds a server again once, and then no more.
-class TestPlaybackServerEnds : public QObject {
+/// In this order: Qt finds a server again once, and then no more.
+class TestPlaybackServerEnds : public SoundFailureTest {
     Q_OBJECT
 
 private slots:
@@ -49,89 +47,84 @@ void TestPlaybackServerEnds::cleanupTestCase() {
 }
 
 void TestPlaybackServerEnds::soundIsPlayedWhileTheServerIsThere() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo());
-    QVERIFY(bench.session.playTarget());
-    QCOMPARE(bench.log.warnings(), QStringList());
-    bench.sounds.clear();
-    bench.endAndVerify({});
+    QVERIFY(prepareAndStart());
+    QVERIFY(fixture->session().playTarget());
+    endAndVerify({});
 }
 
 void TestPlaybackServerEnds::serverThatEndsBetweenSoundsAndIsBackAtOnceIsFoundAgain() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo());
-    QVERIFY(bench.session.playTarget());
-    QVERIFY(bench.session.playSinusoid(300));
+    QVERIFY(prepareAndStart());
+    QVERIFY(fixture->session().playTarget());
+    QVERIFY(fixture->session().playSinusoid(300));
     server().kill();
     QVERIFY(server().start());
     // Nobody has asked for a sound since: there is nothing to complain about yet.
-    QVERIFY(!bench.log.all().contains(failureLine()));
-    bench.request(400);
-    QTRY_COMPARE(bench.log.warnings().count(failureLine()), 1);
-    QCOMPARE(bench.soundsTold(), QVector<int>{1});
-    QVERIFY(!bench.session.listener()->isEnabled());
-    QVERIFY(bench.isAtRest());
-    bench.verifyJournal({300, 400});
-    bench.endAndVerify({300, 400});
-    // The toolkit looks for the server again three seconds after it has lost it.
+    QVERIFY(!fixture->log.all().contains(failureLine()));
+    request(400);
+    fixture->log.expect(failureLine());
+    QTRY_COMPARE(fixture->log.warnings().count(failureLine()), 1);
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
+    QVERIFY(isListenerLocked());
+    verifyAtRest();
+    verifyJournal({300, 400});
+    endAndVerify({300, 400});
+    // Qt looks for the server again three seconds after it has lost it.
     constexpr int patienceMs = 20000;
     QTRY_VERIFY_WITH_TIMEOUT(isConnected(), patienceMs);
-    QVERIFY(bench.prepareAndGo());
-    QVERIFY(bench.session.playTarget());
-    QVERIFY(bench.session.playSinusoid(500));
-    bench.sounds.clear();
-    bench.endAndVerify({500});
-    QCOMPARE(bench.log.warnings().count(failureLine()), 1);
+    QVERIFY(prepareAndStart());
+    QVERIFY(fixture->session().playTarget());
+    QVERIFY(fixture->session().playSinusoid(500));
+    endAndVerify({500});
 }
 
 void TestPlaybackServerEnds::serverThatEndsInMidSoundIsLoggedAndTheSessionEnds() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo(200000));
-    bench.request(640);
-    QTRY_COMPARE(bench.window.audioOutput->state(), QAudio::ActiveState);
-    QVERIFY(!bench.log.all().contains(failureLine()));
+    QVERIFY(prepareAndStart(200000));
+    request(640);
+    QTRY_COMPARE(outputState(), QAudio::ActiveState);
+    QVERIFY(!fixture->log.all().contains(failureLine()));
     server().kill();
-    QTRY_COMPARE(bench.log.warnings().count(failureLine()), 1);
+    fixture->log.expect("\"Stream error: Connection terminated\"");
+    fixture->log.expect(failureLine());
+    QTRY_COMPARE(fixture->log.warnings().count(failureLine()), 1);
     // Nothing is released, and nothing unlocks the listener's window.
-    QVERIFY(bench.window.audioOutput != nullptr);
-    QVERIFY(bench.window.audioOutput->error() != QAudio::NoError);
-    QCOMPARE(bench.window.audioBytes->size(), 800000);
-    QCOMPARE(bench.soundsTold(), QVector<int>{1});
-    QVERIFY(!bench.session.listener()->isEnabled());
-    QVERIFY(bench.isAtRest());
-    bench.verifyJournal({640});
-    bench.endAndVerify({640});
+    QVERIFY(fixture->window().audioOutput != nullptr);
+    QVERIFY(fixture->window().audioOutput->error() != QAudio::NoError);
+    QCOMPARE(fixture->window().audioBytes->size(), 800000);
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
+    QVERIFY(isListenerLocked());
+    verifyAtRest();
+    verifyJournal({640});
+    endAndVerify({640});
     // The next session goes without sound.
-    QVERIFY(bench.prepareAndGo());
-    bench.request(321);
-    QTRY_COMPARE(bench.log.warnings().count(failureLine()), 2);
-    bench.verifyJournal({321});
-    bench.endAndVerify({321});
+    QVERIFY(prepareAndStart());
+    request(321);
+    fixture->log.expect(failureLine());
+    QTRY_COMPARE(fixture->log.warnings().count(failureLine()), 2);
+    verifyJournal({321});
+    endAndVerify({321});
 }
 
 void TestPlaybackServerEnds::serverThatIsBackTooLateIsNotFoundAgain() {
-    FailureBench bench;
-    // Still without the server that ended before, the toolkit gives up.
+    // Still without the server that ended before, Qt gives up.
     constexpr int patienceMs = 20000;
-    QTRY_VERIFY_WITH_TIMEOUT(!bench.log.warnings().filter("pa_context_connect() failed").isEmpty(),
-                             patienceMs);
+    const QString givenUp = "PulseAudioService: pa_context_connect() failed";
+    fixture->log.expect(givenUp);
+    QTRY_VERIFY_WITH_TIMEOUT(fixture->log.warnings().contains(givenUp), patienceMs);
     QVERIFY(server().start());
-    QVERIFY(bench.prepareAndGo());
+    QVERIFY(prepareAndStart());
     for (int frequency = 1; frequency <= sinusoidsPerSession; ++frequency) {
-        bench.request(frequency);
-        QTRY_COMPARE(bench.log.warnings().count(failureLine()), frequency);
-        QCOMPARE(bench.soundsTold(), QVector<int>{1});
+        request(frequency);
+        fixture->log.expect(failureLine());
+        QTRY_COMPARE(fixture->log.warnings().count(failureLine()), frequency);
+        QCOMPARE(fixture->soundSignals, SoundSignals{1});
     }
-    QVERIFY(bench.isAtRest());
-    bench.verifyJournal({1, 2});
-    bench.endAndVerify({1, 2});
+    verifyAtRest();
+    verifyJournal({1, 2});
+    endAndVerify({1, 2});
 }
 
 int main(int argc, char** argv) {
-    qputenv("PULSE_SERVER", server().address());
-    const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellion"));
-    return testsupport::runAll<TestPlaybackServerEnds>(argc, argv);
+    return runWithOwnServer<TestPlaybackServerEnds>(argc, argv);
 }
 
 #include "playback_server_ends.moc"

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback_failures.h"
 
-#include "support/TestMain.h"
-
 #include <QAudioOutput>
 
 namespace {
@@ -14,16 +12,18 @@ bool isThereADevice() {
 
 } // namespace
 
-class TestPlaybackSinkEnds : public QObject {
+class TestPlaybackSinkEnds : public SoundFailureTest {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void init();
     void sinkRemovedInMidSoundLeavesTheOutputActiveForEver();
     void sinkRemovedBetweenSoundsLeavesNoDevice();
     void nextSessionPlaysOnceTheSinkIsBack();
     void cleanupTestCase();
+
+private:
+    void setUp() override;
 };
 
 void TestPlaybackSinkEnds::initTestCase() {
@@ -31,7 +31,7 @@ void TestPlaybackSinkEnds::initTestCase() {
 }
 
 /// Each test begins with a device, which the toolkit learns of in the background.
-void TestPlaybackSinkEnds::init() {
+void TestPlaybackSinkEnds::setUp() {
     if (!isThereADevice())
         QVERIFY(server().addSink());
     QTRY_VERIFY(isThereADevice());
@@ -42,47 +42,46 @@ void TestPlaybackSinkEnds::cleanupTestCase() {
 }
 
 void TestPlaybackSinkEnds::sinkRemovedInMidSoundLeavesTheOutputActiveForEver() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo(4000));
-    QVERIFY(bench.session.playTarget());
-    bench.request(640);
-    QTRY_COMPARE(bench.window.audioOutput->state(), QAudio::ActiveState);
+    QVERIFY(prepareAndStart(4000));
+    QVERIFY(fixture->session().playTarget());
+    request(640);
+    QTRY_COMPARE(outputState(), QAudio::ActiveState);
     QVERIFY(server().removeSink());
+    fixture->log.expect("\"Stream error: Entity killed\"");
     // Much longer than the sound of 100 ms.
-    QVERIFY(bench.isAtRest());
-    QCOMPARE(bench.window.audioOutput->state(), QAudio::ActiveState);
-    QCOMPARE(bench.soundsTold(), QVector<int>{1});
-    QVERIFY(!bench.log.all().contains("Audio stopped unexpectedly"));
-    QVERIFY(!bench.session.listener()->isEnabled());
-    bench.verifyJournal({640});
-    bench.endAndVerify({640});
+    verifyAtRest();
+    QCOMPARE(outputState(), QAudio::ActiveState);
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
+    QVERIFY(!fixture->log.all().contains("Audio stopped unexpectedly"));
+    QVERIFY(isListenerLocked());
+    verifyJournal({640});
+    endAndVerify({640});
 }
 
 void TestPlaybackSinkEnds::sinkRemovedBetweenSoundsLeavesNoDevice() {
-    FailureBench bench;
-    QVERIFY(bench.prepareAndGo());
-    QVERIFY(bench.session.playTarget());
-    QVERIFY(bench.session.playSinusoid(300));
+    QVERIFY(prepareAndStart());
+    QVERIFY(fixture->session().playTarget());
+    QVERIFY(fixture->session().playSinusoid(300));
     QVERIFY(server().removeSink());
     QTRY_VERIFY(!isThereADevice());
-    bench.request(400);
-    QVERIFY(bench.isAtRest());
-    QCOMPARE(bench.window.audioOutput->state(), QAudio::StoppedState);
-    QCOMPARE(bench.soundsTold(), QVector<int>{1});
-    bench.verifyJournal({300, 400});
-    bench.endAndVerify({300, 400});
+    request(400);
+    fixture->log.expect("using null output device, none available");
+    verifyAtRest();
+    QCOMPARE(outputState(), QAudio::StoppedState);
+    QCOMPARE(fixture->soundSignals, SoundSignals{1});
+    verifyJournal({300, 400});
+    endAndVerify({300, 400});
 }
 
 void TestPlaybackSinkEnds::nextSessionPlaysOnceTheSinkIsBack() {
-    FailureBench bench;
     for (const int frequency : {300, 400}) {
-        QVERIFY(bench.prepareAndGo());
-        QVERIFY(bench.session.playTarget());
-        QVERIFY(bench.session.playSinusoid(frequency));
-        bench.request(frequency + 1);
-        QTRY_COMPARE(bench.soundsTold(), (QVector<int>{1, -1}));
-        bench.sounds.clear();
-        bench.endAndVerify({frequency, frequency + 1});
+        QVERIFY(prepareAndStart());
+        QVERIFY(fixture->session().playTarget());
+        QVERIFY(fixture->session().playSinusoid(frequency));
+        request(frequency + 1);
+        QTRY_COMPARE(fixture->soundSignals, (SoundSignals{1, -1}));
+        fixture->soundSignals.clear();
+        endAndVerify({frequency, frequency + 1});
         if (frequency == 400)
             break;
         QVERIFY(server().removeSink());
@@ -90,14 +89,10 @@ void TestPlaybackSinkEnds::nextSessionPlaysOnceTheSinkIsBack() {
         QVERIFY(server().addSink());
         QTRY_VERIFY(isThereADevice());
     }
-    QCOMPARE(bench.log.warnings(), QStringList());
 }
 
 int main(int argc, char** argv) {
-    qputenv("PULSE_SERVER", server().address());
-    const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellion"));
-    return testsupport::runAll<TestPlaybackSinkEnds>(argc, argv);
+    return runWithOwnServer<TestPlaybackSinkEnds>(argc, argv);
 }
 
 #include "playback_sink_ends.moc"

@@ -1,4 +1,5 @@
-// Pauses, sinusoids and sound bytes without a window, and the main function of the sound tests.
+// Pauses, sinusoids and sound bytes without a window, what the tests of sounds share, and their
+// main function.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback.h"
 
@@ -8,6 +9,7 @@
 #include "sound/TailedBuffer.h"
 #include "support/TestMain.h"
 
+#include <QCheckBox>
 #include <QtTest>
 
 #include <algorithm>
@@ -20,6 +22,14 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 } // namespace
 
 Q_DECLARE_METATYPE(Qt::TimerType)
+
+void PlaybackTest::setUp() {
+    fixture->window().checkBoxSaveData->setChecked(false);
+}
+
+void PlaybackTest::prepare(const QVector<int>& codes) {
+    fixture->prepare(fixture->write("target.wav", codes));
+}
 
 void TestPlaybackFunctions::pauses_data() {
     QTest::addColumn<double>("soundDuration");
@@ -141,10 +151,6 @@ void TestPlaybackFunctions::bytesAreLittleEndianFloats() {
     QTEST(soundBytes(samples, length), "bytes");
 }
 
-void TestPlaybackFunctions::bytesOfHalfASecond() {
-    QCOMPARE(soundBytes(QVector<double>(20000, 0.5), 20000).size(), 80000);
-}
-
 void TestPlaybackFunctions::silenceFollowsTheBytes_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("tail");
@@ -198,8 +204,7 @@ void TestPlaybackFunctions::soundsAreHeardWhole() {
 }
 
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellion"));
-    return testsupport::runAll<TestPlaybackFunctions, TestPlaybackMembers, TestPlaybackHeard,
-                               TestPlaybackTimes, TestPlaybackCancelled>(argc, argv);
+    return testsupport::runWithWindows<TestPlaybackFunctions, TestPlaybackMembers,
+                                       TestPlaybackHeard, TestPlaybackTimes, TestPlaybackCancelled>(
+        argc, argv);
 }

@@ -3,57 +3,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "support/Fixture.h"
 #include "support/HeardSounds.h"
-#include "support/InspectedWindows.h"
-#include "support/LogLines.h"
-#include "support/SessionDriver.h"
-#include "support/SoundRecorder.h"
-#include "support/WavBytes.h"
 
-#include <QObject>
-#include <QTemporaryDir>
-
+using testsupport::CutSound;
+using testsupport::findCutSound;
 using testsupport::heardFrom;
 using testsupport::heardSinusoid;
+using testsupport::isAudible;
 using testsupport::unevenCodes;
 
-/// A main window on the screen, its listener, what it tells and logs, and a recorder.
-class PlaybackBench {
-public:
-    PlaybackBench();
+using SoundSignals = QVector<int>;
 
-    /// Prepares a practice session with a file of these bytes, or of these 16-bit samples.
-    void prepare(const QByteArray& wavFile);
+/// Tests of sounds, in sessions whose results are not saved.
+class PlaybackTest : public testsupport::FixtureTest {
+protected:
+    void setUp() override;
+
+    /// Prepares a practice session with a target of these 16-bit samples.
     void prepare(const QVector<int>& codes);
-
-    /// Sets the silent interval so that this pause (ms) follows each request. It is negative for
-    /// long sounds, whose own length is part of the pause.
-    void setPause(double milliseconds);
-
-    /// "Go" and "I am ready"; returns whether the listener's window came.
-    bool go();
-
-    /// Ends the session at the listener's window, where nothing is to be saved.
-    void finish();
-
-    /// The arguments of soundPlaying so far.
-    QVector<int> soundsTold() const;
-
-    /// What is wrong with everything recorded until silence follows; empty when it is these
-    /// sounds and nothing else.
-    QString wrongInRecording(const QVector<QVector<float>>& soundsExpected) const;
-
-    /// Unexpected dialogs, dialogs that did not come, and warnings on the log.
-    QString complaints();
-
-    QTemporaryDir folder;
-    testsupport::LogLines log;
-    std::unique_ptr<testsupport::InspectedMainWindow> windowOwner =
-        std::make_unique<testsupport::InspectedMainWindow>();
-    testsupport::InspectedMainWindow& window = *windowOwner;
-    testsupport::SessionDriver session{window};
-    testsupport::SoundRecorder recorder;
-    QSignalSpy sounds{&window, &MainWindow::soundPlaying};
 };
 
 /// The computations that need no window (test_playback.cpp).
@@ -70,7 +38,6 @@ private slots:
     void sinusoidStaysInItsBounds();
     void bytesAreLittleEndianFloats_data();
     void bytesAreLittleEndianFloats();
-    void bytesOfHalfASecond();
     void silenceFollowsTheBytes_data();
     void silenceFollowsTheBytes();
     void soundsAreHeardWhole_data();
@@ -78,19 +45,15 @@ private slots:
 };
 
 /// Members before, while and after a sound (playback_members.cpp).
-class TestPlaybackMembers : public QObject {
+class TestPlaybackMembers : public PlaybackTest {
     Q_OBJECT
 
 private slots:
-    void audioFormat_data();
-    void audioFormat();
-    void nothingIsThereBeforeASound();
     void genSinusoidSizesOnlyBeforeTheFirstSound_data();
     void genSinusoidSizesOnlyBeforeTheFirstSound();
     void genSinusoidTakesTheSettings();
     void outputLivesFromStartToIdle_data();
     void outputLivesFromStartToIdle();
-    void sizeOfTheBytesFollowsTheSamples();
     void bytesAreTheSoundThatIsDue_data();
     void bytesAreTheSoundThatIsDue();
     void shorterBuffersArePaddedWithZeros_data();
@@ -101,17 +64,21 @@ private slots:
     void secondSoundOfARequestIsEmptyAndCountsTwo();
     void stateThatChangesNothing_data();
     void stateThatChangesNothing();
-    void idleReleasesAndTellsTheEndOfTheLastSoundOnly_data();
-    void idleReleasesAndTellsTheEndOfTheLastSoundOnly();
+    void idleReleasesAndSignalsTheEndOfTheLastSoundOnly_data();
+    void idleReleasesAndSignalsTheEndOfTheLastSoundOnly();
     void stoppedWithoutAnErrorLogsNothing();
     void requestsAreScheduled_data();
     void requestsAreScheduled();
     void playWavSchedulesWhileTrialsAreLeft();
-    void playWavPlays();
+
+private:
+    void prepareSamples(int samples = 400);
+    bool isAnythingHeld() const;
+    bool isEverythingHeld() const;
 };
 
 /// What the sound device receives (playback_heard.cpp).
-class TestPlaybackHeard : public QObject {
+class TestPlaybackHeard : public PlaybackTest {
     Q_OBJECT
 
 private slots:
@@ -126,21 +93,20 @@ private slots:
     void programThatStopsFeedingReportsAnEarlyEnd();
 };
 
-/// The order of what is told, and when (playback_times.cpp).
-class TestPlaybackTimes : public QObject {
+/// The order of signals and sounds, and when they come (playback_times.cpp).
+class TestPlaybackTimes : public PlaybackTest {
     Q_OBJECT
 
 private slots:
     void soundStartsExactlyAfterThePause_data();
     void soundStartsExactlyAfterThePause();
     void pauseIsHeardBetweenTheSounds();
-    void startAndEndAreToldAroundTheSound();
+    void startAndEndAreSignalledAroundTheSound();
     void matchedFrequencyChangesWhenTheSinusoidStarts();
-    void listenersWindowIsLockedFromRequestToEnd();
 };
 
 /// Sessions and windows that end before their sound (playback_cancelled.cpp).
-class TestPlaybackCancelled : public QObject {
+class TestPlaybackCancelled : public PlaybackTest {
     Q_OBJECT
 
 private slots:
@@ -155,4 +121,9 @@ private slots:
 
 private:
     static void waysToClose();
+
+    bool startWith(int samples);
+    void closeListener(bool byItsButton, const QStringList& matches);
+    void verifyCut();
+    void verifyNextSession();
 };

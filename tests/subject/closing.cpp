@@ -3,9 +3,8 @@
 #include "test_subject.h"
 
 #include "support/CloseButton.h"
-#include "support/DialogDriver.h"
-#include "support/LogLines.h"
 #include "support/ManagedWindows.h"
+#include "support/OneTranslation.h"
 
 #include <QApplication>
 #include <QBackingStore>
@@ -13,7 +12,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTranslator>
 #include <QWindow>
 #include <QtTest>
 
@@ -24,10 +22,6 @@
 using testsupport::DialogDriver;
 
 namespace {
-
-QString questionTitle() {
-    return QStringLiteral("Confirmation MessageBox");
-}
 
 using Way = std::function<void(OpenSubjectWindow&)>;
 using Answer = std::function<void(QMessageBox&)>;
@@ -67,8 +61,8 @@ void dismiss(QMessageBox& question) {
 
 /// Lays an answer ready for the next question.
 void answerWith(DialogDriver& dialogs, const Answer& answer) {
-    dialogs.expect(questionTitle(),
-                   [answer](QWidget* dialog) { answer(*qobject_cast<QMessageBox*>(dialog)); });
+    dialogs.expectClosing(
+        [answer](QWidget* dialog) { answer(*qobject_cast<QMessageBox*>(dialog)); });
 }
 
 /// Closes the window and waits until the question has been asked, answered and put away.
@@ -129,62 +123,36 @@ QStringList lookOf(const OpenSubjectWindow& window) {
 Q_DECLARE_METATYPE(Way)
 Q_DECLARE_METATYPE(Answer)
 
-void TestSubjectWindowClosing::initTestCase() {
-    QApplication::setQuitOnLastWindowClosed(false);
-}
-
-void TestSubjectWindowClosing::questionAsksAsLaidDown() {
+void TestSubjectWindowClosing::questionIsAsItShouldBe() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
-    DialogDriver dialogs;
-    bool isAsked = false;
-    answerWith(dialogs, [&](QMessageBox& question) {
-        isAsked = true;
-        QCOMPARE(question.windowTitle(), questionTitle());
-        QCOMPARE(question.text(), QStringLiteral("Do you want to close this window?\n"));
-        QCOMPARE(question.informativeText(), QString());
-        QCOMPARE(question.icon(), QMessageBox::Question);
-        QCOMPARE(question.standardButtons(),
-                 QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-        QCOMPARE(question.buttons().size(), 3);
-        QCOMPARE(question.defaultButton(), question.button(QMessageBox::Yes));
-        QCOMPARE(question.parentWidget(), &window);
-        QVERIFY(question.isModal());
+    QVariantList facts;
+    answerWith(fixture->dialogs, [&](QMessageBox& question) {
+        facts = {question.text(),
+                 question.informativeText(),
+                 question.icon(),
+                 int(question.standardButtons()),
+                 question.buttons().size(),
+                 question.defaultButton() == question.button(QMessageBox::Yes),
+                 question.parentWidget() == &window,
+                 question.isModal()};
+        question.close();
     });
-    // In whatever way the answer above has ended, the question goes.
-    QTimer closer;
-    connect(&closer, &QTimer::timeout, this, [&] {
-        if (isAsked && QApplication::activeModalWidget() != nullptr)
-            QApplication::activeModalWidget()->close();
-    });
-    closer.start(10);
-    const testsupport::LogLines log;
     window.close();
-    QVERIFY(isAsked);
+    QCOMPARE(facts, QVariantList({"Do you want to close this window?\n", "", QMessageBox::Question,
+                                  int(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel), 3,
+                                  true, true, true}));
     QVERIFY(window.isVisible());
-    QCOMPARE(log.all(), QStringList());
+    QCOMPARE(fixture->log.all(), QStringList());
 }
 
 void TestSubjectWindowClosing::questionIsTranslated() {
-    class German : public QTranslator {
-    public:
-        bool isEmpty() const override { return false; }
-        QString translate(const char* context, const char* sourceText,
-                          const char* /*disambiguation*/, int /*n*/) const override {
-            if (qstrcmp(context, "SubjectWindow") == 0 &&
-                qstrcmp(sourceText, "Do you want to close this window?\n") == 0)
-                return QStringLiteral("Fenster schließen?");
-            return {};
-        }
-    };
-    const German translator;
-    QVERIFY(QCoreApplication::installTranslator(const_cast<German*>(&translator)));
+    const testsupport::OneTranslation german("SubjectWindow", "Do you want to close this window?\n",
+                                             "Fenster schließen?");
     OpenSubjectWindow window;
     window.show();
-    DialogDriver dialogs;
-    dialogs.click(questionTitle(), QMessageBox::Cancel, QStringLiteral("Fenster schließen?"));
+    fixture->dialogs.answerClosing(QMessageBox::Cancel, QStringLiteral("Fenster schließen?"));
     window.close();
-    QCOMPARE(dialogs.takeComplaints(), QStringList());
 }
 
 void TestSubjectWindowClosing::answersByEachWayOfClosing_data() {
@@ -215,14 +183,12 @@ void TestSubjectWindowClosing::answersByEachWayOfClosing() {
     bringTo(window, Stage::AdjustingWithDone);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
     const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
-    DialogDriver dialogs;
-    answerWith(dialogs, answer);
-    QVERIFY(closeAndWait(window, way, dialogs));
+    answerWith(fixture->dialogs, answer);
+    QVERIFY(closeAndWait(window, way, fixture->dialogs));
     QCOMPARE(closed.count(), isClosed ? 1 : 0);
     QCOMPARE(window.isVisible(), !isClosed);
     QCOMPARE(responses.count(), 0);
-    QCOMPARE(dialogs.seen().size(), 1);
-    QCOMPARE(dialogs.takeComplaints(), QStringList());
+    QCOMPARE(fixture->dialogs.seen().size(), 1);
 }
 
 void TestSubjectWindowClosing::windowManagerClosesAtEveryStage_data() {
@@ -234,9 +200,8 @@ void TestSubjectWindowClosing::windowManagerClosesAtEveryStage() {
     OpenSubjectWindow window;
     bringTo(window, stage);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
-    DialogDriver dialogs;
-    answerWith(dialogs, press(QMessageBox::Yes));
-    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QCOMPARE(closed.count(), 1);
     QVERIFY(!window.isVisible());
 }
@@ -251,62 +216,48 @@ void TestSubjectWindowClosing::refusedClosingLeavesTheStageAsItWas() {
     bringTo(window, stage);
     const QStringList before = lookOf(window);
     const WindowLog log(window);
-    DialogDriver dialogs;
-    answerWith(dialogs, press(QMessageBox::No));
-    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    answerWith(fixture->dialogs, press(QMessageBox::No));
+    QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QCOMPARE(lookOf(window), before);
     QCOMPARE(log.lines, QStringList());
 }
 
-void TestSubjectWindowClosing::windowIsStillShownWhenItsClosingIsTold() {
+void TestSubjectWindowClosing::windowIsStillShownWhenItsClosingIsSignalled() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
-    int told = 0;
+    int signalled = 0;
     connect(&window, &SubjectWindow::subjectWindowClosed, this, [&] {
-        ++told;
+        ++signalled;
         QVERIFY(window.isVisible());
         QVERIFY(QApplication::activeModalWidget() == nullptr);
     });
-    DialogDriver dialogs;
-    answerWith(dialogs, press(QMessageBox::Yes));
+    answerWith(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(window.close());
-    QCOMPARE(told, 1);
+    QCOMPARE(signalled, 1);
     QVERIFY(!window.isVisible());
-}
-
-void TestSubjectWindowClosing::closedWindowStaysAChild() {
-    QWidget parent;
-    const QPointer<OpenSubjectWindow> window(new OpenSubjectWindow(&parent));
-    bringTo(*window, Stage::AdjustingWithDone);
-    DialogDriver dialogs;
-    answerWith(dialogs, press(QMessageBox::Yes));
-    QVERIFY(closeAndWait(*window, closeByDone, dialogs));
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(!window.isNull());
-    QCOMPARE(window->parentWidget(), &parent);
-    QVERIFY(window->isHidden());
 }
 
 void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem_data() {
     QTest::addColumn<Way>("way");
-    QTest::newRow("Done") << Way(closeByDone);
-    QTest::newRow("close()") << Way(closeByCall);
-    QTest::newRow("window manager") << Way(closeByFrame);
-    QTest::newRow("hide()") << Way([](auto& window) { window.hide(); });
+    QTest::addColumn<bool>("isAsked");
+    QTest::newRow("Done") << Way(closeByDone) << true;
+    QTest::newRow("close()") << Way(closeByCall) << true;
+    QTest::newRow("window manager") << Way(closeByFrame) << true;
+    QTest::newRow("hide()") << Way([](auto& window) { window.hide(); }) << false;
 }
 
 void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
     QFETCH(Way, way);
+    QFETCH(bool, isAsked);
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     const QPointer<QWindow> handle(window.windowHandle());
     QVERIFY(window.backingStore() != nullptr);
-    DialogDriver dialogs;
-    answerWith(dialogs, press(QMessageBox::Yes));
+    if (isAsked)
+        answerWith(fixture->dialogs, press(QMessageBox::Yes));
     way(window);
     QTRY_VERIFY(handle.isNull());
-    dialogs.takeComplaints(); // hide() asks no question.
     QVERIFY(window.isHidden());
     QVERIFY(window.windowHandle() == nullptr && window.backingStore() == nullptr);
     // Sounds of later sessions reach the window too, and must not bring anything back.
@@ -326,9 +277,8 @@ void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
     QTRY_COMPARE(window.pos(), QPoint(120, 80));
     const QRect geometry = window.geometry();
     const QStringList look = lookOf(window);
-    DialogDriver dialogs;
-    answerWith(dialogs, press(QMessageBox::Yes));
-    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QTRY_VERIFY(window.windowHandle() == nullptr);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
@@ -343,8 +293,8 @@ void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
     QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
                       window.pushButtonPlaySinusoid->mapTo(&window, QPoint(20, 20)));
     QCOMPARE(responses.count(), 1);
-    answerWith(dialogs, press(QMessageBox::Yes));
-    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QVERIFY(window.isHidden());
 }
 
@@ -374,16 +324,14 @@ void TestSubjectWindowClosing::minimisedOrReshownWindowIsNotReleased() {
 void TestSubjectWindowClosing::secondRequestUnderTheQuestionAsksNoSecondQuestion() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
-    DialogDriver dialogs;
     // The manager passes requests on in their order: once the question has gone, the request for
     // the window below it has been there.
-    answerWith(dialogs, [&](QMessageBox& question) {
+    answerWith(fixture->dialogs, [&](QMessageBox& question) {
         QVERIFY(testsupport::pressCloseButton(window));
         dismiss(question);
     });
-    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
-    QCOMPARE(dialogs.takeComplaints(), QStringList());
-    QCOMPARE(dialogs.seen().size(), 1);
+    QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
+    QCOMPARE(fixture->dialogs.seen().size(), 1);
     QVERIFY(window.isVisible());
 }
 
@@ -427,8 +375,7 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt() {
     OpenSubjectWindow window(&parent);
     bringTo(window, stage);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
-    DialogDriver dialogs;
-    answerWith(dialogs, [&](QMessageBox& question) {
+    answerWith(fixture->dialogs, [&](QMessageBox& question) {
         for (const int index : sounds)
             window.updateSubjectWindow(index);
         for (const QAbstractButton* button : question.buttons())
@@ -436,42 +383,27 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt() {
                 QTest::qFail("a button of the question is disabled", __FILE__, __LINE__);
         answer(question);
     });
-    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
+    QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QCOMPARE(closed.count(), isClosed ? 1 : 0);
     QCOMPARE(window.isVisible(), !isClosed);
     QCOMPARE(window.isEnabled(), sounds.last() == -1);
-}
-
-void TestSubjectWindowClosing::soundThatEndsUnderTheQuestionUnlocksTheWindow() {
-    OpenSubjectWindow window;
-    bringTo(window, Stage::SinusoidPlaying);
-    const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
-    DialogDriver dialogs;
-    answerWith(dialogs, [&](QMessageBox& question) {
-        window.updateSubjectWindow(-1);
-        press(QMessageBox::No)(question);
-    });
-    QVERIFY(closeAndWait(window, closeByFrame, dialogs));
-    QTest::mouseClick(window.pushButtonPlayTarget, Qt::LeftButton);
-    QCOMPARE(responses.count(), 1);
 }
 
 void TestSubjectWindowClosing::questionCanBeAskedAgain() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
-    DialogDriver dialogs;
     for (const auto button : {QMessageBox::No, QMessageBox::Cancel, QMessageBox::Yes}) {
         QCOMPARE(closed.count(), 0);
-        answerWith(dialogs, press(button));
-        QVERIFY(closeAndWait(window, closeByDone, dialogs));
+        answerWith(fixture->dialogs, press(button));
+        QVERIFY(closeAndWait(window, closeByDone, fixture->dialogs));
         // Nothing may be left of the question that is gone.
         QCOMPARE(window.findChildren<QMessageBox*>().size(), 0);
         window.updateSubjectWindow(1);
         window.updateSubjectWindow(-1);
     }
     QCOMPARE(closed.count(), 1);
-    QCOMPARE(dialogs.seen().size(), 3);
+    QCOMPARE(fixture->dialogs.seen().size(), 3);
 }
 
 void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
@@ -479,8 +411,7 @@ void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
     const QPointer<OpenSubjectWindow> window(new OpenSubjectWindow(parent.get()));
     bringTo(*window, Stage::SinusoidPlaying);
     const QSignalSpy closed(window, &SubjectWindow::subjectWindowClosed);
-    DialogDriver dialogs;
-    answerWith(dialogs, [&](QMessageBox& box) {
+    answerWith(fixture->dialogs, [&](QMessageBox& box) {
         const QPointer<QMessageBox> question(&box);
         parent.reset();
         if (question) // Else the test would wait for its answer.
@@ -489,6 +420,5 @@ void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
     window->close();
     QVERIFY(window.isNull());
     QCOMPARE(closed.count(), 0);
-    QCOMPARE(dialogs.takeComplaints(), QStringList());
     QVERIFY(QApplication::activeModalWidget() == nullptr);
 }

@@ -92,8 +92,8 @@ Input wheelOnSpinBox(int notches) {
 }
 
 struct Parameters {
-    int least;
-    int most;
+    int minimum;
+    int maximum;
     int current;
     int step;
 };
@@ -166,7 +166,7 @@ void TestSubjectWindowFrequency::setValueMovesBothControls() {
     }
 }
 
-void TestSubjectWindowFrequency::eachChangeIsToldOnce() {
+void TestSubjectWindowFrequency::eachChangeIsSignalledOnce() {
     const OpenSubjectWindow window;
     const QSignalSpy spinBox(window.spinBoxFrequency, SIGNAL(valueChanged(int)));
     const QSignalSpy slider(window.sliderFrequency, SIGNAL(valueChanged(int)));
@@ -245,15 +245,15 @@ void TestSubjectWindowFrequency::receivedParametersReachMembersAndControls_data(
 void TestSubjectWindowFrequency::receivedParametersReachMembersAndControls() {
     QFETCH(Parameters, received);
     OpenSubjectWindow window;
-    window.receiveParameters(received.least, received.most, received.current, received.step);
-    QCOMPARE(window.frequencyMin, received.least);
-    QCOMPARE(window.frequencyMax, received.most);
+    window.receiveParameters(received.minimum, received.maximum, received.current, received.step);
+    QCOMPARE(window.frequencyMin, received.minimum);
+    QCOMPARE(window.frequencyMax, received.maximum);
     QCOMPARE(window.frequencyCurrent, received.current);
     QCOMPARE(window.frequencyStepSize, received.step);
     for (QObject* control : {static_cast<QObject*>(window.spinBoxFrequency),
                              static_cast<QObject*>(window.sliderFrequency)}) {
-        QCOMPARE(control->property("minimum").toInt(), received.least);
-        QCOMPARE(control->property("maximum").toInt(), received.most);
+        QCOMPARE(control->property("minimum").toInt(), received.minimum);
+        QCOMPARE(control->property("maximum").toInt(), received.maximum);
         QCOMPARE(control->property("value").toInt(), received.current);
         QCOMPARE(control->property("singleStep").toInt(), received.step);
     }
@@ -299,12 +299,10 @@ void TestSubjectWindowFrequency::receivedRangeUpsideDownCollapses() {
     QCOMPARE(window.frequencyMin, 900);
     QCOMPARE(window.frequencyMax, 100);
     QCOMPARE(window.frequencyCurrent, 500);
-    QCOMPARE(window.spinBoxFrequency->minimum(), 900);
-    QCOMPARE(window.spinBoxFrequency->maximum(), 900);
-    QCOMPARE(window.spinBoxFrequency->value(), 900);
-    QCOMPARE(window.sliderFrequency->minimum(), 900);
-    QCOMPARE(window.sliderFrequency->maximum(), 900);
-    QCOMPARE(window.sliderFrequency->value(), 900);
+    for (const QObject* control : {static_cast<QObject*>(window.spinBoxFrequency),
+                                   static_cast<QObject*>(window.sliderFrequency)})
+        for (const char* property : {"minimum", "maximum", "value"})
+            QCOMPARE(control->property(property).toInt(), 900);
 }
 
 void TestSubjectWindowFrequency::setSliderParametersAppliesTheMembers() {

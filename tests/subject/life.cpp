@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_subject.h"
 
-#include "support/LogLines.h"
+#include "app/WindowPlacement.h"
+#include "support/MethodNames.h"
 
 #include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMetaMethod>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
@@ -18,25 +18,12 @@
 #include <QVBoxLayout>
 #include <QtTest>
 
-#include <cmath>
 #include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
 
 namespace {
-
-QSize availableSize() {
-    return QGuiApplication::primaryScreen()->availableSize();
-}
-
-/// Fractions that are within 0..1, at the middle of the screen.
-QRect centred(double widthFraction, double heightFraction) {
-    const QSize available = availableSize();
-    const int width = int(std::trunc(available.width() * widthFraction));
-    const int height = int(std::trunc(available.height() * heightFraction));
-    return {(available.width() - width) / 2, (available.height() - height) / 2, width, height};
-}
 
 /// The members that the window deletes, in the order of their declaration.
 std::vector<std::pair<QString, QObject*>> ownedObjects(const OpenSubjectWindow& window) {
@@ -57,94 +44,27 @@ std::vector<std::pair<QString, QObject*>> ownedObjects(const OpenSubjectWindow& 
 
 void TestSubjectWindowLife::newWindowCovers70By80PercentOfTheScreenInItsMiddle() {
     OpenSubjectWindow window;
-    const QRect expected = centred(0.7, 0.8);
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    const QRect expected = windowPlacement(screen, QPoint(), true, 0.7, 0.8);
     QCOMPARE(window.geometry(), expected);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     QTRY_COMPARE(window.geometry(), expected);
 }
 
-void TestSubjectWindowLife::fractionsOfTheScreen_data() {
-    QTest::addColumn<double>("width");
-    QTest::addColumn<double>("height");
-    QTest::addColumn<QRect>("geometry");
-    QTest::newRow("70 % by 80 %") << 0.7 << 0.8 << centred(0.7, 0.8);
-    QTest::newRow("all of it") << 1.0 << 1.0 << centred(1, 1);
-    QTest::newRow("150 % is all of it") << 1.5 << 1.5 << centred(1, 1);
-    QTest::newRow("too wide") << 1e300 << 0.5 << centred(1, 0.5);
-    QTest::newRow("too high") << 0.5 << 1.0001 << centred(0.5, 1);
-    QTest::newRow("nothing") << 0.0 << 0.0 << centred(0, 0);
-    QTest::newRow("negative is nothing") << -0.5 << -1e300 << centred(0, 0);
-    QTest::newRow("negative width") << -0.001 << 0.8 << centred(0, 0.8);
-    QTest::newRow("odd numbers of pixels") << 0.333 << 0.777 << centred(0.333, 0.777);
-    QTest::newRow("less than a pixel") << 1e-9 << 0.8 << centred(0, 0.8);
-}
-
-void TestSubjectWindowLife::fractionsOfTheScreen() {
-    QFETCH(double, width);
-    QFETCH(double, height);
-    OpenSubjectWindow window;
-    window.centerAndResizeSubjectWindow(true, width, height);
-    QTEST(window.geometry(), "geometry");
-    // The arguments do not become the members.
-    QCOMPARE(window.widthRatio, 0.7);
-    QCOMPARE(window.heightRatio, 0.8);
-}
-
-void TestSubjectWindowLife::windowThatIsNotCentredStaysButKeepsItsFrameOnTheScreen_data() {
-    QTest::addColumn<QPoint>("before");
-    QTest::addColumn<QPoint>("after");
-    QTest::newRow("stays") << QPoint(100, 200) << QPoint(100, 200);
-    QTest::newRow("at the limits") << QPoint(5, 40) << QPoint(5, 40);
-    QTest::newRow("one inside") << QPoint(6, 41) << QPoint(6, 41);
-    QTest::newRow("one outside") << QPoint(4, 39) << QPoint(5, 40);
-    QTest::newRow("corner") << QPoint(0, 0) << QPoint(5, 40);
-    QTest::newRow("off the screen") << QPoint(-300, -300) << QPoint(5, 40);
-    QTest::newRow("left only") << QPoint(-300, 300) << QPoint(5, 300);
-    QTest::newRow("top only") << QPoint(300, -300) << QPoint(300, 40);
-}
-
-void TestSubjectWindowLife::windowThatIsNotCentredStaysButKeepsItsFrameOnTheScreen() {
-    QFETCH(QPoint, before);
-    QFETCH(QPoint, after);
-    OpenSubjectWindow window;
-    window.move(before);
-    window.centerAndResizeSubjectWindow(false, 0.5, 0.25);
-    QCOMPARE(window.geometry(), QRect(after, centred(0.5, 0.25).size()));
-}
-
-void TestSubjectWindowLife::metaObjectNumbersItsMethods_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<bool>("isSignal");
-    QTest::addColumn<QByteArray>("signature");
-    QTest::addColumn<QByteArrayList>("parameterNames");
-    const auto row = [](int index, bool isSignal, const char* signature,
-                        const QByteArrayList& parameterNames = {}) {
-        QTest::newRow(signature) << index << isSignal << QByteArray(signature) << parameterNames;
-    };
-    row(0, true, "subjectResponded(int,int)", {"response", "frequency"});
-    row(1, true, "subjectWindowClosed()");
-    row(2, false, "on_pushButtonIAmReady_clicked()");
-    row(3, false, "enableAllChoiceButtons()");
-    row(4, false, "receiveParameters(int,int,int,int)",
-        {"frequencyMin", "frequencyMax", "frequencyCurrent", "frequencyStepSize"});
-    row(5, false, "updateSubjectWindow(int)", {"index"});
-    row(6, false, "on_pushButtonPlayTarget_clicked()");
-    row(7, false, "on_pushButtonPlaySinusoid_clicked()");
-}
-
 void TestSubjectWindowLife::metaObjectNumbersItsMethods() {
-    QFETCH(int, index);
-    QFETCH(bool, isSignal);
     const QMetaObject& metaObject = SubjectWindow::staticMetaObject;
     QCOMPARE(QByteArray(metaObject.className()), QByteArray("SubjectWindow"));
     QCOMPARE(QByteArray(metaObject.superClass()->className()), QByteArray("QMainWindow"));
-    const QMetaMethod method = metaObject.method(metaObject.methodOffset() + index);
-    QTEST(method.methodSignature(), "signature");
-    QTEST(method.parameterNames(), "parameterNames");
-    QCOMPARE(method.methodType(), isSignal ? QMetaMethod::Signal : QMetaMethod::Slot);
-    QCOMPARE(method.access(), QMetaMethod::Public);
-    QCOMPARE(method.returnType(), int(QMetaType::Void));
+    QCOMPARE(testsupport::methodsOf(metaObject).mid(0, 8),
+             QStringList({"signal subjectResponded(int response, int frequency)",
+                          "signal subjectWindowClosed()", "slot on_pushButtonIAmReady_clicked()",
+                          "slot enableAllChoiceButtons()",
+                          "slot receiveParameters(int frequencyMin, int frequencyMax, "
+                          "int frequencyCurrent, int frequencyStepSize)",
+                          "slot updateSubjectWindow(int index)",
+                          "slot on_pushButtonPlayTarget_clicked()",
+                          "slot on_pushButtonPlaySinusoid_clicked()"}));
 }
 
 void TestSubjectWindowLife::slotsAreNotConnectedByName() {
@@ -208,7 +128,6 @@ void TestSubjectWindowLife::destructorLeavesNothingAtAnyStage_data() {
 
 void TestSubjectWindowLife::destructorLeavesNothingAtAnyStage() {
     QFETCH(Stage, stage);
-    const testsupport::LogLines log;
     const QWidgetList before = QApplication::allWidgets();
     auto window = std::make_unique<OpenSubjectWindow>();
     bringTo(*window, stage);
@@ -219,12 +138,5 @@ void TestSubjectWindowLife::destructorLeavesNothingAtAnyStage() {
     for (const QPointer<QObject>& object : owned)
         QVERIFY(object.isNull());
     QCOMPARE(QApplication::allWidgets().size(), before.size());
-    QCOMPARE(log.all(), QStringList());
-}
-
-void TestSubjectWindowLife::windowGoesWithItsParent() {
-    auto parent = std::make_unique<QWidget>();
-    const QPointer<SubjectWindow> window(new OpenSubjectWindow(parent.get()));
-    parent.reset();
-    QVERIFY(window.isNull());
+    QCOMPARE(fixture->log.all(), QStringList());
 }

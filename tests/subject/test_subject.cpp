@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_subject.h"
 
-#include "support/LogLines.h"
+#include "support/GridCell.h"
 #include "support/TestMain.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -75,129 +74,61 @@ bool WindowLog::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-void TestSubjectWindowLook::membersStartWithTheirDefaults_data() {
-    const OpenSubjectWindow window;
-    QTest::addColumn<double>("value");
-    QTest::addColumn<double>("expected");
-    QTest::newRow("unread int") << double(window.reserved) << 0.0;
-    QTest::newRow("frequencyMin") << double(window.frequencyMin) << 10.0;
-    QTest::newRow("frequencyMax") << double(window.frequencyMax) << 1000.0;
-    QTest::newRow("frequencyCurrent") << double(window.frequencyCurrent) << 500.0;
-    QTest::newRow("frequencyStepSize") << double(window.frequencyStepSize) << 1.0;
-    QTest::newRow("colour value 1") << double(window.colourLeast) << 0.0;
-    QTest::newRow("colour value 2") << double(window.colourMost) << 255.0;
-    QTest::newRow("isCentered") << double(window.isCentered) << 1.0;
-    QTest::newRow("widthRatio") << window.widthRatio << 0.7;
-    QTest::newRow("heightRatio") << window.heightRatio << 0.8;
-}
-
 void TestSubjectWindowLook::membersStartWithTheirDefaults() {
-    QFETCH(double, value);
-    QFETCH(double, expected);
-    QVERIFY2(value == expected, qPrintable(QString::number(value)));
-}
-
-void TestSubjectWindowLook::coloursAreDeclared() {
     const OpenSubjectWindow window;
+    QCOMPARE(window.reserved, 0);
+    QCOMPARE(window.frequencyMin, 10);
+    QCOMPARE(window.frequencyMax, 1000);
+    QCOMPARE(window.frequencyCurrent, 500);
+    QCOMPARE(window.frequencyStepSize, 1);
+    QCOMPARE(window.colourLeast, 0);
+    QCOMPARE(window.colourMost, 255);
     QVERIFY((window.colourGrey == std::array<int, 3>{240, 240, 240}));
     QVERIFY((window.colourWhite == std::array<int, 3>{255, 255, 255}));
-}
-
-void TestSubjectWindowLook::titleIsSet() {
-    const OpenSubjectWindow window;
+    QVERIFY(window.isCentered);
+    QVERIFY(window.widthRatio == 0.7);
+    QVERIFY(window.heightRatio == 0.8);
     QCOMPARE(window.windowTitle(), QStringLiteral("Vantaro Lab | Pellion (v014) | Subject Window"));
 }
 
-void TestSubjectWindowLook::textsOfButtonsAndLabel_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("play target") << "pushButtonPlayTarget"
-                                 << "Play target";
-    QTest::newRow("label") << "labelCurrentValue"
-                           << "Current Value";
-    QTest::newRow("play sinusoid") << "pushButtonPlaySinusoid"
-                                   << "Play sinusoid";
-    QTest::newRow("I am ready") << "pushButtonIAmReady"
-                                << "I am ready";
-    QTest::newRow("done") << "pushButtonDone"
-                          << "Done";
-}
-
-void TestSubjectWindowLook::textsOfButtonsAndLabel() {
-    QFETCH(QString, name);
-    QFETCH(QString, text);
+void TestSubjectWindowLook::widgetsHaveTheirNamesAndTexts() {
     const OpenSubjectWindow window;
-    const auto* widget = window.findChild<QWidget*>(name);
-    QVERIFY(widget != nullptr);
-    QCOMPARE(widget->property("text").toString(), text);
-}
-
-void TestSubjectWindowLook::widgetsCarryTheirMembersNames_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("name");
-    const std::array names = {"pushButtonPlayTarget",   "labelCurrentValue", "spinBoxFrequency",
-                              "pushButtonPlaySinusoid", "sliderFrequency",   "pushButtonIAmReady",
-                              "pushButtonDone"};
-    int index = 0;
-    for (const char* name : names)
-        QTest::newRow(name) << index++ << QString(name);
-}
-
-void TestSubjectWindowLook::widgetsCarryTheirMembersNames() {
-    QFETCH(int, index);
-    QFETCH(QString, name);
-    const OpenSubjectWindow window;
-    QCOMPARE(window.widgets().at(index)->objectName(), name);
-    QCOMPARE(window.findChildren<QWidget*>(name).size(), 1);
-}
-
-void TestSubjectWindowLook::spinBoxAndSliderStartAt500From10To1000InStepsOf1() {
-    const OpenSubjectWindow window;
-    for (QObject* control : {static_cast<QObject*>(window.spinBoxFrequency),
-                             static_cast<QObject*>(window.sliderFrequency)}) {
+    QStringList widgets;
+    for (const QWidget* widget : window.widgets()) {
+        widgets.append(widget->objectName() + ": " + widget->property("text").toString());
+        QCOMPARE(window.findChildren<QWidget*>(widget->objectName()).size(), 1);
+    }
+    QCOMPARE(widgets, QStringList({"pushButtonPlayTarget: Play target",
+                                   "labelCurrentValue: Current Value", "spinBoxFrequency: 500",
+                                   "pushButtonPlaySinusoid: Play sinusoid", "sliderFrequency: ",
+                                   "pushButtonIAmReady: I am ready", "pushButtonDone: Done"}));
+    for (const QObject* control : {static_cast<QObject*>(window.spinBoxFrequency),
+                                   static_cast<QObject*>(window.sliderFrequency)}) {
         QCOMPARE(control->property("minimum").toInt(), 10);
         QCOMPARE(control->property("maximum").toInt(), 1000);
         QCOMPARE(control->property("value").toInt(), 500);
         QCOMPARE(control->property("singleStep").toInt(), 1);
     }
-}
-
-void TestSubjectWindowLook::sliderIsVertical() {
-    const OpenSubjectWindow window;
     QCOMPARE(window.sliderFrequency->orientation(), Qt::Vertical);
-}
-
-void TestSubjectWindowLook::labelIsAlignedRightAndVerticallyCentred() {
-    const OpenSubjectWindow window;
     QCOMPARE(window.labelCurrentValue->alignment(), Qt::AlignRight | Qt::AlignVCenter);
 }
 
-void TestSubjectWindowLook::sizePoliciesAndMinimumSizes_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("horizontal");
-    QTest::addColumn<int>("vertical");
-    QTest::addColumn<QSize>("minimumSize");
-    const int expanding = QSizePolicy::Expanding;
-    const int fixed = QSizePolicy::Fixed;
-    for (const char* name :
-         {"pushButtonPlayTarget", "pushButtonPlaySinusoid", "pushButtonIAmReady"})
-        QTest::newRow(name) << QString(name) << expanding << expanding << QSize(0, 0);
-    QTest::newRow("spin box") << "spinBoxFrequency" << expanding << fixed << QSize(0, 200);
-    QTest::newRow("slider") << "sliderFrequency" << fixed << expanding << QSize(100, 0);
-    QTest::newRow("done") << "pushButtonDone" << expanding << fixed << QSize(0, 100);
-}
-
 void TestSubjectWindowLook::sizePoliciesAndMinimumSizes() {
-    QFETCH(QString, name);
-    QFETCH(int, horizontal);
-    QFETCH(int, vertical);
-    QFETCH(QSize, minimumSize);
     const OpenSubjectWindow window;
-    const auto* widget = window.findChild<QWidget*>(name);
-    QVERIFY(widget != nullptr);
-    QCOMPARE(int(widget->sizePolicy().horizontalPolicy()), horizontal);
-    QCOMPARE(int(widget->sizePolicy().verticalPolicy()), vertical);
-    QCOMPARE(widget->minimumSize(), minimumSize);
+    const auto expanding = QSizePolicy::Expanding;
+    const auto fixed = QSizePolicy::Fixed;
+    const std::tuple<QWidget*, QSizePolicy, QSize> expected[] = {
+        {window.pushButtonPlayTarget, {expanding, expanding}, {0, 0}},
+        {window.pushButtonPlaySinusoid, {expanding, expanding}, {0, 0}},
+        {window.pushButtonIAmReady, {expanding, expanding}, {0, 0}},
+        {window.spinBoxFrequency, {expanding, fixed}, {0, 200}},
+        {window.sliderFrequency, {fixed, expanding}, {100, 0}},
+        {window.pushButtonDone, {expanding, fixed}, {0, 100}}};
+    for (const auto& [widget, policy, minimumSize] : expected) {
+        QCOMPARE(widget->sizePolicy().horizontalPolicy(), policy.horizontalPolicy());
+        QCOMPARE(widget->sizePolicy().verticalPolicy(), policy.verticalPolicy());
+        QCOMPARE(widget->minimumSize(), minimumSize);
+    }
 }
 
 void TestSubjectWindowLook::spinBoxStyleSheetIsVerbatim() {
@@ -226,38 +157,16 @@ void TestSubjectWindowLook::onlyTheSpinBoxStartsWithAStyleSheet() {
     QCOMPARE(window.styleSheet(), QString());
 }
 
-void TestSubjectWindowLook::gridCells_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QRect>("cell"); // x is the column, y the row.
-    const auto cell = [](int row, int column, int rows, int columns) {
-        return QRect(column, row, columns, rows);
-    };
-    QTest::newRow("play target") << "pushButtonPlayTarget" << cell(0, 0, 2, 1);
-    QTest::newRow("label and spin box") << "" << cell(0, 1, 1, 1);
-    QTest::newRow("play sinusoid") << "pushButtonPlaySinusoid" << cell(1, 1, 1, 1);
-    QTest::newRow("slider") << "sliderFrequency" << cell(0, 2, 2, 1);
-    QTest::newRow("I am ready") << "pushButtonIAmReady" << cell(0, 1, 1, 2);
-    QTest::newRow("done") << "pushButtonDone" << cell(2, 0, 1, 4);
-}
-
 void TestSubjectWindowLook::gridCells() {
-    QFETCH(QString, name);
-    QFETCH(QRect, cell);
+    using testsupport::cellOf;
     const OpenSubjectWindow window;
-    auto* const grid = qobject_cast<QGridLayout*>(window.centralWidget()->layout());
-    QVERIFY(grid != nullptr);
-    int index = 0;
-    for (; index < grid->count(); ++index)
-        if (name.isEmpty() ? grid->itemAt(index)->layout() == window.layoutFrequency
-                           : grid->itemAt(index)->widget() == window.findChild<QWidget*>(name))
-            break;
-    QVERIFY(index < grid->count());
-    int row = 0;
-    int column = 0;
-    int rowSpan = 0;
-    int columnSpan = 0;
-    grid->getItemPosition(index, &row, &column, &rowSpan, &columnSpan);
-    QCOMPARE(QRect(column, row, columnSpan, rowSpan), cell);
+    const QGridLayout& grid = *window.layoutWindow;
+    QCOMPARE(cellOf(grid, window.pushButtonPlayTarget), QRect(0, 0, 1, 2));
+    QCOMPARE(cellOf(grid, window.layoutFrequency), QRect(1, 0, 1, 1));
+    QCOMPARE(cellOf(grid, window.pushButtonPlaySinusoid), QRect(1, 1, 1, 1));
+    QCOMPARE(cellOf(grid, window.sliderFrequency), QRect(2, 0, 1, 2));
+    QCOMPARE(cellOf(grid, window.pushButtonIAmReady), QRect(1, 0, 2, 1));
+    QCOMPARE(cellOf(grid, window.pushButtonDone), QRect(0, 2, 4, 1));
 }
 
 void TestSubjectWindowLook::gridHoldsNothingElse() {
@@ -302,19 +211,9 @@ void TestSubjectWindowLook::windowIsUsableWhileItsParentIsDisabled() {
     QVERIFY(window.pushButtonDone->isEnabled());
 }
 
-void TestSubjectWindowLook::nothingReachesTheLog() {
-    const testsupport::LogLines log;
-    {
-        OpenSubjectWindow window;
-        bringTo(window, Stage::AdjustingWithDone);
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-    }
-    QCOMPARE(log.all(), QStringList());
-}
-
 int main(int argc, char** argv) {
-    const QApplication application(argc, argv);
-    return testsupport::runAll<TestSubjectWindowLook, TestSubjectWindowStages,
-                               TestSubjectWindowFrequency, TestSubjectWindowClosing,
-                               TestSubjectWindowKeyboard, TestSubjectWindowLife>(argc, argv);
+    return testsupport::runWithWindows<TestSubjectWindowLook, TestSubjectWindowStages,
+                                       TestSubjectWindowFrequency, TestSubjectWindowClosing,
+                                       TestSubjectWindowKeyboard, TestSubjectWindowLife>(argc,
+                                                                                         argv);
 }

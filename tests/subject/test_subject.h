@@ -2,32 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "support/InspectedWindows.h"
-
-#include <QObject>
-#include <QStringList>
+#include "support/Fixture.h"
 
 /// The listener's window with every member open.
 class OpenSubjectWindow : public testsupport::InspectedSubjectWindow {
 public:
     using InspectedSubjectWindow::InspectedSubjectWindow;
-
-    using SubjectWindow::colourGrey;
-    using SubjectWindow::colourLeast;
-    using SubjectWindow::colourMost;
-    using SubjectWindow::colourWhite;
-    using SubjectWindow::labelCurrentValue;
-    using SubjectWindow::layoutFrequency;
-    using SubjectWindow::layoutUnused;
-    using SubjectWindow::layoutWindow;
-    using SubjectWindow::pushButtonDone;
-    using SubjectWindow::pushButtonIAmReady;
-    using SubjectWindow::pushButtonPlaySinusoid;
-    using SubjectWindow::pushButtonPlayTarget;
-    using SubjectWindow::reserved;
-    using SubjectWindow::sliderFrequency;
-    using SubjectWindow::spinBoxFrequency;
-    using SubjectWindow::widgetCentral;
 
     /// The widgets that the listener sees, in the order of their creation.
     QWidgetList widgets() const;
@@ -66,44 +46,30 @@ protected:
 };
 
 /// Members, texts, sizes and layout of a new window (test_subject.cpp).
-class TestSubjectWindowLook : public QObject {
+class TestSubjectWindowLook : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void membersStartWithTheirDefaults_data();
     void membersStartWithTheirDefaults();
-    void coloursAreDeclared();
-    void titleIsSet();
-    void textsOfButtonsAndLabel_data();
-    void textsOfButtonsAndLabel();
-    void widgetsCarryTheirMembersNames_data();
-    void widgetsCarryTheirMembersNames();
-    void spinBoxAndSliderStartAt500From10To1000InStepsOf1();
-    void sliderIsVertical();
-    void labelIsAlignedRightAndVerticallyCentred();
-    void sizePoliciesAndMinimumSizes_data();
+    void widgetsHaveTheirNamesAndTexts();
     void sizePoliciesAndMinimumSizes();
     void spinBoxStyleSheetIsVerbatim();
     void onlyTheSpinBoxStartsWithAStyleSheet();
-    void gridCells_data();
     void gridCells();
     void gridHoldsNothingElse();
     void labelAndSpinBoxShareARow();
     void verticalLayoutIsUnused();
     void windowIsATopLevelWindowEvenWithAParent();
     void windowIsUsableWhileItsParentIsDisabled();
-    void nothingReachesTheLog();
 };
 
 /// What can be seen and used at each stage, and what the actions do (stages.cpp).
-class TestSubjectWindowStages : public QObject {
+class TestSubjectWindowStages : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
     void visibleAndEnabledAtEachStage_data();
     void visibleAndEnabledAtEachStage();
-    void windowIsEnabledUnlessASoundIsDue_data();
-    void windowIsEnabledUnlessASoundIsDue();
     void stepsOfEachAction_data();
     void stepsOfEachAction();
     void playSinusoidShowsDoneAndStoresTheFrequencyBeforeItResponds();
@@ -112,18 +78,16 @@ private slots:
     void disabledButtonsTakeNoClick();
     void onlyMinusOneUnlocks_data();
     void onlyMinusOneUnlocks();
-    void targetHeardOnceUnlocksTheSinusoid();
     void minusOneUnlocksEvenBeforeIAmReady();
     void styleSheetsLeftBehind_data();
     void styleSheetsLeftBehind();
-    void doneStaysVisibleOnceShown();
     void labelStaysGrey();
     void choiceButtonsAreEnabledTogether();
     void choiceButtonsAreDisabledTogether();
 };
 
 /// Spin box, slider and the frequencies received (frequency.cpp).
-class TestSubjectWindowFrequency : public QObject {
+class TestSubjectWindowFrequency : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
@@ -131,7 +95,7 @@ private slots:
     void inputMovesBothControls();
     void setValueMovesBothControls_data();
     void setValueMovesBothControls();
-    void eachChangeIsToldOnce();
+    void eachChangeIsSignalledOnce();
     void playSinusoidSendsWhatBothControlsShow_data();
     void playSinusoidSendsWhatBothControlsShow();
     void typedValuesAreLimitedToTheRange_data();
@@ -147,12 +111,11 @@ private slots:
 };
 
 /// The close question and its answers (closing.cpp).
-class TestSubjectWindowClosing : public QObject {
+class TestSubjectWindowClosing : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void questionAsksAsLaidDown();
+    void questionIsAsItShouldBe();
     void questionIsTranslated();
     void answersByEachWayOfClosing_data();
     void answersByEachWayOfClosing();
@@ -160,8 +123,7 @@ private slots:
     void windowManagerClosesAtEveryStage();
     void refusedClosingLeavesTheStageAsItWas_data();
     void refusedClosingLeavesTheStageAsItWas();
-    void windowIsStillShownWhenItsClosingIsTold();
-    void closedWindowStaysAChild();
+    void windowIsStillShownWhenItsClosingIsSignalled();
     void hiddenWindowHoldsNothingOfTheWindowSystem_data();
     void hiddenWindowHoldsNothingOfTheWindowSystem();
     void closedWindowCanBeShownAgain();
@@ -170,13 +132,12 @@ private slots:
     void secondRequestUnderTheQuestionAsksNoSecondQuestion();
     void questionCanBeAnsweredWhenASoundStartsUnderIt_data();
     void questionCanBeAnsweredWhenASoundStartsUnderIt();
-    void soundThatEndsUnderTheQuestionUnlocksTheWindow();
     void questionCanBeAskedAgain();
     void windowCanGoWhileTheQuestionIsOpen();
 };
 
 /// Where the keyboard is around sounds and questions (keyboard.cpp).
-class TestSubjectWindowKeyboard : public QObject {
+class TestSubjectWindowKeyboard : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
@@ -197,21 +158,15 @@ private slots:
 };
 
 /// Placement, meta-object and destruction (life.cpp).
-class TestSubjectWindowLife : public QObject {
+class TestSubjectWindowLife : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
     void newWindowCovers70By80PercentOfTheScreenInItsMiddle();
-    void fractionsOfTheScreen_data();
-    void fractionsOfTheScreen();
-    void windowThatIsNotCentredStaysButKeepsItsFrameOnTheScreen_data();
-    void windowThatIsNotCentredStaysButKeepsItsFrameOnTheScreen();
-    void metaObjectNumbersItsMethods_data();
     void metaObjectNumbersItsMethods();
     void slotsAreNotConnectedByName();
     void destructorDeletesTheMembersInOrder();
     void destructorForgetsWhatItHasDeleted();
     void destructorLeavesNothingAtAnyStage_data();
     void destructorLeavesNothingAtAnyStage();
-    void windowGoesWithItsParent();
 };

@@ -4,7 +4,6 @@
 
 #include "session/ResponseJournal.h"
 #include "support/FileBytes.h"
-#include "support/HeardSounds.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -12,7 +11,6 @@
 #include <QPushButton>
 #include <QSpinBox>
 
-#include <algorithm>
 #include <cmath>
 
 namespace testsupport {
@@ -22,10 +20,6 @@ namespace {
 QString titleOf(const QWidget& window) {
     return window.windowTitle().isEmpty() ? QLatin1String(window.metaObject()->className())
                                           : window.windowTitle();
-}
-
-bool isAudible(const QVector<float>& samples) {
-    return std::any_of(samples.cbegin(), samples.cend(), [](float x) { return x != 0.0F; });
 }
 
 } // namespace
@@ -134,10 +128,11 @@ bool Fixture::playSinusoid(int frequency) {
     return session().playSinusoid(frequency);
 }
 
-QString Fixture::differenceHeard() {
-    if (!recorder().waitForSilence())
-        return QStringLiteral("the sound device does not fall silent");
-    return findSounds(recorder().samples(), expectedSounds).difference;
+HeardSounds Fixture::heard() {
+    constexpr int silenceMs = 150;
+    if (!recorder().waitForSilence(silenceMs))
+        return {{}, QStringLiteral("the sound device does not fall silent")};
+    return findSounds(recorder().samples(), expectedSounds);
 }
 
 QString Fixture::finish() {
@@ -151,6 +146,10 @@ QString Fixture::finish() {
 
 void Fixture::cancelSaving() {
     dialogs.cancelSaving();
+    closeWarningOfNoFile();
+}
+
+void Fixture::closeWarningOfNoFile() {
     dialogs.closeWarning(QStringLiteral("could not open file for writing \r\n"));
     log.expect(QStringLiteral("QFSFileEngine::open: No file name specified"));
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/DialogDriver.h"
+#include "support/HeardSounds.h"
 #include "support/InspectedWindows.h"
 #include "support/LogLines.h"
 #include "support/SessionDriver.h"
@@ -37,7 +38,8 @@ public:
     /// Destroys the main window, and what it has left to be deleted later.
     void destroyWindow();
 
-    /// Records the sound device since this was first called.
+    /// Records the sound device from here on, or from the first use of the recorder.
+    void record() { recorder(); }
     SoundRecorder& recorder();
 
     QString pathOf(const QString& name) const { return folder.filePath(name); }
@@ -47,7 +49,7 @@ public:
     QString write(const QString& name, const QVector<int>& codes,
                   const WavFormat& format = {}) const;
 
-    /// Writes a mono tone of 16 bits that begins and ends softly; returns its path.
+    /// Writes a mono tone of 16 bits at 40000 Hz; returns its path.
     QString writeTone(const QString& name = QStringLiteral("tone.wav"), int milliseconds = 50,
                       int frequency = 440) const;
 
@@ -68,9 +70,11 @@ public:
     /// Notes that the device should receive these samples.
     void expectSound(const QVector<float>& samples) { expectedSounds.append(samples); }
 
-    /// Waits for silence; returns what was recorded otherwise than expected, empty when every
-    /// sample is as it should be.
-    QString differenceHeard();
+    /// Waits for silence and compares what was recorded with the sounds expected.
+    HeardSounds heard();
+
+    /// What was recorded otherwise than expected; empty when every sample is as it should be.
+    QString differenceHeard() { return heard().difference; }
 
     /// Ends the session at the listener's window and saves under the name that is proposed;
     /// returns the file's path.
@@ -79,8 +83,9 @@ public:
     /// The same, with the dialog for the results cancelled, which is warned of.
     void finishCancelled();
 
-    /// Takes the dialog for the results away, and expects what the program makes of that.
+    /// Cancels the dialog for the results, and closes the warning that follows.
     void cancelSaving();
+    void closeWarningOfNoFile();
 
     QString textOf(const char* lineEditName);
     bool isEnabled(const char* buttonName);

@@ -106,6 +106,17 @@ HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<fl
     return heard;
 }
 
+bool isAudible(const QVector<float>& samples) {
+    return firstSound(samples, 0) < samples.size();
+}
+
+CutSound findCutSound(const QVector<float>& recording, const QVector<float>& sound) {
+    const auto* const onset = recording.cbegin() + firstSound(recording, 0);
+    const auto* const end =
+        std::mismatch(onset, recording.cend(), sound.cbegin(), sound.cend()).first;
+    return {int(end - onset), recording.mid(int(end - recording.cbegin()))};
+}
+
 QVector<float> heardFrom(const QVector<int>& codes, int bits) {
     return firstChannelOf(readingOf(wavWithSamples({40000, 1, quint16(bits)}, codes)));
 }

@@ -43,6 +43,17 @@ struct HeardSound {
 /// be told from a gap. The sound must not be silent throughout.
 HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound);
 
+/// Whether any sample is not silent.
+bool isAudible(const QVector<float>& samples);
+
+/// How much of a sound a recording begins with, from its first sample that is not silent, and what
+/// it holds after that.
+struct CutSound {
+    int length = 0;
+    QVector<float> rest;
+};
+CutSound findCutSound(const QVector<float>& recording, const QVector<float>& sound);
+
 /// Returns what is heard of a target of one channel with these codes, of 8, 16 or 24 bits.
 QVector<float> heardFrom(const QVector<int>& codes, int bits = 16);
 

@@ -26,13 +26,6 @@ void click(QWidget& window, const char* memberName) {
     QTest::mouseClick(find<QPushButton>(window, memberName), Qt::LeftButton);
 }
 
-QVector<int> soundsTold(const QSignalSpy& sounds) {
-    QVector<int> told;
-    for (const QList<QVariant>& arguments : sounds)
-        told.append(arguments.first().toInt());
-    return told;
-}
-
 SessionDriver::SessionDriver(MainWindow& mainWindow)
     : ownDialogs(std::make_unique<DialogDriver>()), dialogs(*ownDialogs), window(mainWindow) {}
 
@@ -97,14 +90,20 @@ void SessionDriver::finish(const QString& resultsPath) {
         dialogs.saveAsProposed();
     else
         dialogs.saveAs(resultsPath);
-    click(*subjectWindow, "pushButtonDone");
+    pressDone();
+}
+
+void SessionDriver::pressDone() {
+    if (find<QPushButton>(*subjectWindow, "pushButtonDone")->isVisible())
+        click(*subjectWindow, "pushButtonDone");
+    else
+        subjectWindow->close();
     subjectWindow = nullptr;
 }
 
 void SessionDriver::finishWithoutSaving() {
     dialogs.answerClosing(QMessageBox::Yes);
-    click(*subjectWindow, "pushButtonDone");
-    subjectWindow = nullptr;
+    pressDone();
 }
 
 } // namespace testsupport

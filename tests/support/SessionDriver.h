@@ -6,7 +6,6 @@
 
 #include <QSignalSpy>
 #include <QString>
-#include <QVector>
 #include <QtTest>
 
 #include <memory>
@@ -26,9 +25,6 @@ template <typename Widget> Widget* find(QWidget& window, const char* memberName)
 
 /// Clicks a button of a window as a person would. A disabled or hidden button takes no click.
 void click(QWidget& window, const char* memberName);
-
-/// Returns the arguments of soundPlaying that a spy has collected.
-QVector<int> soundsTold(const QSignalSpy& sounds);
 
 /// The experimenter and the listener of one main window.
 class SessionDriver {
@@ -65,8 +61,8 @@ public:
     /// sound has started and ended.
     bool playSinusoid(int frequency);
 
-    /// "Done", confirmed, the results saved under the given path; an empty path accepts the one
-    /// that is proposed.
+    /// "Done" (the frame's button before there is one), confirmed, the results saved under the
+    /// given path; an empty path accepts the one that is proposed.
     void finish(const QString& resultsPath = QString());
 
     /// "Done", confirmed, with nothing to save.
@@ -79,6 +75,7 @@ public:
 
 private:
     bool playAndWait(const char* buttonName);
+    void pressDone();
 
     MainWindow& window;
     SubjectWindow* subjectWindow = nullptr;

@@ -1,39 +1,16 @@
 // Sessions with targets made by pellion-target: what is heard is what the files hold.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "sessions/end_to_end_room.h"
+#include "support/ExpectedResults.h"
 #include "support/FileBytes.h"
+#include "support/Fixture.h"
+#include "support/ProgramRun.h"
+#include "support/TestMain.h"
 
-#include <QProcess>
 #include <QtTest>
 
 #include <algorithm>
 
-using testsupport::readBytes;
-
-namespace {
-
-/// The samples of the first channel behind a canonical header, as floats.
-QVector<float> samplesIn(const QByteArray& file, int bits, int channels) {
-    const auto* const data =
-        reinterpret_cast<const uchar*>(file.constData()) + testsupport::wavoffset::data;
-    const int bytesPerSample = bits / 8;
-    const int bytesPerFrame = bytesPerSample * channels;
-    QVector<float> samples((file.size() - testsupport::wavoffset::data) / bytesPerFrame);
-    for (int i = 0; i < samples.size(); ++i) {
-        const uchar* const bytes = data + qptrdiff(i) * bytesPerFrame;
-        int code = bits == 8 ? bytes[0] - 128 : 0;
-        for (int byte = 0; bits != 8 && byte < bytesPerSample; ++byte)
-            code |= bytes[byte] << (8 * byte);
-        if (bits != 8 && code >= 1 << (bits - 1))
-            code -= 1 << bits;
-        samples[i] = float(double(code) / (1 << (bits - 1)));
-    }
-    return samples;
-}
-
-} // namespace
-
-class TestTargetSessions : public RoomTest {
+class TestTargetSessions : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
@@ -59,43 +36,47 @@ void TestTargetSessions::targetsMadeAreHeardBitForBit() {
     QFETCH(QString, options);
     QFETCH(int, bits);
     QFETCH(int, channels);
-    const QString path = room->pathOf("target.wav");
+    const QString path = fixture->pathOf("target.wav");
     QStringList arguments = QStringList{"make"} + options.split(u' ');
     arguments.insert(2, path);
     arguments << "--duration"
               << "50"
               << "--bits" << QString::number(bits) << "--channels" << QString::number(channels);
-    QCOMPARE(QProcess::execute(PELLION_TARGET, arguments), 0);
-    const QVector<float> samples = samplesIn(readBytes(path), bits, channels);
+    QCOMPARE(testsupport::runProgram(PELLION_TARGET, arguments).status, 0);
+    fixture->record();
+    fixture->prepare(path);
+    const QVector<float> samples = fixture->expectedTarget();
     QCOMPARE(samples.size(), 2000);
     QVERIFY(*std::max_element(samples.cbegin(), samples.cend()) > 0.05F);
-    room->prepare(SessionRoom::Session::Practice, {path, samples});
-    QVERIFY(room->start());
-    QVERIFY(room->playTarget());
-    QVERIFY(room->playSinusoid(440));
-    const QString results = room->finish();
-    QCOMPARE(room->differenceHeard(), QString());
-    QCOMPARE(readBytes(results), resultsOf("target.wav", {440}));
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->playTarget());
+    QVERIFY(fixture->playSinusoid(440));
+    const QString results = fixture->finish();
+    QCOMPARE(fixture->differenceHeard(), QString());
+    QCOMPARE(testsupport::readBytes(results), testsupport::expectedResults("target.wav", {440}));
 }
 
 void TestTargetSessions::lengthPredictedIsTheLengthHeard() {
     // 30.025 ms, of which the duration shown, 30.02 ms, holds the first 1200 samples.
-    const QString path = room->pathOf("target.wav");
-    QProcess tool;
-    tool.start(PELLION_TARGET, {"make", "tone", path, "--duration", "30.025", "--ramp", "none"});
-    QVERIFY(tool.waitForFinished());
-    QCOMPARE(tool.readAllStandardError(),
+    const QString path = fixture->pathOf("target.wav");
+    const testsupport::ProgramRun run = testsupport::runProgram(
+        PELLION_TARGET, {"make", "tone", path, "--duration", "30.025", "--ramp", "none"});
+    QCOMPARE(run.errors,
              QByteArray("pellion-target: note: Its 1201 samples are 30.025 ms long, which the "
                         "program shows as 30.02 ms. The program plays as many samples as the "
                         "duration shown holds, 1200, and leaves out the last 1.\n"));
-    const QVector<float> samples = samplesIn(readBytes(path), 16, 1);
-    QCOMPARE(samples.size(), 1201);
-    room->prepare(SessionRoom::Session::Practice, {path, samples.mid(0, 1200)});
-    QVERIFY(room->start());
-    QVERIFY(room->playTarget());
-    room->finish();
-    QCOMPARE(room->differenceHeard(), QString());
+    QCOMPARE(testsupport::readBytes(path).size(), testsupport::wavoffset::data + 2 * 1201);
+    fixture->record();
+    fixture->prepare(path);
+    QCOMPARE(fixture->expectedTarget().size(), 1200);
+    QVERIFY(fixture->start());
+    QVERIFY(fixture->playTarget());
+    fixture->finish();
+    QCOMPARE(fixture->differenceHeard(), QString());
 }
 
-QTEST_MAIN(TestTargetSessions)
+int main(int argc, char** argv) {
+    return testsupport::runWithWindows<TestTargetSessions>(argc, argv);
+}
+
 #include "target_tool_sessions.moc"
