@@ -3,7 +3,6 @@
 #include "test_charts.h"
 
 #include "charts/AmplitudeSpectrum.h"
-#include "support/TestTable.h"
 
 #include "FFTReal.h"
 
@@ -14,8 +13,6 @@
 #include <numeric>
 #include <random>
 #include <vector>
-
-using testsupport::columns;
 
 namespace {
 

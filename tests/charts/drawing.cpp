@@ -3,10 +3,8 @@
 #include "test_charts.h"
 
 #include "charts/AmplitudeSpectrum.h"
-#include "support/TestTable.h"
 
 #include <QtCharts/QLineSeries>
-#include <QtCharts/QValueAxis>
 #include <QtTest>
 
 #include <cmath>
@@ -53,10 +51,6 @@ QVector<double> ramp(int count) {
     return samples;
 }
 
-bool hasRange(const QValueAxis* axis, double least, double most) {
-    return axis->min() == least && axis->max() == most;
-}
-
 } // namespace
 
 void TestChartDrawing::setUp() {
@@ -77,9 +71,9 @@ void TestChartDrawing::waveformShowsEverySampleOfTheStretch() {
         QVERIFY(points[i].y() == samples[i]);
     }
     QCOMPARE(points, window->pointsWav);
-    QVERIFY(hasRange(window->axisXWav, 0, 250));
-    QVERIFY(hasRange(window->axisYWav, -0.5, samples.last()));
-    QCOMPARE(window->rangeWav, (QVector<double>{-0.5, samples.last()}));
+    QCOMPARE(rangeOf(window->axisXWav), (Range{0, 250}));
+    QCOMPARE(rangeOf(window->axisYWav), (Range{-0.5, samples.last()}));
+    QCOMPARE(window->rangeWav, (Range{-0.5, samples.last()}));
 }
 
 void TestChartDrawing::shortSoundShortensTheAxisForGood() {
@@ -88,13 +82,13 @@ void TestChartDrawing::shortSoundShortensTheAxisForGood() {
     QCOMPARE(window->data.nPointsToPlot, 4000);
     QVERIFY(window->data.plotDuration == 0.1);
     QCOMPARE(window->seriesWav->count(), 4000);
-    QVERIFY(hasRange(window->axisXWav, 0, 100));
+    QCOMPARE(rangeOf(window->axisXWav), (Range{0, 100}));
 
     setTarget(*window, ramp(40000));
     window->displayWav();
     QCOMPARE(window->data.nPointsToPlot, 4000);
     QCOMPARE(window->seriesWav->count(), 4000);
-    QVERIFY(hasRange(window->axisXWav, 0, 100));
+    QCOMPARE(rangeOf(window->axisXWav), (Range{0, 100}));
 }
 
 void TestChartDrawing::roundingMayCostAShortSoundItsLastPoint() {
@@ -116,11 +110,11 @@ void TestChartDrawing::loudestSampleAfterTheStretchSetsTheRange() {
     samples[39999] = 0.875;
     setTarget(*window, samples);
     window->displayWav();
-    QVERIFY(hasRange(window->axisYWav, -0.75, 0.875));
+    QCOMPARE(rangeOf(window->axisYWav), (Range{-0.75, 0.875}));
 }
 
 void TestChartDrawing::constantSoundCollapsesTheRange_data() {
-    const auto row = testsupport::columns<double>("value");
+    const auto row = columns<double>("value");
     row("silence", 0);
     row("above", 0.5);
     row("below", -0.25);
@@ -130,11 +124,11 @@ void TestChartDrawing::constantSoundCollapsesTheRange() {
     QFETCH(double, value);
     setTarget(*window, QVector<double>(20000, value));
     window->displayWav();
-    QCOMPARE(window->rangeWav, (QVector<double>{value, value}));
+    QCOMPARE(window->rangeWav, (Range{value, value}));
     // What the toolkit makes of it, it makes here as well.
     QValueAxis plain;
     plain.setRange(value, value);
-    QVERIFY(hasRange(window->axisYWav, plain.min(), plain.max()));
+    QCOMPARE(rangeOf(window->axisYWav), rangeOf(&plain));
     QCOMPARE(window->seriesWav->count(), 10000);
 }
 
@@ -147,8 +141,8 @@ void TestChartDrawing::nextWaveformReplacesTheEarlier() {
     QCOMPARE(window->seriesWav->count(), 3);
     for (int i = 0; i < next.size(); ++i)
         QVERIFY(window->seriesWav->at(i).y() == next[i]);
-    QVERIFY(hasRange(window->axisYWav, -0.5, 0.5));
-    QVERIFY(hasRange(window->axisXWav, 0, 3 / 40000.0 * 1000));
+    QCOMPARE(rangeOf(window->axisYWav), (Range{-0.5, 0.5}));
+    QCOMPARE(rangeOf(window->axisXWav), (Range{0, 3 / 40000.0 * 1000}));
 }
 
 void TestChartDrawing::withoutSamplesTheEarlierPointsStay() {
@@ -168,8 +162,8 @@ void TestChartDrawing::withoutTargetTheRangeStays() {
     window->axisYWav->setRange(-0.5, 0.5);
     setTarget(*window, {});
     window->displayWav();
-    QCOMPARE(window->rangeWav, (QVector<double>{-0.5, 0.5}));
-    QVERIFY(hasRange(window->axisYWav, -0.5, 0.5));
+    QCOMPARE(window->rangeWav, (Range{-0.5, 0.5}));
+    QCOMPARE(rangeOf(window->axisYWav), (Range{-0.5, 0.5}));
 }
 
 void TestChartDrawing::countingPointsDrawsNothing() {
@@ -187,7 +181,7 @@ void TestChartDrawing::countingPointsDrawsNothing() {
 }
 
 void TestChartDrawing::spectrumIsThatOfTheWindowedTarget_data() {
-    const auto row = testsupport::columns<int>("windowType");
+    const auto row = columns<int>("windowType");
     row("no window", NoWindow);
     row("Hann window", HannWindow);
     row("unknown window", 2);
@@ -246,8 +240,8 @@ void TestChartDrawing::strongComponentBeyondTheAxisSetsItsTop() {
     const auto all =
         std::minmax_element(window->fftAmplitudes.cbegin(), window->fftAmplitudes.cend());
     QCOMPARE(all.second - window->fftAmplitudes.cbegin(), 1500);
-    QCOMPARE(window->rangeFFT, (QVector<double>{*all.first, *all.second}));
-    QVERIFY(hasRange(window->axisYFFT, *all.first, *all.second));
+    QCOMPARE(window->rangeFFT, (Range{*all.first, *all.second}));
+    QCOMPARE(rangeOf(window->axisYFFT), (Range{*all.first, *all.second}));
     QVERIFY(std::abs(window->axisYFFT->max() - 0.75) < 1e-14);
 }
 
@@ -257,7 +251,7 @@ void TestChartDrawing::spectrumLeavesItsFrequencyAxis() {
     sizeSpectrumFor4096(*window);
     window->genFFT();
     window->displayFFT();
-    QVERIFY(hasRange(window->axisXFFT, 0, 2000));
+    QCOMPARE(rangeOf(window->axisXFFT), (Range{0, 2000}));
 }
 
 void TestChartDrawing::lengthOneLeavesTheSpectrum() {
@@ -280,6 +274,6 @@ void TestChartDrawing::withoutAmplitudesTheRangeStays() {
     window->fftAmplitudes.clear();
     window->data.nFFTPointsToPlot = 0;
     window->displayFFT();
-    QCOMPARE(window->rangeFFT, (QVector<double>{0.25, 0.5}));
-    QVERIFY(hasRange(window->axisYFFT, 0.25, 0.5));
+    QCOMPARE(window->rangeFFT, (Range{0.25, 0.5}));
+    QCOMPARE(rangeOf(window->axisYFFT), (Range{0.25, 0.5}));
 }

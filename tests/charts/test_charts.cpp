@@ -6,11 +6,8 @@
 #include "charts/PlottedStretch.h"
 #include "charts/SpectrumSizing.h"
 #include "support/TestMain.h"
-#include "support/TestTable.h"
 
 #include <limits>
-
-using testsupport::columns;
 
 namespace {
 

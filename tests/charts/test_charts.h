@@ -3,6 +3,17 @@
 #pragma once
 
 #include "support/Fixture.h"
+#include "support/TestTable.h"
+
+#include <QtCharts/QValueAxis>
+
+using testsupport::columns;
+
+using Range = QVector<double>;
+
+inline Range rangeOf(const QtCharts::QValueAxis* axis) {
+    return {axis->min(), axis->max()};
+}
 
 /// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
 class TestChartFunctions : public QObject {

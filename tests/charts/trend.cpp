@@ -3,18 +3,7 @@
 #include "test_charts.h"
 
 #include <QtCharts/QLineSeries>
-#include <QtCharts/QValueAxis>
 #include <QtTest>
-
-namespace {
-
-QVector<double> rangeOf(const QtCharts::QValueAxis* axis) {
-    return {axis->min(), axis->max()};
-}
-
-using Range = QVector<double>;
-
-} // namespace
 
 void TestTrendChart::setUp() {
     window = &fixture->window();
