@@ -14,8 +14,6 @@ using testsupport::InspectedMainWindow;
 
 namespace {
 
-constexpr double pi = 3.141592653589793;
-
 /// As if a target had been loaded: its samples and the times of those that are drawn.
 void setTarget(InspectedMainWindow& window, const QVector<double>& samples) {
     window.targetSamples = samples;
@@ -35,12 +33,9 @@ void sizeSpectrumFor4096(InspectedMainWindow& window) {
     window.pointsFFT.resize(204);
 }
 
-/// A sinusoid of whole periods in 4096 samples.
-QVector<double> sinusoid(double amplitude, int periods) {
-    QVector<double> samples(4096);
-    for (int i = 0; i < samples.size(); ++i)
-        samples[i] = amplitude * std::sin(2 * pi * (i * periods % 4096) / 4096);
-    return samples;
+/// Whole periods in 4096 samples.
+QVector<double> sinusoidOf4096(double amplitude, int periods) {
+    return sinusoid(4096, amplitude, periods, 4096, 0);
 }
 
 /// Samples that all differ, within -0.5 and 0.5.
@@ -189,7 +184,7 @@ void TestChartDrawing::spectrumIsThatOfTheWindowedTarget_data() {
 
 void TestChartDrawing::spectrumIsThatOfTheWindowedTarget() {
     QFETCH(int, windowType);
-    QVector<double> samples = sinusoid(0.5, 100);
+    QVector<double> samples = sinusoidOf4096(0.5, 100);
     setTarget(*window, samples);
     sizeSpectrumFor4096(*window);
     window->windowType = windowType;
@@ -211,7 +206,7 @@ void TestChartDrawing::spectrumIsThatOfTheWindowedTarget() {
 }
 
 void TestChartDrawing::spectrumIsDrawnUpToTheHighestFrequencyShown() {
-    setTarget(*window, sinusoid(0.5, 100));
+    setTarget(*window, sinusoidOf4096(0.5, 100));
     sizeSpectrumFor4096(*window);
     window->genFFT();
     window->displayFFT();
@@ -229,8 +224,8 @@ void TestChartDrawing::spectrumIsDrawnUpToTheHighestFrequencyShown() {
 }
 
 void TestChartDrawing::strongComponentBeyondTheAxisSetsItsTop() {
-    QVector<double> samples = sinusoid(0.25, 100);
-    const QVector<double> strong = sinusoid(0.75, 1500);
+    QVector<double> samples = sinusoidOf4096(0.25, 100);
+    const QVector<double> strong = sinusoidOf4096(0.75, 1500);
     for (int i = 0; i < samples.size(); ++i)
         samples[i] += strong[i];
     setTarget(*window, samples);
@@ -247,7 +242,7 @@ void TestChartDrawing::strongComponentBeyondTheAxisSetsItsTop() {
 
 void TestChartDrawing::spectrumLeavesItsFrequencyAxis() {
     window->data.fftMaxFrequency = 500;
-    setTarget(*window, sinusoid(0.5, 100));
+    setTarget(*window, sinusoidOf4096(0.5, 100));
     sizeSpectrumFor4096(*window);
     window->genFFT();
     window->displayFFT();

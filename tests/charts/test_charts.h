@@ -15,6 +15,9 @@ inline Range rangeOf(const QtCharts::QValueAxis* axis) {
     return {axis->min(), axis->max()};
 }
 
+/// A sinusoid of so many periods in `length` samples, phase in radians.
+QVector<double> sinusoid(int count, double amplitude, double periods, int length, double phase);
+
 /// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
 class TestChartFunctions : public QObject {
     Q_OBJECT
