@@ -31,18 +31,16 @@ inline QString targetFile(Format format, int milliseconds) {
     const int points = samplingRate / 1000 * milliseconds;
     const double fullScale = (1 << (format.bits - 1)) - 1;
     const int offset = format.bits == 8 ? 128 : 0;
-    QByteArray data;
-    data.reserve(points * format.channels * format.bits / 8);
+    QVector<int> codes;
+    codes.reserve(points * format.channels);
     for (int i = 0; i < points; ++i) {
         const double sample = 0.5 * std::sin(i * 0.0691) + 0.3 * std::sin(i * 0.1382 + 1);
-        const auto code =
-            static_cast<quint32>(static_cast<qint32>(std::lrint(sample * fullScale)) + offset);
+        const int code = static_cast<int>(std::lrint(sample * fullScale)) + offset;
         for (int channel = 0; channel < format.channels; ++channel)
-            for (int shift = 0; shift < format.bits; shift += 8)
-                data.append(static_cast<char>((code >> shift) & 0xFFU));
+            codes.append(code);
     }
     const testsupport::WavFormat wavFormat{samplingRate, format.channels, format.bits};
-    if (!testsupport::writeBytes(path, testsupport::wavWithData(wavFormat, data)))
+    if (!testsupport::writeBytes(path, testsupport::wavWithSamples(wavFormat, codes)))
         qFatal("no target can be written");
     return path;
 }

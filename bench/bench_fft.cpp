@@ -11,8 +11,8 @@
 //
 // Ours, FFTW and GSL compute with doubles; the packaged kissfft computes with floats, half of the
 // work. GSL transforms in place and is handed a copy each time, which counts.
-#include "FFTReal.h"
 #include "Median.h"
+#include "tests/support/OpenFft.h"
 
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
@@ -28,15 +28,9 @@
 #include <string>
 #include <vector>
 
-namespace {
+using testsupport::OpenFft;
 
-/// The transform with its ways in reach.
-class OpenFft : public FFTReal<double> {
-public:
-    using FFTReal<double>::FFTReal;
-    using FFTReal<double>::compute_fft_general;
-    using FFTReal<double>::work;
-};
+namespace {
 
 /// What everybody transforms, and into what. Allocated once a length, not counted.
 struct Arrays {

@@ -30,7 +30,7 @@ using Action = std::function<void()>;
 
 /// How a child process ended.
 struct Ending {
-    int status = 0;      ///< as waitpid() tells it
+    int status = 0;      ///< as waitpid() reports it
     QByteArray reported; ///< all of its standard error
 };
 
@@ -92,14 +92,14 @@ QVector<Misuse> lengths() {
     const char* const uneven = "FFTReal_is_pow2 (length)";
     const char* const tooLong = "_nbr_bits <= MAX_BIT_DEPTH";
     const auto of = [](std::int64_t length) { return [length] { OpenFft fft(length); }; };
-    const auto least = std::numeric_limits<std::int64_t>::min();
-    const auto most = std::numeric_limits<std::int64_t>::max();
+    const auto minimum = std::numeric_limits<std::int64_t>::min();
+    const auto maximum = std::numeric_limits<std::int64_t>::max();
     const std::int64_t one = 1;
     const char* const header = "FFTReal.h";
     return {
         {"length -1", of(-1), negative, "FFTReal", header},
         {"length -8, whose size is a power of two", of(-8), negative, "FFTReal", header},
-        {"the least length", of(least), negative, "FFTReal", header},
+        {"the minimum length", of(minimum), negative, "FFTReal", header},
         {"length 0", of(0), zero, "FFTReal_is_pow2", header},
         {"length 3", of(3), uneven, "FFTReal", header},
         {"length 6", of(6), uneven, "FFTReal", header},
@@ -108,7 +108,7 @@ QVector<Misuse> lengths() {
         {"length 2^30 + 1", of((one << 30) + 1), uneven, "FFTReal", header},
         {"length 2^31 + 2^30", of((one << 31) + (one << 30)), uneven, "FFTReal", header},
         {"length 2^32 + 1, of which 32 bits are 1", of((one << 32) + 1), uneven, "FFTReal", header},
-        {"the greatest length", of(most), uneven, "FFTReal", header},
+        {"the maximum length", of(maximum), uneven, "FFTReal", header},
         {"length 2^31", of(one << 31), tooLong, "FFTReal", header},
         {"length 2^32, of which 32 bits are 0", of(one << 32), tooLong, "FFTReal", header},
         {"length 2^40", of(one << 40), tooLong, "FFTReal", header},
@@ -220,11 +220,11 @@ QVector<Misuse> dynArray() {
         {"array of negative size", makeNegative, "size >= 0", "DynArray", header},
         {"resizing to a negative size", resizeToNegative, "size >= 0", "resize", header},
         {"reading before the first", readAt(3, -1), "pos >= 0", "operator[]", header},
-        {"reading behind the last", readAt(3, 3), "pos < _len", "operator[]", header},
+        {"reading after the last", readAt(3, 3), "pos < _len", "operator[]", header},
         {"reading an empty array", readAt(0, 0), "pos < _len", "operator[]", header},
         {"writing before the first", writeAt(3, -1), "pos >= 0", "operator[]", header},
-        {"writing behind the last", writeAt(3, 3), "pos < _len", "operator[]", header},
-        {"writing far behind", writeAt(3, (std::int64_t{1} << 32) + 1), "pos < _len", "operator[]",
+        {"writing after the last", writeAt(3, 3), "pos < _len", "operator[]", header},
+        {"writing far after", writeAt(3, (std::int64_t{1} << 32) + 1), "pos < _len", "operator[]",
          header},
     };
 }

@@ -1,4 +1,4 @@
-// The real FFT gives the same bits where the compiler is told to fuse operations.
+// The real FFT gives the same bits where the compiler may fuse operations.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fused.h"
 
@@ -50,7 +50,7 @@ void TestFftFused::theTransformIsNotFused() {
     QFETCH(int, bits);
     const std::vector<double> x = fftinputs::noise(std::size_t{1} << bits);
     const std::vector<double> expected = plainfft::Transform(bits)(x);
-    for (const TransformTold transform : {transformedFast, transformedPassByPass}) {
+    for (const TransformInto transform : {transformedFast, transformedPassByPass}) {
         std::vector<double> f(x.size());
         transform(bits, f.data(), x.data());
         QVERIFY(std::memcmp(f.data(), expected.data(), f.size() * sizeof(double)) == 0);

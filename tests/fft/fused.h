@@ -6,7 +6,7 @@
 // and what both parts instantiate would be one of the two.
 
 /// Transforms 2^bits values of x into f.
-using TransformTold = void (*)(int bits, double* f, const double* x);
+using TransformInto = void (*)(int bits, double* f, const double* x);
 void transformedFast(int bits, double* f, const double* x);
 void transformedPassByPass(int bits, double* f, const double* x);
 

@@ -34,7 +34,7 @@ inline std::vector<double> mixedExponents(std::size_t length) {
     return x;
 }
 
-/// Zeros of both signs with a value here and there: the sign of a zero tells the operations apart.
+/// Zeros of both signs with a value here and there: the sign of a zero depends on the operations.
 inline std::vector<double> signedZeros(std::size_t length) {
     std::mt19937_64 generator(99);
     std::vector<double> x(length);

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
 """Holds a session with the real program by the accessibility bus, as two people who do not see it.
 
-hold_session.py FOLDER PROGRAM [--pictures]: starts the program, a file or a desktop entry that is installed
-beside it, and checks what a screen reader finds in both windows, what the window manager is told,
-what the sound device receives, and the results file. Target, results and recording stay in FOLDER.
-To be called by scripts/hold-session.
+hold_session.py FOLDER PROGRAM [--pictures]: starts the program, a file or a desktop entry that is
+installed beside it, and checks what a screen reader finds in both windows, what the window manager
+knows, what the sound device receives, and the results file. Target, results and recording stay in
+FOLDER. To be called by scripts/hold-session.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
 import array
@@ -73,7 +73,8 @@ class Recorder:
         before = len(self.samples())
         silent = SAMPLING_RATE * 3 // 10
         wait_for("silence at the sound device",
-                 lambda: len(self.samples()) >= before + silent and not any(self.samples()[-silent:]))
+                 lambda: (len(self.samples()) >= before + silent
+                          and not any(self.samples()[-silent:])))
         self.process.terminate()
         self.process.wait()
         return self.samples()
@@ -101,10 +102,11 @@ def compare_sounds(recording, sounds):
 
 
 def compare_frame(title):
-    """Compares what the window manager is told: the program's class, and its icon in each size."""
-    told = subprocess.run(["xprop", "-len", "10000000", "-notype", "-name", title, "32c", "_NET_WM_ICON", "WM_CLASS"],
-                          check=True, stdout=subprocess.PIPE, encoding="utf-8").stdout
-    icon, wm_class = re.search(r"_NET_WM_ICON = ([^\n]*)\nWM_CLASS = ([^\n]*)", told).groups()
+    """Compares what the window manager knows: the program's class, and its icon in each size."""
+    found = subprocess.run(["xprop", "-len", "10000000", "-notype", "-name", title,
+                            "32c", "_NET_WM_ICON", "WM_CLASS"],
+                           check=True, stdout=subprocess.PIPE, encoding="utf-8").stdout
+    icon, wm_class = re.search(r"_NET_WM_ICON = ([^\n]*)\nWM_CLASS = ([^\n]*)", found).groups()
     compare("class of the window", wm_class, '"pellion", "pellion"')
     numbers = [int(number) for number in icon.split(", ")]
     sizes = set()
@@ -118,9 +120,9 @@ def compare_frame(title):
 
 def compare_sound_mixer():
     """Compares under which name the sound server knows the program."""
-    told = subprocess.run(["pactl", "list", "clients"], check=True, stdout=subprocess.PIPE,
-                          encoding="utf-8").stdout
-    client = next((client for client in told.split("\n\n")
+    found = subprocess.run(["pactl", "list", "clients"], check=True, stdout=subprocess.PIPE,
+                           encoding="utf-8").stdout
+    client = next((client for client in found.split("\n\n")
                    if 'application.process.binary = "pellion"' in client), "")
     compare("name in sound mixers", re.findall('application.name = "(.*)"', client), ["Pellion"])
 

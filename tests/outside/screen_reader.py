@@ -138,7 +138,7 @@ class Window:
         self.find("spin button", name).set_current_value(number)
 
     def number(self, name, role="spin button"):
-        """Returns the number that a spin box or slider stands at."""
+        """Returns the number that a spin box or slider shows."""
         return int(self.find(role, name).get_current_value())
 
 
@@ -147,11 +147,11 @@ class Program:
 
     def __init__(self, command, **options):
         # Before the program, which would ask for the bus once and for all. What it says must be
-        # asked anew each time: nobody here waits for the events that tell of changes.
+        # asked anew each time: nobody here waits for the events that report changes.
         self.desktop = Atspi.get_desktop(0)
         self.desktop.set_cache_mask(Atspi.Cache.NONE)
         self.desktop.get_child_count()
-        # By default the toolkit is silent until a screen reader is announced.
+        # By default Qt is silent until a screen reader is announced.
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         # pylint: disable=consider-using-with
         self.process = subprocess.Popen(command, env=environment, **options)

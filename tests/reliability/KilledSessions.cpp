@@ -39,7 +39,7 @@ public:
         clock.start();
         while (clock.elapsed() < startLimitMs && process.state() != QProcess::NotRunning) {
             if (std::any_of(events.cbegin(), events.cend(),
-                            [&](const QByteArray& told) { return told.startsWith(event); }))
+                            [&](const QByteArray& line) { return line.startsWith(event); }))
                 return true;
             read(100);
         }
@@ -76,7 +76,7 @@ private:
     QProcess process;
 };
 
-QList<Session> sessionsTold(const QList<QByteArray>& events) {
+QList<Session> sessionsOf(const QList<QByteArray>& events) {
     QList<Session> sessions;
     for (const QByteArray& event : events) {
         const QList<QByteArray> words = event.split(' ');
@@ -136,7 +136,7 @@ Remains killSessions(const QString& endlessSessions, const Moment& moment) {
                               testsupport::readBytes(program.folder.filePath("log")));
     const QDir folder(program.folder.path());
     const QDir journals(folder.filePath("data/pellion/journal"));
-    const QList<Session> sessions = sessionsTold(program.events);
+    const QList<Session> sessions = sessionsOf(program.events);
     for (const Session& session : sessions)
         count(session, folder, journals, remains);
     inspectLines(folder, false, remains);
@@ -150,7 +150,7 @@ Remains killSessions(const QString& endlessSessions, const Moment& moment) {
 }
 
 bool hasWholeLines(const QByteArray& file) {
-    // What stands in the fields, written anew, gives the same file.
+    // What the fields hold, written anew, gives the same file.
     QVector<double> frequencies;
     const QList<QByteArray> lines = file.split('\n');
     for (int i = 1; i < lines.size() - 1; ++i)

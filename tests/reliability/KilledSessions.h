@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-/// A response as endless_sessions tells it.
+/// A response as endless_sessions reports it.
 struct Response {
     int number = 0;       ///< From 1, in its session.
     QByteArray frequency; ///< Hz.
@@ -15,7 +15,7 @@ struct Response {
 
 /// What became of a run of sessions that was killed.
 struct Remains {
-    QByteArray lastEvent;  ///< What was told last before the end.
+    QByteArray lastEvent;  ///< What was reported last before the end.
     int sessions = 0;      ///< That were begun.
     int responses = 0;     ///< Acknowledged: their presentation had started.
     int inResultsOnly = 0; ///< How many of them each file holds.

@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 #include <QVector>
 
-/// A window whose trend belongs to no chart: the toolkit keeps its points and ticks and neither
+/// A window whose trend belongs to no chart: Qt keeps its points and ticks and neither
 /// lays out nor draws anything, so that answering a response takes what the program itself needs.
 /// Its sounds last a quarter of a second; none is played.
 class DetachedWindow : public testsupport::InspectedMainWindow {

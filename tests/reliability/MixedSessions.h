@@ -30,7 +30,7 @@ struct PresentedSound {
 class MixedSessions {
 public:
     /// Before each presentation nothing happens for `idle`. With a control, pacat plays each sound
-    /// once more, with the same silence behind it, when the program has presented it.
+    /// once more, with the same silence after it, when the program has presented it.
     MixedSessions(const testsupport::SoundRecorder& deviceRecorder, std::chrono::seconds idle,
                   bool isControlled);
 

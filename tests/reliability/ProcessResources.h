@@ -8,14 +8,14 @@
 struct ProcessResources {
     double residentMiB = 0; ///< Memory, what it shares with the screen's server included.
     double privateMiB = 0;  ///< Memory that is written and nobody else's.
-    /// What was asked of the allocator and not given back; 0 with an allocator that does not tell,
-    /// as that of a sanitizer.
+    /// What was asked of the allocator and not given back; 0 with an allocator that does not report
+    /// it, as that of a sanitizer.
     double allocatedMiB = 0;
     int descriptors = 0; ///< Open files, sockets, pipes and the like.
     int threads = 0;
 };
 
-/// Reads them from the system; descriptors and threads are 0 where it does not tell.
+/// Reads them from the system; descriptors and threads are 0 where it does not report them.
 ProcessResources ownResources();
 
 /// Lets everything that was put off happen.

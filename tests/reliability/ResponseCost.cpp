@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
-QString MedianAndMost::text() const {
-    return QStringLiteral("%1 / %2").arg(median, 0, 'f', 2).arg(most, 0, 'f', 2);
+QString MedianAndMaximum::text() const {
+    return QStringLiteral("%1 / %2").arg(median, 0, 'f', 2).arg(maximum, 0, 'f', 2);
 }
 
-MedianAndMost medianAndMost(QVector<double> values) {
+MedianAndMaximum medianAndMaximum(QVector<double> values) {
     std::sort(values.begin(), values.end());
     const int count = values.size();
     return {(values[(count - 1) / 2] + values[count / 2]) / 2, values.last()};

@@ -13,22 +13,22 @@ struct ResponseCost {
     double journal = 0; ///< The journal, with its way to the disk.
     double click = 0;   ///< From the listener's click until it has been answered.
     double busy = 0;    ///< All events until the sound has ended, the click among them.
-    double longest = 0; ///< The longest of these events: for so long both windows stand still.
+    double longest = 0; ///< The longest of these events: for so long neither window reacts.
 
     /// All that the program itself does, the wait for the disk included.
     double ownAndJournal() const { return own + journal; }
 
     /// Charts, widgets and sound output.
-    double toolkit() const { return busy - own - journal; }
+    double qt() const { return busy - own - journal; }
 };
 
-struct MedianAndMost {
+struct MedianAndMaximum {
     double median = 0;
-    double most = 0;
+    double maximum = 0;
 
     /// Both with two decimals.
     QString text() const;
 };
 
 /// Of values in any order, at least one.
-MedianAndMost medianAndMost(QVector<double> values);
+MedianAndMaximum medianAndMaximum(QVector<double> values);

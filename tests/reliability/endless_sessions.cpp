@@ -16,17 +16,17 @@ using testsupport::SessionDriver;
 
 namespace {
 
-/// Tells on standard output what happens, one event a line. A line is out before what it tells can
+/// Reports on standard output what happens, one event a line. A line is out before its event can
 /// go on, whatever ends the program.
-void tell(const QString& event) {
+void report(const QString& event) {
     const QByteArray line = event.toUtf8() + '\n';
     if (::write(STDOUT_FILENO, line.constData(), size_t(line.size())) != line.size())
         std::_Exit(EXIT_FAILURE);
 }
 
-int randomNumber(int least, int most) {
+int randomNumber(int minimum, int maximum) {
     static std::mt19937 generator{std::random_device{}()};
-    return std::uniform_int_distribution<int>(least, most)(generator);
+    return std::uniform_int_distribution<int>(minimum, maximum)(generator);
 }
 
 /// Sessions with real windows, by the widgets that a person clicks.
@@ -36,7 +36,7 @@ public:
         : folder(std::move(folderPath)), pause(pauseMs) {
         QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
             if (index == 1 && requests > 0)
-                tell(QStringLiteral("started %1 %2").arg(requests).arg(frequency));
+                report(QStringLiteral("started %1 %2").arg(requests).arg(frequency));
         });
         window.show();
     }
@@ -46,19 +46,19 @@ public:
         if (!testsupport::writeSteadyTarget(target))
             return false;
         requests = 0;
-        tell("prepare " + text("lineEditOutputFileName"));
+        report("prepare " + text("lineEditOutputFileName"));
         if (!session.begin(target, pause))
             return false;
-        tell("go");
+        report("go");
         if (!session.playTarget())
             return false;
         constexpr int mostRequests = 8;
         for (int left = randomNumber(1, mostRequests); left > 0; --left)
             if (!request())
                 return false;
-        tell("done");
+        report("done");
         session.finish(folder + u'/' + text("lineEditOutputFileName"));
-        tell("saved");
+        report("saved");
         return session.dialogs.takeComplaints().isEmpty();
     }
 
@@ -66,9 +66,9 @@ private:
     bool request() {
         ++requests;
         frequency = randomNumber(10, 1000);
-        tell(QStringLiteral("asked %1 %2").arg(requests).arg(frequency));
+        report(QStringLiteral("asked %1 %2").arg(requests).arg(frequency));
         const bool isPlayed = session.playSinusoid(frequency);
-        tell("ended");
+        report("ended");
         return isPlayed;
     }
 

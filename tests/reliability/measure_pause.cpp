@@ -31,7 +31,7 @@ constexpr int firstFrequency = 100; // Hz, of a session; each of the others is 1
 struct MeasuredPause {
     bool isJournaled;
     double askedMs;       ///< The click.
-    double startedMs = 0; ///< When the program told the listener's window of the start.
+    double startedMs = 0; ///< When the program reported the start to the listener's window.
     double heardMs = 0;   ///< When the first sample was due at the device.
 };
 
@@ -160,7 +160,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     out << "D is " << pauseMs << " ms. All times are in ms; columns: count, median, 5th and 95th "
-        << "percentile, standard deviation, least, most.\n";
+        << "percentile, standard deviation, minimum, maximum.\n";
     reportKind(out, sessions.presentations, true);
     reportKind(out, sessions.presentations, false);
     out << "drift of the device's clock: " << campaign.recording.clockDriftMs() << " ms\n";

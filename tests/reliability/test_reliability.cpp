@@ -37,8 +37,8 @@ private slots:
     void responsesAreFoundInFiles();
     void growthOfMemoryIsThatOfTheBestLine_data();
     void growthOfMemoryIsThatOfTheBestLine();
-    void medianAndMostOfValues_data();
-    void medianAndMostOfValues();
+    void medianAndMaximumOfValues_data();
+    void medianAndMaximumOfValues();
 };
 
 void TestReliability::fates_data() {
@@ -53,13 +53,13 @@ void TestReliability::fates_data() {
     row("between silence", {0, 0, 0, 1, 2, 0, 3, 4, 0, 0}, Fate::Complete, 2);
     row("with its first zero outside", {1, 2, 0, 3, 4}, Fate::Gaps);
     row("twice", {0, 1, 2, 0, 3, 4, 0, 1, 2, 0, 3, 4}, Fate::Complete, 0, 0, true);
-    row("click behind", {0, 1, 2, 0, 3, 4, 0, 5}, Fate::Complete, 0, 0, true);
+    row("click after it", {0, 1, 2, 0, 3, 4, 0, 5}, Fate::Complete, 0, 0, true);
     row("click before", {5, 0, 1, 2, 0, 3, 4}, Fate::Different);
     row("silence", {0, 0, 0, 0, 0, 0, 0, 0}, Fate::Missing, -1, 4);
     row("nothing", {}, Fate::Missing, -1, 4);
     row("end cut off", {0, 0, 1, 2, 0, 3, 0, 0}, Fate::CutAtEnd, -1, 1);
     row("end of the recording", {0, 0, 1, 2, 0, 3}, Fate::CutAtEnd, -1, 1);
-    row("end cut off behind a gap", {0, 1, 0, 0, 0, 2, 0, 0}, Fate::CutAtEnd, -1, 2);
+    row("end cut off after a gap", {0, 1, 0, 0, 0, 2, 0, 0}, Fate::CutAtEnd, -1, 2);
     row("start cut off", {0, 0, 0, 0, 3, 4, 0, 0}, Fate::CutAtStart, -1, 2);
     row("piece missing", {0, 1, 0, 3, 4, 0, 0}, Fate::CutInside, -1, 1);
     row("piece replaced by silence", {0, 1, 0, 0, 3, 4, 0, 0}, Fate::CutInside, -1, 1);
@@ -137,11 +137,11 @@ void TestReliability::wholeLinesAreRecognised_data() {
     row("cut in the frequency", header + first + "target.wav\t2\t1", false);
     row("cut before the line feed", header + first.chopped(1), false);
     row("cut in the name", header + first + "tar", false);
-    row("zeros behind", header + first + QByteArray(3, '\0'), false);
+    row("zeros after it", header + first + QByteArray(3, '\0'), false);
     row("begins with the second", header + second, false);
     row("empty line", header + "\r\n" + first, false);
     row("other target", header + "target2.wav\t1\t640\r\n", false);
-    row("frequency below the lowest", header + "target.wav\t1\t9\r\n", false);
+    row("frequency below the minimum", header + "target.wav\t1\t9\r\n", false);
     row("no frequency", header + "target.wav\t1\t\r\n", false);
     row("a field too few", header + "target.wav\t1\r\n", false);
     row("a field too many", header + "target.wav\t1\t640\t1\r\n", false);
@@ -181,7 +181,7 @@ void TestReliability::growthOfMemoryIsThatOfTheBestLine_data() {
     row("as a line", {1, 3, 5, 7, 9}, 0, 2);
     row("two", {1, 4}, 0, 3);
     row("shrinking", {9, 8, 7}, 0, -1);
-    row("behind the first ones", {100, 50, 1, 3, 5, 7}, 2, 2);
+    row("after the first ones", {100, 50, 1, 3, 5, 7}, 2, 2);
     // Around its middle: (-1.5 * 0 - 0.5 * 2 + 0.5 * 1 + 1.5 * 5) / (2.25 + 0.25 + 0.25 + 2.25).
     row("uneven", {0, 2, 1, 5}, 0, 1.4);
 }
@@ -198,16 +198,16 @@ void TestReliability::growthOfMemoryIsThatOfTheBestLine() {
     QTEST(growthOfMemory(held, firstIndex), "growth");
 }
 
-void TestReliability::medianAndMostOfValues_data() {
+void TestReliability::medianAndMaximumOfValues_data() {
     const auto row = columns<QVector<double>, QString>("values", "text");
     row("one", {3}, "3.00 / 3.00");
     row("odd count", {9, 1, 2}, "2.00 / 9.00");
     row("even count", {4, 1, 2, 0.5}, "1.50 / 4.00");
 }
 
-void TestReliability::medianAndMostOfValues() {
+void TestReliability::medianAndMaximumOfValues() {
     QFETCH(QVector<double>, values);
-    QTEST(medianAndMost(values).text(), "text");
+    QTEST(medianAndMaximum(values).text(), "text");
 }
 
 QTEST_APPLESS_MAIN(TestReliability)

@@ -1,4 +1,4 @@
-// Holds many sessions in one run, then one of very many responses, and tells what they cost:
+// Holds many sessions in one run, then one of very many responses, and reports what they cost:
 // try_endurance SESSIONS RESPONSES.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/LongSession.h"
@@ -18,8 +18,8 @@ namespace {
 constexpr int fewResponses = 10;
 constexpr double kibibytesInMebibyte = 1024;
 
-/// What a session may leave besides (MiB): widgets of its listener's window, and what the toolkit
-/// makes once, dialogs for example.
+/// What a session may leave besides (MiB): widgets of its listener's window, and what Qt makes
+/// once, dialogs for example.
 constexpr double leftBesidesMiB = 1;
 
 QString mebibytes(double number) {
@@ -69,11 +69,11 @@ public:
         costs = all.mid(all.size() - (all.size() <= mostResponses ? fewResponses : mostResponses));
     }
 
-    template <typename Cost> MedianAndMost share(Cost cost) const {
+    template <typename Cost> MedianAndMaximum share(Cost cost) const {
         QVector<double> values;
         for (const ResponseCost& response : costs)
             values.append(std::invoke(cost, response));
-        return medianAndMost(values);
+        return medianAndMaximum(values);
     }
 
 private:
@@ -85,10 +85,10 @@ void reportResponses(QTextStream& out, const LastResponses& last, int number,
     out << "| " << number << " | " << last.share(&ResponseCost::own).text() << " | "
         << last.share(&ResponseCost::journal).text() << " | "
         << last.share(&ResponseCost::ownAndJournal).text() << " | "
-        << last.share(&ResponseCost::toolkit).text() << " | "
-        << last.share(&ResponseCost::click).text() << " | "
-        << last.share(&ResponseCost::longest).text() << " | " << mebibytes(held.residentMiB)
-        << " | " << held.descriptors << " | " << held.threads << " |\n"
+        << last.share(&ResponseCost::qt).text() << " | " << last.share(&ResponseCost::click).text()
+        << " | " << last.share(&ResponseCost::longest).text() << " | "
+        << mebibytes(held.residentMiB) << " | " << held.descriptors << " | " << held.threads
+        << " |\n"
         << Qt::flush;
 }
 
@@ -147,7 +147,7 @@ public:
     bool hold() {
         if (!session.begin())
             return isWrong("the long session did not begin");
-        out << "\n| responses | own share (ms) | journal (ms) | own + journal (ms) | toolkit (ms) "
+        out << "\n| responses | own share (ms) | journal (ms) | own + journal (ms) | Qt (ms) "
             << "| click (ms) | longest event (ms) | memory (MiB) | open files | threads |\n"
             << "|---|---|---|---|---|---|---|---|---|---|\n";
         for (int number = 1; number <= count; ++number) {
@@ -209,10 +209,10 @@ private:
             out << "\nThe own share is too large, or open files or threads grew.\n";
     }
 
-    /// What the program has asked for tells more exactly than what is resident what it keeps.
+    /// What the program has asked for is more exact about what it keeps than what is resident.
     void checkMemory(const ProcessResources& last, const ProcessResources& next) {
         constexpr double mostGrownKibibytes = 24; // A label of the trend's axis takes 19.
-        constexpr double mostKeptKibibytes = 1;   // The toolkit's lists keep their room.
+        constexpr double mostKeptKibibytes = 1;   // Qt's lists keep their room.
         const double kibiResponses = (count - fewResponses) / kibibytesInMebibyte;
         const double grown = last.allocatedMiB - first.allocatedMiB;
         const double kept = next.allocatedMiB - first.allocatedMiB;

@@ -32,9 +32,9 @@ std::vector<Moment> randomMoments(int count, quint32 seed) {
     return moments;
 }
 
-/// What sessions tell, in their order, and what it is called in the summary.
+/// What sessions report, in their order, and what it is called in the summary.
 struct Event {
-    const char* told;
+    const char* name;
     const char* text;
 };
 constexpr std::array<Event, 8> events{{{"", "nothing"},
@@ -71,7 +71,7 @@ public:
     QString text() const {
         QString text;
         QTextStream stream(&text);
-        stream << "| | |\n|---|---|\n| kills | " << kills << " (last told before: " << lastTold()
+        stream << "| | |\n|---|---|\n| kills | " << kills << " (last event before: " << lastEvent()
                << ") |\n| sessions begun | " << total.sessions << " |\n| responses presented | "
                << total.responses << " |\n| found in a results file | "
                << total.inResultsOnly + total.inBoth << " |\n| found in a journal | "
@@ -86,10 +86,10 @@ public:
     }
 
 private:
-    QString lastTold() const {
+    QString lastEvent() const {
         QStringList counts;
         for (const Event& event : events)
-            if (const int count = killsAfter.value(event.told); count > 0)
+            if (const int count = killsAfter.value(event.name); count > 0)
                 counts.append(QStringLiteral("%1 %2").arg(QLatin1String(event.text)).arg(count));
         return counts.join(QStringLiteral(", "));
     }

@@ -70,7 +70,7 @@ void addRamps() {
     row("linearRamp", {linearRamp, linearRamp, linearGain, 1});
 }
 
-/// Samples with room for more behind them that is filled with marks, and with the vector's own
+/// Samples with room for more after them that is filled with marks, and with the vector's own
 /// counts in front.
 class FencedSignal {
 public:
@@ -83,9 +83,9 @@ public:
     }
 
     bool isWhole() const {
-        const double* behind = samples.constData() + samples.size();
+        const double* after = samples.constData() + samples.size();
         return counts() == before &&
-               std::all_of(behind, behind + fence, [](double value) { return value == mark; });
+               std::all_of(after, after + fence, [](double value) { return value == mark; });
     }
 
     QVector<double> samples;
@@ -161,7 +161,7 @@ void TestSignalRamps::nothingOutsideTheSignalIsTouched() {
     QFETCH(Ramp, ramp);
     const StreamCapture standardError(std::cerr);
     for (int size = 0; size <= longest; ++size)
-        for (const int length : {1, 2, size / 2, size, size + 1, size + 2, longest, mostInt}) {
+        for (const int length : {1, 2, size / 2, size, size + 1, size + 2, longest, maximumInt}) {
             FencedSignal fenced(size);
             const double* const place = fenced.samples.constData();
             ramp.inPlace(&fenced.samples, length);
@@ -178,7 +178,7 @@ void TestSignalRamps::noRampChangesNothing_data() {
 void TestSignalRamps::noRampChangesNothing() {
     QFETCH(Ramp, ramp);
     const StreamCapture standardError(std::cerr);
-    for (const int length : {0, -1, leastInt})
+    for (const int length : {0, -1, minimumInt})
         for (const int size : {0, 1, 5}) {
             const QVector<double> original = unevenSignal(size);
             QVector<double> inPlace = original;

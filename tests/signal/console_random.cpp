@@ -69,8 +69,8 @@ void TestSignalRandom::integerFollowsTheFormula_data() {
     row("die", 1, 6, 6);
     row("both signs", -50, 50, 101);
     row("one value", 3, 3, 1);
-    row("widest from 0", 0, mostInt - 1, mostInt);
-    row("widest from below", leastInt, -2, mostInt);
+    row("widest from 0", 0, maximumInt - 1, maximumInt);
+    row("widest from below", minimumInt, -2, maximumInt);
     row("reversed", 7, 2, -4); // 7 to 10: reversed bounds are not corrected
     row("reversed by two", 7, 5, -1);
 }
@@ -93,12 +93,12 @@ void TestSignalRandom::integersFollowTheFormula_data() {
     row("die", 1, 6);
     row("both signs", -50, 50);
     row("one value", 3, 3);
-    row("largest int", 0, mostInt);
-    row("close to the largest int", mostInt - 2, mostInt);
-    row("smallest int", leastInt, -1);
-    row("all ints", leastInt, mostInt);
+    row("largest int", 0, maximumInt);
+    row("close to the largest int", maximumInt - 2, maximumInt);
+    row("smallest int", minimumInt, -1);
+    row("all ints", minimumInt, maximumInt);
     row("reversed", 7, 2);
-    row("reversed, all ints", mostInt, leastInt);
+    row("reversed, all ints", maximumInt, minimumInt);
 }
 
 void TestSignalRandom::integersFollowTheFormula() {
@@ -114,10 +114,10 @@ void TestSignalRandom::integersFollowTheFormula() {
     QCOMPARE(integers.size(), 200);
     seedRandomNumbers(second);
     // Of reversed bounds the upper one is taken for both.
-    const qint64 least = std::min(min, max);
-    const qint64 values = min > max ? 1 : qint64(max) + 1 - least;
+    const qint64 lower = std::min(min, max);
+    const qint64 values = min > max ? 1 : qint64(max) + 1 - lower;
     for (const int integer : qAsConst(integers))
-        QCOMPARE(qint64(integer), qint64(nextRandomNumber()) % values + least);
+        QCOMPARE(qint64(integer), qint64(nextRandomNumber()) % values + lower);
     QCOMPARE(next, nextRandomNumber());
 }
 
@@ -125,7 +125,7 @@ void TestSignalRandom::noIntegersAreEmptyAndReseed_data() {
     const auto row = columns<int>("count");
     row("none", 0);
     row("below none", -3);
-    row("far below none", leastInt);
+    row("far below none", minimumInt);
 }
 
 void TestSignalRandom::noIntegersAreEmptyAndReseed() {

@@ -18,11 +18,11 @@ void TestSignalRms::integers_data() {
     row("zeros", {0, 0}, 0);
     row("16 bits", Samples(1000, -32768), 32768);
     row("24 bits", Samples(1000, 8388607), 8388607);
-    row("32 bits", {mostInt}, 2147483647);
+    row("32 bits", {maximumInt}, 2147483647);
     row("24 bits, the last sum that fits into 64", Samples(131071, -8388608), 8388608);
     row("24 bits, one more", Samples(131072, -8388608), 8388608);
     row("24 bits, many more", Samples(400000, -8388608), 8388608);
-    row("32 bits, more than one", Samples(5, leastInt), 2147483648.0);
+    row("32 bits, more than one", Samples(5, minimumInt), 2147483648.0);
 }
 
 void TestSignalRms::integers() {

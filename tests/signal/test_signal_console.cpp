@@ -27,7 +27,7 @@ void compareStandardError(const SignalCall& call, const QString& expected) {
     QCOMPARE(QString::fromStdString(standardError.text()), expected);
 }
 
-/// Tells 0 from -0, and does not tell NaN from itself.
+/// The bits of a value: those of 0 and -0 differ, those of NaN equal themselves.
 quint64 bits(double value) {
     quint64 bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
@@ -67,7 +67,8 @@ void TestSignalLibrary::interfaceIsAsItsUsersExpect() {
                                                    double, double, bool)>));
     QVERIFY((std::is_same_v<decltype(randomInteger), int(int, int)>));
     QVERIFY((std::is_same_v<decltype(randomIntegers), QVector<int>(int, int, int)>));
-    // Functions of one name are told by the conversion: without an exact match it does not compile.
+    // The conversion chooses among functions of one name: without an exact match it does not
+    // compile.
     using Rms = double (*)(Samples);
     using RmsOfIntegers = double (*)(QVector<int>);
     QVERIFY(static_cast<Rms>(&rms) != nullptr);

@@ -13,8 +13,8 @@
 
 using testsupport::columns;
 
-constexpr int leastInt = std::numeric_limits<int>::min();
-constexpr int mostInt = std::numeric_limits<int>::max();
+constexpr int minimumInt = std::numeric_limits<int>::min();
+constexpr int maximumInt = std::numeric_limits<int>::max();
 
 /// Says in what two signals differ to the last bit, the sign of a zero included; empty where they
 /// do not.

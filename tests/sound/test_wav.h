@@ -53,6 +53,17 @@ inline auto stateOf(const CWav& wav) {
                            wav.mostSamplesPerChannel);
 }
 
+/// Bytes without a period that a block or piece of a file could share.
+inline QByteArray unevenBytes(int count) {
+    QByteArray bytes(count, '\0');
+    quint32 state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<char>(state >> 24U);
+    }
+    return bytes;
+}
+
 inline std::string_view viewOf(const QByteArray& bytes) {
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
@@ -136,7 +147,6 @@ private slots:
     void sizesAroundThePiecesAreReadWhole();
     void changedHeaderConvertsOnlyHeldBytes_data();
     void changedHeaderConvertsOnlyHeldBytes();
-    void randomHeadersAgreeWithAPlainReader();
     void nothingStaysOpen();
 };
 

@@ -11,7 +11,6 @@
 #include <sndfile.h>
 
 using testsupport::readBytes;
-using testsupport::wavWithSamples;
 
 namespace {
 
@@ -111,30 +110,24 @@ void TestWavPrograms::chunkBeforeTheDataIsMisread() {
 }
 
 void TestWavPrograms::handmadeFilesAgreeWithLibsndfile_data() {
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<int>("channelCount");
+    const auto row = columns<int, int>("bits", "channelCount");
     for (const int bits : {8, 16, 24})
         for (const int channelCount : {1, 2, 3})
-            QTest::addRow("%d bits, %d channels", bits, channelCount) << bits << channelCount;
+            row(QString::asprintf("%d bits, %d channels", bits, channelCount).toUtf8(), bits,
+                channelCount);
 }
 
 void TestWavPrograms::handmadeFilesAgreeWithLibsndfile() {
     QFETCH(int, bits);
     QFETCH(int, channelCount);
-    QVector<int> codes;
-    quint32 state = 1;
-    for (int i = 0; i < 30000; ++i) {
-        state = state * 1664525U + 1013904223U;
-        // The code with only the sign set is read as +1.0 here and as -1.0 there.
-        const auto code = static_cast<int>(state >> static_cast<quint32>(32 - bits));
-        codes.append(bits == 24 && code == 0x800000 ? 0 : code);
-    }
+    // Not the code with only the sign set, which is read as +1.0 here and as -1.0 there.
+    const QByteArray data = unevenBytes(30000 * bits / 8);
     const WavFolder folder;
-    const std::string path = folder.write(wavWithSamples(
-        {48000, static_cast<quint16>(channelCount), static_cast<quint16>(bits)}, codes));
+    const std::string path = folder.write(testsupport::wavWithData(
+        {48000, static_cast<quint16>(channelCount), static_cast<quint16>(bits)}, data));
     CWav wav;
     QVERIFY(wav.LoadWav(path));
-    QCOMPARE(wav.samples.size(), static_cast<std::size_t>(codes.size()));
+    QCOMPARE(wav.samples.size(), std::size_t{30000});
     QVERIFY(wav.samples == otherReadersSamples(QString::fromStdString(path)));
 }
 

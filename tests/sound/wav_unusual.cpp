@@ -101,7 +101,7 @@ void addNumbers() {
 
 void addDataSizes() {
     addRow("as it should be", sound(), noMessage, 4);
-    addRow("bytes behind the data", sound() + QByteArray(100, 'x'), noMessage, 4);
+    addRow("bytes after the data", sound() + QByteArray(100, 'x'), noMessage, 4);
     addRow("data size 0", with32(wavoffset::dataSize, 0), noMessage);
     addRow("data size 1", with32(wavoffset::dataSize, 1), noMessage);
     addRow("data size 6 of 8", with32(wavoffset::dataSize, 6), noMessage, 3);

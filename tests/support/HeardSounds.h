@@ -16,7 +16,7 @@ struct HeardSounds {
 
 /// Looks for the given sounds in a recording, one after the other, each complete and equal in every
 /// sample, with silence before, between and after them. A sound that is silent throughout cannot
-/// be told from silence and must not be among them.
+/// be distinguished from silence and must not be among them.
 HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds);
 
 /// What became of a sound.
@@ -35,12 +35,12 @@ struct HeardSound {
     int start = -1;                ///< Index of its first sample, where it is complete; else -1.
     int samplesMissing = 0;        ///< Of those that are not silent.
     int firstWrong = -1;           ///< Index of the first sample that is not as it should be.
-    bool isFollowedByMore = false; ///< Whether a complete sound has something else behind it.
+    bool isFollowedByMore = false; ///< Whether a complete sound has something else after it.
 };
 
 /// Looks for a sound in that stretch of a recording in which it, and nothing else, should be heard.
 /// Of an incomplete sound only what is not silent counts, for silence within the sound cannot
-/// be told from a gap. The sound must not be silent throughout.
+/// be distinguished from a gap. The sound must not be silent throughout.
 HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound);
 
 /// Whether any sample is not silent.

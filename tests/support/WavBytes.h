@@ -35,10 +35,10 @@ constexpr int data = 44;
 /// Returns a 44-byte header for that many bytes of data.
 QByteArray wavHeader(const WavFormat& format, quint32 dataSize);
 
-/// Returns a header and the data behind it.
+/// Returns a header and the data after it.
 QByteArray wavWithData(const WavFormat& format, const QByteArray& data);
 
-/// Returns a header and the samples behind it, channels interleaved. Each sample is the integer
+/// Returns a header and the samples after it, channels interleaved. Each sample is the integer
 /// that the file holds: 0 to 255 at 8 bits, signed at others; its lowest bytes are taken.
 QByteArray wavWithSamples(const WavFormat& format, const QVector<int>& samples);
 
