@@ -156,7 +156,7 @@ void TestAppFunctions::windowIsPlacedOnTheAvailableScreen_data() {
         << screen << anywhere << true << notANumber << notANumber << QRect(960, 540, 0, 0);
     QTest::newRow("stays where it is")
         << screen << anywhere << false << 0.5 << 0.25 << QRect(700, 300, 960, 270);
-    QTest::newRow("at the least place")
+    QTest::newRow("at the minimum place")
         << screen << QPoint(5, 40) << false << 0.5 << 0.25 << QRect(5, 40, 960, 270);
     QTest::newRow("too far left") << screen << QPoint(4, 300) << false << 0.5 << 0.25
                                   << QRect(5, 300, 960, 270);

@@ -27,7 +27,7 @@ void TestMainWindowMembers::membersStartAsTheyShould() {
     compare("audioBuffer", window->audioBuffer == nullptr, true);
     compare("audioBytes", window->audioBytes == nullptr, true);
     compare("subjectWindow", window->subjectWindow == nullptr, true);
-    // From here on as the settings have it: 2^14 is the least power of two for 10000 samples.
+    // From here on as the settings have it: 2^14 is the smallest power of two for 10000 samples.
     compare("fftLength", window->fftLength, qint64(16384));
     compare("fftFrameDuration", window->fftFrameDuration, 0.4096);
     compare("frequencyResolution", window->frequencyResolution, 1.6666666666666667);

@@ -120,7 +120,7 @@ void TestChartDrawing::constantSoundCollapsesTheRange() {
     setTarget(*window, QVector<double>(20000, value));
     window->displayWav();
     QCOMPARE(window->rangeWav, (Range{value, value}));
-    // What the toolkit makes of it, it makes here as well.
+    // What Qt makes of it, it makes here as well.
     QValueAxis plain;
     plain.setRange(value, value);
     QCOMPARE(rangeOf(window->axisYWav), rangeOf(&plain));

@@ -54,7 +54,7 @@ void TestTrendChart::equalResponsesCollapseTheRange() {
     respond(0, 640);
     respond(1, 640);
     QCOMPARE(window->rangeTrend, (Range{640, 640}));
-    // What the toolkit makes of it, it makes here as well.
+    // What Qt makes of it, it makes here as well.
     QtCharts::QValueAxis plain;
     plain.setRange(0, 4);
     plain.setRange(640, 640);

@@ -271,7 +271,7 @@ void TestFileReplacement::fifoIsNotOpened_data() {
     QTest::addColumn<bool>("isRead");
     QTest::newRow("that nobody reads") << false << false;
     QTest::newRow("that nobody reads, by a link") << true << false;
-    QTest::newRow("that somebody reads") << false << true;
+    QTest::newRow("that another process reads") << false << true;
 }
 
 void TestFileReplacement::fifoIsNotOpened() {

@@ -33,7 +33,7 @@ QVector<int> sorted(QVector<int> entries) {
     return entries;
 }
 
-/// Counts how often each order came; an order is told by its digits.
+/// Counts how often each order came; an order is known by its digits.
 class OrderCounts {
 public:
     void add(const QVector<int>& order) {

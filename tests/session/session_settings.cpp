@@ -112,7 +112,7 @@ void TestSessionSettings::countsFollowFromDurationAndRate_data() {
     QTest::addColumn<int>("nPointsToPlot");
     QTest::addColumn<double>("plotDurationAfterwards");
     // A vector's bytes and its header of 24 bytes fit an int.
-    constexpr int most = (std::numeric_limits<int>::max() - 24) / 8;
+    constexpr int maximum = (std::numeric_limits<int>::max() - 24) / 8;
     QTest::newRow("as at the start") << "40000"
                                      << "250.00" << 0.25 << 10000 << 10000 << 0.25;
     QTest::newRow("longer than the plot") << "40000"
@@ -133,9 +133,9 @@ void TestSessionSettings::countsFollowFromDurationAndRate_data() {
     QTest::newRow("no duration") << "40000"
                                  << "" << 0.25 << 0 << 0 << 0.0;
     QTest::newRow("beyond a vector") << "40000"
-                                     << "1e12" << 0.25 << most << 10000 << 0.25;
+                                     << "1e12" << 0.25 << maximum << 10000 << 0.25;
     QTest::newRow("infinite") << "40000"
-                              << "inf" << 0.25 << most << 10000 << 0.25;
+                              << "inf" << 0.25 << maximum << 10000 << 0.25;
 }
 
 void TestSessionSettings::countsFollowFromDurationAndRate() {

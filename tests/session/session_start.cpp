@@ -13,7 +13,7 @@ using testsupport::find;
 namespace {
 
 /// The slots of an object that senders of one class are connected to, in the order of connection,
-/// as the toolkit lists them on the log.
+/// as Qt lists them on the log.
 QStringList connectedSlots(const testsupport::LogLines& log, const QObject& receiver,
                            const QString& senderClass) {
     const int linesBefore = log.all().size();

@@ -54,12 +54,12 @@ private slots:
     void numberAfterTheLastOneStillFits();
 };
 
-/// Saving through the real dialog (results_saving.cpp).
+/// Saving through the real dialog, and saving that fails (results_saving.cpp).
 class TestResultsSaving : public SavingTest {
     Q_OBJECT
 
 private slots:
-    void dialogAsksAsLaidDown();
+    void dialogIsAsItShouldBe();
     void dialogIsTranslated();
     void proposalIsFolderSlashName_data();
     void proposalIsFolderSlashName();
@@ -69,6 +69,16 @@ private slots:
     void pathAndNameOfTheChosenFileAreStoredAndNoFieldIsWritten();
     void existingFileIsOverwrittenWithoutAQuestion();
     void namesBeyondAsciiFollowTheLocalesEncoding();
+    void missingFolderBecomesADirectoryOfTheFilesOwnPath_data();
+    void missingFolderBecomesADirectoryOfTheFilesOwnPath();
+    void cancelledDialogEmptiesPathAndNameAndWarns();
+    void warningIsAsItShouldBe();
+    void failedSavingKeepsTheDataAndDoesNotAskAgain();
+    void secondSavingProposesTheDoubledPath();
+    void secondSavingAfterACancelledOneProposesNothing();
+    void nameIsReplacedWhenTheNumberAdvances();
+    void sessionWithoutASinusoidSavesTheHeaderOnly();
+    void nextSessionStartsInTheFolderShown();
 };
 
 /// Writing whole files on disks that fail (results_replacement.cpp).
@@ -165,21 +175,4 @@ private:
     void respond(int frequency);
 
     std::unique_ptr<QTemporaryDir> devices; ///< That the tests may break.
-};
-
-/// Saving that fails, saving twice, and whole sessions (results_road.cpp).
-class TestResultsRoad : public SavingTest {
-    Q_OBJECT
-
-private slots:
-    void missingFolderBecomesADirectoryOfTheFilesOwnPath_data();
-    void missingFolderBecomesADirectoryOfTheFilesOwnPath();
-    void cancelledDialogEmptiesPathAndNameAndWarns();
-    void warningIsAsLaidDown();
-    void failedSavingKeepsTheDataAndDoesNotAskAgain();
-    void secondSavingProposesTheDoubledPath();
-    void secondSavingAfterACancelledOneProposesNothing();
-    void nameIsReplacedWhenTheNumberAdvances();
-    void sessionWithoutASinusoidSavesTheHeaderOnly();
-    void nextSessionStartsInTheFolderShown();
 };

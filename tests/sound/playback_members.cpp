@@ -19,7 +19,7 @@ QByteArray bytesOf(const QVector<float>& samples) {
             samples.size() * int(sizeof(float))};
 }
 
-/// The toolkit's objects behind QTimer::singleShot() that have not run off yet.
+/// Qt's objects behind QTimer::singleShot() that have not run off yet.
 QSet<QObject*> singleShots() {
     QSet<QObject*> timers;
     for (QObject* child : QAbstractEventDispatcher::instance()->children())

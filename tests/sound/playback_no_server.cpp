@@ -91,7 +91,7 @@ void TestPlaybackWithoutServer::mainWindowGoesWithAnOutputThatNeverEnds() {
 
 void TestPlaybackWithoutServer::serverThatComesLaterIsNotFound() {
     QVERIFY(server().start());
-    // Three seconds after it has lost a server the toolkit looks for it, but it never had this one.
+    // Three seconds after it has lost a server Qt looks for it, but it never had this one.
     constexpr int longerThanThatMs = 3500;
     QTest::qWait(longerThanThatMs);
     QVERIFY(QAudioDeviceInfo::defaultOutputDevice().isNull());

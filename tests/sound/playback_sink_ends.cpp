@@ -30,7 +30,7 @@ void TestPlaybackSinkEnds::initTestCase() {
     QVERIFY(server().start());
 }
 
-/// Each test begins with a device, which the toolkit learns of in the background.
+/// Each test begins with a device, which Qt learns of in the background.
 void TestPlaybackSinkEnds::setUp() {
     if (!isThereADevice())
         QVERIFY(server().addSink());

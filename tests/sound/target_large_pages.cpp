@@ -21,7 +21,7 @@ std::uintptr_t addressOf(const void* memory) {
 }
 
 /// Returns whether large pages have been asked for behind an address ("hg" among the flags of its
-/// mapping, as proc(5) tells them).
+/// mapping, as proc(5) names them).
 bool isOnLargePages(std::uintptr_t address) {
     QFile file("/proc/self/smaps");
     if (!file.open(QIODevice::ReadOnly))

@@ -65,6 +65,8 @@ void TestTargetRefusals::verifyEarlierKept(const QStringList& before) {
     QCOMPARE(window.data.records[0].fileName, QString("earlier.wav"));
     QVERIFY(window.data.records[0].frequencyMatched == 0.0);
     QCOMPARE(window.currentTargetPath, folder + "/earlier.wav");
+    QCOMPARE(window.lineEditWavFileName->text(), QString("earlier.wav"));
+    QCOMPARE(window.lineEditFrequencyMatched->text(), QString("not started yet"));
     QCOMPARE(window.nFiles, 1);
     QCOMPARE(window.trialSequence, QVector<int>{0});
     QVERIFY(window.pushButtonGo->isEnabled());

@@ -60,7 +60,7 @@ void TestTargetWaiting::cursorStillWaitsWhenTheChartsAreDrawn() {
     }
 }
 
-void TestTargetWaiting::cursorComesBackOnEveryRoad_data() {
+void TestTargetWaiting::cursorComesBackAfterEveryPreparation_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("loaded") << testsupport::wavWithSamples({}, unevenCodes(400));
     QTest::newRow("not a WAV file") << QByteArray(100, 'x');
@@ -68,7 +68,7 @@ void TestTargetWaiting::cursorComesBackOnEveryRoad_data() {
     QTest::newRow("cancelled") << QByteArray();
 }
 
-void TestTargetWaiting::cursorComesBackOnEveryRoad() {
+void TestTargetWaiting::cursorComesBackAfterEveryPreparation() {
     QFETCH(QByteArray, bytes);
     for (int preparation = 0; preparation < 2; ++preparation) {
         if (bytes.isEmpty())

@@ -120,8 +120,8 @@ class TestTargetWaiting : public TargetTest {
 
 private slots:
     void cursorStillWaitsWhenTheChartsAreDrawn();
-    void cursorComesBackOnEveryRoad_data();
-    void cursorComesBackOnEveryRoad();
+    void cursorComesBackAfterEveryPreparation_data();
+    void cursorComesBackAfterEveryPreparation();
 };
 
 /// The pages of memory behind long sounds (target_large_pages.cpp).

@@ -112,8 +112,8 @@ void TestSubjectWindowFrequency::inputMovesBothControls_data() {
     QTest::newRow("spin box, page down") << keyOnSpinBox(Qt::Key_PageDown) << 490;
     QTest::newRow("spin box, typed") << typed("640") << 640;
     QTest::newRow("spin box, typed and entered") << typedAndEntered("77") << 77;
-    QTest::newRow("spin box, least") << typed("10") << 10;
-    QTest::newRow("spin box, most") << typed("1000") << 1000;
+    QTest::newRow("spin box, minimum") << typed("10") << 10;
+    QTest::newRow("spin box, maximum") << typed("1000") << 1000;
     QTest::newRow("spin box, click up") << clickOnSpinBox(true) << 501;
     QTest::newRow("spin box, click down") << clickOnSpinBox(false) << 499;
     QTest::newRow("spin box, wheel up") << wheelOnSpinBox(1) << 501;
@@ -144,8 +144,8 @@ void TestSubjectWindowFrequency::inputMovesBothControls() {
 void TestSubjectWindowFrequency::setValueMovesBothControls_data() {
     QTest::addColumn<int>("value");
     QTest::addColumn<int>("frequency");
-    QTest::newRow("least") << 10 << 10;
-    QTest::newRow("most") << 1000 << 1000;
+    QTest::newRow("minimum") << 10 << 10;
+    QTest::newRow("maximum") << 1000 << 1000;
     QTest::newRow("between") << 640 << 640;
     QTest::newRow("below the range") << 9 << 10;
     QTest::newRow("above the range") << 1001 << 1000;
@@ -266,8 +266,8 @@ void TestSubjectWindowFrequency::receivedParametersReachTheSpinBoxBeforeTheSlide
             [&](int value) { changes.append(QStringLiteral("spin box %1").arg(value)); });
     connect(window.sliderFrequency, &QSlider::valueChanged, this,
             [&](int value) { changes.append(QStringLiteral("slider %1").arg(value)); });
-    connect(window.sliderFrequency, &QSlider::rangeChanged, this, [&](int least, int most) {
-        changes.append(QStringLiteral("slider from %1 to %2").arg(least).arg(most));
+    connect(window.sliderFrequency, &QSlider::rangeChanged, this, [&](int minimum, int maximum) {
+        changes.append(QStringLiteral("slider from %1 to %2").arg(minimum).arg(maximum));
     });
     window.receiveParameters(600, 900, 700, 5);
     // The spin box's new range moves its value, which moves the slider's, before the value comes.

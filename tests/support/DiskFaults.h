@@ -108,7 +108,7 @@ class WithoutPrivileges {
 public:
     WithoutPrivileges() {
         constexpr uid_t nobody = 65534;
-        // The toolkit asks what the real user may do, opening a file what the effective one may.
+        // Qt asks what the real user may do, opening a file what the effective one may.
         if (::getuid() == 0 && ::setresuid(nobody, nobody, 0) != 0)
             qFatal("the administrator's rights cannot be put aside");
     }

@@ -6,9 +6,7 @@
 #include "support/FileBytes.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QSpinBox>
 
 #include <cmath>
@@ -136,7 +134,7 @@ HeardSounds Fixture::heard() {
 }
 
 QString Fixture::finish() {
-    const QString path = pathOf(window().lineEditOutputFileName->text());
+    QString path = pathOf(window().lineEditOutputFileName->text());
     dialogs.answerClosing(QMessageBox::Yes);
     if (window().data.saveDataToFile)
         dialogs.saveAsProposed();
@@ -162,10 +160,6 @@ void Fixture::finishCancelled() {
 
 QString Fixture::textOf(const char* lineEditName) {
     return find<QLineEdit>(window(), lineEditName)->text();
-}
-
-bool Fixture::isEnabled(const char* buttonName) {
-    return find<QPushButton>(window(), buttonName)->isEnabled();
 }
 
 int Fixture::fileNumber() {

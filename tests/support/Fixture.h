@@ -80,15 +80,14 @@ public:
     /// returns the file's path.
     QString finish();
 
-    /// The same, with the dialog for the results cancelled, which is warned of.
+    /// The same, with the dialog for the results cancelled.
     void finishCancelled();
 
-    /// Cancels the dialog for the results, and closes the warning that follows.
+    /// Cancels the dialog for the results that comes next, and closes the warning that follows.
     void cancelSaving();
     void closeWarningOfNoFile();
 
     QString textOf(const char* lineEditName);
-    bool isEnabled(const char* buttonName);
     int fileNumber();
 
     /// Paths of the journals that are there.

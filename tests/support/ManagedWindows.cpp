@@ -17,7 +17,7 @@ namespace {
 
 template <typename Reply> using OwnedReply = std::unique_ptr<Reply, decltype(&std::free)>;
 
-/// A connection to the X server of one's own, for the toolkit's belongs to its event loop.
+/// A connection to the X server of one's own, for Qt's belongs to its event loop.
 class Server {
 public:
     Server() : connection(xcb_connect(nullptr, nullptr), &xcb_disconnect) {}

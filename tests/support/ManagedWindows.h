@@ -10,8 +10,8 @@ namespace testsupport {
 /// A window as the window manager lists it.
 struct ManagedWindow {
     quint64 id = 0;       ///< The same number as QWidget::winId().
-    QString title;        ///< Of the title bar, with all that the toolkit appends.
-    QString programClass; ///< By which a desktop tells one program's windows from another's.
+    QString title;        ///< Of the title bar, with all that Qt appends.
+    QString programClass; ///< By which a desktop knows one program's windows from another's.
 };
 
 /// Returns the windows of every program on the screen that the window manager has taken over.

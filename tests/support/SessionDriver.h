@@ -31,7 +31,7 @@ class SessionDriver {
     std::unique_ptr<DialogDriver> ownDialogs;
 
 public:
-    /// With somebody of its own to answer the dialogs, or together with others.
+    /// With a dialog driver of its own, or with another's.
     explicit SessionDriver(MainWindow& mainWindow);
     SessionDriver(MainWindow& mainWindow, DialogDriver& dialogDriver);
 

@@ -10,7 +10,7 @@
 
 namespace testsupport {
 
-/// Tells whether an argument names a test function of a class, with or without a row of its data.
+/// Whether an argument names a test function of a class, with or without a row of its data.
 inline bool namesFunctionOf(const QMetaObject& tests, const char* argument) {
     return tests.indexOfSlot(QByteArray(argument).split(':').constFirst() + "()") >= 0;
 }

@@ -86,11 +86,11 @@ private slots:
         row("warnsWhileTheWindowGoes", "\"on the log: stray\"");
         row("lacksAWarning", "\"the log lacks: expected\"");
         row("misspellsAConnection", "on the log: QObject::connect: No such slot");
-        row("connectsTwice", "unexpected dialog \\\"Select a target sound file\\\": ");
-        row("opensADialog", "unexpected dialog \\\"stray\\\": text");
+        row("connectsTwice", R"(unexpected dialog \"Select a target sound file\": )");
+        row("opensADialog", R"(unexpected dialog \"stray\": text)");
         row("leavesADialogOpen", "\"dialog still open: stray\"");
         row("leavesAWindowOpen", "\"still open: stray\"");
-        row("lacksADialog", "no dialog \\\"Select a target sound file\\\" came");
+        row("lacksADialog", R"(no dialog \"Select a target sound file\" came)");
         row("prints", "\"printed: stray\"");
         row("failsAndWarns", "\"on the log: stray\"", 2);
     }
