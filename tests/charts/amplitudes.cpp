@@ -3,7 +3,6 @@
 #include "test_charts.h"
 
 #include "charts/AmplitudeSpectrum.h"
-#include "support/TestTable.h"
 
 #include "FFTReal.h"
 
@@ -14,8 +13,6 @@
 #include <numeric>
 #include <random>
 #include <vector>
-
-using testsupport::columns;
 
 namespace {
 
@@ -46,15 +43,6 @@ QVector<double> noise(int count) {
     return samples;
 }
 
-/// A sinusoid of so many periods in `length` samples, phase in radians.
-QVector<double> sinusoid(int count, double amplitude, double periods, int length, double phase) {
-    QVector<double> samples(count);
-    for (int i = 0; i < count; ++i)
-        samples[i] = static_cast<double>(
-            amplitude * std::cos(2 * pi * static_cast<long double>(periods) * i / length + phase));
-    return samples;
-}
-
 double norm(const QVector<double>& samples) {
     return std::sqrt(std::inner_product(samples.cbegin(), samples.cend(), samples.cbegin(), 0.0));
 }
@@ -66,6 +54,14 @@ double tolerance(const QVector<double>& samples, int length) {
 }
 
 } // namespace
+
+QVector<double> sinusoid(int count, double amplitude, double periods, int length, double phase) {
+    QVector<double> samples(count);
+    for (int i = 0; i < count; ++i)
+        samples[i] = static_cast<double>(
+            amplitude * std::cos(2 * pi * static_cast<long double>(periods) * i / length + phase));
+    return samples;
+}
 
 void TestAmplitudeSpectrum::hannWindowFollowsTheSampleCountOfTheSettings_data() {
     const auto row = columns<int, int>("size", "nSamples");

@@ -4,21 +4,10 @@
 
 #include <QPushButton>
 #include <QtCharts/QLineSeries>
-#include <QtCharts/QValueAxis>
 #include <QtTest>
 
 #include <algorithm>
 #include <cmath>
-
-namespace {
-
-QVector<double> rangeOf(const QtCharts::QValueAxis* axis) {
-    return {axis->min(), axis->max()};
-}
-
-using Range = QVector<double>;
-
-} // namespace
 
 void TestChartsOfTargets::setUp() {
     window = &fixture->window();

@@ -5,11 +5,8 @@
 #include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
 #include "support/TestMain.h"
-#include "support/TestTable.h"
 
 #include <limits>
-
-using testsupport::columns;
 
 namespace {
 

@@ -3,6 +3,20 @@
 #pragma once
 
 #include "support/Fixture.h"
+#include "support/TestTable.h"
+
+#include <QtCharts/QValueAxis>
+
+using testsupport::columns;
+
+using Range = QVector<double>;
+
+inline Range rangeOf(const QtCharts::QValueAxis* axis) {
+    return {axis->min(), axis->max()};
+}
+
+/// A sinusoid of so many periods in `length` samples, phase in radians.
+QVector<double> sinusoid(int count, double amplitude, double periods, int length, double phase);
 
 /// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
 class TestChartFunctions : public QObject {
@@ -48,13 +62,12 @@ class TestChartScaffolding : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
+    void propertiesAreAsTheyShouldBe_data();
     void propertiesAreAsTheyShouldBe();
     void chartOwnsItsSeriesAndAxes_data();
     void chartOwnsItsSeriesAndAxes();
-    void chartsAreVisibleAndEmptyAtStart_data();
-    void chartsAreVisibleAndEmptyAtStart();
-    void chartsStandBelowEachOther_data();
-    void chartsStandBelowEachOther();
+    void chartsAreVisibleBelowEachOther_data();
+    void chartsAreVisibleBelowEachOther();
     void secondCallCreatesNothing_data();
     void secondCallCreatesNothing();
     void onlyWhatIsMissingIsCreated();
@@ -82,9 +95,8 @@ private slots:
     void withoutSamplesTheEarlierPointsStay();
     void withoutTargetTheRangeStays();
     void countingPointsDrawsNothing();
-    void spectrumIsComputedForTheTarget();
-    void analysisWindowChangesTheTargetInPlace();
-    void unknownAnalysisWindowSilencesTheTarget();
+    void spectrumIsThatOfTheWindowedTarget_data();
+    void spectrumIsThatOfTheWindowedTarget();
     void spectrumIsDrawnUpToTheHighestFrequencyShown();
     void strongComponentBeyondTheAxisSetsItsTop();
     void spectrumLeavesItsFrequencyAxis();
@@ -103,7 +115,6 @@ class TestTrendChart : public testsupport::FixtureTest {
 
 private slots:
     void firstResponseKeepsTheEmptyRange();
-    void secondResponseSetsTheRange();
     void everyResponseHasItsTick();
     void rangeSpansAllResponses();
     void equalResponsesCollapseTheRange();

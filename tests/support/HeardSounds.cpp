@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/HeardSounds.h"
 
+#include "support/PlainReading.h"
 #include "support/WavBytes.h"
-
-#include <QtEndian>
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 namespace testsupport {
 
@@ -48,42 +48,18 @@ Fate fateOf(const QVector<float>& heard, const QVector<float>& sound) {
     return head + tail >= heard.size() ? Fate::CutInside : Fate::Different;
 }
 
-} // namespace
-
-HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds) {
-    HeardSounds heard;
-    int position = 0;
-    for (const QVector<float>& sound : sounds) {
-        const int number = heard.starts.size() + 1;
-        const int onset = firstSound(recording, position);
-        if (onset == recording.size()) {
-            heard.difference = QStringLiteral("sound %1 is missing").arg(number);
-            return heard;
-        }
-        const int start = onset - firstSound(sound, 0);
-        if (start < position || start + sound.size() > recording.size()) {
-            heard.difference =
-                QStringLiteral("sound %1 is cut at sample %2").arg(number).arg(onset);
-            return heard;
-        }
-        const auto [expected, received] =
-            std::mismatch(sound.cbegin(), sound.cend(), recording.cbegin() + start);
-        if (expected != sound.cend()) {
-            heard.difference = QStringLiteral("sound %1 differs at its sample %2: %3 for %4")
-                                   .arg(number)
-                                   .arg(expected - sound.cbegin())
-                                   .arg(double(*received), 0, 'g', 9)
-                                   .arg(double(*expected), 0, 'g', 9);
-            return heard;
-        }
-        heard.starts.append(start);
-        position = start + sound.size();
-    }
-    const int extra = firstSound(recording, position);
-    if (extra != recording.size())
-        heard.difference = QStringLiteral("a sound too many, at sample %1").arg(extra);
-    return heard;
+PlainReading readingOf(const QByteArray& file) {
+    return {{file.constData(), std::size_t(file.size())}, std::numeric_limits<int>::max()};
 }
+
+QVector<float> firstChannelOf(const PlainReading& reading) {
+    QVector<float> samples;
+    for (std::size_t i = 0; i < reading.samples.size(); i += reading.channels)
+        samples.append(float(reading.samples[i]));
+    return samples;
+}
+
+} // namespace
 
 HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound) {
     HeardSound heard;
@@ -109,6 +85,27 @@ HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound)
     return heard;
 }
 
+HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds) {
+    HeardSounds heard;
+    int position = 0;
+    for (const QVector<float>& sound : sounds) {
+        const HeardSound found = findSound(recording.mid(position), sound);
+        if (found.fate != Fate::Complete) {
+            heard.difference = QStringLiteral("sound %1 is wrong from its sample %2 on, %3 missing")
+                                   .arg(heard.starts.size() + 1)
+                                   .arg(found.firstWrong)
+                                   .arg(found.samplesMissing);
+            return heard;
+        }
+        heard.starts.append(position + found.start);
+        position = heard.starts.last() + sound.size();
+    }
+    const int extra = firstSound(recording, position);
+    if (extra != recording.size())
+        heard.difference = QStringLiteral("a sound too many, at sample %1").arg(extra);
+    return heard;
+}
+
 bool isAudible(const QVector<float>& samples) {
     return firstSound(samples, 0) < samples.size();
 }
@@ -121,39 +118,17 @@ CutSound findCutSound(const QVector<float>& recording, const QVector<float>& sou
 }
 
 QVector<float> heardFrom(const QVector<int>& codes, int bits) {
-    const int fullScale = 1 << (bits - 1);
-    QVector<float> samples;
-    samples.reserve(codes.size());
-    for (const int code : codes) {
-        const int value = bits == 8 ? code - fullScale : code;
-        const bool isLowestOf24Bits = bits == 24 && value == -fullScale;
-        samples.append(isLowestOf24Bits ? 1.0F : float(double(value) / fullScale));
-    }
-    return samples;
+    return firstChannelOf(readingOf(wavWithSamples({40000, 1, quint16(bits)}, codes)));
 }
 
 QVector<float> heardFromFile(const QByteArray& file) {
-    if (file.size() < wavoffset::data)
-        return {};
-    const char* const bytes = file.constData();
-    const int channels = qFromLittleEndian<quint16>(bytes + wavoffset::channelCount);
-    const auto rate = qFromLittleEndian<quint32>(bytes + wavoffset::samplingRate);
-    const int bits = qFromLittleEndian<quint16>(bytes + wavoffset::bitsPerSample);
-    const int bytesPerFrame = bits / 8 * channels;
-    const int frames = (file.size() - wavoffset::data) / bytesPerFrame;
-    QVector<int> codes;
-    for (int i = 0; i < frames && channels <= 2; ++i) {
-        const char* const sample = bytes + wavoffset::data + qptrdiff(i) * bytesPerFrame;
-        if (bits == 8)
-            codes.append(uchar(*sample));
-        else if (bits == 16)
-            codes.append(qFromLittleEndian<qint16>(sample));
-        else // The two lower bytes, and the sign in the third.
-            codes.append(qFromLittleEndian<quint16>(sample) | qint8(sample[2]) * 0x10000);
-    }
-    QVector<float> samples = heardFrom(codes, bits);
+    const PlainReading reading = readingOf(file);
+    const double frames = reading.numberOfSamples / std::max(reading.channels, 1U);
+    QVector<float> samples;
+    if (reading.channels == 1 || reading.channels == 2)
+        samples = firstChannelOf(reading);
     constexpr double playedRate = 40000; // Hz
-    const double shownMs = QString::number(frames * 1000.0 / rate, 'f', 2).toDouble();
+    const double shownMs = QString::number(frames * 1000 / reading.samplingRate, 'f', 2).toDouble();
     samples.resize(int(std::floor(shownMs / 1000 * playedRate)));
     return samples;
 }
