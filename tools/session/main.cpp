@@ -81,10 +81,6 @@ void list(const KeptJournals& kept) {
                          .join(u'\t')
                          .toStdString()
                   << '\n';
-    if (kept.inUse > 0)
-        complain(QStringLiteral("left alone, as running sessions hold them or they cannot be read: "
-                                "%1")
-                     .arg(kept.inUse));
 }
 
 int showWindow(const QString& folder) {
@@ -108,6 +104,10 @@ int answer(const RecoverRequest& request) {
     const KeptJournals kept = keptJournals(journalFolder());
     if (kept.journals.isEmpty())
         complain(QStringLiteral("there is nothing to recover"));
+    if (kept.inUse > 0)
+        complain(QStringLiteral("left alone, as running sessions hold them or they cannot be read: "
+                                "%1")
+                     .arg(kept.inUse));
     if (request.folder.isEmpty()) {
         list(kept);
         if (!kept.journals.isEmpty())
