@@ -18,25 +18,29 @@ void recoverInto(const QString& folder, Remains& remains) {
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(PELLION_SESSION), {"recover", folder});
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit ||
-        process.exitCode() != 0)
-        remains.faults.append("pellion-session: " + process.readAllStandardOutput() +
-                              process.readAllStandardError());
-    // One that was just made and holds nothing may stay.
+        process.exitCode() > 1)
+        remains.faults.append("pellion-session: " + process.readAllStandardError());
+    // One stays that was just made and holds nothing, and one whose session had been saved when it
+    // was killed.
+    const QList<QByteArray> results = testsupport::contentsOf(folder);
     for (const QByteArray& journal : testsupport::contentsOf(folder + "/data/pellion/journal"))
-        if (!journal.isEmpty())
-            remains.faults.append("a journal was not recovered: " + journal);
+        if (!journal.isEmpty() && !results.contains(journal))
+            remains.faults.append("a journal was not recovered: " + journal +
+                                  process.readAllStandardOutput());
 }
 
-/// The session as the analyses should read it, by its file.
-AnalysedSession analysedSession(const KilledSession& session, const QByteArray& file) {
+/// The beginning of the line that the analyses should print of a session, by its file.
+QString expectedLine(const KilledSession& session, const QByteArray& file) {
     const QString name = QFileInfo(session.resultsName).completeBaseName();
-    AnalysedSession analysed{name.section('_', 0, 0), "practice", name.right(3).toInt(), {}, {}};
-    const QList<QByteArray> lines = file.split('\n');
-    for (int i = 1; i < lines.size() - 1; ++i) {
-        analysed.target = QString::fromUtf8(lines[i].split('\t')[0]);
-        analysed.frequencies.append(lines[i].trimmed().split('\t').last().toDouble());
-    }
-    return analysed;
+    const int requests = file.count('\n') - 1;
+    const QByteArray match = file.trimmed().split('\t').last();
+    return QStringList{name.section('_', 0, 0),
+                       "practice",
+                       QString::number(name.right(3).toInt()),
+                       "target.wav",
+                       QString::number(requests),
+                       QString::number(match.toDouble(), 'f', 2)}
+        .join('\t');
 }
 
 } // namespace
@@ -44,7 +48,7 @@ AnalysedSession analysedSession(const KilledSession& session, const QByteArray& 
 void recoverSessions(const QString& folder, const QList<KilledSession>& sessions,
                      Remains& remains) {
     recoverInto(folder, remains);
-    QVector<AnalysedSession> analysed;
+    QStringList expected;
     for (const KilledSession& session : sessions) {
         const QByteArray file = testsupport::readBytes(folder + '/' + session.resultsName);
         for (const Response& response : session.acknowledged)
@@ -55,13 +59,16 @@ void recoverSessions(const QString& folder, const QList<KilledSession>& sessions
                                           .arg(session.resultsName)
                                           .arg(response.number));
         if (!file.isEmpty())
-            analysed.append(analysedSession(session, file));
+            expected.append(expectedLine(session, file));
     }
-    if (analysed.isEmpty())
+    if (expected.isEmpty())
         return;
     forLanguages([&](const char* language, const QStringList& command) {
         const AnalysisRun run = analyse(command, "440", {folder});
-        if (run.status != 0 || run.output != expectedTables(analysed, 440))
+        QStringList lines = run.output.section("\n\n", 0, 0).split('\n').mid(1);
+        for (QString& line : lines)
+            line = line.section('\t', 0, 5);
+        if (run.status != 0 || !run.errors.isEmpty() || lines != expected)
             remains.faults.append(language + QStringLiteral(" reads otherwise: ") + run.errors +
                                   run.output);
     });

@@ -87,7 +87,7 @@ private slots:
     void journalsAreListedAndStay();
     void journalsBecomeResultsFiles();
     void anExistingFileIsKept();
-    void aFileThatHoldsTheSameIsEnough();
+    void aFileThatHoldsTheSameIsNotWrittenTwice();
     void aTornJournalIsKeptBesideItsCopy();
     void aRunningSessionIsLeftAlone();
     void emptyJournalsGoWhenTheyAreOld();

@@ -79,7 +79,10 @@ Recovery recover(const QString& journalPath, const QString& folder) {
         recovery.problem = obstacle(*journal, QDir(folder));
         if (recovery.problem.isEmpty())
             copy(*journal, QDir(folder), recovery);
-        if (recovery.problem.isEmpty() && journal->bytesLeftOut > 0)
+        // Not known to be the same session: a short one may be repeated to the hertz.
+        if (recovery.wasThere)
+            recovery.problem = QStringLiteral("delete it if that file is of the same session");
+        else if (recovery.problem.isEmpty() && journal->bytesLeftOut > 0)
             recovery.problem = QStringLiteral("its last %1 bytes are not a whole response and were "
                                               "left out")
                                    .arg(journal->bytesLeftOut);
@@ -96,8 +99,9 @@ QString recoveryText(const Recovery& recovery, const QString& journalPath) {
     QString text =
         QStringLiteral("%1: held no response, removed").arg(QFileInfo(journalPath).fileName());
     if (!recovery.results.isEmpty())
-        text = recovery.wasThere ? QStringLiteral("%1: was there already").arg(recovery.results)
-                                 : QStringLiteral("%1: saved").arg(recovery.results);
+        text = recovery.wasThere
+                   ? QStringLiteral("%1: holds the same responses already").arg(recovery.results)
+                   : QStringLiteral("%1: saved").arg(recovery.results);
     if (recovery.problem.isEmpty())
         return text;
     const QString kept = QStringLiteral("%1 is kept: %2").arg(journalPath, recovery.problem);

@@ -15,7 +15,8 @@ struct Recovery {
 
 /// Copies the whole responses of a journal into a results file in a folder, under the name that the
 /// program proposed for it. Where a file of that name holds something else, the next file number is
-/// taken that is free; no file is ever replaced. The journal is removed when the results file is
+/// taken that is free, and where it holds the same, nothing is written and the journal is kept; no
+/// file is ever replaced. The journal is removed when the results file is
 /// complete and on the disk, and nothing of the journal was left out. One without a response is
 /// removed at once.
 Recovery recover(const QString& journalPath, const QString& folder);

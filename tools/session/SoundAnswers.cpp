@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -66,7 +67,8 @@ QString deviceKind(const QJsonObject& sink) {
 std::pair<int, int> volumesOf(const QJsonObject& object) {
     int lowest = std::numeric_limits<int>::max();
     int highest = 0;
-    for (const QJsonValue& channel : object.value(QLatin1String("volume")).toObject()) {
+    const QJsonObject channels = object.value(QLatin1String("volume")).toObject();
+    for (const QJsonValue& channel : channels) {
         const int percent = text(channel.toObject(), "value_percent").remove(u'%').toInt();
         lowest = std::min(lowest, percent);
         highest = std::max(highest, percent);
@@ -130,7 +132,8 @@ void readOutput(const QJsonObject& sink, SoundState& state) {
 /// What the silent stream shows.
 void readStream(const SoundAnswers& answers, const QJsonObject& sink, SoundState& state) {
     const QString process = QString::number(answers.streamProcess);
-    for (const QJsonValue& value : QJsonDocument::fromJson(answers.withStream).array()) {
+    const QJsonArray streams = QJsonDocument::fromJson(answers.withStream).array();
+    for (const QJsonValue& value : streams) {
         const QJsonObject stream = value.toObject();
         if (property(stream, "application.process.id") != process)
             continue;
