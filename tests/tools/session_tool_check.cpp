@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QtTest>
 
 using testsupport::SoundServer;
@@ -221,6 +222,12 @@ void TestSessionCheck::pipeWireIsAskedAlike() {
     const auto pactl = [](const QString& command) {
         return QProcess::execute("pactl", command.split(u' ')) == 0;
     };
+    // The desk may be that of other tests.
+    const auto restore = qScopeGuard([&] {
+        for (const char* command : {"set-sink-mute lab 0", "set-sink-volume lab 100%",
+                                    "set-default-sink lab", "unload-module module-null-sink"})
+            pactl(command);
+    });
     const SessionToolRun run = check({"--save", "day.json"});
     QVERIFY2(run.output.contains(": PipeWire "), qPrintable(run.output));
     QCOMPARE(run.findings().size(), 1);

@@ -76,6 +76,18 @@ void TestSessionRecovery::anExistingFileIsKept() {
     QVERIFY(!QFileInfo::exists(path));
 }
 
+void TestSessionRecovery::sessionsOfOneNameAreNumberedByTheirStarts() {
+    const SessionHome home;
+    const char* const last = "/SUB001_practice001-20260309-080601-2.txt";
+    const char* const second = "/SUB001_practice001-20260309-080601.txt";
+    QVERIFY(writeBytes(home.journals() + last, results({440})));
+    QVERIFY(writeBytes(home.journals() + second, results({441})));
+    home.leaveJournal("SUB001_practice001", {442}); // At 08:05:59.
+    QCOMPARE(home.run({"recover", home.desktop()}).status, 0);
+    QCOMPARE(testsupport::contentsOf(home.desktop()),
+             QList<QByteArray>({results({442}), results({441}), results({440})}));
+}
+
 /// It may be that of another session, with the same few responses.
 void TestSessionRecovery::aFileThatHoldsTheSameIsNotWrittenTwice() {
     const SessionHome home;

@@ -87,6 +87,7 @@ private slots:
     void journalsAreListedAndStay();
     void journalsBecomeResultsFiles();
     void anExistingFileIsKept();
+    void sessionsOfOneNameAreNumberedByTheirStarts();
     void aFileThatHoldsTheSameIsNotWrittenTwice();
     void aTornJournalIsKeptBesideItsCopy();
     void aRunningSessionIsLeftAlone();

@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <tuple>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -95,8 +96,8 @@ std::optional<KeptJournal> readJournal(const QString& path) {
 
 KeptJournals keptJournals(const QString& folder) {
     KeptJournals kept;
-    for (const QFileInfo& file : QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files,
-                                                            QDir::Time | QDir::Reversed)) {
+    for (const QFileInfo& file :
+         QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
         const JournalLock lock(file.filePath());
         std::optional<KeptJournal> journal;
         if (lock.isHeld())
@@ -106,5 +107,11 @@ KeptJournals keptJournals(const QString& folder) {
         else
             ++kept.inUse;
     }
+    // Of sessions that started within one second, the later ones have a number more in their names.
+    std::sort(kept.journals.begin(), kept.journals.end(),
+              [](const KeptJournal& journal, const KeptJournal& other) {
+                  return std::make_tuple(journal.start, journal.path.size(), journal.path) <
+                         std::make_tuple(other.start, other.path.size(), other.path);
+              });
     return kept;
 }

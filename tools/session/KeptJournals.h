@@ -46,7 +46,7 @@ private:
 std::optional<KeptJournal> readJournal(const QString& path);
 
 struct KeptJournals {
-    QVector<KeptJournal> journals; ///< Oldest first.
+    QVector<KeptJournal> journals; ///< By the starts of their sessions.
     int inUse = 0;                 ///< Others, which running sessions hold or which cannot be read.
 };
 
