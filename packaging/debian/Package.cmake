@@ -14,7 +14,9 @@ sinusoid at a frequency of their own choice, and repeats until both have the
 same pitch. The responses are written to a text file.
 .
 The package also holds pellion-target, which makes target files and tells
-whether a sound file is read as intended, a guide, and example targets.")
+whether a sound file is read as intended, pellion-session, which checks a
+computer before a session and recovers responses that were not saved, a guide,
+and example targets.")
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
@@ -23,7 +25,7 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PELLION_HOMEPAGE})
 # Of the libraries linked; what plays the sound is a plugin, which is loaded at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5multimedia5-plugins)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "pipewire-pulse | pulseaudio")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "pipewire-pulse | pulseaudio, pulseaudio-utils")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 # Adds the files beside this one under the names and in the form that Debian wants.

@@ -18,11 +18,6 @@ constexpr int startLimitMs = 60000;
 const char* const pauseMs = "30";
 const char* const target = "target.wav";
 
-struct Session {
-    QString resultsName;
-    QList<Response> acknowledged;
-};
-
 /// A program that holds sessions, with folders of its own.
 class Program {
 public:
@@ -76,8 +71,8 @@ private:
     QProcess process;
 };
 
-QList<Session> sessionsOf(const QList<QByteArray>& events) {
-    QList<Session> sessions;
+QList<KilledSession> sessionsOf(const QList<QByteArray>& events) {
+    QList<KilledSession> sessions;
     for (const QByteArray& event : events) {
         const QList<QByteArray> words = event.split(' ');
         if (words[0] == "prepare")
@@ -89,14 +84,15 @@ QList<Session> sessionsOf(const QList<QByteArray>& events) {
 }
 
 /// The journal of a session; there is at most one.
-QByteArray journalOf(const Session& session, const QDir& journals) {
+QByteArray journalOf(const KilledSession& session, const QDir& journals) {
     const QString start = QFileInfo(session.resultsName).completeBaseName() + u'-';
     const QStringList names = journals.entryList({start + u'*'}, QDir::Files);
     return names.isEmpty() ? QByteArray()
                            : testsupport::readBytes(journals.filePath(names.first()));
 }
 
-void count(const Session& session, const QDir& folder, const QDir& journals, Remains& remains) {
+void count(const KilledSession& session, const QDir& folder, const QDir& journals,
+           Remains& remains) {
     const QByteArray results = testsupport::readBytes(folder.filePath(session.resultsName));
     const QByteArray journal = journalOf(session, journals);
     for (const Response& response : session.acknowledged) {
@@ -126,7 +122,8 @@ void inspectLines(const QDir& folder, bool mayBeEmpty, Remains& remains) {
 
 } // namespace
 
-Remains killSessions(const QString& endlessSessions, const Moment& moment) {
+Remains killSessions(const QString& endlessSessions, const Moment& moment,
+                     const Aftermath& aftermath) {
     Program program(endlessSessions);
     const bool isUnderWay = program.waitFor(moment.isWhileSaving ? "done" : "prepare");
     program.goOnFor(moment.delayMs);
@@ -136,8 +133,8 @@ Remains killSessions(const QString& endlessSessions, const Moment& moment) {
                               testsupport::readBytes(program.folder.filePath("log")));
     const QDir folder(program.folder.path());
     const QDir journals(folder.filePath("data/pellion/journal"));
-    const QList<Session> sessions = sessionsOf(program.events);
-    for (const Session& session : sessions)
+    const QList<KilledSession> sessions = sessionsOf(program.events);
+    for (const KilledSession& session : sessions)
         count(session, folder, journals, remains);
     inspectLines(folder, false, remains);
     // Killed between making the file and the first response's line.
@@ -146,6 +143,7 @@ Remains killSessions(const QString& endlessSessions, const Moment& moment) {
     remains.halfFiles = folder.entryList({"*.txt.*"}, QDir::Files).size();
     if (!program.events.isEmpty())
         remains.lastEvent = program.events.last().split(' ').first();
+    aftermath(folder.path(), sessions, remains);
     return remains;
 }
 

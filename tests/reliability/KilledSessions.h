@@ -7,10 +7,18 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// A response as endless_sessions reports it.
 struct Response {
     int number = 0;       ///< From 1, in its session.
     QByteArray frequency; ///< Hz.
+};
+
+/// A session, and its responses that were acknowledged: their presentation had started.
+struct KilledSession {
+    QString resultsName;
+    QList<Response> acknowledged;
 };
 
 /// What became of a run of sessions that was killed.
@@ -21,6 +29,7 @@ struct Remains {
     int inResultsOnly = 0; ///< How many of them each file holds.
     int inJournalOnly = 0;
     int inBoth = 0;
+    int recovered = 0;  ///< In their session's results file, after pellion-session recover.
     int lost = 0;       ///< In no file.
     int halfFiles = 0;  ///< Files beside a results file that were to take its place.
     QStringList faults; ///< Lines that are not whole, and what else is wrong.
@@ -33,9 +42,13 @@ struct Moment {
     int delayMs = 0;
 };
 
+/// What else is to be done with a folder of results files and the sessions in it.
+using Aftermath = std::function<void(const QString& folder, const QList<KilledSession>&, Remains&)>;
+
 /// Starts a program that holds sessions until it is killed, kills it (SIGKILL) at the given moment
-/// and looks at what it has left. To be called from any thread.
-Remains killSessions(const QString& endlessSessions, const Moment& moment);
+/// and looks at what it has left, then calls `aftermath`. To be called from any thread.
+Remains killSessions(const QString& endlessSessions, const Moment& moment,
+                     const Aftermath& aftermath);
 
 /// Whether a file holds the beginning of a results file, in whole lines.
 bool hasWholeLines(const QByteArray& file);

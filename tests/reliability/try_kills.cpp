@@ -1,6 +1,6 @@
-// Kills running sessions and counts the responses that are lost: try_kills ENDLESS_SESSIONS COUNT.
+// Kills running sessions, counts what is lost and recovered: try_kills ENDLESS_SESSIONS COUNT.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "reliability/KilledSessions.h"
+#include "reliability/RecoveredSessions.h"
 
 #include <QCoreApplication>
 #include <QMap>
@@ -58,6 +58,7 @@ public:
         total.inResultsOnly += remains.inResultsOnly;
         total.inJournalOnly += remains.inJournalOnly;
         total.inBoth += remains.inBoth;
+        total.recovered += remains.recovered;
         total.lost += remains.lost;
         total.halfFiles += remains.halfFiles;
         for (const QString& fault : remains.faults)
@@ -76,7 +77,8 @@ public:
                << total.responses << " |\n| found in a results file | "
                << total.inResultsOnly + total.inBoth << " |\n| found in a journal | "
                << total.inJournalOnly + total.inBoth << " |\n| found in both of them | "
-               << total.inBoth << " |\n| **lost** | **" << total.lost
+               << total.inBoth << " |\n| in a results file after `pellion-session recover` | "
+               << total.recovered << " |\n| **lost** | **" << total.lost
                << "** |\n| lines that were not whole, and other faults | "
                << total.faults.size() - total.lost
                << " |\n| unfinished files beside a results file | " << total.halfFiles << " |\n";
@@ -108,7 +110,7 @@ void killAll(const QString& endlessSessions, const std::vector<Moment>& moments,
     for (std::size_t i = 0; i < atATime; ++i)
         threads.emplace_back([&] {
             for (std::size_t kill = next++; kill < moments.size(); kill = next++)
-                summary.add(killSessions(endlessSessions, moments[kill]));
+                summary.add(killSessions(endlessSessions, moments[kill], recoverSessions));
         });
     for (std::thread& thread : threads)
         thread.join();

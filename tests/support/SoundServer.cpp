@@ -18,11 +18,6 @@ namespace {
 
 constexpr int patienceMs = 20000;
 
-QStringList sinkModule() {
-    return {"module-null-sink", "sink_name=lab",    "rate=40000",
-            "channels=1",       "format=float32le", "norewinds=1"};
-}
-
 bool sendSignal(const QProcess& process, int signal) {
     return process.processId() > 0 && ::kill(static_cast<pid_t>(process.processId()), signal) == 0;
 }
@@ -45,6 +40,11 @@ bool writeTo(int descriptor, const QByteArray& text) {
 
 } // namespace
 
+QStringList SoundServer::nullSink() {
+    return {"module-null-sink", "sink_name=lab",    "rate=40000",
+            "channels=1",       "format=float32le", "norewinds=1"};
+}
+
 SoundServer::~SoundServer() {
     kill();
 }
@@ -63,11 +63,13 @@ bool SoundServer::start() {
     // A server that was killed leaves its sockets behind.
     for (const char* socket : {"socket", "commands"})
         QFile::remove(pathOf(socket));
-    process.start("pulseaudio",
-                  {"-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit", "-L",
-                   sinkModule().join(u' '), "-L",
-                   "module-native-protocol-unix auth-anonymous=1 socket=" + pathOf("socket"), "-L",
-                   "module-cli-protocol-unix socket=" + pathOf("commands")});
+    process.start(
+        "pulseaudio",
+        options +
+            QStringList{"-n", "--daemonize=no", "--exit-idle-time=-1", "--disallow-exit", "-L",
+                        sink.join(u' '), "-L",
+                        "module-native-protocol-unix auth-anonymous=1 socket=" + pathOf("socket"),
+                        "-L", "module-cli-protocol-unix socket=" + pathOf("commands")});
     return QTest::qWaitFor([this] { return hasSink(); }, patienceMs);
 }
 
@@ -83,11 +85,11 @@ void SoundServer::kill() {
 }
 
 bool SoundServer::removeSink() {
-    return control({"unload-module", "module-null-sink"}) && !hasSink();
+    return control({"unload-module", sink.constFirst()}) && !hasSink();
 }
 
 bool SoundServer::addSink() {
-    return control(QStringList{"load-module"} + sinkModule()) && hasSink();
+    return control(QStringList{"load-module"} + sink) && hasSink();
 }
 
 void SoundServer::freeze() {
@@ -101,7 +103,7 @@ bool SoundServer::freezeAndRemoveSink() {
     char welcome = 0;
     const bool isConnected = writeTo(commands, "hello\n") && ::read(commands, &welcome, 1) == 1;
     freeze();
-    return isConnected && writeTo(commands, "unload-module module-null-sink\n");
+    return isConnected && writeTo(commands, "unload-module " + sink.constFirst().toUtf8() + '\n');
 }
 
 void SoundServer::thaw() {

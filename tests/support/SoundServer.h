@@ -4,7 +4,10 @@
 
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
+
+#include <utility>
 
 namespace testsupport {
 
@@ -12,7 +15,9 @@ namespace testsupport {
 /// the object.
 class SoundServer {
 public:
-    SoundServer() = default;
+    /// The module that makes the device, which has to be named "lab", and options of the server.
+    explicit SoundServer(QStringList sinkModule = nullSink(), QStringList serverOptions = {})
+        : sink(std::move(sinkModule)), options(std::move(serverOptions)) {}
     ~SoundServer();
     Q_DISABLE_COPY_MOVE(SoundServer)
 
@@ -38,13 +43,19 @@ public:
     /// away, before it looks at what it was asked for meanwhile. Returns whether that is so.
     bool freezeAndRemoveSink();
 
+    /// Has pactl do something; returns whether it did.
+    bool control(const QStringList& arguments) const;
+
     /// Lets the server go on, now or after a while. The thread that calls has to do nothing for it.
     void thaw();
     void thawAfter(int milliseconds);
 
 private:
+    static QStringList nullSink();
     QString pathOf(const char* fileName) const { return folder.filePath(fileName); }
-    bool control(const QStringList& arguments) const;
+
+    QStringList sink;
+    QStringList options;
 
     // Not below TMPDIR: a server's address may hold no space and few more than 100 characters.
     QTemporaryDir folder{QStringLiteral("/tmp/pellion-server.XXXXXX")};

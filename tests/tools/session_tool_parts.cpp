@@ -1,0 +1,304 @@
+// The parts of pellion-session by themselves: answers, findings, saved states, journals.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "test_session_tool.h"
+
+#include "session/ResponseJournal.h"
+#include "session/ResultsText.h"
+#include "tools/session/KeptJournals.h"
+#include "tools/session/SavedState.h"
+#include "tools/session/SessionFindings.h"
+#include "tools/session/SoundAnswers.h"
+
+#include <QMetaType>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(SoundState)
+
+namespace {
+
+/// Answers as pactl 16 gives them, shortened, about a sink with further values in its object.
+SoundAnswers pulseAudio(const QByteArray& sinkValues, const QByteArray& properties = {}) {
+    SoundAnswers answers;
+    answers.server = R"json({"server_name":"pulseaudio","server_version":"16.1",
+        "default_sink_name":"card"})json";
+    answers.everything =
+        R"json({"modules":[{"name":"module-suspend-on-idle","argument":""}],
+        "sinks":[{"name":"other","state":"IDLE","mute":true,"properties":{}},
+        {"name":"card","state":"RUNNING","driver":"module-alsa-card.c","mute":false,
+        "sample_specification":"s16le 2ch 44100Hz",
+        "volume":{"front-left":{"value":65536,"value_percent":"100%"},
+        "front-right":{"value":32768,"value_percent":"50%"}})json" +
+        sinkValues + R"json(,"properties":{"device.class":"sound")json" + properties +
+        R"json(}}],
+        "sink_inputs":[{"corked":false,"properties":{"application.name":"(null)",
+        "application.process.binary":"music"}},
+        {"corked":true,"properties":{"application.name":"Paused"}},
+        {"corked":false,"properties":{"application.name":"Pellion"}}]})json";
+    answers.withStream = R"json([{"mute":true,"resample_method":"wrong",
+        "properties":{"application.process.id":"1"}},
+        {"mute":true,"resample_method":"speex-float-1","volume":{"mono":{"value_percent":"70%"}},
+        "properties":{"application.process.id":"42"}}])json";
+    answers.streamProcess = 42;
+    return answers;
+}
+
+/// A state without findings.
+SoundState good() {
+    SoundState state;
+    state.server = "PulseAudio 16.1";
+    state.output = "card";
+    state.device = "sound card";
+    state.format = "s16le";
+    state.channels = 2;
+    state.rate = 48000;
+    state.resampler = "speex-float-10";
+    state.volume = 100;
+    return state;
+}
+
+QStringList textsOf(const QVector<SessionFinding>& findings) {
+    QStringList texts;
+    for (const SessionFinding& finding : findings)
+        texts << finding.subject + ": " + finding.problem;
+    return texts;
+}
+
+} // namespace
+
+void TestSessionParts::answersOfPulseAudioAreUnderstood() {
+    const SoundState state = soundState(pulseAudio(
+        R"(,"active_port":"headphones","ports":[{"name":"headphones",
+        "availability":"not available"}],"flags":["HARDWARE"])"));
+    QCOMPARE(state.problem, QString());
+    QCOMPARE(state.server, QString("PulseAudio 16.1"));
+    QCOMPARE(state.output, QString("card"));
+    QCOMPARE(state.device, QString("sound card"));
+    QCOMPARE(state.format, QString("s16le"));
+    QCOMPARE(state.channels, 2);
+    QCOMPARE(state.rate, 44100);
+    QCOMPARE(state.resampler, QString("speex-float-1"));
+    QCOMPARE(state.volume, 50);
+    QVERIFY(!state.isBalanced && !state.isMuted && !state.isSuspended && state.isUnplugged);
+    QCOMPARE(state.suspendAfter, 5);
+    QCOMPARE(state.streamProblem, QString());
+    QCOMPARE(state.streamVolume, 70);
+    QVERIFY(state.isStreamMuted);
+    QCOMPARE(state.otherPrograms, QStringList("music"));
+}
+
+void TestSessionParts::answersOfPipeWireAreUnderstood() {
+    SoundAnswers answers = pulseAudio("", R"(,"session.suspend-timeout-seconds":"0")");
+    answers.server = R"json({"server_name":"PulseAudio (on PipeWire 1.4.2)",
+        "server_version":"15.0.0","default_sink_name":"card"})json";
+    answers.streamProcess = 7;
+    const SoundState state = soundState(answers);
+    QCOMPARE(state.server, QString("PipeWire 1.4.2"));
+    QCOMPARE(state.suspendAfter, 0);
+    QCOMPARE(state.streamProblem, QString("the sound server refuses sounds of 40000 Hz, one "
+                                          "channel, 32-bit floats"));
+    answers.everything.replace(R"("session.suspend-timeout-seconds":"0")", R"("a":"b")");
+    QCOMPARE(soundState(answers).suspendAfter, 5);
+}
+
+void TestSessionParts::kindsOfDevices_data() {
+    QTest::addColumn<QByteArray>("properties");
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("card") << QByteArray() << "sound card";
+    QTest::newRow("Bluetooth") << QByteArray(R"(,"device.api":"bluez5")") << "Bluetooth";
+    QTest::newRow("HDMI") << QByteArray(R"(,"device.profile.name":"HDMI-stereo")") << "HDMI";
+    QTest::newRow("null sink") << QByteArray(R"(,"factory.name":"support.null-audio-sink")")
+                               << "null sink";
+    QTest::newRow("effect") << QByteArray(R"(,"device.class":"filter")") << "filter";
+}
+
+void TestSessionParts::kindsOfDevices() {
+    QFETCH(QByteArray, properties);
+    QTEST(soundState(pulseAudio("", properties)).device, "kind");
+}
+
+void TestSessionParts::answersThatAreNotUnderstoodAreReported() {
+    for (const char* answer : {"", "Server Name: pulseaudio", "{", "[]"}) {
+        SoundAnswers answers = pulseAudio("");
+        answers.server = answer;
+        const SoundState state = soundState(answers);
+        QCOMPARE(state.problem, QString("pactl's answer is not understood"));
+        QCOMPARE(textsOf(soundFindings(state)),
+                 QStringList("sound server: pactl's answer is not understood"));
+    }
+}
+
+void TestSessionParts::findings_data() {
+    using Change = void (*)(SoundState&);
+    QTest::addColumn<SoundState>("state");
+    QTest::addColumn<QString>("finding");
+    const auto row = [](const char* name, Change change, const char* finding) {
+        SoundState state = good();
+        change(state);
+        QTest::newRow(name) << state << QString(finding);
+    };
+    row(
+        "nothing", [](SoundState&) {}, "");
+    row(
+        "nothing is resampled",
+        [](SoundState& state) {
+            state.rate = 40000;
+            state.resampler = "";
+        },
+        "");
+    row(
+        "PipeWire resamples cleanly",
+        [](SoundState& state) {
+            state.server = "PipeWire 1.4.2";
+            state.resampler = "PipeWire";
+            state.rate = 44100;
+        },
+        "");
+    row(
+        "PipeWire suspends what it does not use yet",
+        [](SoundState& state) {
+            state.server = "PipeWire 1.4.2";
+            state.isSuspended = true;
+        },
+        "");
+    row(
+        "default resampler", [](SoundState& state) { state.resampler = "speex-float-1"; },
+        "resampler: the output runs at 48000 Hz, and speex-float-1 adds noise on the way there");
+    row(
+        "unplugged", [](SoundState& state) { state.isUnplugged = true; },
+        "output: nothing is plugged in at card");
+    row(
+        "muted in the mixer", [](SoundState& state) { state.isStreamMuted = true; },
+        "volume: Pellion's sounds are muted");
+    row(
+        "quiet in the mixer", [](SoundState& state) { state.streamVolume = 99; },
+        "volume: Pellion's sounds are at 99 %");
+    row(
+        "format", [](SoundState& state) { state.streamProblem = "no"; }, "sound server: no");
+    row(
+        "several programs",
+        [](SoundState& state) {
+            state.otherPrograms = QStringList{"a", "b"};
+        },
+        "other sounds: a, b can be heard as well");
+    row(
+        "no output", [](SoundState& state) { state.output = ""; }, "output: there is none");
+}
+
+void TestSessionParts::findings() {
+    QFETCH(SoundState, state);
+    QFETCH(QString, finding);
+    QCOMPARE(textsOf(soundFindings(state)).join('\n'), finding);
+}
+
+void TestSessionParts::loadAndFoldersGiveFindings() {
+    ComputerState state;
+    state.desktop = {"/d", "", 10000000};
+    state.journals = {"/j", "", 10000000};
+    state.processors = 4;
+    state.load = 4;
+    QCOMPARE(textsOf(diskAndLoadFindings(state)), QStringList());
+    state.load = 4.5;
+    state.desktop.freeBytes = 9949999;
+    state.journals.problem = "is not a folder";
+    state.keptJournals = 3;
+    QCOMPARE(textsOf(diskAndLoadFindings(state)),
+             QStringList({"desktop: only 9.9 MB are free for /d", "journals: /j is not a folder",
+                          "journals: 3 hold responses that were not saved",
+                          "processor: on average 4.5 programs wanted to run in the last minute, on "
+                          "4 processors"}));
+}
+
+void TestSessionParts::valuesThatLastSurviveSaving() {
+    const SessionHome home;
+    SoundState state = good();
+    state.isMuted = true;
+    state.streamVolume = 33;
+    state.suspendAfter = 7;
+    QCOMPARE(writeSavedState(home.path("day.json"), state), QString());
+    const SavedState read = readSavedState(home.path("day.json"));
+    QCOMPARE(read.problem, QString());
+    QCOMPARE(lastingValues(read.sound), lastingValues(state));
+    QCOMPARE(textsOf(differences(lastingValues(state), lastingValues(read.sound))), QStringList());
+    QCOMPARE(textsOf(differences(lastingValues(good()), lastingValues(read.sound))),
+             QStringList({"changed: muted: yes, on the good day no",
+                          "changed: suspended after (s): 7, on the good day 0",
+                          "changed: volume of Pellion's sounds (%): 33, on the good day 100"}));
+}
+
+void TestSessionParts::onlyASavedStateIsReplaced() {
+    const SessionHome home;
+    const QString path = home.path("day.json");
+    QCOMPARE(writeSavedState(path, good()), QString());
+    QCOMPARE(writeSavedState(path, SoundState()), QString());
+    QCOMPARE(readSavedState(path).sound.volume, 0);
+    for (const QByteArray& content : {QByteArray(), QByteArray("{}"), resultsHeader().toUtf8()}) {
+        QVERIFY(testsupport::writeBytes(path, content));
+        QCOMPARE(readSavedState(path).problem, path + " is not a file that --save has written");
+        QCOMPARE(writeSavedState(path, good()),
+                 path + " exists, and is not a saved state: it is not replaced");
+        QCOMPARE(testsupport::readBytes(path), content);
+    }
+    QCOMPARE(writeSavedState(home.path("no/folder"), good()),
+             home.path("no/folder") + " cannot be written");
+}
+
+void TestSessionParts::journalsAreReadAsFarAsTheyAreWhole_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("responses");
+    QTest::addColumn<int>("bytesLeftOut");
+    const QByteArray header = resultsHeader().toUtf8();
+    const QByteArray two = header + "a\tb.wav\t1\t440.5\r\na\tb.wav\t2\t10\r\n";
+    QTest::newRow("nothing") << QByteArray() << 0 << 0;
+    QTest::newRow("header alone") << header << 0 << 0;
+    QTest::newRow("torn header") << header.left(7) << 0 << 7;
+    QTest::newRow("whole") << two << 2 << 0;
+    QTest::newRow("empty lines") << two + "\n\r\n\n\n" << 2 << 0;
+    QTest::newRow("torn within a frequency") << two + "a\tb.wav\t3\t4" << 2 << 11;
+    QTest::newRow("torn between CR and LF") << two + "a\tb.wav\t3\t44\r" << 2 << 12;
+    QTest::newRow("zeros") << two + QByteArray(5, '\0') + "\r\n" << 2 << 5;
+    QTest::newRow("another number") << two + "a\tb.wav\t4\t440\r\n" << 2 << 13;
+    QTest::newRow("no frequency") << two + "a\tb.wav\t3\tnan\r\n" << 2 << 13;
+    QTest::newRow("whole after torn") << header + "b.wav\t1\r\nb.wav\t2\t10\r\n" << 0 << 17;
+}
+
+void TestSessionParts::journalsAreReadAsFarAsTheyAreWhole() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, responses);
+    const SessionHome home;
+    QVERIFY(testsupport::writeBytes(home.path("j"), bytes));
+    const std::optional<KeptJournal> journal = readJournal(home.path("j"));
+    QVERIFY(journal.has_value());
+    QCOMPARE(journal->responses, responses);
+    QTEST(journal->bytesLeftOut, "bytesLeftOut");
+    QVERIFY(bytes.startsWith(journal->results));
+    QCOMPARE(journal->results.count("\r\n"),
+             responses > 0 ? responses + 1 : journal->results.size() > 0);
+    QCOMPARE(journal->target, responses > 0 ? QString("a\tb.wav") : QString());
+}
+
+void TestSessionParts::namesOfJournalsAreTakenApart_data() {
+    QTest::addColumn<QString>("resultsName");
+    QTest::addColumn<QStringList>("parts");
+    QTest::newRow("usual") << "SUB001_practice001.txt" << QStringList{"SUB001", "practice", "001"};
+    QTest::newRow("no code") << "_experiment1234.txt" << QStringList{"", "experiment", "1234"};
+    QTest::newRow("code like a session")
+        << "A_practice002-20200101-000000_practice003.txt"
+        << QStringList{"A_practice002-20200101-000000", "practice", "003"};
+    QTest::newRow("code that is cut off")
+        << QString(60, 'n') + "_practice001.txt" << QStringList{"", "", ""};
+    QTest::newRow("a name of one's own") << "mine.txt" << QStringList{"", "", ""};
+}
+
+void TestSessionParts::namesOfJournalsAreTakenApart() {
+    QFETCH(QString, resultsName);
+    const QDateTime start(QDate(2026, 3, 9), QTime(8, 5, 59));
+    const SessionHome home;
+    const QString name = journalName(resultsName, start);
+    for (const QString& found : {name, name.chopped(4) + "-2.txt"}) {
+        QVERIFY(testsupport::writeBytes(home.path(found), {}));
+        const std::optional<KeptJournal> journal = readJournal(home.path(found));
+        QVERIFY(journal.has_value());
+        QTEST(QStringList({journal->subject, journal->sessionType, journal->number}), "parts");
+        QCOMPARE(journal->start, start);
+    }
+}

@@ -1,0 +1,99 @@
+// The report of "pellion-session check".
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/session/CheckReport.h"
+
+#include "base/Numbers.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace {
+
+QString line(const QString& label, const QString& text) {
+    constexpr int labelWidth = 27;
+    return label.leftJustified(labelWidth) + QStringLiteral(": ") + text + u'\n';
+}
+
+QString findingText(const SessionFinding& finding) {
+    return QStringLiteral("%1: %2. %3").arg(finding.subject, finding.problem, finding.remedy);
+}
+
+QString soundText(const SoundState& sound) {
+    if (!sound.problem.isEmpty() || sound.output.isEmpty())
+        return line("Sound server", sound.problem.isEmpty() ? sound.server : "none");
+    const QString resampling =
+        sound.resampler.isEmpty()
+            ? QStringLiteral("as the program's")
+            : QStringLiteral("resampled from %1 Hz by %2").arg(playedRate).arg(sound.resampler);
+    return line("Sound server", sound.server) +
+           line("Output", QStringLiteral("%1 (%2)").arg(sound.output, sound.device)) +
+           line("Format",
+                QStringLiteral("%1, channels: %2").arg(sound.format).arg(sound.channels)) +
+           line("Sampling rate", QStringLiteral("%1 Hz, %2").arg(sound.rate).arg(resampling)) +
+           line("Volume", QStringLiteral("%1 %").arg(sound.volume));
+}
+
+QJsonArray toJson(const QVector<SessionFinding>& findings) {
+    QJsonArray array;
+    for (const SessionFinding& finding : findings)
+        array.append(QJsonObject{{"subject", finding.subject},
+                                 {"problem", finding.problem},
+                                 {"remedy", finding.remedy}});
+    return array;
+}
+
+QJsonObject toJson(const FolderState& folder) {
+    return {{"path", folder.path},
+            {"problem", folder.problem},
+            {"free bytes", double(folder.freeBytes)}};
+}
+
+} // namespace
+
+CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& goodDay) {
+    CheckReport report;
+    report.state = state;
+    QVector<SessionFinding> known;
+    if (goodDay)
+        known = soundFindings(goodDay->sound);
+    for (const SessionFinding& finding : soundFindings(state.sound)) {
+        const bool isKnown = std::any_of(known.cbegin(), known.cend(), [&](const auto& other) {
+            return other.subject == finding.subject && other.problem == finding.problem;
+        });
+        (isKnown ? report.notes : report.findings).append(finding);
+    }
+    if (goodDay && state.sound.problem.isEmpty())
+        report.findings += differences(lastingValues(goodDay->sound), lastingValues(state.sound));
+    report.findings += diskAndLoadFindings(state);
+    return report;
+}
+
+QString reportText(const CheckReport& report) {
+    QString text = soundText(report.state.sound) + line("Desktop", report.state.desktop.path) +
+                   line("Journals", report.state.journals.path);
+    for (const SessionFinding& finding : report.notes)
+        text += line("Note, as on the good day", findingText(finding));
+    for (const SessionFinding& finding : report.findings)
+        text += line("Finding", findingText(finding));
+    const int count = report.findings.size();
+    return text + line("Ready", count == 0 ? QStringLiteral("yes")
+                                           : QStringLiteral("no (findings: %1)").arg(count));
+}
+
+QString reportJson(const CheckReport& report) {
+    const SoundState& sound = report.state.sound;
+    QJsonObject object{{"ready", report.findings.isEmpty()},
+                       {"findings", toJson(report.findings)},
+                       {"notes", toJson(report.notes)},
+                       {"desktop", toJson(report.state.desktop)},
+                       {"journals", toJson(report.state.journals)},
+                       {"kept journals", report.state.keptJournals},
+                       {"load", report.state.load},
+                       {"processors", report.state.processors}};
+    if (sound.problem.isEmpty())
+        object.insert("sound", lastingValues(sound));
+    return QString::fromUtf8(QJsonDocument(object).toJson());
+}

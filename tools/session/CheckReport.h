@@ -1,0 +1,21 @@
+// The report of "pellion-session check".
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/session/SavedState.h"
+#include "tools/session/SessionFindings.h"
+
+#include <optional>
+
+struct CheckReport {
+    ComputerState state;
+    QVector<SessionFinding> findings;
+    QVector<SessionFinding> notes; ///< What would be a finding, were it not so on the good day.
+};
+
+/// Finds what is wrong with a state, beside that of a good day if there is one.
+CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& goodDay);
+
+/// Returns the report in lines for a person, or as one JSON object.
+QString reportText(const CheckReport& report);
+QString reportJson(const CheckReport& report);

@@ -1,0 +1,117 @@
+// The journals that earlier sessions have left.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/session/KeptJournals.h"
+
+#include "session/ResultsText.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <tuple>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+/// Takes the name of a journal apart: the proposed name of the results file, the session's start,
+/// and a number where several sessions have started within one second.
+void readName(const QString& name, KeptJournal& journal) {
+    static const QRegularExpression pattern(
+        QStringLiteral(
+            "^(?:(.*)_(practice|experiment)(\\d{3,})|.*)-(\\d{8}-\\d{6})(?:-\\d+)?\\.txt$"),
+        QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = pattern.match(name);
+    journal.subject = match.captured(1);
+    journal.sessionType = match.captured(2);
+    journal.number = match.captured(3);
+    journal.start = QDateTime::fromString(match.captured(4), QStringLiteral("yyyyMMdd-HHmmss"));
+}
+
+/// Finds the whole lines. A journal that could not be written to the end, or that was on a disk
+/// without power, may end in a part of a line, in line feeds or in zeros.
+void readResponses(const QByteArray& bytes, KeptJournal& journal) {
+    // From the right: the name of a target may hold anything.
+    static const QRegularExpression pattern(
+        QStringLiteral("^(.*)\\t(\\d+)\\t(\\d+(?:\\.\\d+)?(?:e\\+\\d+)?)$"));
+    const QByteArray header = resultsHeader().toLatin1();
+    int end = 0;
+    if (bytes.startsWith(header)) {
+        end = header.size();
+        for (int next = bytes.indexOf("\r\n", end); next >= 0; next = bytes.indexOf("\r\n", end)) {
+            const QRegularExpressionMatch line =
+                pattern.match(QString::fromLocal8Bit(bytes.mid(end, next - end)));
+            if (!line.hasMatch() || line.captured(2).toInt() != journal.responses + 1)
+                break;
+            journal.target = line.captured(1);
+            ++journal.responses;
+            end = next + 2;
+        }
+        journal.results = bytes.left(end);
+    }
+    journal.bytesLeftOut = int(std::count_if(bytes.cbegin() + end, bytes.cend(), [](char byte) {
+        return byte != '\r' && byte != '\n';
+    }));
+}
+
+/// Whether a journal is so young that its session may be between making and locking it. A journal
+/// that holds something has been locked before.
+bool mayBeUnlocked(const QFileInfo& file) {
+    constexpr int enoughSeconds = 60;
+    return file.size() == 0 &&
+           file.lastModified().secsTo(QDateTime::currentDateTime()) < enoughSeconds;
+}
+
+} // namespace
+
+JournalLock::JournalLock(const QString& path) {
+    if (mayBeUnlocked(QFileInfo(path)))
+        return;
+    descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (descriptor < 0 || flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+        return;
+    ::close(descriptor);
+    descriptor = -1;
+}
+
+JournalLock::~JournalLock() {
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
+std::optional<KeptJournal> readJournal(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    KeptJournal journal;
+    journal.path = path;
+    readName(QFileInfo(path).fileName(), journal);
+    readResponses(file.readAll(), journal);
+    return journal;
+}
+
+KeptJournals keptJournals(const QString& folder) {
+    KeptJournals kept;
+    for (const QFileInfo& file :
+         QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
+        const JournalLock lock(file.filePath());
+        std::optional<KeptJournal> journal;
+        if (lock.isHeld())
+            journal = readJournal(file.filePath());
+        if (journal)
+            kept.journals.append(*std::move(journal));
+        else
+            ++kept.inUse;
+    }
+    // Of sessions that started within one second, the later ones have a number more in their names.
+    std::sort(kept.journals.begin(), kept.journals.end(),
+              [](const KeptJournal& journal, const KeptJournal& other) {
+                  return std::make_tuple(journal.start, journal.path.size(), journal.path) <
+                         std::make_tuple(other.start, other.path.size(), other.path);
+              });
+    return kept;
+}

@@ -1,0 +1,54 @@
+// The journals that earlier sessions have left.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+/// A journal, and what can be recovered from it.
+struct KeptJournal {
+    QString path;
+    QDateTime start;      ///< Of the session; from the name, as all up to `number`.
+    QString subject;      ///< Not valid where `sessionType` is empty.
+    QString sessionType;  ///< "practice", "experiment", or empty where the name does not hold it.
+    QString number;       ///< The file number, with its leading zeros.
+    QString target;       ///< Name of the target's file.
+    int responses = 0;    ///< Whole ones, counted from 1 without a gap.
+    QByteArray results;   ///< Header and lines of these responses: a results file.
+    int bytesLeftOut = 0; ///< After them, without empty lines.
+
+    /// Whether anything would be lost with the file.
+    bool holdsAnything() const { return responses > 0 || bytesLeftOut > 0; }
+};
+
+/// Holds a journal of a session that is over, so that nothing else recovers it meanwhile.
+class JournalLock {
+public:
+    explicit JournalLock(const QString& path);
+    ~JournalLock();
+    JournalLock(const JournalLock&) = delete;
+    JournalLock(JournalLock&&) = delete;
+    JournalLock& operator=(const JournalLock&) = delete;
+    JournalLock& operator=(JournalLock&&) = delete;
+
+    /// False for the journal of a running session, and where that cannot be found out.
+    bool isHeld() const { return descriptor >= 0; }
+
+private:
+    int descriptor = -1;
+};
+
+/// Reads a journal; returns nothing where it cannot be read.
+std::optional<KeptJournal> readJournal(const QString& path);
+
+struct KeptJournals {
+    QVector<KeptJournal> journals; ///< By the starts of their sessions.
+    int inUse = 0;                 ///< Others, which running sessions hold or which cannot be read.
+};
+
+/// Returns the journals in a folder.
+KeptJournals keptJournals(const QString& folder);

@@ -1,0 +1,109 @@
+// Making results files of journals.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/session/Recovery.h"
+
+#include "session/DiskSync.h"
+#include "session/FileReplacement.h"
+#include "session/ResultsText.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <limits>
+
+namespace {
+
+bool holds(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) && file.readAll() == bytes;
+}
+
+/// Makes a file of a new name, and fills it. Only the name is taken in one step: a copy that was
+/// interrupted leaves an empty file, which no analysis takes for results.
+QString writeNewFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return QStringLiteral("%1 cannot be made (%2)").arg(path, file.errorString());
+    file.close();
+    if (replaceFile(path, bytes) == FileReplacement::Written && holds(path, bytes))
+        return {};
+    QFile::remove(path);
+    return QStringLiteral("%1 cannot be written").arg(path);
+}
+
+/// Finds the file for a journal's responses and writes it, unless it is there already.
+void copy(const KeptJournal& journal, const QDir& folder, Recovery& recovery) {
+    for (int number = journal.number.toInt(); number < std::numeric_limits<int>::max(); ++number) {
+        const QString path =
+            folder.filePath(proposedOutputFileName(journal.subject, journal.sessionType, number));
+        recovery.wasThere = holds(path, journal.results);
+        // A link that leads nowhere does not exist, and yet takes the name.
+        const bool isTaken = QFileInfo::exists(path) || QFileInfo(path).isSymLink();
+        if (isTaken && !recovery.wasThere)
+            continue;
+        if (!isTaken)
+            recovery.problem = writeNewFile(path, journal.results);
+        if (recovery.problem.isEmpty())
+            recovery.results = path;
+        return;
+    }
+    recovery.problem = QStringLiteral("no file number is free in %1").arg(folder.path());
+}
+
+/// Why nothing can be copied, if so.
+QString obstacle(const KeptJournal& journal, const QDir& folder) {
+    if (journal.responses == 0)
+        return QStringLiteral("it holds no whole response");
+    if (journal.sessionType.isEmpty() || journal.number.toInt() < 1)
+        return QStringLiteral("its name does not hold session type and file number; rename it to "
+                              "CODE_practiceNNN-%1.txt or CODE_experimentNNN-%1.txt")
+            .arg(journal.start.toString(QStringLiteral("yyyyMMdd-HHmmss")));
+    if (folder.canonicalPath() == QFileInfo(journal.path).dir().canonicalPath())
+        return QStringLiteral("%1 is the journals' own folder").arg(folder.path());
+    return {};
+}
+
+} // namespace
+
+Recovery recover(const QString& journalPath, const QString& folder) {
+    Recovery recovery;
+    const JournalLock lock(journalPath);
+    const std::optional<KeptJournal> journal =
+        lock.isHeld() ? readJournal(journalPath) : std::nullopt;
+    if (!journal) {
+        recovery.problem = QStringLiteral("a running session holds it, or it cannot be read");
+        return recovery;
+    }
+    if (journal->holdsAnything()) {
+        recovery.problem = obstacle(*journal, QDir(folder));
+        if (recovery.problem.isEmpty())
+            copy(*journal, QDir(folder), recovery);
+        // Not known to be the same session: a short one may be repeated to the hertz.
+        if (recovery.wasThere)
+            recovery.problem = QStringLiteral("delete it if that file is of the same session");
+        else if (recovery.problem.isEmpty() && journal->bytesLeftOut > 0)
+            recovery.problem = QStringLiteral("its last %1 bytes are not a whole response and were "
+                                              "left out")
+                                   .arg(journal->bytesLeftOut);
+    }
+    if (recovery.problem.isEmpty()) {
+        if (!QFile::remove(journalPath))
+            recovery.problem = QStringLiteral("it cannot be removed");
+        syncNamesToDisk(QFileInfo(journalPath).path());
+    }
+    return recovery;
+}
+
+QString recoveryText(const Recovery& recovery, const QString& journalPath) {
+    QString text =
+        QStringLiteral("%1: held no response, removed").arg(QFileInfo(journalPath).fileName());
+    if (!recovery.results.isEmpty())
+        text = recovery.wasThere
+                   ? QStringLiteral("%1: holds the same responses already").arg(recovery.results)
+                   : QStringLiteral("%1: saved").arg(recovery.results);
+    if (recovery.problem.isEmpty())
+        return text;
+    const QString kept = QStringLiteral("%1 is kept: %2").arg(journalPath, recovery.problem);
+    return recovery.results.isEmpty() ? kept : text + QStringLiteral("; ") + kept;
+}

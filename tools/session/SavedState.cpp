@@ -1,0 +1,60 @@
+// The state of a good day, in a file.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/session/SavedState.h"
+
+#include "base/Version.h"
+#include "session/FileReplacement.h"
+#include "tools/session/SessionFindings.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+const QString soundKey = QStringLiteral("sound on a good day");
+
+void read(const QJsonValue& value, QString& member) {
+    member = value.toString();
+}
+void read(const QJsonValue& value, int& member) {
+    member = value.toInt();
+}
+void read(const QJsonValue& value, bool& member) {
+    member = value.toBool();
+}
+
+} // namespace
+
+SavedState readSavedState(const QString& path) {
+    SavedState state;
+    QFile file(path);
+    // A FIFO would block.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+        state.problem = QStringLiteral("%1 cannot be read").arg(path);
+        return state;
+    }
+    const QJsonObject values =
+        QJsonDocument::fromJson(file.readAll()).object().value(soundKey).toObject();
+    forEachLastingValue(state.sound, [&](const char* name, auto& member) {
+        const QJsonValue value = values.value(QLatin1String(name));
+        if (value.isUndefined())
+            state.problem = QStringLiteral("%1 is not a file that --save has written").arg(path);
+        read(value, member);
+    });
+    return state;
+}
+
+QString writeSavedState(const QString& path, const SoundState& sound) {
+    const QFileInfo file(path);
+    if ((file.exists() || file.isSymLink()) && !readSavedState(path).problem.isEmpty())
+        return QStringLiteral("%1 exists, and is not a saved state: it is not replaced").arg(path);
+    const QJsonObject content{{"program", "pellion-session " + programVersion()},
+                              {"date", QDateTime::currentDateTime().toString(Qt::ISODate)},
+                              {soundKey, lastingValues(sound)}};
+    if (replaceFile(path, QJsonDocument(content).toJson()) == FileReplacement::Written)
+        return {};
+    return QStringLiteral("%1 cannot be written").arg(path);
+}

@@ -1,0 +1,127 @@
+// What pellion-session is asked to do.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/session/SessionCommandLine.h"
+
+#include "base/Version.h"
+
+#include <QCommandLineParser>
+
+#include <algorithm>
+
+namespace {
+
+const QString checkCommand = QStringLiteral("check");
+const QString recoverCommand = QStringLiteral("recover");
+
+const char* const programDescription =
+    R"(Looks after the sessions of Pellion: before them and after them.
+
+Commands:
+  check             report whether this computer is ready for a session
+  recover           list the responses that were not saved
+  recover FOLDER    save them as results files in a folder
+
+Examples:
+  pellion-session check
+  pellion-session recover
+  pellion-session recover .
+
+"pellion-session check --help" and "pellion-session recover --help" say more.
+)";
+
+const char* const checkDescription =
+    R"(Looks at the sound server and its default output, at the folders that sessions write to,
+at responses that were not saved, and at the load. Changes nothing, and plays nothing.
+
+What is not as a session wants it is one line, "Finding", with what to do about it. With
+--compare, what a saved state has as well is a "Note".
+
+Examples:
+  pellion-session check
+  pellion-session check --save good-day.json
+  pellion-session check --compare good-day.json
+  pellion-session check --json
+
+Exit status: 0 without findings, 1 with findings, 2 when the command line cannot be
+understood or a file cannot be used.
+)";
+
+const char* const recoverDescription =
+    R"(Lists the journals of sessions whose results were not saved. With a folder, saves each of
+them there as a results file, under the name that Pellion proposed for it. A file that exists
+is never replaced: the next free file number is taken. A journal is removed when its results
+file is complete on the disk. The journal of a running session is left alone.
+
+Examples:
+  pellion-session recover
+  pellion-session recover .
+  pellion-session recover ~/Desktop
+
+Exit status: 0 when every journal was listed or saved, 1 when one was kept, 2 when the
+command line cannot be understood or the folder cannot be used.
+)";
+
+void describe(QCommandLineParser& parser, const QString& command) {
+    if (command == checkCommand) {
+        parser.setApplicationDescription(QLatin1String(checkDescription));
+        parser.addPositionalArgument("check", "This command.");
+        parser.addOptions({{"save", "Save today's state, that of a good day.", "file"},
+                           {"compare", "Report what differs from a saved state.", "file"},
+                           {"json", "Print everything as JSON."}});
+    } else if (command == recoverCommand) {
+        parser.setApplicationDescription(QLatin1String(recoverDescription));
+        parser.addPositionalArgument("recover", "This command.");
+        parser.addPositionalArgument("folder", "Where to save; without it, list only.", "[folder]");
+        parser.addOption({"window", "Do it in a window."});
+    } else {
+        parser.setApplicationDescription(QLatin1String(programDescription));
+        parser.addPositionalArgument("command", "check or recover.");
+    }
+}
+
+SessionRequest checkRequest(const QCommandLineParser& parser) {
+    if (parser.positionalArguments().size() > 1)
+        return UsageError{QStringLiteral("check takes no further argument, not \"%1\"")
+                              .arg(parser.positionalArguments()[1])};
+    for (const char* option : {"save", "compare"})
+        if (parser.isSet(option) && parser.value(option).isEmpty())
+            return UsageError{QStringLiteral("--%1 takes the name of a file").arg(option)};
+    return CheckRequest{parser.value("save"), parser.value("compare"), parser.isSet("json")};
+}
+
+SessionRequest recoverRequest(const QCommandLineParser& parser) {
+    const QStringList words = parser.positionalArguments();
+    if (words.size() > 2 || words.constLast().isEmpty())
+        return UsageError{QStringLiteral("recover takes the name of one folder")};
+    return RecoverRequest{words.value(1), parser.isSet("window")};
+}
+
+} // namespace
+
+SessionRequest parseSessionCommandLine(const QStringList& arguments) {
+    const auto found =
+        std::find_if(arguments.cbegin(), arguments.cend(), [](const QString& argument) {
+            return argument == checkCommand || argument == recoverCommand;
+        });
+    const QString command = found == arguments.cend() ? QString() : *found;
+    QCommandLineParser parser;
+    describe(parser, command);
+    const QCommandLineOption help({"h", "help"}, "Say what the program does.");
+    const QCommandLineOption version({"v", "version"}, "Print the program's version.");
+    parser.addOptions({help, version});
+    if (!parser.parse(arguments)) {
+        // A sentence there, and the first half of one here.
+        QString problem = parser.errorText();
+        if (problem.endsWith(u'.'))
+            problem.chop(1);
+        return UsageError{problem};
+    }
+    if (parser.isSet(help))
+        return TextRequest{parser.helpText()};
+    if (parser.isSet(version))
+        return TextRequest{QStringLiteral("pellion-session %1\n").arg(programVersion())};
+    const QStringList words = parser.positionalArguments();
+    if (words.isEmpty() || words.constFirst() != command)
+        return UsageError{QStringLiteral("the command is missing: check or recover")};
+    return command == checkCommand ? checkRequest(parser) : recoverRequest(parser);
+}

@@ -1,0 +1,36 @@
+// What pellion-session is asked to do.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+/// Look whether the computer is ready.
+struct CheckRequest {
+    QString saveTo;      ///< Where to save the state; empty for nowhere.
+    QString compareWith; ///< A saved state; empty for none.
+    bool isJson = false;
+};
+
+/// List kept journals, or copy them into a folder.
+struct RecoverRequest {
+    QString folder; ///< Empty for a list only.
+    bool isInWindow = false;
+};
+
+/// Print a text that was asked for.
+struct TextRequest {
+    QString text;
+};
+
+/// A command line that cannot be understood.
+struct UsageError {
+    QString problem; ///< In one sentence without full stop.
+};
+
+using SessionRequest = std::variant<CheckRequest, RecoverRequest, TextRequest, UsageError>;
+
+/// Returns what a command line, the program's name first, asks for.
+SessionRequest parseSessionCommandLine(const QStringList& arguments);

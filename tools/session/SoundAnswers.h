@@ -1,0 +1,26 @@
+// What the sound server answers, and what that means.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "tools/session/SoundState.h"
+
+#include <QByteArray>
+
+/// The answers of the sound server's own tools, as they came.
+struct SoundAnswers {
+    QString problem; ///< Why there are none, and what to do; both empty when there are.
+    QString remedy;
+    QByteArray server;        ///< "pactl info", in JSON.
+    QByteArray everything;    ///< "pactl list", in JSON, before the silent stream was opened.
+    QByteArray withStream;    ///< "pactl list sink-inputs", in JSON, with the silent stream.
+    qint64 streamProcess = 0; ///< The process that held that stream; 0 when it could not be opened.
+};
+
+/// Asks the server by pactl, and by pacat for a stream in the program's format and under its name,
+/// in which nothing is played: only a stream shows which resampler serves it and at which volume.
+/// The user's own server is asked, or that of PULSE_SERVER. A server that does not answer costs
+/// at most 1.5 seconds.
+SoundAnswers askSoundServer();
+
+/// Returns the state that the answers describe. Needs no server.
+SoundState soundState(const SoundAnswers& answers);

@@ -1,0 +1,53 @@
+// The state of the sound server and of its default output, as plain values.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// What a check knows of the sound on this computer. Where `problem` is not empty, nothing else is
+/// known.
+struct SoundState {
+    QString problem; ///< Why the server could not be asked.
+    QString remedy;  ///< What to do about it.
+
+    QString server; ///< Name and version, such as "PulseAudio 16.1" or "PipeWire 1.4.2".
+    QString output; ///< Name of the default sink; empty when there is none.
+    QString
+        device; ///< "sound card", or what is not one: "HDMI", "Bluetooth", "null sink", "filter".
+    QString format; ///< Of the samples that the device takes, such as "s16le".
+    int channels = 0;
+    int rate = 0;           ///< Hz.
+    QString resampler;      ///< For the program's sounds; empty where nothing is resampled.
+    int volume = 0;         ///< Percent; of several channels the lowest.
+    bool isBalanced = true; ///< Whether all channels have the same volume.
+    bool isMuted = false;
+    bool isUnplugged = false; ///< Whether the device says that nothing is plugged in.
+    bool isSuspended = false;
+    int suspendAfter = 0;   ///< Seconds without a sound; 0 for never.
+    QString streamProblem;  ///< Why the server does not take the program's format, if so.
+    int streamVolume = 100; ///< Percent, of the program's own sounds in the mixer.
+    bool isStreamMuted = false;
+    QStringList otherPrograms; ///< Those that are playing.
+
+    bool isPipeWire() const { return server.startsWith(QLatin1String("PipeWire")); }
+};
+
+/// Calls a function with name and value of everything that a laboratory wants to be the same from
+/// day to day. The names are the keys of a saved state.
+template <typename State, typename Function>
+void forEachLastingValue(State& state, Function&& call) {
+    call("sound server", state.server);
+    call("output", state.output);
+    call("device", state.device);
+    call("sample format", state.format);
+    call("channels", state.channels);
+    call("sampling rate (Hz)", state.rate);
+    call("resampler", state.resampler);
+    call("volume (%)", state.volume);
+    call("same volume in all channels", state.isBalanced);
+    call("muted", state.isMuted);
+    call("suspended after (s)", state.suspendAfter);
+    call("volume of Pellion's sounds (%)", state.streamVolume);
+    call("Pellion's sounds muted", state.isStreamMuted);
+}

@@ -1,0 +1,158 @@
+// The entry of pellion-session, which looks after sessions: before them and after them.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "session/ResponseJournal.h"
+#include "tools/session/CheckReport.h"
+#include "tools/session/Recovery.h"
+#include "tools/session/RecoveryWindow.h"
+#include "tools/session/SessionCommandLine.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <variant>
+
+namespace {
+
+constexpr int done = 0;
+constexpr int notDone = 1;
+constexpr int notUnderstood = 2;
+
+void complain(const QString& text) {
+    std::cerr << "pellion-session: " << text.toStdString() << '\n';
+}
+
+int answer(const TextRequest& request) {
+    std::cout << request.text.toStdString();
+    return done;
+}
+
+int answer(const UsageError& error) {
+    complain(error.problem);
+    complain(QStringLiteral("--help says more"));
+    return notUnderstood;
+}
+
+int answer(const CheckRequest& request) {
+    std::optional<SavedState> goodDay;
+    if (!request.compareWith.isEmpty()) {
+        goodDay = readSavedState(request.compareWith);
+        if (!goodDay->problem.isEmpty()) {
+            complain(goodDay->problem);
+            return notUnderstood;
+        }
+    }
+    const CheckReport report = checkReport(computerState(), goodDay);
+    std::cout << (request.isJson ? reportJson(report) : reportText(report)).toStdString();
+    if (!request.saveTo.isEmpty()) {
+        const SoundState& sound = report.state.sound;
+        const QString problem = sound.problem.isEmpty()
+                                    ? writeSavedState(request.saveTo, sound)
+                                    : QStringLiteral("%1: nothing was saved").arg(sound.problem);
+        if (!problem.isEmpty()) {
+            complain(problem);
+            return notUnderstood;
+        }
+    }
+    return report.findings.isEmpty() ? done : notDone;
+}
+
+/// Prints the journals, one a line, under the names of the columns.
+void list(const KeptJournals& kept) {
+    if (!kept.journals.isEmpty())
+        std::cout
+            << "subject\tsession\tnumber\tstart\ttarget\tresponses\tbytes left out\tjournal\n";
+    for (const KeptJournal& journal : kept.journals)
+        std::cout << QStringList{journal.subject,
+                                 journal.sessionType,
+                                 journal.number,
+                                 journal.start.toString(Qt::ISODate),
+                                 journal.target,
+                                 QString::number(journal.responses),
+                                 QString::number(journal.bytesLeftOut),
+                                 journal.path}
+                         .join(u'\t')
+                         .toStdString()
+                  << '\n';
+}
+
+int showWindow(const QString& folder) {
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
+        complain(QStringLiteral("--window needs a display"));
+        return notUnderstood;
+    }
+    const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    RecoveryWindow window(journalFolder(), folder.isEmpty() ? desktop : folder);
+    window.show();
+    return QApplication::exec();
+}
+
+int answer(const RecoverRequest& request) {
+    if (request.isInWindow)
+        return showWindow(request.folder);
+    if (!request.folder.isEmpty() && !QFileInfo(request.folder).isDir()) {
+        complain(QStringLiteral("there is no folder %1").arg(request.folder));
+        return notUnderstood;
+    }
+    const KeptJournals kept = keptJournals(journalFolder());
+    if (kept.journals.isEmpty())
+        complain(QStringLiteral("there is nothing to recover"));
+    if (kept.inUse > 0)
+        complain(QStringLiteral("left alone, as running sessions hold them or they cannot be read: "
+                                "%1")
+                     .arg(kept.inUse));
+    if (request.folder.isEmpty()) {
+        list(kept);
+        if (!kept.journals.isEmpty())
+            complain(QStringLiteral("to save them: pellion-session recover FOLDER"));
+        return done;
+    }
+    int status = done;
+    for (const KeptJournal& journal : kept.journals) {
+        const Recovery recovery = recover(journal.path, request.folder);
+        std::cout << recoveryText(recovery, journal.path).toStdString() << std::endl;
+        if (!recovery.problem.isEmpty())
+            status = notDone;
+    }
+    return status;
+}
+
+/// Only the window needs a display. Without one Qt would abort the program.
+std::unique_ptr<QCoreApplication> application(int& argc, char** argv) {
+    const bool isForWindow = std::any_of(
+        argv, argv + argc, [](const char* argument) { return qstrcmp(argument, "--window") == 0; });
+    const bool isDisplayKnown = !qEnvironmentVariableIsEmpty("DISPLAY") ||
+                                !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+                                !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (isForWindow && isDisplayKnown)
+        return std::make_unique<QApplication>(argc, argv);
+    return std::make_unique<QCoreApplication>(argc, argv);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // So that the help shows the program's name and not its path.
+    static char name[] = "pellion-session";
+    if (argc > 0)
+        argv[0] = name;
+    const std::unique_ptr<QCoreApplication> instance = application(argc, argv);
+    // The journals are the program's.
+    QCoreApplication::setApplicationName(QStringLiteral("pellion"));
+    try {
+        const int status = std::visit([](const auto& request) { return answer(request); },
+                                      parseSessionCommandLine(QCoreApplication::arguments()));
+        std::cout.flush();
+        return std::cout ? status : notDone;
+    } catch (const std::exception& exception) {
+        complain(QString::fromUtf8(exception.what()));
+    }
+    return notDone;
+}
