@@ -31,7 +31,7 @@ void TestAnalysisOfSessions::whatTheProgramWroteIsRead() {
         QVERIFY(QFile::exists(room->finish()));
         sessions.append(session);
     }
-    const AnalysisRun run = analyse(command, "440", {room->folder.path()});
+    const AnalysisRun run = analyse(command, {"--target", "440", room->folder.path()});
     QCOMPARE(run.output, expectedTables(sessions, 440));
     QCOMPARE(run.errors, QString());
     QCOMPARE(run.status, 0);
