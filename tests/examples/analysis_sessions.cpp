@@ -32,7 +32,7 @@ void TestAnalysisOfSessions::whatTheProgramWroteIsRead() {
         QVERIFY(QFile::exists(fixture->finish()));
         sessions.append(session);
     }
-    const AnalysisRun run = analyse(command, "440", {fixture->folder.path()});
+    const AnalysisRun run = analyse(command, {"--target", "440", fixture->folder.path()});
     QCOMPARE(run.output, expectedTables(sessions, 440));
     QCOMPARE(run.errors, QString());
     QCOMPARE(run.status, 0);

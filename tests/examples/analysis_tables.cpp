@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis_tables.h"
 
+#include "session/OutputFileName.h"
 #include "support/ProgramRun.h"
 #include "support/TestTable.h"
 
+#include <QRegularExpression>
+#include <QSet>
 #include <QtTest>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -34,23 +36,87 @@ QStringList meanAndDeviation(const QVector<double>& values) {
                               : QString::number(std::sqrt(squares / (values.size() - 1)), 'f', 2)};
 }
 
-QVector<double> inCents(QVector<double> hertz, double targetHertz) {
-    for (double& value : hertz)
-        value = 1200 * std::log(value / targetHertz) / std::log(2.0);
-    return hertz;
+double inCents(double hertz, double targetHertz) {
+    return 1200 * std::log(hertz / targetHertz) / std::log(2.0);
 }
 
-QStringList statisticsOf(const QVector<double>& hertz, double targetHertz) {
-    return meanAndDeviation(hertz) + meanAndDeviation(inCents(hertz, targetHertz));
-}
-
-QString line(const QStringList& fields) {
+/// A field with a separator or a quote is quoted.
+QString line(QStringList fields) {
+    for (QString& field : fields)
+        if (field.contains(QRegularExpression(QStringLiteral("[\t;\"]"))))
+            field = u'"' + field.replace(u'"', QStringLiteral("\"\"")) + u'"';
     return fields.join(u'\t') + u'\n';
 }
 
-/// The last request, or none.
-QVector<double> matchOf(const AnalysedSession& session) {
-    return session.frequencies.mid(std::max(session.frequencies.size() - 1, 0));
+/// What an analysis computes from one session.
+struct Computed {
+    double targetHertz = 0;
+    QVector<double> cents; ///< Of the requests.
+    int octaveShift = 0;
+    QVector<double> match; ///< Hz; empty without a request, as are the next two.
+    QVector<double> matchCents;
+    QVector<double> residual; ///< Cents.
+    QString approachedFrom = QStringLiteral("NA");
+};
+
+Computed compute(const AnalysedSession& session, double targetHertz) {
+    Computed computed;
+    computed.targetHertz = session.targetHertz > 0 ? session.targetHertz : targetHertz;
+    for (const double hertz : session.frequencies)
+        computed.cents << inCents(hertz, computed.targetHertz);
+    if (session.frequencies.isEmpty())
+        return computed;
+    const double match = session.frequencies.last();
+    computed.match << match;
+    computed.matchCents << computed.cents.last();
+    for (const int octave : {-3, -2, -1, 1, 2, 3})
+        if (std::abs(inCents(match, std::ldexp(computed.targetHertz, octave))) <= 100)
+            computed.octaveShift = octave;
+    computed.residual << inCents(match, std::ldexp(computed.targetHertz, computed.octaveShift));
+    for (const double hertz : session.frequencies)
+        if (hertz != match)
+            computed.approachedFrom = hertz > match ? "above" : "below";
+    return computed;
+}
+
+QStringList matchFields(const Computed& computed) {
+    if (computed.match.isEmpty())
+        return {"NA", "NA", "NA", "NA", "NA"};
+    const double match = computed.match[0];
+    return {QString::number(computed.targetHertz, 'g', 15), QString::number(computed.octaveShift),
+            QString::number(computed.residual[0], 'f', 2), computed.approachedFrom,
+            QString::number(inCents(match + 0.5, match - 0.5), 'f', 2)};
+}
+
+QString sessionLine(const AnalysedSession& session, const Computed& computed) {
+    return line(QStringList{session.subject, session.type, QString::number(session.number),
+                            computed.match.isEmpty() ? "NA" : session.target,
+                            QString::number(session.frequencies.size()),
+                            meanAndDeviation(computed.match)[0],
+                            meanAndDeviation(computed.matchCents)[0]} +
+                meanAndDeviation(session.frequencies) + meanAndDeviation(computed.cents) +
+                matchFields(computed) + QStringList{session.fileName()});
+}
+
+/// The line of sessions of one subject and type.
+QString groupLine(const AnalysedSession& session, const QVector<Computed>& group) {
+    QSet<double> targets;
+    QVector<double> matches, cents, residuals;
+    int octaveErrors = 0;
+    for (const Computed& computed : group) {
+        if (!computed.match.isEmpty())
+            targets << computed.targetHertz;
+        matches += computed.match;
+        cents += computed.matchCents;
+        residuals += computed.residual;
+        octaveErrors += computed.octaveShift != 0 ? 1 : 0;
+    }
+    const QString count = QString::number(matches.size());
+    if (targets.size() > 1)
+        matches.clear();
+    return line(QStringList{session.subject, session.type, count} + meanAndDeviation(matches) +
+                meanAndDeviation(cents) + QStringList{QString::number(octaveErrors)} +
+                meanAndDeviation(residuals));
 }
 
 } // namespace
@@ -73,42 +139,35 @@ void addLanguages() {
     forLanguages(testsupport::columns<QStringList>("command"));
 }
 
-AnalysisRun analyse(const QStringList& command, const QString& target, const QStringList& paths,
-                    const QString& picture) {
-    QStringList arguments = command.mid(1) + QStringList{"--target", target};
-    if (!picture.isEmpty())
-        arguments << "--picture" << picture;
-    const testsupport::ProgramRun run = testsupport::runProgram(command[0], arguments + paths);
+QString AnalysedSession::fileName() const {
+    return file.isEmpty() ? proposedOutputFileName(subject, type, number) : file;
+}
+
+AnalysisRun analyse(const QStringList& command, const QStringList& arguments) {
+    const testsupport::ProgramRun run =
+        testsupport::runProgram(command[0], command.mid(1) + arguments);
     return {run.status, QString::fromUtf8(run.output), QString::fromUtf8(run.errors)};
 }
 
 QString expectedTables(const QVector<AnalysedSession>& sessions, double targetHertz) {
-    QString tables =
-        line({"subject", "session", "number", "target", "requests", "match_hz", "match_cents",
-              "requests_mean_hz", "requests_sd_hz", "requests_mean_cents", "requests_sd_cents"});
-    for (const AnalysedSession& session : sessions) {
-        const QVector<double> match = matchOf(session);
-        tables += line(QStringList{session.subject, session.type, QString::number(session.number),
-                                   match.isEmpty() ? "NA" : session.target,
-                                   QString::number(session.frequencies.size()),
-                                   meanAndDeviation(match)[0],
-                                   meanAndDeviation(inCents(match, targetHertz))[0]} +
-                       statisticsOf(session.frequencies, targetHertz));
-    }
-    tables += u'\n' + line({"subject", "session", "matches", "match_mean_hz", "match_sd_hz",
-                            "match_mean_cents", "match_sd_cents"});
-    QVector<double> matches;
+    QString ofSessions = line(
+        {"subject", "session", "number", "target", "requests", "match_hz", "match_cents",
+         "requests_mean_hz", "requests_sd_hz", "requests_mean_cents", "requests_sd_cents",
+         "target_hz", "octave_shift", "residual_cents", "approached_from", "grid_cents", "file"});
+    QString ofMatches =
+        line({"subject", "session", "matches", "match_mean_hz", "match_sd_hz", "match_mean_cents",
+              "match_sd_cents", "octave_errors", "residual_mean_cents", "residual_sd_cents"});
+    QVector<Computed> group;
     for (int i = 0; i < sessions.size(); ++i) {
-        matches += matchOf(sessions[i]);
+        group << compute(sessions[i], targetHertz);
+        ofSessions += sessionLine(sessions[i], group.last());
         const bool isLastOfGroup = i + 1 == sessions.size() ||
                                    sessions[i + 1].subject != sessions[i].subject ||
                                    sessions[i + 1].type != sessions[i].type;
         if (!isLastOfGroup)
             continue;
-        tables += line(
-            QStringList{sessions[i].subject, sessions[i].type, QString::number(matches.size())} +
-            statisticsOf(matches, targetHertz));
-        matches.clear();
+        ofMatches += groupLine(sessions[i], group);
+        group.clear();
     }
-    return tables;
+    return ofSessions + u'\n' + ofMatches;
 }

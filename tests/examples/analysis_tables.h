@@ -12,6 +12,10 @@ struct AnalysedSession {
     int number = 1;
     QString target;
     QVector<double> frequencies; ///< Hz, of the requests.
+    double targetHertz = 0;      ///< In a table of targets; 0 when not there.
+    QString file = {};           ///< Its name, when it is not the one that the program proposes.
+
+    QString fileName() const;
 };
 
 /// What a run of an analysis has left.
@@ -37,10 +41,9 @@ template <typename Function> void forLanguages(Function&& function) {
 /// Adds the column "command" and a row for each language that is there.
 void addLanguages();
 
-/// Runs an analysis ("python" or "R" by its command) on paths; the picture is drawn where a name
-/// for it is given.
-AnalysisRun analyse(const QStringList& command, const QString& target, const QStringList& paths,
-                    const QString& picture = QString());
+/// Runs an analysis ("python" or "R" by its command).
+AnalysisRun analyse(const QStringList& command, const QStringList& arguments);
 
-/// Returns both tables for sessions that are in order, by formulas of the tests' own.
+/// Returns both tables for sessions that are in order, by formulas of the tests' own. The target's
+/// frequency (Hz) is that of sessions which have none of their own.
 QString expectedTables(const QVector<AnalysedSession>& sessions, double targetHertz);

@@ -64,7 +64,7 @@ void recoverSessions(const QString& folder, const QList<KilledSession>& sessions
     if (expected.isEmpty())
         return;
     forLanguages([&](const char* language, const QStringList& command) {
-        const AnalysisRun run = analyse(command, "440", {folder});
+        const AnalysisRun run = analyse(command, {"--target", "440", folder});
         QStringList lines = run.output.section("\n\n", 0, 0).split('\n').mid(1);
         for (QString& line : lines)
             line = line.section('\t', 0, 5);

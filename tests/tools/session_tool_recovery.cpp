@@ -215,7 +215,7 @@ void TestSessionRecovery::analysesReadWhatIsRecovered() {
     home.leaveJournal("SUB001_practice001", {300, 441}, "t.wav\t3");
     home.leaveJournal("SUB001_experiment001", {10, 1000, 438.25}, "\n\n\n");
     QCOMPARE(home.run({"recover", home.desktop()}).status, 1);
-    const AnalysisRun run = analyse(command, "440", {home.desktop()});
+    const AnalysisRun run = analyse(command, {"--target", "440", home.desktop()});
     QCOMPARE(run.output, expectedTables({{"SUB001", "experiment", 1, "t.wav", {10, 1000, 438.25}},
                                          {"SUB001", "practice", 1, "t.wav", {300, 441}}},
                                         440));
