@@ -19,6 +19,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace {
 
@@ -79,6 +80,7 @@ SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
 }
 
 SubjectWindow::~SubjectWindow() {
+    destroyHandle();
     deleteAndForget(pushButtonPlayTarget);
     deleteAndForget(labelCurrentValue);
     deleteAndForget(spinBoxFrequency);
@@ -319,5 +321,15 @@ void SubjectWindow::hideEvent(QHideEvent* event) {
 void SubjectWindow::releaseHiddenWindow() {
     // It may have been minimised only, or shown again since.
     if (isHidden())
-        destroy();
+        destroyHandle();
+}
+
+void SubjectWindow::destroyHandle() {
+    // Closing by the frame has destroyed the platform window already. Without one, a QWindow that
+    // is deleted stays what Qt 5.15 takes for the window under the mouse, and the next modal dialog
+    // crashes.
+    QWindow* const handle = windowHandle();
+    if (handle != nullptr && handle->handle() == nullptr)
+        handle->create();
+    destroy();
 }
