@@ -6,6 +6,7 @@
 #include "window/Accessibility.h"
 #include "window/NamedWidget.h"
 #include "window/OrderedDeletion.h"
+#include "window/PlatformWindow.h"
 #include "window/WindowPlacement.h"
 #include "window/WindowTitle.h"
 
@@ -19,7 +20,6 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QVBoxLayout>
-#include <QWindow>
 
 namespace {
 
@@ -80,7 +80,7 @@ SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
 }
 
 SubjectWindow::~SubjectWindow() {
-    destroyHandle();
+    restorePlatformWindow(*this);
     deleteAndForget(pushButtonPlayTarget);
     deleteAndForget(labelCurrentValue);
     deleteAndForget(spinBoxFrequency);
@@ -309,6 +309,9 @@ void SubjectWindow::closeEvent(QCloseEvent* event) {
     delete closeQuestion;
     if (isConfirmed)
         emit subjectWindowClosed();
+    else
+        activateWindow(); // the window manager may prefer the experimenter's window, which is
+                          // locked
     event->setAccepted(isConfirmed);
 }
 
@@ -320,16 +323,8 @@ void SubjectWindow::hideEvent(QHideEvent* event) {
 
 void SubjectWindow::releaseHiddenWindow() {
     // It may have been minimised only, or shown again since.
-    if (isHidden())
-        destroyHandle();
-}
-
-void SubjectWindow::destroyHandle() {
-    // Closing by the frame has destroyed the platform window already. Without one, a QWindow that
-    // is deleted stays what Qt 5.15 takes for the window under the mouse, and the next modal dialog
-    // crashes.
-    QWindow* const handle = windowHandle();
-    if (handle != nullptr && handle->handle() == nullptr)
-        handle->create();
+    if (!isHidden())
+        return;
+    restorePlatformWindow(*this);
     destroy();
 }

@@ -98,7 +98,6 @@ protected:
     /// stays for each session until the program ends. Showing it creates both anew. Must not be
     /// called from within an event of the window system.
     void releaseHiddenWindow();
-    void destroyHandle();
 
     QPushButton* pushButtonPlayTarget = nullptr;
     QLabel* labelCurrentValue = nullptr;
