@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "window/NamedWidget.h"
+#include "window/PlatformWindow.h"
 #include "window/StaleClicks.h"
 
 #include <QBuffer>
@@ -49,6 +50,7 @@ MainWindow::MainWindow(QWidget* parent)
 }
 
 MainWindow::~MainWindow() {
+    restorePlatformWindow(*this);
     cancelPresentation();
     deleteReleasedOutputs();
     deleteCharts();

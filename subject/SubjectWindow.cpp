@@ -6,6 +6,7 @@
 #include "window/Accessibility.h"
 #include "window/NamedWidget.h"
 #include "window/OrderedDeletion.h"
+#include "window/PlatformWindow.h"
 #include "window/WindowPlacement.h"
 #include "window/WindowTitle.h"
 
@@ -79,6 +80,7 @@ SubjectWindow::SubjectWindow(QWidget* parent) : QMainWindow(parent) {
 }
 
 SubjectWindow::~SubjectWindow() {
+    restorePlatformWindow(*this);
     deleteAndForget(pushButtonPlayTarget);
     deleteAndForget(labelCurrentValue);
     deleteAndForget(spinBoxFrequency);
@@ -307,6 +309,9 @@ void SubjectWindow::closeEvent(QCloseEvent* event) {
     delete closeQuestion;
     if (isConfirmed)
         emit subjectWindowClosed();
+    else
+        activateWindow(); // the window manager may prefer the experimenter's window, which is
+                          // locked
     event->setAccepted(isConfirmed);
 }
 
@@ -318,6 +323,8 @@ void SubjectWindow::hideEvent(QHideEvent* event) {
 
 void SubjectWindow::releaseHiddenWindow() {
     // It may have been minimised only, or shown again since.
-    if (isHidden())
-        destroy();
+    if (!isHidden())
+        return;
+    restorePlatformWindow(*this);
+    destroy();
 }

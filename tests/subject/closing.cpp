@@ -268,6 +268,20 @@ void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
     QVERIFY(window.internalWinId() == 0 && window.backingStore() == nullptr);
 }
 
+void TestSubjectWindowClosing::dialogsCanBeShownAfterAWindowIsReleased() {
+    // The mouse enters a window at a moment of its own.
+    for (int session = 0; session < 8; ++session) {
+        OpenSubjectWindow window;
+        bringTo(window, Stage::AdjustingWithDone);
+        answerWith(fixture->dialogs, press(QMessageBox::Yes));
+        QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
+        QTRY_VERIFY(window.windowHandle() == nullptr);
+        const QString title = QStringLiteral("Next");
+        fixture->dialogs.expect(title, [](QWidget* dialog) { dialog->close(); });
+        QMessageBox::information(nullptr, title, QStringLiteral("Still there"));
+    }
+}
+
 void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);

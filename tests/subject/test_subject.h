@@ -127,6 +127,7 @@ private slots:
     void hiddenWindowHoldsNothingOfTheWindowSystem_data();
     void hiddenWindowHoldsNothingOfTheWindowSystem();
     void closedWindowCanBeShownAgain();
+    void dialogsCanBeShownAfterAWindowIsReleased();
     void minimisedOrReshownWindowIsNotReleased_data();
     void minimisedOrReshownWindowIsNotReleased();
     void secondRequestUnderTheQuestionAsksNoSecondQuestion();
