@@ -257,7 +257,8 @@ class Finder:
             operands += list(children[0].get_children())[:1]
         for operand in operands:
             text = self.source.text_of(operand)
-            if type_name(operand) == type_name(cursor) and text in whole:
+            is_whole = text in whole and not text.endswith("->")
+            if type_name(operand) == type_name(cursor) and is_whole:
                 self.add("call left out", cursor, f"({text})" if " " in text else text)
 
     VISITORS = {

@@ -15,7 +15,9 @@ from mutation.mutants import ENCODING, ROOT, Problem
 WORK_FOLDER = ROOT / "build-mutants"
 # Where each copy finds itself, so that what has been built for one is good for the others.
 PLACE = WORK_FOLDER / "copy"
-BUILDING = ["bwrap", "--die-with-parent", "--bind", "/", "/", "--dev-bind", "/dev", "/dev"]
+# With a table of processes of its own, so that no compiler goes on after an interruption.
+BUILDING = shlex.split("bwrap --die-with-parent --unshare-pid --bind / / --dev-bind /dev /dev "
+                       "--proc /proc")
 # A mutant may write anywhere, and leave processes behind: here it has only /tmp and its copy to
 # write to, and no network.
 TESTING = shlex.split("bwrap --die-with-parent --unshare-pid --unshare-ipc --unshare-net "
@@ -241,8 +243,9 @@ class Copy:
     def build(self, tests):
         """Builds the product and what the tests run; returns whether that went well."""
         paths = {os.path.relpath(word, PLACE) for test in tests for word in test.command}
-        programs = {os.path.basename(path) for path in paths
-                    if path.startswith("build/") and (self.directory / path).is_file()}
+        programs = {os.path.basename(path) for path in paths if path.startswith("build/")
+                    and (self.directory / path).is_file()
+                    and os.access(self.directory / path, os.X_OK)}
         command = ["cmake", "--build", PLACE / "build", "--target", *PROGRAMS, *sorted(programs)]
         return self.call(BUILDING, command).returncode == 0
 
