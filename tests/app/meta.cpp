@@ -42,21 +42,23 @@ void TestMainWindowConnections::setUp() {
 }
 
 void TestMainWindowConnections::methodsHaveTheirIndices() {
-    QCOMPARE(testsupport::methodsOf(MainWindow::staticMetaObject),
-             QStringList(
-                 {"signal transferParameters(int frequencyMin, int frequencyMax, "
-                  "int frequencyCurrent, int frequencyStepSize)",
-                  "signal soundPlaying(int index)", "signal stateChanged(QAudio::State audioState)",
-                  "slot on_pushButtonPractice_clicked()", "slot on_pushButtonExperiment_clicked()",
-                  "slot on_pushButtonGo_clicked()",
-                  "slot updateMainwindow(int response, int frequency)", "slot playOneSound()",
-                  "slot doNothing()", "slot handleStateChanged(QAudio::State audioState)",
-                  "slot on_comboBoxSesType_currentIndexChanged(int index)",
-                  "slot on_comboBoxSoundType_currentIndexChanged(int index)",
-                  "slot on_comboBoxMainParameter_currentIndexChanged(int index)",
-                  "slot on_lineEditSubCode_textChanged(QString arg1)",
-                  "slot on_spinBoxFileNumber_valueChanged(int newFileNumber)",
-                  "slot refreshMainWindow()"}));
+    const QString transferParameters = "signal transferParameters(int frequencyMin, "
+                                       "int frequencyMax, int frequencyCurrent, "
+                                       "int frequencyStepSize)";
+    QCOMPARE(
+        testsupport::methodsOf(MainWindow::staticMetaObject),
+        QStringList({transferParameters, "signal soundPlaying(int index)",
+                     "signal stateChanged(QAudio::State audioState)",
+                     "slot on_pushButtonPractice_clicked()",
+                     "slot on_pushButtonExperiment_clicked()", "slot on_pushButtonGo_clicked()",
+                     "slot updateMainwindow(int response, int frequency)", "slot playOneSound()",
+                     "slot doNothing()", "slot handleStateChanged(QAudio::State audioState)",
+                     "slot on_comboBoxSesType_currentIndexChanged(int index)",
+                     "slot on_comboBoxSoundType_currentIndexChanged(int index)",
+                     "slot on_comboBoxMainParameter_currentIndexChanged(int index)",
+                     "slot on_lineEditSubCode_textChanged(QString arg1)",
+                     "slot on_spinBoxFileNumber_valueChanged(int newFileNumber)",
+                     "slot refreshMainWindow()"}));
 }
 
 void TestMainWindowConnections::audioStateIsRegisteredForArguments() {
