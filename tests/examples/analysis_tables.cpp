@@ -101,7 +101,9 @@ QString sessionLine(const AnalysedSession& session, const Computed& computed) {
 /// The line of sessions of one subject and type.
 QString groupLine(const AnalysedSession& session, const QVector<Computed>& group) {
     QSet<double> targets;
-    QVector<double> matches, cents, residuals;
+    QVector<double> matches;
+    QVector<double> cents;
+    QVector<double> residuals;
     int octaveErrors = 0;
     for (const Computed& computed : group) {
         if (!computed.match.isEmpty())
