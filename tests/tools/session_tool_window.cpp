@@ -4,9 +4,11 @@
 
 #include "session/ResultsText.h"
 #include "support/FileBytes.h"
+#include "support/ManagedWindows.h"
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -20,6 +22,7 @@ private slots:
     void whatCannotBeSavedIsSaid();
     void nothingToRecoverIsSaid();
     void everythingHasANameForScreenReaders();
+    void programOpensTheWindowAndEndsWithIt();
 };
 
 namespace {
@@ -38,6 +41,24 @@ void save(const RecoveryWindow& window) {
 }
 
 } // namespace
+
+void TestRecoveryWindow::programOpensTheWindowAndEndsWithIt() {
+    const QTemporaryDir home;
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_DATA_HOME", home.path());
+    program.setProcessEnvironment(environment);
+    QTRY_VERIFY(testsupport::managedWindows().isEmpty());
+    program.start(QStringLiteral(PELLION_SESSION), {"recover", "--window"});
+    QTRY_COMPARE_WITH_TIMEOUT(testsupport::managedWindows().size(), 1, 20000);
+    const testsupport::ManagedWindow window = testsupport::managedWindows().constFirst();
+    QCOMPARE(window.title, QStringLiteral("Recover Pellion responses"));
+    QVERIFY(testsupport::closeManagedWindow(window.id));
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    QCOMPARE(program.readAllStandardError(), QByteArray());
+}
 
 void TestRecoveryWindow::journalsAreShownAndSaved() {
     const QTemporaryDir journals;
