@@ -56,12 +56,13 @@ void TestSubjectWindowLife::metaObjectNumbersItsMethods() {
     const QMetaObject& metaObject = SubjectWindow::staticMetaObject;
     QCOMPARE(QByteArray(metaObject.className()), QByteArray("SubjectWindow"));
     QCOMPARE(QByteArray(metaObject.superClass()->className()), QByteArray("QMainWindow"));
+    const QString receiveParameters = "slot receiveParameters(int frequencyMin, "
+                                      "int frequencyMax, int frequencyCurrent, "
+                                      "int frequencyStepSize)";
     QCOMPARE(testsupport::methodsOf(metaObject).mid(0, 8),
              QStringList({"signal subjectResponded(int response, int frequency)",
                           "signal subjectWindowClosed()", "slot on_pushButtonIAmReady_clicked()",
-                          "slot enableAllChoiceButtons()",
-                          "slot receiveParameters(int frequencyMin, int frequencyMax, "
-                          "int frequencyCurrent, int frequencyStepSize)",
+                          "slot enableAllChoiceButtons()", receiveParameters,
                           "slot updateSubjectWindow(int index)",
                           "slot on_pushButtonPlayTarget_clicked()",
                           "slot on_pushButtonPlaySinusoid_clicked()"}));
