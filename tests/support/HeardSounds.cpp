@@ -123,7 +123,8 @@ QVector<float> heardFrom(const QVector<int>& codes, int bits) {
 
 QVector<float> heardFromFile(const QByteArray& file) {
     const PlainReading reading = readingOf(file);
-    const double frames = reading.numberOfSamples / std::max(reading.channels, 1U);
+    const unsigned wholeFrames = reading.numberOfSamples / std::max(reading.channels, 1U);
+    const double frames = wholeFrames;
     QVector<float> samples;
     if (reading.channels == 1 || reading.channels == 2)
         samples = firstChannelOf(reading);
