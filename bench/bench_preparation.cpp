@@ -187,7 +187,7 @@ void fillSpectrumAgain(PreparedWindow& window, Cost& filling, Cost& library) {
     benchmark::DoNotOptimize(results);
 }
 
-/// Takes a whole preparation in the program's order; "own" is all of it but the toolkit's updating
+/// Takes a whole preparation in the program's order; "own" is all of it but Qt's updating
 /// and painting of charts. Steps that the program takes in one go are told apart by taking parts of
 /// them again; "buffers", "transform" and "chart update" are what is left of the whole. The texts
 /// and the trend's reset, which prepareTarget() sees to as well, are not timed.

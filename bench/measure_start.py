@@ -38,8 +38,8 @@ def forget_all_files():
     DROP_CACHES.write_text("3\n", encoding="ascii")
 
 
-def processes_with_toolkit():
-    """Returns the names of the processes that hold the toolkit's libraries in memory."""
+def processes_with_qt():
+    """Returns the names of the processes that hold Qt's libraries in memory."""
     names = []
     for process in pathlib.Path("/proc").glob("[0-9]*"):
         try:
@@ -115,7 +115,7 @@ def divisions(starts, build):
             "icon as files": numbers_of([divider, str(time.monotonic_ns()), "files"],
                                         starts.environment),
             "as it is": starts.once("Pellion"),
-            # What the toolkit tries first where nobody has said anything.
+            # What Qt tries first where nobody has said anything.
             "with OpenGL": starts.once("Pellion", QT_XCB_GL_INTEGRATION="xcb_glx")}
         if number > 0:
             for name, run in round_.items():
@@ -166,9 +166,9 @@ def drawings(build, folder):
 def main():
     build, result = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
     starts = Starts(build, pathlib.Path.home())
-    numbers = {"load": os.getloadavg()[0], "beside": processes_with_toolkit()}
+    numbers = {"load": os.getloadavg()[0], "beside": processes_with_qt()}
     if numbers["beside"]:
-        complain(f"the toolkit is in use and in memory: {', '.join(numbers['beside'])}")
+        complain(f"Qt is in use and in memory: {', '.join(numbers['beside'])}")
     starts.rounds(1)
     numbers["warm"] = starts.rounds(WARM_ROUNDS)
     numbers["division"] = divisions(starts, build)

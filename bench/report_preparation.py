@@ -74,9 +74,9 @@ medians over the preparations ({iterations_text(preparations)}).
 
 What the program does in one go is told apart by doing parts of it once more on the same data, in
 memory that has been written to before; "buffers", "transform" and "chart update" are what is then
-left of the whole. So fresh memory is in "buffers", in "transform" and in the toolkit's steps.
+left of the whole. So fresh memory is in "buffers", in "transform" and in Qt's steps.
 
-"Own" is all but the toolkit's chart update and painting; aimed at is a quarter of the whole at
+"Own" is all but Qt's chart update and painting; aimed at is a quarter of the whole at
 every length, so that what one waits for is the drawing. "In the kernel" is the system's part of
 "own": handing out memory, mostly, all of which is given back before the next preparation; reading
 the file; taking memory back. On a virtual machine, whose host lends the memory anew, that differs
@@ -134,7 +134,7 @@ def response_section(reliability):
 
 Measured by `scripts/campaign endurance`, and told with all that belongs to it in
 [Many sessions, many responses](reliability.md#many-sessions-many-responses): the program's own share
-of a response, without the disk and the toolkit's drawing, is {few[0]:g} ms with 10 responses and {many[0]:g} ms with
+of a response, without the disk and Qt's drawing, is {few[0]:g} ms with 10 responses and {many[0]:g} ms with
 2000 (medians).
 
 {goals_table([("the longest with 10 responses (ms)", 2, [("", few[1])]),

@@ -6,7 +6,7 @@ from report_values import goals_table, median, table, version
 
 # Steps of bench/divide_start.cpp, and what a reader wants to know of them.
 STEPS = {"libraries": "launch to `main()`: loading and linking the libraries",
-         "screen": "the toolkit's start: its plug-ins, the X server",
+         "screen": "Qt's start: its plug-ins, the X server",
          "icon": "icon, taken as pictures",
          "journals": "journals of earlier runs",
          "fonts": "looking up fonts",
@@ -90,7 +90,7 @@ Left out of the start is the search for an OpenGL driver, with which nothing is 
 
 {table(["start", *MEASURES.values()], left_out)}
 
-The icon takes {pictures:.1f} ms as the pictures that it is taken as; handed to the toolkit as files, which then
+The icon takes {pictures:.1f} ms as the pictures that it is taken as; handed to Qt as files, which then
 searches its engines for drawings, {files:.1f} ms.
 """
 
@@ -100,7 +100,7 @@ def start_section(numbers):
             if "cold" in numbers else "")
     beside = (f"""
 
-While this was measured, {', '.join(numbers['beside'])} had the toolkit's libraries in memory: without that,
+While this was measured, {', '.join(numbers['beside'])} had Qt's libraries in memory: without that,
 starts from the disk take longer, and the PSS is larger.""" if numbers["beside"] else "")
     return f"""## Starting
 

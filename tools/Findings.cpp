@@ -1,4 +1,4 @@
-// What is the matter with a WAV file, in words.
+// The problems of a WAV file, in words.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Findings.h"
 
@@ -28,13 +28,13 @@ QString programsAnswer(const Inspection& inspection, bool isLoaded) {
 }
 
 void judgeHeader(Inspection& inspection, bool isLoaded) {
-    QStringList objections = headerObjections(inspection.walk, inspection.mending);
+    QStringList objections = headerObjections(inspection.walk, inspection.fix);
     const qint64 samples = samplesPerChannel(inspection.intended);
     if (objections.isEmpty() && !isUsableTarget(inspection.program, playedRate)) {
         objections << QStringLiteral("A sound of %1 samples is too short, or too long for the "
                                      "memory there is.")
                           .arg(samples);
-        inspection.mending.program = Mending::Program::None;
+        inspection.fix.program = Fix::Program::None;
     }
     if (!objections.isEmpty())
         inspection.findings.append({objections.join(u' '), programsAnswer(inspection, isLoaded)});
@@ -59,7 +59,7 @@ void judgeRate(Inspection& inspection, qint64 samples, quint32 samplingRate) {
     constexpr double centsPerOctave = 1200;
     constexpr double exampleFrequency = 440;
     const double ratio = double(playedRate) / samplingRate;
-    inspection.mending.isResampled = true;
+    inspection.fix.isResampled = true;
     inspection.findings.append(
         {QStringLiteral("Its sampling rate is %1 Hz.").arg(samplingRate),
          QStringLiteral("The program plays it at %1 Hz without conversion: %2 Hz in it are heard "
@@ -73,7 +73,7 @@ void judgeRate(Inspection& inspection, qint64 samples, quint32 samplingRate) {
 
 void judgeChannels(Inspection& inspection, int channels) {
     if (channels > 2) {
-        inspection.mending.isFirstChannelOnly = true;
+        inspection.fix.isFirstChannelOnly = true;
         inspection.findings.append({QStringLiteral("It has %1 channels.").arg(channels),
                                     QStringLiteral("The program plays silence in its place.")});
     } else if (channels == 2 &&
@@ -86,13 +86,13 @@ void judgeChannels(Inspection& inspection, int channels) {
 /// 2.5 of them, and the program plays as many samples as the shown duration holds.
 void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
     const double ratio = double(playedRate) / samplingRate;
-    const auto mended = static_cast<qint64>(std::llround(double(samples) * ratio));
-    constexpr int mostPadding = 4;
-    qint64 padded = mended;
+    const auto fixed = static_cast<qint64>(std::llround(double(samples) * ratio));
+    constexpr int maximumPadding = 4;
+    qint64 padded = fixed;
     // Beyond what can be played there is no such length.
-    while (playedSamples(padded, playedRate) != padded && padded - mended < mostPadding)
+    while (playedSamples(padded, playedRate) != padded && padded - fixed < maximumPadding)
         ++padded;
-    inspection.mending.paddingSamples = static_cast<int>(padded - mended);
+    inspection.fix.paddingSamples = static_cast<int>(padded - fixed);
     const int played = playedSamples(samples, samplingRate);
     if (samplingRate != playedRate || played == samples)
         return;
@@ -112,7 +112,7 @@ void judgeLowestCodes(Inspection& inspection) {
     const int count = lowestCodesOf24Bits(inspection.intended);
     if (count == 0)
         return;
-    inspection.mending.isLowestCodeAvoided = true;
+    inspection.fix.isLowestCodeAvoided = true;
     inspection.findings.append(
         {QStringLiteral("It has the lowest code of 24 bits, which means -1 (%1 times).").arg(count),
          QStringLiteral("The program reads it as +1: a click.")});

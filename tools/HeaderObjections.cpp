@@ -40,19 +40,19 @@ bool isReadBySox(const RiffFormat& format) {
 }
 
 /// What the first twelve bytes say.
-QStringList fileObjections(const RiffWalk& walk, Mending& mending) {
+QStringList fileObjections(const RiffWalk& walk, Fix& fix) {
     if (walk.fileSize == 0) {
-        mending.program = Mending::Program::None;
+        fix.program = Fix::Program::None;
         return {QStringLiteral("It is empty.")};
     }
     if (walk.form != "WAVE") {
-        mending.program = Mending::Program::Ffmpeg;
+        fix.program = Fix::Program::Ffmpeg;
         return {QStringLiteral("It is no WAVE file.")};
     }
     if (walk.identifier == "RIFX")
         return {QStringLiteral("It is big-endian (RIFX).")};
     if (walk.identifier == "RF64" || walk.identifier == "BW64") {
-        mending.program = Mending::Program::Ffmpeg;
+        fix.program = Fix::Program::Ffmpeg;
         return {QStringLiteral("It has the header of files beyond 4 GiB (%1).")
                     .arg(text(walk.identifier))};
     }
@@ -84,19 +84,19 @@ QStringList chunkObjections(const RiffWalk& walk) {
     return objections;
 }
 
-QStringList formatObjections(const RiffFormat& format, Mending& mending) {
+QStringList formatObjections(const RiffFormat& format, Fix& fix) {
     QStringList objections;
     const quint16 bits = format.bitsPerSample;
     if (format.encoding != linearPcm) {
         objections << QStringLiteral("Its samples are encoded as %1, not as linear PCM.")
                           .arg(encodingOf(format.encoding).name);
-        mending.bitsPerSample = format.encoding == ieeeFloat ? 24 : 16;
+        fix.bitsPerSample = format.encoding == ieeeFloat ? 24 : 16;
     } else if (bits != 8 && bits != 16 && bits != 24) {
         objections << QStringLiteral("Its samples have %1 bits, not 8, 16 or 24.").arg(bits);
-        mending.bitsPerSample = 24;
+        fix.bitsPerSample = 24;
     }
     if (!isReadBySox(format))
-        mending.program = Mending::Program::Ffmpeg;
+        fix.program = Fix::Program::Ffmpeg;
     if (format.channelCount == 0)
         objections << QStringLiteral("Its header says that it has no channels.");
     if (format.samplingRate == 0)
@@ -104,33 +104,32 @@ QStringList formatObjections(const RiffFormat& format, Mending& mending) {
     return objections;
 }
 
-QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data, Mending& mending) {
+QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data, Fix& fix) {
     const bool isShort = data.heldSize < data.declaredSize;
     if (!isShort && data.declaredSize != 0)
         return {};
-    mending.isSizeIgnored = true;
+    fix.isSizeIgnored = true;
     if (isShort && data.heldSize > 0)
         return {QStringLiteral("Its header says %1 bytes of data, but the file ends after %2.")
                     .arg(data.declaredSize)
                     .arg(data.heldSize)};
     const bool isNothingBehind = data.offset + data.heldSize == walk.fileSize;
     if (isNothingBehind)
-        mending.program = Mending::Program::None;
+        fix.program = Fix::Program::None;
     return {isNothingBehind ? QStringLiteral("It has no data.")
                             : QStringLiteral("Its header says 0 bytes of data.")};
 }
 
 /// Other programs refuse to open what this one does. What its header does not tell, or wrongly, is
 /// taken for one channel at the program's rate.
-void mendRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& data,
-             Mending& mending) {
+void fixRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& data, Fix& fix) {
     const bool isRead = format.encoding == linearPcm && isReadBySox(format);
     if (!isRead) {
-        mending.program = Mending::Program::None;
+        fix.program = Fix::Program::None;
         return;
     }
-    mending.program = Mending::Program::FfmpegRaw;
-    RawSound& raw = mending.raw;
+    fix.program = Fix::Program::FfmpegRaw;
+    RawSound& raw = fix.raw;
     raw.offset = data.offset;
     raw.bitsPerSample = format.bitsPerSample;
     raw.channelCount = std::max<int>(format.channelCount, 1);
@@ -142,21 +141,21 @@ void mendRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& da
 
 } // namespace
 
-QStringList headerObjections(const RiffWalk& walk, Mending& mending) {
-    QStringList objections = fileObjections(walk, mending);
+QStringList headerObjections(const RiffWalk& walk, Fix& fix) {
+    QStringList objections = fileObjections(walk, fix);
     if (!objections.isEmpty() && walk.chunks.isEmpty())
         return objections;
     objections += chunkObjections(walk);
     const RiffChunk* const data = walk.find("data");
     if (!walk.format || data == nullptr) {
-        mending.program = Mending::Program::None;
+        fix.program = Fix::Program::None;
         return objections;
     }
-    objections += formatObjections(*walk.format, mending);
+    objections += formatObjections(*walk.format, fix);
     if (walk.format->channelCount == 0 || walk.format->samplingRate == 0 ||
-        (!walk.identifier.startsWith("RIF") && mending.program == Mending::Program::Sox))
-        mendRaw(walk, *walk.format, *data, mending);
-    return objections + dataObjections(walk, *data, mending);
+        (!walk.identifier.startsWith("RIF") && fix.program == Fix::Program::Sox))
+        fixRaw(walk, *walk.format, *data, fix);
+    return objections + dataObjections(walk, *data, fix);
 }
 
 QStringList headerNotes(const RiffWalk& walk) {

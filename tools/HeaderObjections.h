@@ -5,9 +5,9 @@
 #include "tools/Inspection.h"
 
 /// Returns a sentence for each thing in which a file differs from a canonical header, followed by
-/// linear PCM of 8, 16 or 24 bits as long as it says, and chooses the program that mends them.
+/// linear PCM of 8, 16 or 24 bits as long as it says, and chooses the program that fixes them.
 /// Empty for a canonical file.
-QStringList headerObjections(const RiffWalk& walk, Mending& mending);
+QStringList headerObjections(const RiffWalk& walk, Fix& fix);
 
 /// Returns a sentence for each oddity that neither the program nor most others mind.
 QStringList headerNotes(const RiffWalk& walk);

@@ -55,8 +55,7 @@ QString infoDescription() {
     return QStringLiteral(
         R"(Prints each file's header, duration, and peak and RMS level of each channel, and says
 whether Pellion would read it as intended: it walks through the file's chunks by itself and
-compares. Whatever is the matter is named with what would happen, and with the command that
-mends it.
+compares. Each problem is printed with its effect, and with the command that fixes it.
 
 Examples:
   pellion-target info target.wav

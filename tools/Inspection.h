@@ -3,14 +3,14 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/Mending.h"
+#include "tools/Fix.h"
 #include "tools/RiffWalk.h"
 
 #include <QStringList>
 
 /// A reason for which the program would not give the listener what the file is meant to hold.
 struct Finding {
-    QString what;        ///< What is the matter with the file, in whole sentences.
+    QString what;        ///< The problem of the file, in whole sentences.
     QString consequence; ///< What the program would do, in whole sentences.
 };
 
@@ -24,7 +24,7 @@ struct Inspection {
     RiffWalk walk;
     QVector<Finding> findings;
     QStringList notes; ///< What the program does not mind, in whole sentences.
-    Mending mending;   ///< Of everything in the findings.
+    Fix fix;           ///< Of everything in the findings.
 
     bool isAsIntended() const { return isOpened && findings.isEmpty(); }
 };

@@ -51,14 +51,14 @@ void printReport(const Inspection& inspection) {
     printLine(QStringLiteral("Read as intended"),
               inspection.isAsIntended() ? QStringLiteral("yes") : QStringLiteral("no"));
     for (const Finding& finding : inspection.findings) {
-        printLine(QStringLiteral("What is the matter"), finding.what);
-        printLine(QStringLiteral("What would happen"), finding.consequence);
+        printLine(QStringLiteral("Problem"), finding.what);
+        printLine(QStringLiteral("Effect"), finding.consequence);
     }
     if (!inspection.isAsIntended()) {
-        const QString command = mendingCommand(inspection.mending, inspection.fileName);
-        printLine(QStringLiteral("What mends it"),
-                  command.isEmpty() ? QStringLiteral("making it anew") : command);
+        const QString command = fixCommand(inspection.fix, inspection.fileName);
+        printLine(QStringLiteral("Fix"),
+                  command.isEmpty() ? QStringLiteral("make the file again") : command);
     }
     for (const QString& note : inspection.notes)
-        printLine(QStringLiteral("To be noted"), note);
+        printLine(QStringLiteral("Note"), note);
 }

@@ -6,7 +6,7 @@
 
 /// Prints an inspection to standard output: the file's name, its header by CWav::DisplayHeader(),
 /// the duration and the levels of what it is meant to hold, and whether the program would read it
-/// as intended, with what is the matter and the command that mends it where not.
+/// as intended, or with its problems and the command that fixes it.
 void printReport(const Inspection& inspection);
 
 /// Returns the length of a sound in words: "250.00 ms, 10000 samples".

@@ -211,13 +211,13 @@ private:
 
     /// What the program has asked for is more exact about what it keeps than what is resident.
     void checkMemory(const ProcessResources& last, const ProcessResources& next) {
-        constexpr double mostGrownKibibytes = 24; // A label of the trend's axis takes 19.
-        constexpr double mostKeptKibibytes = 1;   // Qt's lists keep their room.
+        constexpr double mostGrownKibibytes = 24;  // A label of the trend's axis takes 19.
+        constexpr double maximumKeptKibibytes = 1; // Qt's lists keep their room.
         const double kibiResponses = (count - fewResponses) / kibibytesInMebibyte;
         const double grown = last.allocatedMiB - first.allocatedMiB;
         const double kept = next.allocatedMiB - first.allocatedMiB;
         isMemoryKept = grown <= kibiResponses * mostGrownKibibytes + leftBesidesMiB &&
-                       kept <= kibiResponses * mostKeptKibibytes + leftBesidesMiB;
+                       kept <= kibiResponses * maximumKeptKibibytes + leftBesidesMiB;
         if (!isMemoryKept)
             out << "\nA session keeps more memory than it should.\n";
     }

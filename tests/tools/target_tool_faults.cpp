@@ -1,4 +1,4 @@
-// pellion-target: what is the matter with files, what would happen, and what mends it.
+// pellion-target: problems of files, their effects and their fixes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
@@ -35,11 +35,11 @@ const QString beyond4GiB =
     "stands before the data. Its header says 4294967295 bytes of data, but "
     "the file ends after ";
 
-const QString plainly = "sox x.wav -t wavpcm x-mended.wav";
-const QString in24Bits = "sox x.wav -b 24 -e signed-integer -t wavpcm x-mended.wav";
+const QString plainly = "sox x.wav -t wavpcm x-fixed.wav";
+const QString in24Bits = "sox x.wav -b 24 -e signed-integer -t wavpcm x-fixed.wav";
 const QString toFirstOfMono =
-    " -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-mended.wav";
-const QString ignoringLength = "sox --ignore-length x.wav -t wavpcm x-mended.wav";
+    " -ar 40000 -af 'pan=mono|c0=c0' -c:a pcm_s16le -bitexact x-fixed.wav";
+const QString ignoringLength = "sox --ignore-length x.wav -t wavpcm x-fixed.wav";
 
 /// Takes the bytes behind the header for the sound.
 QString asRawData(int rate, int channels) {
@@ -59,17 +59,16 @@ QByteArray extensibleFloats() {
     return with16(with32(bytes, wavoffset::formatChunkSize, 40), wavoffset::audioFormat, 0xFFFE);
 }
 
-/// Adds a file that a command makes, out of plain.wav for the most part. Where mending is lossless,
+/// Adds a file that a command makes, out of plain.wav for the most part. Where fix is lossless,
 /// it gives the samples of plain.wav.
 void made(const char* name, const QString& command, const QStringList& matters,
-          const QStringList& consequences, const QString& mending, bool isLossless = true) {
-    QTest::newRow(name) << command << QByteArray() << matters << consequences << mending
-                        << isLossless;
+          const QStringList& consequences, const QString& fix, bool isLossless = true) {
+    QTest::newRow(name) << command << QByteArray() << matters << consequences << fix << isLossless;
 }
 
 void byHand(const char* name, const QByteArray& bytes, const QStringList& matters,
-            const QStringList& consequences, const QString& mending) {
-    QTest::newRow(name) << QString() << bytes << matters << consequences << mending << false;
+            const QStringList& consequences, const QString& fix) {
+    QTest::newRow(name) << QString() << bytes << matters << consequences << fix << false;
 }
 
 void addEncodings() {
@@ -93,7 +92,7 @@ void addEncodings() {
            in24Bits);
     made("sox, A-law", "sox plain.wav -e a-law x.wav",
          {longerFormat + fact + " Its samples are encoded as A-law, not as linear PCM."}, {notPcm},
-         "sox x.wav -b 16 -e signed-integer -t wavpcm x-mended.wav", false);
+         "sox x.wav -b 16 -e signed-integer -t wavpcm x-fixed.wav", false);
     made("sox, big-endian", "sox plain.wav -B x.wav", {"It is big-endian (RIFX)."}, {notPcm},
          plainly);
     const QString notWave = "The program refuses it (\"Not a WAV file: x.wav" + goesOn;
@@ -115,19 +114,19 @@ void addLengths() {
          "-bitexact x.wav && sox short.wav plain.wav pad 0 1s",
          {beyond4GiB + "18998.", shownAs23747}, {notPcm, leavesOut.arg(9498)},
          "ffmpeg -i x.wav -ar 40000 -af 'pan=mono|c0=c0,aresample=40000,apad=pad_len=1' "
-         "-c:a pcm_s16le -bitexact x-mended.wav");
+         "-c:a pcm_s16le -bitexact x-fixed.wav");
     byHand("237.475 ms", handmade({}, 9499), {shownAs23747}, {leavesOut.arg(9498)},
-           "sox x.wav -t wavpcm x-mended.wav pad 0 1s");
+           "sox x.wav -t wavpcm x-fixed.wav pad 0 1s");
     // 10.2 / 1000 x 40000 is a hair below 408 in doubles, and 409 samples are shown as 10.22 ms.
     byHand("10.2 ms", handmade({}, 408),
            {"Its 408 samples are 10.200 ms long, which the program shows as 10.20 ms."},
-           {leavesOut.arg(407)}, "sox x.wav -t wavpcm x-mended.wav pad 0 2s");
+           {leavesOut.arg(407)}, "sox x.wav -t wavpcm x-fixed.wav pad 0 2s");
 }
 
 void addRatesAndChannels() {
     const QString tone = "sox -r %1 -n -b %2 -c %3 x.wav synth %4 sine 440 vol 0.5";
-    const QString toRate = "sox x.wav -t wavpcm x-mended.wav rate -v 40000";
-    const QString toFirst = "sox x.wav -t wavpcm x-mended.wav remix 1";
+    const QString toRate = "sox x.wav -t wavpcm x-fixed.wav rate -v 40000";
+    const QString toFirst = "sox x.wav -t wavpcm x-fixed.wav remix 1";
     made("44100 Hz", tone.arg("44100", "16", "1", "0.25"), {"Its sampling rate is 44100 Hz."},
          {playedAt40000("399.09", "-168.9", "The last 1025 of its 11025 samples are left out.")},
          toRate, false);
@@ -148,12 +147,11 @@ void addDamagedFiles() {
     const QByteArray good = handmade();
     const QString noChannels = "Its header says that it has no channels.";
     const QString noRate = "Its header says a sampling rate of 0 Hz.";
-    const QString fromRaw =
-        asRawData(40000, 1) + " -ar 40000 -c:a pcm_s16le -bitexact x-mended.wav";
+    const QString fromRaw = asRawData(40000, 1) + " -ar 40000 -c:a pcm_s16le -bitexact x-fixed.wav";
     byHand("a lowest code", wavWithSamples({40000, 1, 24}, {1, -0x800000, 2, -0x800000}),
            {"It has the lowest code of 24 bits, which means -1 (2 times)."},
            {"The program reads it as +1: a click."},
-           "sox x.wav -t wavpcm x-mended.wav vol 0.9999998");
+           "sox x.wav -t wavpcm x-fixed.wav vol 0.9999998");
     byHand("data that end early", good.chopped(1000),
            {"Its header says 2000 bytes of data, but the file ends after 1000."}, {unusable},
            ignoringLength);
@@ -185,7 +183,7 @@ void addFilesWithoutRiff() {
              overwrite,
          {"It has 3 channels."}, {silent},
          asRawData(40000, 3) + " -ar 40000 -af 'pan=mono|c0=c0,atrim=end_sample=10000' "
-                               "-c:a pcm_s16le -bitexact x-mended.wav");
+                               "-c:a pcm_s16le -bitexact x-fixed.wav");
     made("no RIFF, two channels at 44100 Hz",
          "sox -r 44100 -n -b 16 x.wav synth 0.25 sine 440 sine 660 vol 0.5" + overwrite,
          {"Its sampling rate is 44100 Hz."},
@@ -195,9 +193,9 @@ void addFilesWithoutRiff() {
 
 } // namespace
 
-void TestTargetInfo::faultsAreNamedAndMended_data() {
+void TestTargetInfo::faultsAreReportedAndFixed_data() {
     columns<QString, QByteArray, QStringList, QStringList, QString, bool>(
-        "command", "bytes", "matters", "consequences", "mending", "isLossless");
+        "command", "bytes", "matters", "consequences", "fix", "isLossless");
     addEncodings();
     addLengths();
     addRatesAndChannels();
@@ -205,31 +203,31 @@ void TestTargetInfo::faultsAreNamedAndMended_data() {
     addFilesWithoutRiff();
 }
 
-void TestTargetInfo::faultsAreNamedAndMended() {
+void TestTargetInfo::faultsAreReportedAndFixed() {
     QFETCH(QString, command);
     QFETCH(QByteArray, bytes);
     QFETCH(QStringList, matters);
     QFETCH(QStringList, consequences);
-    QFETCH(QString, mending);
+    QFETCH(QString, fix);
     QFETCH(bool, isLossless);
     const ToolFolder folder;
     QVERIFY(folder.shell(plain));
     QVERIFY(command.isEmpty() ? folder.write("x.wav", bytes) : folder.shell(command));
     const ToolRun run = folder.run("info x.wav");
     QCOMPARE(run.linesOf("Read as intended"), QStringList("no"));
-    QCOMPARE(run.linesOf("What is the matter"), matters);
-    QCOMPARE(run.linesOf("What would happen"), consequences);
-    QCOMPARE(run.linesOf("What mends it"), QStringList(mending));
+    QCOMPARE(run.linesOf("Problem"), matters);
+    QCOMPARE(run.linesOf("Effect"), consequences);
+    QCOMPARE(run.linesOf("Fix"), QStringList(fix));
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 1);
-    QVERIFY(folder.shell(mending));
-    const ToolRun again = folder.run("info x-mended.wav");
+    QVERIFY(folder.shell(fix));
+    const ToolRun again = folder.run("info x-fixed.wav");
     QVERIFY2(again.status == 0, again.output.constData());
     if (isLossless)
-        QCOMPARE(folder.read("x-mended.wav"), folder.read("plain.wav"));
+        QCOMPARE(folder.read("x-fixed.wav"), folder.read("plain.wav"));
 }
 
-void TestTargetInfo::whatNothingMendsIsSaid_data() {
+void TestTargetInfo::fileBeyondFixingIsReported_data() {
     const auto row = columns<QByteArray, QString, QString>("bytes", "matter", "consequence");
     row("nothing in it", "", "It is empty.",
         "The program refuses it (\"Header size is zero. x.wav" + goesOn);
@@ -245,15 +243,15 @@ void TestTargetInfo::whatNothingMendsIsSaid_data() {
         "A sound of 1 samples is too short, or too long for the memory there is.", unusable);
 }
 
-void TestTargetInfo::whatNothingMendsIsSaid() {
+void TestTargetInfo::fileBeyondFixingIsReported() {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, matter);
     QFETCH(QString, consequence);
     const ToolFolder folder;
     QVERIFY(folder.write("x.wav", bytes));
     const ToolRun run = folder.run("info x.wav");
-    QCOMPARE(run.linesOf("What is the matter").value(0), matter);
-    QCOMPARE(run.linesOf("What would happen").value(0), consequence);
-    QCOMPARE(run.linesOf("What mends it"), QStringList("making it anew"));
+    QCOMPARE(run.linesOf("Problem").value(0), matter);
+    QCOMPARE(run.linesOf("Effect").value(0), consequence);
+    QCOMPARE(run.linesOf("Fix"), QStringList("make the file again"));
     QCOMPARE(run.status, 1);
 }

@@ -122,7 +122,7 @@ void TestTargetRefusals::wrongCommandLinesAreExplained_data() {
         addRow(*arguments == '\0' ? "nothing" : arguments, arguments, problem);
     };
     row("", "the command is missing: make or info");
-    row("mend x.wav", "the command is missing: make or info");
+    row("fix x.wav", "the command is missing: make or info");
     row("make", "make takes tone, complex, sam, noise, not \"\"");
     row("make chirp x.wav", "make takes tone, complex, sam, noise, not \"chirp\"");
     row("make tone", "make takes the name of one file");

@@ -48,7 +48,7 @@ SessionToolRun SessionHome::run(const QStringList& arguments,
 
 QString SessionHome::leaveJournal(const QString& resultsName, const QVector<double>& frequencies,
                                   const QByteArray& remainder) const {
-    const QString path = journals() + u'/' + resultsName + QStringLiteral("-20260309-080559.txt");
+    QString path = journals() + u'/' + resultsName + QStringLiteral("-20260309-080559.txt");
     testsupport::writeBytes(path, resultsText("t.wav", frequencies).toUtf8() + remainder);
     return path;
 }

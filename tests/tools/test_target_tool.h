@@ -121,10 +121,10 @@ class TestTargetInfo : public QObject {
 private slots:
     void goodFilesAreAsIntended_data();
     void goodFilesAreAsIntended();
-    void faultsAreNamedAndMended_data();
-    void faultsAreNamedAndMended();
-    void whatNothingMendsIsSaid_data();
-    void whatNothingMendsIsSaid();
+    void faultsAreReportedAndFixed_data();
+    void faultsAreReportedAndFixed();
+    void fileBeyondFixingIsReported_data();
+    void fileBeyondFixingIsReported();
     void odditiesAreNoted_data();
     void odditiesAreNoted();
     void headerIsThatOfTheProgram();

@@ -13,8 +13,8 @@ struct RawSound {
     quint32 samplingRate = 0; ///< Hz.
 };
 
-/// Which program mends a file, and how.
-struct Mending {
+/// Which program fixes a file, and how.
+struct Fix {
     enum class Program {
         Sox,       ///< For whatever sox reads, changing no more than has to be.
         Ffmpeg,    ///< For what sox does not read: its first channel with 16 bits.
@@ -36,5 +36,5 @@ struct Mending {
 };
 
 /// Returns the command line, for a shell, that makes a canonical WAV file at the program's rate
-/// beside the given one, named with "-mended". Empty when nothing mends it.
-QString mendingCommand(const Mending& mending, const QString& fileName);
+/// beside the given one, named with "-fixed". Empty when nothing fixes it.
+QString fixCommand(const Fix& fix, const QString& fileName);

@@ -1,6 +1,6 @@
 // The command that makes a target of a file that is none yet.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/Mending.h"
+#include "tools/Fix.h"
 
 #include "base/Numbers.h"
 
@@ -24,35 +24,35 @@ QString nameWord(const QString& fileName) {
     return shellWord(fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName);
 }
 
-QString mendedName(const QString& fileName) {
+QString fixedName(const QString& fileName) {
     const QFileInfo file(fileName);
     const QString folder = fileName.left(fileName.size() - file.fileName().size());
-    return folder + file.completeBaseName() + QStringLiteral("-mended.wav");
+    return folder + file.completeBaseName() + QStringLiteral("-fixed.wav");
 }
 
-QStringList soxWords(const Mending& mending, const QString& source, const QString& result) {
+QStringList soxWords(const Fix& fix, const QString& source, const QString& result) {
     QStringList words{"sox"};
-    if (mending.isSizeIgnored)
+    if (fix.isSizeIgnored)
         words << "--ignore-length";
     words << source;
-    if (mending.bitsPerSample != 0)
-        words << "-b" << QString::number(mending.bitsPerSample) << "-e"
+    if (fix.bitsPerSample != 0)
+        words << "-b" << QString::number(fix.bitsPerSample) << "-e"
               << "signed-integer";
     // Without this type sox writes a longer header for 24 bits.
     words << "-t"
           << "wavpcm" << result;
-    if (mending.isFirstChannelOnly)
+    if (fix.isFirstChannelOnly)
         words << "remix"
               << "1";
-    if (mending.isResampled)
+    if (fix.isResampled)
         words << "rate"
               << "-v" << QString::number(playedRate);
-    if (mending.isLowestCodeAvoided)
+    if (fix.isLowestCodeAvoided)
         words << "vol"
               << "0.9999998";
-    if (mending.paddingSamples > 0)
+    if (fix.paddingSamples > 0)
         words << "pad"
-              << "0" << QString::number(mending.paddingSamples) + u's';
+              << "0" << QString::number(fix.paddingSamples) + u's';
     return words;
 }
 
@@ -62,29 +62,28 @@ QString rawEncoding(const RawSound& raw) {
 }
 
 /// What is done to the sound on its way from the file to the file, in ffmpeg's words.
-QStringList ffmpegFilters(const Mending& mending) {
+QStringList ffmpegFilters(const Fix& fix) {
     QStringList filters;
-    const bool isRaw = mending.program == Mending::Program::FfmpegRaw;
+    const bool isRaw = fix.program == Fix::Program::FfmpegRaw;
     // Of several channels the first, as the program plays it; "-ac 1" would mix them.
-    if (!isRaw || mending.raw.channelCount > 1)
+    if (!isRaw || fix.raw.channelCount > 1)
         filters << "pan=mono|c0=c0";
-    if (isRaw && mending.raw.frames > 0)
-        filters << QStringLiteral("atrim=end_sample=%1").arg(mending.raw.frames);
-    if (mending.paddingSamples > 0)
+    if (isRaw && fix.raw.frames > 0)
+        filters << QStringLiteral("atrim=end_sample=%1").arg(fix.raw.frames);
+    if (fix.paddingSamples > 0)
         filters << QStringLiteral("aresample=%1").arg(playedRate)
-                << QStringLiteral("apad=pad_len=%1").arg(mending.paddingSamples);
+                << QStringLiteral("apad=pad_len=%1").arg(fix.paddingSamples);
     return filters;
 }
 
-QStringList ffmpegWords(const Mending& mending, const QString& source, const QString& result) {
+QStringList ffmpegWords(const Fix& fix, const QString& source, const QString& result) {
     QStringList words{"ffmpeg"};
-    if (mending.program == Mending::Program::FfmpegRaw)
-        words << "-f" << rawEncoding(mending.raw) << "-ar"
-              << QString::number(mending.raw.samplingRate) << "-ac"
-              << QString::number(mending.raw.channelCount) << "-skip_initial_bytes"
-              << QString::number(mending.raw.offset);
+    if (fix.program == Fix::Program::FfmpegRaw)
+        words << "-f" << rawEncoding(fix.raw) << "-ar" << QString::number(fix.raw.samplingRate)
+              << "-ac" << QString::number(fix.raw.channelCount) << "-skip_initial_bytes"
+              << QString::number(fix.raw.offset);
     words << "-i" << source << "-ar" << QString::number(playedRate);
-    const QStringList filters = ffmpegFilters(mending);
+    const QStringList filters = ffmpegFilters(fix);
     if (!filters.isEmpty())
         words << "-af" << shellWord(filters.join(u','));
     // Bit-exact means without a chunk that tells which program wrote the file.
@@ -96,13 +95,12 @@ QStringList ffmpegWords(const Mending& mending, const QString& source, const QSt
 
 } // namespace
 
-QString mendingCommand(const Mending& mending, const QString& fileName) {
-    if (mending.program == Mending::Program::None)
+QString fixCommand(const Fix& fix, const QString& fileName) {
+    if (fix.program == Fix::Program::None)
         return {};
     const QString source = nameWord(fileName);
-    const QString result = nameWord(mendedName(fileName));
-    const QStringList words = mending.program == Mending::Program::Sox
-                                  ? soxWords(mending, source, result)
-                                  : ffmpegWords(mending, source, result);
+    const QString result = nameWord(fixedName(fileName));
+    const QStringList words = fix.program == Fix::Program::Sox ? soxWords(fix, source, result)
+                                                               : ffmpegWords(fix, source, result);
     return words.join(u' ');
 }
