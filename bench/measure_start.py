@@ -45,7 +45,7 @@ def processes_with_qt():
         try:
             if "libQt5Core" in (process / "maps").read_text(encoding="utf-8", errors="replace"):
                 names.append((process / "comm").read_text(encoding="utf-8").strip())
-        except OSError:  # ended by now, or somebody else's
+        except OSError:  # ended by now, or another user's
             continue
     return names
 

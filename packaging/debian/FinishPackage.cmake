@@ -17,7 +17,7 @@ execute_process(COMMAND gzip --best --no-name --force ${texts} COMMAND_ERROR_IS_
 file(GLOB binaries ${programs}/*)
 execute_process(COMMAND strip --remove-section=.comment --remove-section=.note ${binaries}
                         COMMAND_ERROR_IS_FATAL ANY)
-# Whatever the mask of whoever makes the package.
+# Whatever the mask of the user who makes the package.
 execute_process(COMMAND chmod -R ug-s,u=rwX,go=rX ${CPACK_TEMPORARY_DIRECTORY}
                         COMMAND_ERROR_IS_FATAL ANY)
 # The same sources make the same package: CPack gives all files this time, by this variable.
