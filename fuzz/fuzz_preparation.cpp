@@ -163,7 +163,7 @@ private:
     void checkSpectrum() const {
         require(fftLength >= data.nSamples && (fftLength == 1 || fftLength / 2 < data.nSamples) &&
                     (fftLength & (fftLength - 1)) == 0,
-                "the transform has the least power of two that holds the target");
+                "the transform has the smallest power of two that holds the target");
         for (const QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases})
             require(bins->size() == fftLength / 2, "there are half as many bins");
         // One sample is divided by half its number, that is by zero.
