@@ -6,7 +6,7 @@
 #include "window/WindowPlacement.h"
 
 #include <QLocale>
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

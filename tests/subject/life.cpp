@@ -15,8 +15,8 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTest>
 #include <QVBoxLayout>
-#include <QtTest>
 
 #include <functional>
 #include <memory>
