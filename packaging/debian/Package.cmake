@@ -13,7 +13,7 @@ spectrum and the trend of the matches. The listener plays the target, plays a
 sinusoid at a frequency of their own choice, and repeats until both have the
 same pitch. The responses are written to a text file.
 .
-The package also holds pellion-target, which makes target files and tells
+The package also holds pellion-target, which makes target files and reports
 whether a sound file is read as intended, pellion-session, which checks a
 computer before a session and recovers responses that were not saved, a guide,
 and example targets.")
@@ -25,8 +25,10 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PELLION_HOMEPAGE})
 # Of the libraries linked; what plays the sound is a plugin, which is loaded at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5multimedia5-plugins)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "pipewire-pulse | pulseaudio, pulseaudio-utils")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg")
+# A sound server, the tools by which the guide looks at it, and what runs the analysis.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "pipewire-pulse | pulseaudio, pulseaudio-utils, alsa-utils, python3 | r-base-core")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg, r-base-core")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 # Adds the files beside this one under the names and in the form that Debian wants.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/FinishPackage.cmake)
