@@ -1,4 +1,4 @@
-// What a step costs, on the wall's clock and in the kernel.
+// The cost of a step: elapsed time and time in the kernel.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -12,11 +12,11 @@ inline double millisecondsSince(Clock::time_point start) {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-/// Milliseconds that a step has taken.
+/// Milliseconds of a step.
 struct Cost {
-    double elapsed = 0; ///< By the clock on the wall.
+    double elapsed = 0; ///< Elapsed time.
     /// Of these, in the system's kernel: fresh memory, mostly. Many systems count it in ticks of
-    /// some milliseconds, so that it says nothing of short steps.
+    /// some milliseconds, too coarse for short steps.
     double system = 0;
 
     Cost& operator+=(const Cost& other) {

@@ -1,9 +1,9 @@
 // The real FFT beside FFTW, GSL and kissfft, as ratios of times taken in turns.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// For each length, all of them transform in turns of about half a millisecond, so that whatever
-// else the machine does meets them alike. What is reported are medians over the turns: the time of
-// our transform in microseconds, and the ratio of it to each other's in the same turn, "x_fftw" for
+// For each length, all of them transform in turns of about half a millisecond, so that other load
+// on the machine affects them equally. The medians over the turns are reported: the time of our
+// transform in microseconds, and the ratio of it to each other's in the same turn, "x_fftw" for
 // instance, which is below 1 where ours is faster. Run it on one idle processor, and more than
 // once, because the place of the arrays in memory is random:
 //
@@ -32,7 +32,7 @@ using testsupport::OpenFft;
 
 namespace {
 
-/// What everybody transforms, and into what. Allocated once a length, not counted.
+/// Inputs and outputs of all libraries. Allocated once for each length, outside of the timing.
 struct Arrays {
     explicit Arrays(std::size_t length) : x(length), f(length), floats(length), bins(length + 2) {
         for (std::size_t n = 0; n < length; ++n) {
@@ -56,7 +56,7 @@ fftw_plan newPlan(Arrays& arrays) {
                                 arrays.fftwBins(), FFTW_ESTIMATE);
 }
 
-/// Somebody who transforms; the first of a list is ours.
+/// A library's transform; the first of a list is ours.
 struct Runner {
     std::string name;
     std::function<void()> transform;
@@ -73,7 +73,7 @@ double microseconds(const std::function<void()>& transform, int repetitions) {
     return taken.count() / repetitions;
 }
 
-/// Lets all of them transform in turns, round after round.
+/// Times all of them in turns, round after round.
 void takeTurns(benchmark::State& state, const std::vector<Runner>& runners) {
     std::vector<int> repetitions;
     for (const Runner& runner : runners) {
@@ -97,10 +97,10 @@ void takeTurns(benchmark::State& state, const std::vector<Runner>& runners) {
     }
 }
 
-using Way = void (*)(const OpenFft& fft, double* f, const double* x);
+using CodePath = void (*)(const OpenFft& fft, double* f, const double* x);
 
-/// One object, transform after transform, by the way `ours`.
-void repeated(benchmark::State& state, int bits, Way ours) {
+/// One object, transform after transform, by the code path `ours`.
+void repeated(benchmark::State& state, int bits, CodePath ours) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);
     const OpenFft fft(static_cast<std::int64_t>(length));
@@ -127,7 +127,7 @@ void repeated(benchmark::State& state, int bits, Way ours) {
 }
 
 /// Tables and a single transform, beside FFTW with a new plan each time, once without and once with
-/// what the planner has learnt ("warm").
+/// the planner's accumulated knowledge ("warm").
 void once(benchmark::State& state, int bits) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);
@@ -161,11 +161,11 @@ template <typename Function> void add(const std::string& name, int bits, const F
 } // namespace
 
 int main(int argc, char** argv) {
-    struct NamedWay {
+    struct NamedCodePath {
         const char* name;
-        Way way;
+        CodePath path;
     };
-    const std::vector<NamedWay> ways = {
+    const std::vector<NamedCodePath> paths = {
         {"repeated", [](const OpenFft& fft, double* f, const double* x) { fft.do_fft(f, x); }},
         {"repeated in two pairs",
          [](const OpenFft& fft, double* f, const double* x) {
@@ -174,7 +174,7 @@ int main(int argc, char** argv) {
         {"repeated pass by pass",
          [](const OpenFft& fft, double* f, const double* x) { fft.compute_fft_general(f, x); }},
     };
-    for (const NamedWay& named : ways)
+    for (const NamedCodePath& named : paths)
         for (int bits = 3; bits <= 22; ++bits)
             add(named.name, bits, [way = named.way](benchmark::State& state, int logOfLength) {
                 repeated(state, logOfLength, way);

@@ -1,11 +1,11 @@
-// Preparing a target: what each step costs, from the chosen file to the painted charts.
+// Preparing a target: the cost of each step, from the chosen file to the painted charts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Each iteration prepares a target in a new main window and times the steps one by one; the
 // counters are medians over the iterations, whose number is fixed: of the milliseconds of each step
 // and of the part of them that the system's kernel took, and of the peak of memory. Loading is
-// compared with libsndfile's reading of the same file into doubles, and one transform by FFTW is
-// there so that other machines can be compared.
+// compared with libsndfile's reading of the same file into doubles, and one transform by FFTW
+// allows comparison with other machines.
 #include "app/MainWindow.h"
 
 #include "Cost.h"
@@ -51,7 +51,7 @@ public:
         for (QWidget* viewport : viewports())
             viewport->installEventFilter(this);
         paintEverything();
-        // What the window manager has painted once more is not to be taken for the target's charts.
+        // Repaints caused by the window manager must not count as painting of the target's charts.
         QTest::qWait(20);
     }
 
@@ -71,8 +71,8 @@ public:
     void paintEverything() {
         for (QWidget* viewport : viewports())
             unpainted.insert(viewport);
-        constexpr int mostMilliseconds = 60000;
-        const QDeadlineTimer deadline(mostMilliseconds);
+        constexpr int timeoutMs = 60000;
+        const QDeadlineTimer deadline(timeoutMs);
         while (!unpainted.empty()) {
             if (deadline.hasExpired())
                 qFatal("the charts are not painted");
@@ -88,7 +88,7 @@ private:
     std::set<QObject*> unpainted;
 };
 
-/// Returns a number of KiB out of /proc/self/status in bytes.
+/// Returns a field of /proc/self/status, which is in KiB, in bytes.
 double statusBytes(const QByteArray& field) {
     QFile file("/proc/self/status");
     if (!file.open(QIODevice::ReadOnly))
@@ -99,8 +99,8 @@ double statusBytes(const QByteArray& field) {
     return 0;
 }
 
-/// Sets the system's record of the most memory that the process has had back to the present.
-void forgetPeakMemory() {
+/// Resets the system's record of the process's peak memory.
+void resetPeakMemory() {
     QFile file("/proc/self/clear_refs");
     if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1)
         qFatal("the peak of memory cannot be set back");
@@ -127,8 +127,8 @@ double medianOf(const std::vector<Cost>& costs, double Cost::*kind) {
     return median(std::move(values));
 }
 
-// Parts of a preparation that is over, once more on the same data and in memory that has been
-// written to before, so that none of them asks the system for any.
+// Parts of a finished preparation are repeated on the same data, in memory that is already mapped,
+// so that none of them needs memory from the system.
 
 /// Reads the file, and converts it, each on its own.
 void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
@@ -136,7 +136,7 @@ void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
     wav.LoadWav(cutPath.toStdString());
     reading = costOf([&] { wav.LoadWav(cutPath.toStdString()); });
     const bool isReadOnly = wav.samples.empty() && !wav.rawData.empty();
-    // From here on the header declares what is there.
+    // From here on the header declares the data that exist.
     wav.header.dataSize = static_cast<std::uint32_t>(wav.rawData.size());
     wav.numberOfSamples = wav.header.dataSize / (wav.header.bitsPerSample / 8U);
     wav.ConvertData();
@@ -145,9 +145,9 @@ void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
         qFatal("reading and converting have not been separated");
 }
 
-/// What the program does to draw the vectors of a window, without the charts.
+/// The program's own part in drawing the vectors of a window, without the charts.
 Cost pairAndFindRanges(const PreparedWindow& window) {
-    // Not the window's, which the charts share and which would be copied first.
+    // The window's points are shared with the charts and would be copied first.
     QVector<QPointF> pointsWav(window.pointsWav.size());
     QVector<QPointF> pointsFFT(window.pointsFFT.size());
     QVector<double> range(2);
@@ -188,12 +188,12 @@ void fillSpectrumAgain(PreparedWindow& window, Cost& filling, Cost& library) {
 }
 
 /// Takes a whole preparation in the program's order; "own" is all of it but Qt's updating
-/// and painting of charts. Steps that the program takes in one go are separated by taking parts of
-/// them again; "buffers", "transform" and "chart update" are what is left of the whole. The texts
-/// and the trend's reset, which prepareTarget() sees to as well, are not timed.
+/// and painting of charts. Steps that the program does not separate are split by repeating parts of
+/// them; "buffers", "transform" and "chart update" are the remainders. The texts and the trend's
+/// reset, also part of prepareTarget(), are not timed.
 void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,
                  std::vector<double>& peaks) {
-    forgetPeakMemory();
+    resetPeakMemory();
     const double before = statusBytes("VmRSS:");
     const Cost loading = costOf([&] { window.genWav(); });
     Cost charts = costOf([&] { window.displayWav(); });
@@ -228,8 +228,8 @@ void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,
     steps["total"].push_back(total);
 }
 
-/// Prepares in a window after the other. The vectors of earlier iterations are let go beforehand
-/// and their memory is given back, so that each preparation is a first one.
+/// Prepares in one new window after another. The memory of earlier iterations is freed before, so
+/// that each preparation is a first one.
 void prepare(benchmark::State& state, Format format) {
     const auto milliseconds = static_cast<int>(state.range(0));
     const QString path = targetFile(format, milliseconds);
@@ -246,20 +246,19 @@ void prepare(benchmark::State& state, Format format) {
         state.SetIterationTime(steps["total"].back().elapsed * 1e-3);
     }
     std::vector<double> shares;
-    std::vector<double> sharesOfOwnCode;
+    std::vector<double> ownCodeShares;
     for (std::size_t i = 0; i < peaks.size(); ++i) {
         const Cost& own = steps["own"][i];
         const double total = steps["total"][i].elapsed;
         shares.push_back(own.elapsed / total);
-        sharesOfOwnCode.push_back((own.elapsed - own.system - steps["C library"][i].elapsed) /
-                                  total);
+        ownCodeShares.push_back((own.elapsed - own.system - steps["C library"][i].elapsed) / total);
     }
     for (const auto& [name, costs] : steps) {
         state.counters[name] = medianOf(costs, &Cost::elapsed);
         state.counters[name + ", system"] = medianOf(costs, &Cost::system);
     }
     state.counters["own share"] = median(shares);
-    state.counters["own code's share"] = median(sharesOfOwnCode);
+    state.counters["own code's share"] = median(ownCodeShares);
     state.counters["peak bytes"] = median(peaks);
     state.counters["required bytes"] = required;
 }
@@ -269,7 +268,7 @@ void readBySndfile(const std::string& path) {
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
     const auto count =
         static_cast<std::size_t>(info.frames) * static_cast<std::size_t>(info.channels);
-    // Not a vector, which would write zeros first.
+    // A vector would write zeros first.
     const std::unique_ptr<double[]> samples(new double[count]);
     benchmark::DoNotOptimize(sf_readf_double(file, samples.get(), info.frames));
     sf_close(file);
@@ -295,7 +294,7 @@ void load(benchmark::State& state, Format format) {
     state.counters["x_sndfile"] = median(ratios);
 }
 
-/// One transform by FFTW's estimate plan, the measure that other machines have in common.
+/// One transform by FFTW's estimate plan, a reference for comparing machines.
 void transformByFftw(benchmark::State& state) {
     const auto length = static_cast<int>(state.range(0));
     std::vector<double> input(static_cast<std::size_t>(length), 0.5);
@@ -317,17 +316,17 @@ constexpr int fiveSeconds = 5000;
 constexpr int oneMinute = 60000;
 constexpr int tenMinutes = 600000;
 
-void timeByHand(benchmark::internal::Benchmark* benchmark, int iterations) {
+void useManualTime(benchmark::internal::Benchmark* benchmark, int iterations) {
     benchmark->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 
 void turns(benchmark::internal::Benchmark* benchmark) {
     for (const int milliseconds : {quarterSecond, fiveSeconds, oneMinute, tenMinutes})
         benchmark->Arg(milliseconds);
-    timeByHand(benchmark, 21);
+    useManualTime(benchmark, 21);
 }
 
-/// Long preparations take seconds, so that there are fewer of them.
+/// Long preparations take seconds, so fewer of them are timed.
 void preparations(const char* name, Format format) {
     struct Rounds {
         int milliseconds;
@@ -335,8 +334,8 @@ void preparations(const char* name, Format format) {
     };
     for (const auto [milliseconds, iterations] :
          {Rounds{quarterSecond, 21}, {fiveSeconds, 21}, {oneMinute, 7}, {tenMinutes, 3}})
-        timeByHand(benchmark::RegisterBenchmark(name, prepare, format)->Arg(milliseconds),
-                   iterations);
+        useManualTime(benchmark::RegisterBenchmark(name, prepare, format)->Arg(milliseconds),
+                      iterations);
 }
 
 } // namespace

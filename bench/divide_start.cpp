@@ -1,10 +1,10 @@
-// Takes the program's start step by step and reports how long each step takes.
+// Repeats the program's start step by step and reports the duration of each step.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 //     divide_start NANOSECONDS [files]
 //
-// NANOSECONDS is what the system's monotonic clock said when this process was launched; with
-// "files" the icon is taken as files instead of pictures. Prints one JSON object of milliseconds.
+// NANOSECONDS is the time of the system's monotonic clock when this process was launched; with
+// "files" the icon is loaded as files instead of pictures. Prints one JSON object of milliseconds.
 // The steps are those of the program's main() in its order, but for two that the window's
 // constructor would take: fonts and sound device are looked up before, and the second time costs
 // next to nothing. The last step builds the charts once more with everything loaded.
@@ -74,7 +74,7 @@ private:
     std::set<QObject*> unpainted;
 };
 
-/// What has taken how many milliseconds, each step from the end of the one before.
+/// The steps and their milliseconds, each from the end of the step before.
 class Steps {
 public:
     explicit Steps(Clock::time_point launch) : last(launch) {}
@@ -117,7 +117,7 @@ QIcon iconOfFiles() {
     QIcon icon;
     for (const QFileInfo& file : iconFiles())
         icon.addFile(file.filePath());
-    // Files are only read when they are wanted; the window manager is given all of them.
+    // Icon files are read on demand; the window manager requests all of them.
     for (const QSize& size : icon.availableSizes())
         if (icon.pixmap(size).isNull())
             fail("no icon");
@@ -136,8 +136,8 @@ void lookUpSoundDevice() {
 }
 
 void waitForPainting(const WatchedWindow& window) {
-    constexpr int mostMilliseconds = 30000;
-    const QDeadlineTimer deadline(mostMilliseconds);
+    constexpr int timeoutMs = 30000;
+    const QDeadlineTimer deadline(timeoutMs);
     while (!window.isPainted()) {
         if (deadline.hasExpired())
             fail("the charts are not painted");
@@ -148,7 +148,7 @@ void waitForPainting(const WatchedWindow& window) {
 /// Ends the process with the last step.
 [[noreturn]] void takeSteps(Steps& steps, bool isIconOfFiles, int argc, char** argv) {
     steps.end("libraries");
-    // What the program sets before anything else.
+    // The environment variables that the program sets first.
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     const QApplication application(argc, argv);
     steps.end("screen");

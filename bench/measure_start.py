@@ -62,7 +62,7 @@ def answer_first_questions(home):
 
 
 def end_earlier_praat(home):
-    """Praat hands over to an earlier one that has not left as a person leaves it."""
+    """A new Praat hands over to an earlier process unless that has quit properly."""
     (home / ".praat-dir" / "pid").unlink(missing_ok=True)
 
 
@@ -115,7 +115,7 @@ def divisions(starts, build):
             "icon as files": numbers_of([divider, str(time.monotonic_ns()), "files"],
                                         starts.environment),
             "as it is": starts.once("Pellion"),
-            # What Qt tries first unless it is set.
+            # Qt's first choice unless it is set.
             "with OpenGL": starts.once("Pellion", QT_XCB_GL_INTEGRATION="xcb_glx")}
         if number > 0:
             for name, run in round_.items():

@@ -26,7 +26,7 @@ def steps_table(preparations):
 
 
 def memory_of(run):
-    """Returns the peak over the buffers; of small targets it says nothing about them."""
+    """Returns the ratio of peak and buffers; None for small targets, where it is meaningless."""
     return run["peak bytes"] / run["required bytes"] if run["required bytes"] > 1e8 else None
 
 
@@ -34,7 +34,7 @@ def shares_table(preparations, unit):
     rows = []
     for target, seconds, run in preparations:
         memory = memory_of(run)
-        # The system counts its time in ticks, of which short targets have too few.
+        # The system counts its time in ticks, too coarse for short targets.
         is_measurable = seconds >= 60
         rows.append([target, number_text(run["own"]),
                      number_text(run["own, system"]) if is_measurable else "–",

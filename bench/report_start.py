@@ -4,7 +4,7 @@ import statistics
 
 from report_values import goals_table, median, table, version
 
-# Steps of bench/divide_start.cpp, and what a reader wants to know of them.
+# Steps of bench/divide_start.cpp and their descriptions.
 STEPS = {"libraries": "launch to `main()`: loading and linking the libraries",
          "screen": "Qt's start: its plug-ins, the X server",
          "icon": "icon, taken as pictures",

@@ -1,4 +1,4 @@
-// Starts a program and watches the screen until its windows are open with something in them.
+// Starts a program and watches the screen until its windows are open and painted.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 //     watch_start WINDOWS PROGRAM [ARG...]
@@ -79,7 +79,7 @@ public:
 
     /// Returns when something has been opened or painted, or after a few milliseconds.
     void waitForChange() const {
-        // What came with earlier answers is not announced again.
+        // Events that arrived with earlier replies are not signalled again.
         if (takeEvents())
             return;
         pollfd descriptor{xcb_get_file_descriptor(connection.get()), POLLIN, 0};
@@ -170,9 +170,9 @@ private:
 
     /// Returns the 32-bit items of a property; none where it or the window is not there.
     std::vector<std::uint32_t> property(xcb_window_t window, xcb_atom_t name) const {
-        constexpr std::uint32_t mostWords = 1024;
+        constexpr std::uint32_t maximumWords = 1024;
         const auto cookie = xcb_get_property(connection.get(), 0, window, name,
-                                             XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords);
+                                             XCB_GET_PROPERTY_TYPE_ANY, 0, maximumWords);
         const OwnedReply<xcb_get_property_reply_t> reply(
             xcb_get_property_reply(connection.get(), cookie, nullptr));
         if (!reply)
@@ -189,7 +189,7 @@ private:
     xcb_atom_t normalType = XCB_ATOM_NONE;
 };
 
-/// Starts a program whose words nobody wants to read.
+/// Starts a program with its output discarded.
 pid_t launch(char** command) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);

@@ -92,15 +92,15 @@ void linearRamp(QVector<double>* signal, int nPoints);
 /// deliberately not corrected: the range is then negative and the remainder, whose sign is that of
 /// the number drawn, gives a value from min to min + (min - max - 2).
 ///
-/// The caller sees to it that max - min + 1 and the values that may come out fit an int, and that
-/// max is not min - 1, which would divide by zero.
+/// The caller ensures that max - min + 1 and the possible values fit an int, and that max is not
+/// min - 1, which would divide by zero.
 int randomInteger(int min, int max);
 
 /// Returns n values from min to max inclusive, each (next number of the thread's generator mod
 /// (max + 1 - min)) + min; empty for n < 1. min > max is reported ("min cannot be larger than max;
 /// force min = max"), then every value is max. After that, and for any n, the generator is seeded
 /// with the time in whole seconds: two calls in the same second return the same values,
-/// deliberately. Of a range of more than 2^31 values only the lower 2^31 come up.
+/// deliberately. Of a range of more than 2^31 values only the lower 2^31 occur.
 QVector<int> randomIntegers(int n, int min, int max);
 
 /// Returns the root of the mean of the squared samples, summed in index order; NaN for an empty

@@ -14,8 +14,8 @@
 // a thread that has not been seeded draws as after seedRandomNumbers(1), whatever was done
 // elsewhere.
 
-/// The numbers lie from 0 to this.
-constexpr int largestRandomNumber = 2147483647;
+/// The numbers range from 0 to this.
+constexpr int maximumRandomNumber = 2147483647;
 
 /// Restarts the thread's numbers: the same seed gives the same ones.
 inline void seedRandomNumbers(uint seed) {

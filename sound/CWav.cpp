@@ -80,7 +80,7 @@ void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) 
     std::size_t obtained = 0;
     while (hasRoom && obtained < wanted && file) {
         std::size_t block = std::min(wanted - obtained, bytesPerBlock);
-        if (bytes.capacity() > obtained) // the room there is first, before any more is asked for
+        if (bytes.capacity() > obtained) // fill the reserved room before growing
             block = std::min(block, bytes.capacity() - obtained);
         hasRoom = tryAllocating([&] { bytes.resize(obtained + block); });
         if (hasRoom) {

@@ -26,7 +26,7 @@ QByteArray soundBytes(const QVector<double>& samples, int length);
 constexpr qint64 silenceAfterSound = 250000;
 
 /// Hands out the bytes of an array, and then `tailBytes` zero bytes, which the array does not hold.
-/// For one reading from start to end: going back does not bring the tail back.
+/// Can be read once from start to end: seeking back does not restore the tail.
 class TailedBuffer : public QBuffer {
 public:
     TailedBuffer(QByteArray* bytes, qint64 tailBytes) : QBuffer(bytes), tailLeft(tailBytes) {}

@@ -34,7 +34,7 @@ inline void setTabOrder(std::initializer_list<QWidget*> widgets) {
     }
 }
 
-/// Deletes an object and forgets it.
+/// Deletes an object and sets its pointer to null.
 template <typename Object> void deleteAndForget(Object*& object) {
     delete object;
     object = nullptr;

@@ -1,4 +1,4 @@
-// What the main window's controls are when it opens.
+// The main window's controls as it opens.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
@@ -82,7 +82,7 @@ void TestMainWindowStart::fieldsShowTheSettings() {
                           "lineEditWavFilePath: " + desktop}));
 }
 
-void TestMainWindowStart::buttonsAreAsTheyShouldBe() {
+void TestMainWindowStart::buttonsHaveTheirTextsAndStates() {
     const auto describe = [](const QPushButton& button) {
         return QStringLiteral("%1, %2%3")
             .arg(button.text())

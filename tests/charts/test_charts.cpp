@@ -48,7 +48,7 @@ void TestChartFunctions::countsBelowOneAreSizedAsOne() {
     }
 }
 
-void TestChartFunctions::pointsReachTheHighestFrequencyShown_data() {
+void TestChartFunctions::pointsReachTheMaximumFrequency_data() {
     const auto row =
         columns<int, double, double, int>("nSamples", "samplingRate", "maxFrequency", "points");
     row("default", 10000, 40000, 2000, 819);        // 819.2
@@ -72,7 +72,7 @@ void TestChartFunctions::pointsReachTheHighestFrequencyShown_data() {
     row("negative rate", 10000, -40000, 2000, 0);
 }
 
-void TestChartFunctions::pointsReachTheHighestFrequencyShown() {
+void TestChartFunctions::pointsReachTheMaximumFrequency() {
     QFETCH(int, nSamples);
     QFETCH(double, samplingRate);
     QFETCH(double, maxFrequency);
@@ -149,7 +149,7 @@ void TestChartFunctions::rangeSpansTheExtremes() {
 }
 
 int main(int argc, char** argv) {
-    return testsupport::runWithWindows<TestChartFunctions, TestAmplitudeSpectrum,
-                                       TestChartScaffolding, TestChartDrawing, TestTrendChart,
-                                       TestChartsOfTargets>(argc, argv);
+    return testsupport::runWithWindows<TestChartFunctions, TestAmplitudeSpectrum, TestEmptyCharts,
+                                       TestChartDrawing, TestTrendChart, TestChartsOfTargets>(argc,
+                                                                                              argv);
 }

@@ -1,11 +1,11 @@
-// What the tests of the example analyses share.
+// Expected tables and runs, for the tests of the example analyses.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QStringList>
 #include <QVector>
 
-/// One session, and what the analyses should say about it.
+/// One session and the values that the analyses should report.
 struct AnalysedSession {
     QString subject;
     QString type;
@@ -18,7 +18,7 @@ struct AnalysedSession {
     QString fileName() const;
 };
 
-/// What a run of an analysis has left.
+/// The results of a run of an analysis.
 struct AnalysisRun {
     int status = -1;
     QString output;

@@ -22,7 +22,7 @@ namespace {
 constexpr double pauseMs = 20; // From a request to its sound.
 const char* const targetName = "target.wav";
 
-/// A 16-bit target unlike any other, without a silent sample.
+/// A unique 16-bit target without a silent sample.
 QVector<int> noise(int count, std::mt19937& generator) {
     std::uniform_int_distribution<int> loudness(1, 32767);
     QVector<int> codes(count);
@@ -31,7 +31,7 @@ QVector<int> noise(int count, std::mt19937& generator) {
     return codes;
 }
 
-/// Lowest, highest, and then each of the frequencies between them before one comes again.
+/// Minimum, maximum, and then each frequency between them before one repeats.
 int frequencyOf(int sinusoid) {
     constexpr int lowest = 10;
     constexpr int highest = 1000;
@@ -55,8 +55,8 @@ MixedSessions::MixedSessions(const SoundRecorder& deviceRecorder, std::chrono::s
 }
 
 bool MixedSessions::hold(int count) {
-    // 100 ms to a second. The longer ones do not fit the output's buffer, which holds a quarter of
-    // a second: the program has to hand on the rest in time.
+    // 100 ms to a second. The longer ones exceed the output's buffer of a quarter of a second: the
+    // program must deliver the rest in time.
     constexpr std::array<int, 7> lengths{10000, 4000, 40000, 6000, 20000, 5000, 8000};
     const QVector<int> codes = noise(lengths[std::size_t(sessions) % lengths.size()], generator);
     const QString path = folder.filePath(targetName);
@@ -95,8 +95,8 @@ bool MixedSessions::present(bool isSinusoid) {
     return isPlayed && (!hasControl || playControl());
 }
 
-/// Notes a presentation that is asked for next, once everything before has been recorded and the
-/// device has been idle for long enough.
+/// Registers the next presentation, once everything before it has been recorded and the device has
+/// been idle for long enough.
 bool MixedSessions::note(const PresentedSound& presentation) {
     constexpr int silenceMs = 100;
     if (!recorder.waitForSilence(silenceMs))
@@ -123,9 +123,9 @@ bool MixedSessions::playControl() {
     QProcess pacat;
     pacat.setProcessChannelMode(QProcess::ForwardedChannels);
     pacat.start("pacat", {"--raw", "--rate=40000", "--channels=1", "--format=float32le", path});
-    constexpr int patienceMs = 30000;
+    constexpr int timeoutMs = 30000;
     return pacat.waitForStarted() &&
-           QTest::qWaitFor([&] { return pacat.state() == QProcess::NotRunning; }, patienceMs) &&
+           QTest::qWaitFor([&] { return pacat.state() == QProcess::NotRunning; }, timeoutMs) &&
            pacat.exitStatus() == QProcess::NormalExit && pacat.exitCode() == 0;
 }
 

@@ -22,15 +22,15 @@ struct PresentedSound {
     QVector<float> sound;          ///< As it should be heard.
     int recordedBefore = 0;        ///< Samples recorded when it was asked for.
     bool wasSuspended = false;     ///< Whether the device was suspended when it was asked for.
-    testsupport::HeardSound heard; ///< What became of it.
-    bool isShownAsMatched = true;  ///< Whether a sinusoid stood in the window once it had sounded.
+    testsupport::HeardSound heard; ///< How much of it was heard.
+    bool isShownAsMatched = true;  ///< Whether the window showed a sinusoid's frequency after it.
 };
 
 /// Real sessions, by the widgets that a person clicks.
 class MixedSessions {
 public:
-    /// Before each presentation nothing happens for `idle`. With a control, pacat plays each sound
-    /// once more, with the same silence after it, when the program has presented it.
+    /// Each presentation is preceded by `idle` without activity. With a control, pacat repeats each
+    /// sound after the program has presented it, with the same silence after it.
     MixedSessions(const testsupport::SoundRecorder& deviceRecorder, std::chrono::seconds idle,
                   bool isControlled);
 
@@ -45,7 +45,7 @@ public:
 
     QVector<PresentedSound> presentations;
     int sessions = 0;
-    int wrongResultsFiles = 0; ///< That do not hold just the requests.
+    int wrongResultsFiles = 0; ///< Files that do not hold exactly the requests.
     testsupport::LogLines log;
 
 private:

@@ -32,7 +32,7 @@ QByteArray newBytes() {
     return "a later session, which is longer\r\n";
 }
 
-/// A folder that anybody can reach.
+/// A folder that every user can access.
 class OpenFolder {
 public:
     OpenFolder() { setMode(0777); }
@@ -100,7 +100,7 @@ void TestFileReplacement::existingFileIsReplacedWithItsPermissions() {
     QCOMPARE(folder.names(), QStringList("old.txt"));
 }
 
-void TestFileReplacement::nothingToWriteGivesAnEmptyFile() {
+void TestFileReplacement::emptyContentGivesAnEmptyFile() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     QCOMPARE(replaceFile(path, {}), FileReplacement::Written);
@@ -108,7 +108,7 @@ void TestFileReplacement::nothingToWriteGivesAnEmptyFile() {
     QVERIFY(QFileInfo::exists(path));
 }
 
-void TestFileReplacement::fileThatCannotGrowKeepsTheEarlierOne() {
+void TestFileReplacement::fileSizeLimitKeepsTheEarlierFile() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     FileReplacement outcome = FileReplacement::Written;
@@ -121,7 +121,7 @@ void TestFileReplacement::fileThatCannotGrowKeepsTheEarlierOne() {
     QCOMPARE(folder.names(), QStringList("old.txt"));
 }
 
-void TestFileReplacement::newFileThatCannotGrowLeavesNothing() {
+void TestFileReplacement::fileSizeLimitLeavesNoNewFile() {
     const OpenFolder folder;
     FileReplacement outcome = FileReplacement::Written;
     {
@@ -173,7 +173,7 @@ void TestFileReplacement::readOnlyDiskIsNotOpened() {
     QCOMPARE(readBytes(path), earlierBytes());
 }
 
-void TestFileReplacement::folderThatTakesNoFileHasItsFileWrittenInPlace() {
+void TestFileReplacement::fileInAReadOnlyFolderIsWrittenInPlace() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     const ino_t earlier = statusOf(path).st_ino;
@@ -300,7 +300,7 @@ void TestFileReplacement::bytesAndNameAreSynced() {
     QCOMPARE(syncs.bytesSynced, newBytes().size());
 }
 
-void TestFileReplacement::diskThatFailsWhenItIsSyncedKeepsTheEarlierFile() {
+void TestFileReplacement::failedSyncKeepsTheEarlierFile() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     testsupport::SyncCalls syncs;

@@ -21,7 +21,7 @@ QString warningText(const QString& path, const QString& name) {
 
 } // namespace
 
-void TestResultsSaving::dialogIsAsItShouldBe() {
+void TestResultsSaving::dialogHasItsProperties() {
     QStringList filters;
     QVariantList facts;
     fixture->dialogs.expect("Save a file", [&](QWidget* widget) {
@@ -175,7 +175,7 @@ void TestResultsSaving::cancelledDialogEmptiesPathAndNameAndWarns() {
     QCOMPARE(QDir::current().entryList(), before);
 }
 
-void TestResultsSaving::warningIsAsItShouldBe() {
+void TestResultsSaving::warningHasItsProperties() {
     fixture->dialogs.saveAs("/proc/mine.txt");
     QVariantList facts;
     fixture->dialogs.expect("Warning", [&](QWidget* widget) {

@@ -30,7 +30,7 @@ void SavingTest::save(const QVector<double>& frequenciesMatched) {
 
 namespace {
 
-/// The locale of Qt's own conversions, set back when this goes.
+/// Sets the locale of Qt's own conversions; the destructor restores it.
 class DefaultLocale {
 public:
     explicit DefaultLocale(const QLocale& locale) { QLocale::setDefault(locale); }
@@ -142,7 +142,7 @@ void TestResultsText::requestsBeyondNineAndNinetyNineAreCountedOn() {
     QCOMPARE(lines.last(), QString());
 }
 
-void TestResultsText::targetNameStandsOnEachLineAsItIs_data() {
+void TestResultsText::targetNameIsUnchangedOnEachLine_data() {
     QTest::addColumn<QString>("name");
     QTest::newRow("empty") << "";
     QTest::newRow("blanks") << " a b .wav ";
@@ -151,7 +151,7 @@ void TestResultsText::targetNameStandsOnEachLineAsItIs_data() {
     QTest::newRow("beyond ASCII") << "Größe 目標.wav";
 }
 
-void TestResultsText::targetNameStandsOnEachLineAsItIs() {
+void TestResultsText::targetNameIsUnchangedOnEachLine() {
     QFETCH(QString, name);
     QCOMPARE(resultsText(name, {500, 640}).toUtf8(),
              "filename\tnTrials\tfrequency matched (Hz)\r\n" + name.toUtf8() + "\t1\t500\r\n" +

@@ -35,7 +35,7 @@ void TestPlaybackFunctions::pauses_data() {
                         int milliseconds, Qt::TimerType timerType) {
         QTest::newRow(name) << soundDuration << silentInterval << milliseconds << timerType;
     };
-    constexpr int longest = std::numeric_limits<int>::max();
+    constexpr int maximum = std::numeric_limits<int>::max();
     row("defaults", 0.25, 0.5, 750, Qt::PreciseTimer);
     row("500 + 300 ms", 0.5, 0.3, 800, Qt::PreciseTimer);
     row("1500 + 600 ms", 1.5, 0.6, 2100, Qt::CoarseTimer);
@@ -46,10 +46,10 @@ void TestPlaybackFunctions::pauses_data() {
     row("less than a millisecond", 0.0005, 0.0, 0, Qt::PreciseTimer);
     row("negative interval", 3.0, -2.5, 500, Qt::PreciseTimer);
     row("negative", 0.25, -1.0, 0, Qt::PreciseTimer);
-    row("the longest", 2147483.647, 0.0, longest, Qt::CoarseTimer);
-    row("beyond the longest", 2147484.0, 0.0, longest, Qt::CoarseTimer);
-    row("huge", 1e300, 1e300, longest, Qt::CoarseTimer);
-    row("infinite", infinity, 0.5, longest, Qt::CoarseTimer);
+    row("the longest", 2147483.647, 0.0, maximum, Qt::CoarseTimer);
+    row("beyond the longest", 2147484.0, 0.0, maximum, Qt::CoarseTimer);
+    row("huge", 1e300, 1e300, maximum, Qt::CoarseTimer);
+    row("infinite", infinity, 0.5, maximum, Qt::CoarseTimer);
     row("infinitely negative", 0.25, -infinity, 0, Qt::PreciseTimer);
     row("no number", notANumber, 0.5, 0, Qt::PreciseTimer);
     row("infinities that cancel out", infinity, -infinity, 0, Qt::PreciseTimer);

@@ -26,11 +26,11 @@ namespace {
 
 using Answer = std::function<void(QMessageBox&)>;
 
-/// Clicks a button. A question that cannot be answered is put away, so that the test goes on.
+/// Clicks a button. A question that cannot be answered is closed, so that the test continues.
 Answer press(QMessageBox::StandardButton which) {
     return [which](QMessageBox& question) {
         QAbstractButton* button = question.button(which);
-        // A box that has just been shown may have its size, and a button to hit, a moment later.
+        // A new box may get its size, and with it a button to click, a moment later.
         if (button != nullptr && button->isEnabled() &&
             QTest::qWaitFor([&] { return !button->rect().isEmpty(); }))
             QTest::mouseClick(button, Qt::LeftButton);
@@ -41,7 +41,7 @@ Answer press(QMessageBox::StandardButton which) {
     };
 }
 
-/// Types a key into whatever has the focus in the question's window.
+/// Types a key into the widget that has the focus in the question's window.
 Answer type(Qt::Key key) {
     return [key](QMessageBox& question) {
         if (QTest::qWaitForWindowActive(&question))
@@ -59,13 +59,13 @@ void dismiss(QMessageBox& question) {
         question.done(QMessageBox::NoButton);
 }
 
-/// Lays an answer ready for the next question.
+/// Queues an answer for the next question.
 void answerWith(DialogDriver& dialogs, const Answer& answer) {
     dialogs.expectClosing(
         [answer](QWidget* dialog) { answer(*qobject_cast<QMessageBox*>(dialog)); });
 }
 
-/// Closes the window and waits until the question has been asked, answered and put away.
+/// Closes the window and waits until the question has been asked, answered and closed.
 bool closeAndWait(OpenSubjectWindow& window, const WindowAction& way, const DialogDriver& dialogs) {
     const int asked = dialogs.seen().size();
     way(window);
@@ -106,7 +106,7 @@ void addStages() {
         QTest::newRow(row.name) << row.stage;
 }
 
-/// Everything the listener can see of the window and do with it.
+/// Everything that is visible or enabled in the window.
 QStringList lookOf(const OpenSubjectWindow& window) {
     const auto look = [](const QWidget& widget, bool isEnabled) {
         return widget.objectName() + (widget.isVisible() ? " shown" : " hidden") +
@@ -122,7 +122,7 @@ QStringList lookOf(const OpenSubjectWindow& window) {
 
 Q_DECLARE_METATYPE(Answer)
 
-void TestSubjectWindowClosing::questionIsAsItShouldBe() {
+void TestSubjectWindowClosing::questionHasItsProperties() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
     QVariantList facts;
@@ -236,7 +236,7 @@ void TestSubjectWindowClosing::windowIsStillShownWhenItsClosingIsSignalled() {
     QVERIFY(!window.isVisible());
 }
 
-void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem_data() {
+void TestSubjectWindowClosing::hiddenWindowHasNoPlatformWindow_data() {
     QTest::addColumn<WindowAction>("way");
     QTest::addColumn<bool>("isAsked");
     QTest::newRow("Done") << WindowAction(closeByDone) << true;
@@ -245,7 +245,7 @@ void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem_data() 
     QTest::newRow("hide()") << WindowAction([](auto& window) { window.hide(); }) << false;
 }
 
-void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
+void TestSubjectWindowClosing::hiddenWindowHasNoPlatformWindow() {
     QFETCH(WindowAction, way);
     QFETCH(bool, isAsked);
     OpenSubjectWindow window;
@@ -259,7 +259,7 @@ void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
     QTRY_VERIFY(handle.isNull());
     QVERIFY(window.isHidden());
     QVERIFY(window.windowHandle() == nullptr && window.backingStore() == nullptr);
-    // Sounds of later sessions reach the window too, and must not bring anything back.
+    // Signals of later sessions reach the window too, and must not create a platform window.
     window.receiveParameters(10, 1000, 440, 1);
     window.updateSubjectWindow(1);
     window.updateSubjectWindow(-1);
@@ -268,7 +268,7 @@ void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
 }
 
 void TestSubjectWindowClosing::dialogsCanBeShownAfterAWindowIsReleased() {
-    // The mouse enters a window at a moment of its own.
+    // The enter event of the mouse comes at an undefined time.
     for (int session = 0; session < 8; ++session) {
         OpenSubjectWindow window;
         bringTo(window, Stage::AdjustingWithDone);
@@ -334,11 +334,11 @@ void TestSubjectWindowClosing::minimisedOrReshownWindowIsNotReleased() {
     QVERIFY(!handle.isNull() && window.windowHandle() == handle);
 }
 
-void TestSubjectWindowClosing::secondRequestUnderTheQuestionAsksNoSecondQuestion() {
+void TestSubjectWindowClosing::secondCloseRequestAsksNoSecondQuestion() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
-    // The manager passes requests on in their order: once the question has gone, the request for
-    // the window below it has been there.
+    // The manager forwards requests in order: once the question has closed, the earlier request for
+    // the window has arrived.
     answerWith(fixture->dialogs, [&](QMessageBox& question) {
         QVERIFY(testsupport::pressCloseButton(window));
         dismiss(question);
@@ -357,7 +357,7 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt_data
                         const Answer& answer, bool isClosed) {
         QTest::newRow(name) << stage << sounds << answer << isClosed;
     };
-    // The window that was enabled takes the question along when it is disabled.
+    // Disabling a window also disables its question.
     const Stage enabled = Stage::AdjustingWithDone;
     row("Yes", enabled, {1}, press(QMessageBox::Yes), true);
     row("No", enabled, {1}, press(QMessageBox::No), false);
@@ -381,7 +381,7 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt() {
     QFETCH(QVector<int>, sounds);
     QFETCH(Answer, answer);
     QFETCH(bool, isClosed);
-    // As in a session: the experimenter's window behind it is disabled.
+    // As in a session: the experimenter's window is disabled.
     QWidget parent;
     parent.show();
     parent.setEnabled(false);
@@ -410,7 +410,7 @@ void TestSubjectWindowClosing::questionCanBeAskedAgain() {
         QCOMPARE(closed.count(), 0);
         answerWith(fixture->dialogs, press(button));
         QVERIFY(closeAndWait(window, closeByDone, fixture->dialogs));
-        // Nothing may be left of the question that is gone.
+        // No state of the earlier question may remain.
         QCOMPARE(window.findChildren<QMessageBox*>().size(), 0);
         window.updateSubjectWindow(1);
         window.updateSubjectWindow(-1);
@@ -419,7 +419,7 @@ void TestSubjectWindowClosing::questionCanBeAskedAgain() {
     QCOMPARE(fixture->dialogs.seen().size(), 3);
 }
 
-void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
+void TestSubjectWindowClosing::windowCanBeDestroyedWhileTheQuestionIsOpen() {
     auto parent = std::make_unique<QWidget>();
     const QPointer<OpenSubjectWindow> window(new OpenSubjectWindow(parent.get()));
     bringTo(*window, Stage::SinusoidPlaying);
@@ -427,7 +427,7 @@ void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
     answerWith(fixture->dialogs, [&](QMessageBox& box) {
         const QPointer<QMessageBox> question(&box);
         parent.reset();
-        if (question) // Else the test would wait for its answer.
+        if (question) // Otherwise the test would wait for its answer.
             question->close();
     });
     window->close();

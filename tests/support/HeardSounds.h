@@ -19,8 +19,8 @@ struct HeardSounds {
 /// be distinguished from silence and must not be among them.
 HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds);
 
-/// What became of a sound.
-enum class Fate {
+/// How much of a sound was heard.
+enum class Outcome {
     Complete,   ///< All of it, equal in every sample.
     Missing,    ///< Nothing of it.
     CutAtStart, ///< Its head is missing; the rest may have gaps.
@@ -31,7 +31,7 @@ enum class Fate {
 };
 
 struct HeardSound {
-    Fate fate = Fate::Missing;
+    Outcome outcome = Outcome::Missing;
     int start = -1;                ///< Index of its first sample, where it is complete; else -1.
     int samplesMissing = 0;        ///< Of those that are not silent.
     int firstWrong = -1;           ///< Index of the first sample that is not as it should be.

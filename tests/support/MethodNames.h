@@ -1,4 +1,4 @@
-// What moc knows of a class's signals and slots, for tests.
+// A class's signals and slots by its meta-object, for tests.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -17,7 +17,7 @@
 #if defined(__clang__) && (defined(__x86_64__) || defined(__i386__))
 #define FFTREAL_EXACT_BEGIN _Pragma("float_control(push)") _Pragma("clang fp contract(off)")
 #define FFTREAL_EXACT_END _Pragma("float_control(pop)")
-#elif defined(__clang__) // elsewhere it cannot be taken back before the end of the file
+#elif defined(__clang__) // elsewhere it lasts to the end of the file
 #define FFTREAL_EXACT_BEGIN _Pragma("clang fp contract(off)")
 #define FFTREAL_EXACT_END
 #elif defined(__GNUC__) // and no debugger follows variables through the fast passes
