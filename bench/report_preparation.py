@@ -9,7 +9,7 @@ RESPONSES_TITLE = "## Many sessions, many responses"
 
 
 def runs_of(runs, kind):
-    """Returns the runs of a kind with what they are called in tables, and their seconds."""
+    """Returns the runs of a kind with their names in tables, and their seconds."""
     found = []
     for name, run in runs.items():
         if name.startswith(f"{kind}/"):

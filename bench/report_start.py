@@ -45,7 +45,7 @@ def starts_table(numbers):
 
 
 def goals(numbers):
-    """Of what has peers here."""
+    """The goals of the measurements that have peers."""
     aims = [("window open / fastest", 0.7, "warm", "mapped_ms"),
             ("painted / fastest", 0.7, "warm", "painted_ms"),
             ("painted / fastest, from the disk", 0.7, "cold", "painted_ms"),
@@ -66,7 +66,7 @@ def drawings_table(runs):
 
 
 def division_section(division):
-    """What the start spends its time on, and what it does not."""
+    """The steps of the start with their times, and the work that it avoids."""
     runs = division["steps"]
     whole = statistics.median(sum(run[step] for step in STEPS) for run in runs)
     steps = [[text, f"{median(runs, step):.1f}", f"{100 * median(runs, step) / whole:.0f} %"]

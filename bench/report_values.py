@@ -6,7 +6,7 @@ import subprocess
 
 
 def read(*paths):
-    """Returns the benchmarks by name, and what is known of the machine; of several files the medians
+    """Returns the benchmarks by name, and the machine's data; of several files the medians
     of the numbers, and the first one's machine."""
     documents = [json.loads(path.read_text(encoding="utf-8")) for path in paths]
     repeated = {}

@@ -34,7 +34,7 @@ QString numbered(const QString& name, int attempt) {
 }
 
 /// Replaces what some file system refuses in a name, and what hides a file.
-QString asPartOfAFileName(QString text) {
+QString sanitizedForFileName(QString text) {
     const QString refused = QStringLiteral("/\\:*?\"<>|");
     for (QChar& character : text) {
         if (!character.isPrint() || refused.contains(character))
@@ -105,7 +105,7 @@ void reportLeftoverJournals(const QString& folder) {
 
 QString journalName(const QString& resultsFileName, const QDateTime& start) {
     constexpr int maximumLength = 60;
-    QString results = asPartOfAFileName(resultsFileName);
+    QString results = sanitizedForFileName(resultsFileName);
     if (results.endsWith(ending()))
         results.chop(ending().size());
     return results.left(maximumLength) + start.toString(QStringLiteral("-yyyyMMdd-HHmmss")) +

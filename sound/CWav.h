@@ -10,8 +10,8 @@
 #include <type_traits>
 #include <vector>
 
-/// The first 44 bytes of a canonical WAV file, field by field as they lie in the file. The numbers
-/// there are little-endian, and identifiers are four characters without a terminating zero.
+/// The first 44 bytes of a canonical WAV file, field by field in the order of the file. The numbers
+/// are little-endian, and identifiers are four characters without a terminating zero.
 struct WavHeader {
     std::array<char, 4> riffIdentifier;        ///< "RIFF", not checked
     std::uint32_t riffChunkSize;               ///< bytes of the file after this field
@@ -70,7 +70,7 @@ public:
     void ConvertData();
 
     /// Appends the header and the data bytes, as they were read, to a file, which is created where
-    /// there is none. Returns false when it cannot be opened or is no regular file; errors while
+    /// there is none. Returns false if it cannot be opened or is not a regular file; errors while
     /// writing are not reported.
     bool WriteWav(std::string fileName) const;
 

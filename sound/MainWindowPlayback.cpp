@@ -112,8 +112,8 @@ void MainWindow::handleStateChanged(QAudio::State audioState) {
             qWarning() << "Audio stopped unexpectedly";
     } else if (audioState == QAudio::IdleState) {
         if (audioOutput != nullptr &&
-            !isHeardWhole(audioBuffer->pos(), audioBytes->size(), audioClock.elapsed(),
-                          audioFormat.durationForBytes(audioBytes->size()) / 1000))
+            !isHeardCompletely(audioBuffer->pos(), audioBytes->size(), audioClock.elapsed(),
+                               audioFormat.durationForBytes(audioBytes->size()) / 1000))
             qWarning() << "Audio ended early";
         releaseAudioOutput();
         if (soundsPlayed == soundsPerPresentation)

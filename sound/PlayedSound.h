@@ -55,4 +55,4 @@ PresentationPause presentationPause(double soundDuration, double silentInterval)
 /// Returns whether the listener can have heard all of a sound when its output goes idle: it has
 /// been handed over to the last byte, and at least its duration has passed since the output was
 /// started. Otherwise the server ran out of samples, as on an overloaded computer.
-bool isHeardWhole(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs);
+bool isHeardCompletely(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs);

@@ -61,8 +61,8 @@ public slots:
     void enableAllChoiceButtons();
 
     /// Takes over the frequencies that can be set, in Hz. They are not checked; the spin box and
-    /// the slider limit what they are given. (The names are those of the
-    /// meta-object; in the definition they would hide the members.)
+    /// the slider limit them. (The parameters have their names in the meta-object; in the
+    /// definition these would hide the members.)
     // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
     void receiveParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
                            int frequencyStepSize);
@@ -75,7 +75,7 @@ public slots:
     void on_pushButtonPlaySinusoid_clicked();
 
 protected:
-    /// Asks for confirmation; closing goes on only with Yes.
+    /// Asks for confirmation; only Yes closes the window.
     void closeEvent(QCloseEvent* event) override;
 
     /// Queues a call of releaseHiddenWindow().

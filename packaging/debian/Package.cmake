@@ -30,7 +30,7 @@ set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "pipewire-pulse | pulseaudio, pulseaudio-utils, alsa-utils, python3 | r-base-core")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg, r-base-core")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-# Adds the files beside this one under the names and in the form that Debian wants.
+# Adds the files beside this one under the names and in the form that Debian requires.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/FinishPackage.cmake)
 
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/changelog newest_entry LIMIT_COUNT 1)

@@ -26,7 +26,7 @@ FUNCTION_LIMIT_SECONDS = 60
 FIXTURE_FUNCTIONS = {"init", "cleanup", "initTestCase", "cleanupTestCase"}
 # Those whose names differ from the product's.
 TEST_FOLDERS = {"base": "app", "window": "app", "xResources": "fft"}
-# The tools are programs of their own: no other test runs what is in tools/.
+# The tools are programs of their own: no other test runs the code of tools/.
 RELEVANT_TESTS = {"tools": "_tool|example_targets|try_kills|analysis"}
 PROGRAMS = ["pellion", "pellion-session", "pellion-target"]
 
@@ -83,8 +83,8 @@ class Run:
 
 
 def failed_functions(log, has_ended_well):
-    """The functions of a Qt test that failed. If it ended
-    without a result of the running function, that one has failed."""
+    """The functions of a Qt test that failed. If it ended without a result of the running function,
+    that one has failed."""
     failed, under_way = [], ""
     for word, function in re.findall(r"^([A-Z!]+) *: (\w+::\w+)\(", log, re.MULTILINE):
         if word in ("FAIL!", "XPASS", "QFATAL") and function not in failed:

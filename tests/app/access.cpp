@@ -95,7 +95,7 @@ void compareBuddies(QWidget& window, const QMap<QString, QString>& expected) {
 
 } // namespace
 
-void TestAccess::mainWindowsControlsHaveNamesAndDescriptions() {
+void TestAccess::controlsOfTheMainWindowHaveNamesAndDescriptions() {
     MainWindow& window = fixture->window();
     compareNames(window, {{"chartViewFFT", "Amplitude Spectrum"},
                           {"chartViewTrend", "Response Trend"},
@@ -117,7 +117,7 @@ void TestAccess::mainWindowsControlsHaveNamesAndDescriptions() {
                           {"spinBoxFileNumber", "File number"}});
 }
 
-void TestAccess::mainWindowsLabelsNameTheirFields() {
+void TestAccess::labelsOfTheMainWindowNameTheirFields() {
     MainWindow& window = fixture->window();
     compareBuddies(window, {{"WAV filepath", "lineEditWavFilePath"},
                             {"WAV filename", "lineEditWavFileName"},
@@ -146,7 +146,7 @@ void TestAccess::tabOrderOfTheMainWindowFollowsTheLayout() {
                      "chartViewFFT", "chartViewTrend"}));
 }
 
-void TestAccess::subjectWindowsControlsHaveNamesAndDescriptions() {
+void TestAccess::controlsOfTheSubjectWindowHaveNamesAndDescriptions() {
     SubjectWindow window;
     compareNames(window, {{"pushButtonDone", "Done"},
                           {"pushButtonIAmReady", "I am ready"},

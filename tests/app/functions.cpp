@@ -93,7 +93,7 @@ void TestAppFunctions::conversionsToIntAreLimited_data() {
     QTest::newRow("smallest") << -2147483648.0 << minimumInt;
     QTest::newRow("too small") << -2147483649.0 << minimumInt;
     QTest::newRow("infinite") << infinity << maximumInt;
-    QTest::newRow("infinitely small") << -infinity << minimumInt;
+    QTest::newRow("minus infinity") << -infinity << minimumInt;
     QTest::newRow("not a number") << notANumber << 0;
 }
 
@@ -118,7 +118,7 @@ void TestAppFunctions::samplesOfADurationAreRoundedDown_data() {
     QTest::newRow("one more") << 268435453.0 << 1.0 << maximumInVector;
     QTest::newRow("beyond an int") << 1e6 << 40000.0 << maximumInVector;
     QTest::newRow("infinite rate") << 0.25 << infinity << maximumInVector;
-    QTest::newRow("nothing of the infinite") << 0.0 << infinity << 0;
+    QTest::newRow("no duration, infinite rate") << 0.0 << infinity << 0;
     QTest::newRow("no number") << notANumber << 40000.0 << 0;
 }
 
@@ -150,7 +150,7 @@ void TestAppFunctions::windowIsPlacedOnTheAvailableScreen_data() {
         << screen << anywhere << true << 1.5 << 1e300 << QRect(0, 0, 1920, 1080);
     QTest::newRow("each fraction on its own")
         << screen << anywhere << true << 2.0 << 0.5 << QRect(0, 270, 1920, 540);
-    QTest::newRow("no fractions at all")
+    QTest::newRow("both fractions 0")
         << screen << anywhere << true << notANumber << notANumber << QRect(960, 540, 0, 0);
     QTest::newRow("stays where it is")
         << screen << anywhere << false << 0.5 << 0.25 << QRect(700, 300, 960, 270);

@@ -45,7 +45,7 @@ void TestMainWindowLayout::placementIsFourFifthsByNineTenthsCentered() {
                    size.width(), size.height()));
 }
 
-void TestMainWindowLayout::controlsLieInTheirRows() {
+void TestMainWindowLayout::controlsAreInTheirRows() {
     const QStringList rows[] = {
         {"labelSoundFileInformation"},
         {"labelWavFilePath", "lineEditWavFilePath"},
@@ -100,7 +100,7 @@ void TestMainWindowLayout::headingIsCenteredWithFixedHeightAndMinimumWidth100() 
     QCOMPARE(heading->minimumWidth(), 100);
 }
 
-void TestMainWindowLayout::fileNumberTakesTheWidthThatIsLeft() {
+void TestMainWindowLayout::fileNumberTakesTheRemainingWidth() {
     const auto* fileNumber = window->spinBoxFileNumber;
     QCOMPARE(fileNumber->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
     QCOMPARE(fileNumber->sizePolicy().verticalPolicy(), QSizePolicy::Fixed);

@@ -48,14 +48,14 @@ class TestMainWindowStart : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void everyWidgetCarriesItsMembersName();
+    void everyWidgetHasTheNameOfItsMember();
     void labelsHaveTheirTexts();
     void fieldsShowTheSettings();
     void buttonsHaveTheirTextsAndStates();
     void saveDataBoxIsCheckedAndEnabled();
     void hiddenSelectionsAreFilledAndOutOfTheWindow();
     void hiddenLabelsAreOutOfTheWindow();
-    void fileNumberRunsFromOneToTheLastButOneInt();
+    void fileNumberRangesFromOneToMaximumIntMinusOne();
 
 private:
     void setUp() override;
@@ -70,11 +70,11 @@ class TestMainWindowLayout : public testsupport::FixtureTest {
 private slots:
     void titleIsExact();
     void placementIsFourFifthsByNineTenthsCentered();
-    void controlsLieInTheirRows();
+    void controlsAreInTheirRows();
     void controlsAndChartsAreSideBySide();
     void elevenRowsAndThreeGridsAreAllInUse();
     void headingIsCenteredWithFixedHeightAndMinimumWidth100();
-    void fileNumberTakesTheWidthThatIsLeft();
+    void fileNumberTakesTheRemainingWidth();
     void bothWindowsArePlacedTheSameWay_data();
     void bothWindowsArePlacedTheSameWay();
 
@@ -142,10 +142,10 @@ class TestAccess : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void mainWindowsControlsHaveNamesAndDescriptions();
-    void mainWindowsLabelsNameTheirFields();
+    void controlsOfTheMainWindowHaveNamesAndDescriptions();
+    void labelsOfTheMainWindowNameTheirFields();
     void tabOrderOfTheMainWindowFollowsTheLayout();
-    void subjectWindowsControlsHaveNamesAndDescriptions();
+    void controlsOfTheSubjectWindowHaveNamesAndDescriptions();
     void tabOrderOfTheSubjectWindowFollowsTheLayout();
     void textsFitAtEveryTextSize_data();
     void textsFitAtEveryTextSize();

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Returns a line for each child of a window that has a name of its own, sorted.
+/// Returns a sorted line for each named child of a window.
 template <typename Widget, typename Describe>
 QStringList described(const QWidget& window, Describe&& describe) {
     QStringList lines;
@@ -31,7 +31,7 @@ void TestMainWindowStart::setUp() {
     window = &fixture->window();
 }
 
-void TestMainWindowStart::everyWidgetCarriesItsMembersName() {
+void TestMainWindowStart::everyWidgetHasTheNameOfItsMember() {
     const QStringList widgets = described<QWidget>(*window, [](const QWidget& widget) {
         return widget.metaObject()->className() + QString(widget.isVisible() ? "" : ", hidden");
     });
@@ -132,7 +132,7 @@ void TestMainWindowStart::hiddenLabelsAreOutOfTheWindow() {
                                   "labelMainParameter: Main parameter"}));
 }
 
-void TestMainWindowStart::fileNumberRunsFromOneToTheLastButOneInt() {
+void TestMainWindowStart::fileNumberRangesFromOneToMaximumIntMinusOne() {
     const auto* fileNumber = window->spinBoxFileNumber;
     QCOMPARE(fileNumber->value(), 1);
     QCOMPARE(fileNumber->minimum(), 1);

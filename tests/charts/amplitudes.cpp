@@ -190,7 +190,7 @@ void TestAmplitudeSpectrum::kilohertzPeaksBetweenTwoBins() {
     std::partial_sort(bins.begin(), bins.begin() + 2, bins.end(), [&spectrum](int a, int b) {
         return spectrum.amplitudes[a] > spectrum.amplitudes[b];
     });
-    // 410 lies nearer to 1000 Hz.
+    // Bin 410 is nearer to 1000 Hz.
     QCOMPARE(bins.mid(0, 2), (QVector<int>{410, 409}));
     QVERIFY(spectrum.amplitudes[410] < 0.5);
 }

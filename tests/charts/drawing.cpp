@@ -240,7 +240,7 @@ void TestChartDrawing::strongComponentBeyondTheAxisSetsItsTop() {
     QVERIFY(std::abs(window->axisYFFT->max() - 0.75) < 1e-14);
 }
 
-void TestChartDrawing::spectrumLeavesItsFrequencyAxis() {
+void TestChartDrawing::spectrumKeepsItsFrequencyAxis() {
     window->data.fftMaxFrequency = 500;
     setTarget(*window, sinusoidOf4096(0.5, 100));
     sizeSpectrumFor4096(*window);
@@ -249,7 +249,7 @@ void TestChartDrawing::spectrumLeavesItsFrequencyAxis() {
     QCOMPARE(rangeOf(window->axisXFFT), (Range{0, 2000}));
 }
 
-void TestChartDrawing::lengthOneLeavesTheSpectrum() {
+void TestChartDrawing::lengthOneKeepsTheSpectrum() {
     setTarget(*window, {0.5});
     window->fftLength = 1;
     window->fftFrequencies = {1, 2};

@@ -262,7 +262,7 @@ void TestEmptyCharts::onlyWhatIsMissingIsCreated() {
     QCOMPARE(window->layoutCharts->count(), 4);
 }
 
-void TestEmptyCharts::spectrumAxisEndsAtTheSettingOfItsTime() {
+void TestEmptyCharts::spectrumAxisIsSetAtItsCreation() {
     window->data.fftMaxFrequency = 500;
     QCOMPARE(range(window->axisXFFT), (QVariantList{0.0, 2000.0}));
     QValueAxis* const earlier = std::exchange(window->axisXFFT, nullptr);

@@ -71,7 +71,7 @@ private slots:
     void secondCallCreatesNothing_data();
     void secondCallCreatesNothing();
     void onlyWhatIsMissingIsCreated();
-    void spectrumAxisEndsAtTheSettingOfItsTime();
+    void spectrumAxisIsSetAtItsCreation();
     void deletedChartsAreForgotten();
 
 private:
@@ -99,8 +99,8 @@ private slots:
     void spectrumIsThatOfTheWindowedTarget();
     void spectrumIsDrawnUpToTheMaximumFrequency();
     void strongComponentBeyondTheAxisSetsItsTop();
-    void spectrumLeavesItsFrequencyAxis();
-    void lengthOneLeavesTheSpectrum();
+    void spectrumKeepsItsFrequencyAxis();
+    void lengthOneKeepsTheSpectrum();
     void withoutAmplitudesTheRangeStays();
 
 private:

@@ -13,7 +13,7 @@ struct AnalysedSession {
     QString target;
     QVector<double> frequencies; ///< Hz, of the requests.
     double targetHertz = 0;      ///< In a table of targets; 0 when not there.
-    QString file = {};           ///< Its name, when it is not the one that the program proposes.
+    QString file = {};           ///< Its name, if it is not the program's proposal.
 
     QString fileName() const;
 };

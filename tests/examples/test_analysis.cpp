@@ -114,8 +114,8 @@ class TestAnalysis : public QObject {
 private slots:
     void manySessionsAreSummarised_data() { addLanguages(); }
     void manySessionsAreSummarised();
-    void namesAreTakenApart_data() { addLanguages(); }
-    void namesAreTakenApart();
+    void namesAreParsed_data() { addLanguages(); }
+    void namesAreParsed();
     void targetsComeFromATable_data();
     void targetsComeFromATable();
     void targetsOutsideTheTableHaveNoCents_data() { addLanguages(); }
@@ -137,7 +137,7 @@ private slots:
     void functionsCanBeCalled_data() { addLanguages(); }
     void functionsCanBeCalled();
     void pictureHasEveryRequest();
-    void pictureHasEverySessionsColour();
+    void pictureHasAColourForEachSession();
 };
 
 void TestAnalysis::manySessionsAreSummarised() {
@@ -165,7 +165,7 @@ void TestAnalysis::manySessionsAreSummarised() {
     QCOMPARE(run.status, 0);
 }
 
-void TestAnalysis::namesAreTakenApart() {
+void TestAnalysis::namesAreParsed() {
     QFETCH(QStringList, command);
     const QTemporaryDir folder;
     const QVector<AnalysedSession> sessions = oddlyNamedSessions();
@@ -452,7 +452,7 @@ void TestAnalysis::pictureHasEveryRequest() {
     QVERIFY(!texts.contains("practice 2"));
 }
 
-void TestAnalysis::pictureHasEverySessionsColour() {
+void TestAnalysis::pictureHasAColourForEachSession() {
     if (!isThere(statisticsLanguage()))
         QSKIP("Rscript is not installed");
     const QTemporaryDir folder;

@@ -229,7 +229,7 @@ void TestFftParts::transformCallsNoSineAndNoCosine() {
     }
 }
 
-void TestFftParts::memoryIsWhatTheTablesNeed() {
+void TestFftParts::memoryMatchesTheTables() {
     for (int bits = 0; bits <= 19; ++bits) { // from 18 on, on large pages
         const Allocations made =
             allocationsOf([bits] { const FFTReal<double> fft(std::int64_t{1} << bits); });

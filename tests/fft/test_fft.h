@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-/// Returns the transform of a sequence, by an object of its own.
+/// Returns the transform of a sequence by a new object.
 inline std::vector<double> transformed(const std::vector<double>& x) {
     const FFTReal<double> fft(static_cast<std::int64_t>(x.size()));
     std::vector<double> f(x.size());
@@ -46,7 +46,7 @@ private slots:
     void longArraysAreAlignedToCacheLines();
     void transformAllocatesNothing();
     void transformCallsNoSineAndNoCosine();
-    void memoryIsWhatTheTablesNeed();
+    void memoryMatchesTheTables();
     void arraysAreFreedInOrder();
 };
 

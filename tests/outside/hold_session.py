@@ -68,7 +68,7 @@ class Recorder:
         wait_for("sound device to record", lambda: path.stat().st_size)
 
     def stop(self):
-        """Returns the samples, once what is still on its way has arrived."""
+        """Returns the samples, once the last ones have arrived."""
         before = len(self.samples())
         silent = SAMPLING_RATE * 3 // 10
         wait_for("silence at the sound device",

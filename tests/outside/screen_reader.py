@@ -81,8 +81,7 @@ class Window:
                         label_of(node)) for node in self._seen() if node.get_name()]
 
     def misplaced(self):
-        """Returns what is wrong with the places of the controls: nothing where each is inside the
-        window and covers no other."""
+        """Returns the misplaced controls: those that leave the window or cover another."""
         def place(node):
             box = node.get_extents(Atspi.CoordType.SCREEN)
             return (box.x, box.y, box.x + box.width, box.y + box.height)

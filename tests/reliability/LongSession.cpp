@@ -90,10 +90,10 @@ bool LongSession::beginNext() {
 }
 
 bool LongSession::respond() {
-    constexpr int lowest = 10;
+    constexpr int minimumHz = 10;
     constexpr int stride = 613; // So that every frequency occurs before one repeats.
     constexpr int count = 991;
-    const int frequency = lowest + frequencies.size() * stride % count;
+    const int frequency = minimumHz + frequencies.size() * stride % count;
     frequencies.append(frequency);
     costs.append(ResponseCost());
     application.forgetEvents();

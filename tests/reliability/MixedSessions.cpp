@@ -33,12 +33,12 @@ QVector<int> noise(int count, std::mt19937& generator) {
 
 /// Minimum, maximum, and then each frequency between them before one repeats.
 int frequencyOf(int sinusoid) {
-    constexpr int lowest = 10;
-    constexpr int highest = 1000;
+    constexpr int minimumHz = 10;
+    constexpr int maximumHz = 1000;
     if (sinusoid < 2)
-        return sinusoid == 0 ? lowest : highest;
+        return sinusoid == 0 ? minimumHz : maximumHz;
     constexpr int stride = 613; // Has no factor in common with the number of frequencies.
-    return lowest + int(qint64(sinusoid) * stride % (highest - lowest + 1));
+    return minimumHz + int(qint64(sinusoid) * stride % (maximumHz - minimumHz + 1));
 }
 
 bool isDeviceSuspended() {
@@ -86,7 +86,7 @@ bool MixedSessions::present(bool isSinusoid) {
         presentation.sound = target;
     }
     const bool isPlayed =
-        note(presentation) &&
+        registerPresentation(presentation) &&
         (isSinusoid ? session.playSinusoid(presentation.frequency) : session.playTarget());
     if (isPlayed && isSinusoid)
         presentations.last().isShownAsMatched =
@@ -97,7 +97,7 @@ bool MixedSessions::present(bool isSinusoid) {
 
 /// Registers the next presentation, once everything before it has been recorded and the device has
 /// been idle for long enough.
-bool MixedSessions::note(const PresentedSound& presentation) {
+bool MixedSessions::registerPresentation(const PresentedSound& presentation) {
     constexpr int silenceMs = 100;
     if (!recorder.waitForSilence(silenceMs))
         return false;
@@ -118,7 +118,7 @@ bool MixedSessions::playControl() {
     const QString path = folder.filePath("control.raw");
     if (!testsupport::writeBytes(path, QByteArray(reinterpret_cast<const char*>(played.constData()),
                                                   played.size() * int(sizeof(float)))) ||
-        !note(control))
+        !registerPresentation(control))
         return false;
     QProcess pacat;
     pacat.setProcessChannelMode(QProcess::ForwardedChannels);

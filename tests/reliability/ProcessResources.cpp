@@ -39,13 +39,13 @@ ProcessResources ownResources() {
     return resources;
 }
 
-void rest() {
-    constexpr int restMs = 200;
-    QTest::qWait(restMs);
+void handleDeferredEvents() {
+    constexpr int durationMs = 200;
+    QTest::qWait(durationMs);
 }
 
 ProcessResources resourcesAtRest() {
-    rest();
+    handleDeferredEvents();
     malloc_trim(0);
     return ownResources();
 }

@@ -19,7 +19,7 @@ struct ProcessResources {
 ProcessResources ownResources();
 
 /// Handles deferred events for a while.
-void rest();
+void handleDeferredEvents();
 
 /// Returns the resources held when the program is idle. Free memory of the allocator, whose size
 /// after dialogs varies, is returned to the system first.

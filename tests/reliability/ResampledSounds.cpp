@@ -22,7 +22,7 @@ public:
     FilteredSignal(const QVector<float>& signal, double signalRate)
         : samples(signal), rate(signalRate) {}
 
-    /// The value at a time (s) by a sinc filter under a Blackman window; silence lies around.
+    /// The value at a time (s) by a sinc filter with a Blackman window, with silence around it.
     double at(double seconds) const {
         const int first = std::max(int(std::ceil((seconds - halfWidthSeconds) * rate)), 0);
         const int last =

@@ -35,8 +35,8 @@ private slots:
     void wholeLinesAreRecognised();
     void responsesAreFoundInFiles_data();
     void responsesAreFoundInFiles();
-    void growthOfMemoryIsThatOfTheBestLine_data();
-    void growthOfMemoryIsThatOfTheBestLine();
+    void growthOfMemoryIsTheSlopeOfTheBestLine_data();
+    void growthOfMemoryIsTheSlopeOfTheBestLine();
     void medianAndMaximumOfValues_data();
     void medianAndMaximumOfValues();
 };
@@ -100,7 +100,7 @@ void TestReliability::outcomesOfResampledSounds() {
     QFETCH(double, level);
     constexpr double samplingRate = 40000;
     constexpr double deviceRate = 48000;
-    constexpr double lateBy = 37.3; // Samples of the device.
+    constexpr double delaySamples = 37.3; // Samples of the device.
     constexpr int count = 10000;
     const auto at = [=](double seconds) {
         const double edge = std::min(seconds, count / samplingRate - seconds);
@@ -113,7 +113,7 @@ void TestReliability::outcomesOfResampledSounds() {
         sound[i] = float(at(i / samplingRate));
     QVector<float> stretch(14000);
     for (int i = 0; i < stretch.size(); ++i) {
-        const double sample = i - lateBy;
+        const double sample = i - delaySamples;
         const bool isCut = sample >= cutFrom && sample < cutFrom + cutLength;
         stretch[i] = isCut ? 0 : float(level * at(sample / deviceRate));
     }
@@ -175,7 +175,7 @@ void TestReliability::responsesAreFoundInFiles() {
     QTEST(holds(header + lines, {2, "640"}), "isHeld");
 }
 
-void TestReliability::growthOfMemoryIsThatOfTheBestLine_data() {
+void TestReliability::growthOfMemoryIsTheSlopeOfTheBestLine_data() {
     const auto row = columns<QVector<double>, int, double>("mebibytes", "firstIndex", "growth");
     row("none", {7, 7, 7, 7}, 0, 0);
     row("as a line", {1, 3, 5, 7, 9}, 0, 2);
@@ -186,7 +186,7 @@ void TestReliability::growthOfMemoryIsThatOfTheBestLine_data() {
     row("uneven", {0, 2, 1, 5}, 0, 1.4);
 }
 
-void TestReliability::growthOfMemoryIsThatOfTheBestLine() {
+void TestReliability::growthOfMemoryIsTheSlopeOfTheBestLine() {
     QFETCH(QVector<double>, mebibytes);
     QFETCH(int, firstIndex);
     QVector<ProcessResources> held;

@@ -40,9 +40,9 @@ bool reportSessions(QTextStream& out, const QVector<ProcessResources>& held) {
     }
     // Objects that the first sessions create once are not growth.
     constexpr int firstSession = 5;
-    constexpr int fewestSessions = 20;
+    constexpr int minimumSessions = 20;
     bool isMemoryKept = true;
-    if (held.size() >= fewestSessions) {
+    if (held.size() >= minimumSessions) {
         const double growth = growthOfMemory(held, firstSession);
         // The widgets of its listener's window, without its backing store, which takes 4.4 MiB.
         constexpr double maximumGrowthMiB = 0.3;
@@ -175,7 +175,7 @@ public:
 
 private:
     struct Moment {
-        QString name; ///< Of what has just happened.
+        QString name; ///< Of the step before.
         ProcessResources held;
     };
 

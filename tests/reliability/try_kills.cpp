@@ -1,4 +1,4 @@
-// Kills running sessions, counts what is lost and recovered: try_kills ENDLESS_SESSIONS COUNT.
+// Kills running sessions, counts lost and recovered responses: try_kills ENDLESS_SESSIONS COUNT.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/RecoveredSessions.h"
 
@@ -105,10 +105,10 @@ private:
 
 void killAll(const QString& endlessSessions, const std::vector<Moment>& moments, Summary& summary) {
     // More than the processors: sessions mostly wait.
-    constexpr std::size_t atATime = 3;
+    constexpr std::size_t parallelKills = 3;
     std::atomic<std::size_t> next{0};
     std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < atATime; ++i)
+    for (std::size_t i = 0; i < parallelKills; ++i)
         threads.emplace_back([&] {
             for (std::size_t kill = next++; kill < moments.size(); kill = next++)
                 summary.add(killSessions(endlessSessions, moments[kill], recoverSessions));

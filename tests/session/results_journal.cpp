@@ -100,7 +100,7 @@ void TestResponseJournal::namesFitIntoAnyFolder() {
     }
 }
 
-void TestResponseJournal::folderLiesInTheApplicationsData() {
+void TestResponseJournal::folderIsInTheApplicationData() {
     qunsetenv("XDG_DATA_HOME");
     QCOMPARE(journalFolder(), QDir::homePath() + "/.local/share/" +
                                   QCoreApplication::applicationName() + "/journal");
@@ -303,7 +303,7 @@ void TestResponseJournal::sessionsInTheSameSecondHaveSeparateJournals() {
 void TestResponseJournal::fullDiskIsReportedOnceAndResponsesAreWrittenLater() {
     const testsupport::SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path(nameOfJournal());
     disk.fill();
     ResponseJournal journal(disk.path());

@@ -87,7 +87,7 @@ void TestResultsNaming::numberAfterASession() {
     QTEST(window.lineEditOutputFileName->text(), "nextName");
 }
 
-void TestResultsNaming::numberAfterTheLastOneStillFits() {
+void TestResultsNaming::numberAfterTheMaximumStillFits() {
     auto& window = fixture->window();
     window.checkBoxSaveData->setChecked(false);
     window.spinBoxFileNumber->setValue(2147483646);

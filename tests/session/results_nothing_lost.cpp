@@ -154,7 +154,7 @@ void TestResultsNothingLost::sessionWithoutAResponseHasNoJournal() {
     QVERIFY(!QFileInfo::exists(journalFolder()));
 }
 
-void TestResultsNothingLost::nextSessionHasAJournalOfItsOwn() {
+void TestResultsNothingLost::nextSessionHasASeparateJournal() {
     for (const int frequency : {300, 400}) {
         QVERIFY(start());
         respond(frequency);

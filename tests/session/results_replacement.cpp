@@ -135,7 +135,7 @@ void TestFileReplacement::fileSizeLimitLeavesNoNewFile() {
 void TestFileReplacement::fullDiskKeepsTheEarlierFile() {
     const SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path("old.txt");
     QVERIFY(writeBytes(path, earlierBytes()));
     disk.fill();
@@ -148,10 +148,10 @@ void TestFileReplacement::fullDiskKeepsTheEarlierFile() {
     QCOMPARE(readBytes(path), newBytes());
 }
 
-void TestFileReplacement::diskWithoutRoomForAFurtherFileKeepsTheEarlierOne() {
+void TestFileReplacement::diskWithoutRoomForANewFileKeepsTheEarlierOne() {
     const SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path("old.txt");
     QVERIFY(writeBytes(path, earlierBytes()));
     for (int others = 0; writeBytes(disk.path(QString::number(others)), {}); ++others)
@@ -164,7 +164,7 @@ void TestFileReplacement::diskWithoutRoomForAFurtherFileKeepsTheEarlierOne() {
 void TestFileReplacement::readOnlyDiskIsNotOpened() {
     const SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path("old.txt");
     QVERIFY(writeBytes(path, earlierBytes()));
     QVERIFY(disk.makeReadOnly());
@@ -192,9 +192,9 @@ void TestFileReplacement::fileInAReadOnlyFolderIsWrittenInPlace() {
     QCOMPARE(folder.names(), QStringList("old.txt"));
 }
 
-void TestFileReplacement::otherUsersFileInASharedFolderIsWrittenInPlace() {
+void TestFileReplacement::fileOfAnotherUserInASharedFolderIsWrittenInPlace() {
     if (::getuid() != 0)
-        QSKIP("another user's file takes the administrator to make");
+        QSKIP("a file of another user requires root");
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     const ino_t earlier = statusOf(path).st_ino;
@@ -270,9 +270,9 @@ void TestFileReplacement::deviceStaysADevice() {
 void TestFileReplacement::fifoIsNotOpened_data() {
     QTest::addColumn<bool>("isLink");
     QTest::addColumn<bool>("isRead");
-    QTest::newRow("that nobody reads") << false << false;
-    QTest::newRow("that nobody reads, by a link") << true << false;
-    QTest::newRow("that another process reads") << false << true;
+    QTest::newRow("without a reader") << false << false;
+    QTest::newRow("without a reader, by a link") << true << false;
+    QTest::newRow("with a reader") << false << true;
 }
 
 void TestFileReplacement::fifoIsNotOpened() {

@@ -1,4 +1,4 @@
-// "Practice" and "Experiment": the choice of a target, and what it resets, shows and enables.
+// "Practice" and "Experiment": the choice of a target, and the resets, texts and buttons after it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session.h"
 

@@ -1,4 +1,4 @@
-// The listener's requests: what is stored, generated, scheduled, logged and reported.
+// The listener's requests: storing, generating, scheduling, logging and reporting.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session.h"
 

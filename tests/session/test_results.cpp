@@ -133,7 +133,7 @@ void TestResultsText::requestsAreCountedFromOneInTheirOrder() {
                             "File001.wav\t3\t500\r\n"));
 }
 
-void TestResultsText::requestsBeyondNineAndNinetyNineAreCountedOn() {
+void TestResultsText::requestNumbersMayHaveSeveralDigits() {
     const QStringList lines = resultsText("t.wav", QVector<double>(1234, 500)).split("\r\n");
     QCOMPARE(lines.size(), 1 + 1234 + 1);
     QCOMPARE(lines.at(10), QStringLiteral("t.wav\t10\t500"));

@@ -36,7 +36,7 @@ private slots:
     void everyFrequencyReadsAsInTheGeneralFormat();
     void noRequestGivesTheHeaderAlone();
     void requestsAreCountedFromOneInTheirOrder();
-    void requestsBeyondNineAndNinetyNineAreCountedOn();
+    void requestNumbersMayHaveSeveralDigits();
     void targetNameIsUnchangedOnEachLine_data();
     void targetNameIsUnchangedOnEachLine();
     void localeWithADecimalCommaKeepsThePoint();
@@ -51,7 +51,7 @@ private slots:
     void eachInputRenamesTheFile();
     void numberAfterASession_data();
     void numberAfterASession();
-    void numberAfterTheLastOneStillFits();
+    void numberAfterTheMaximumStillFits();
 };
 
 /// Saving through the real dialog, and saving that fails (results_saving.cpp).
@@ -61,16 +61,16 @@ class TestResultsSaving : public SavingTest {
 private slots:
     void dialogHasItsProperties();
     void dialogIsTranslated();
-    void proposalIsFolderSlashName_data();
-    void proposalIsFolderSlashName();
+    void proposalIsFolderAndName_data();
+    void proposalIsFolderAndName();
     void fileHoldsHeaderAndOneLineForEachRequest();
     void firstRecordNamesTheTarget();
     void noRecordGivesAnEmptyFile();
     void pathAndNameOfTheChosenFileAreStoredAndNoFieldIsWritten();
     void existingFileIsOverwrittenWithoutAQuestion();
-    void namesBeyondAsciiFollowTheLocalesEncoding();
-    void missingFolderBecomesADirectoryOfTheFilesOwnPath_data();
-    void missingFolderBecomesADirectoryOfTheFilesOwnPath();
+    void namesBeyondAsciiFollowTheLocaleEncoding();
+    void missingFolderBecomesADirectoryAtTheFilePath_data();
+    void missingFolderBecomesADirectoryAtTheFilePath();
     void cancelledDialogEmptiesPathAndNameAndWarns();
     void warningHasItsProperties();
     void failedSavingKeepsTheDataAndDoesNotAskAgain();
@@ -93,10 +93,10 @@ private slots:
     void fileSizeLimitKeepsTheEarlierFile();
     void fileSizeLimitLeavesNoNewFile();
     void fullDiskKeepsTheEarlierFile();
-    void diskWithoutRoomForAFurtherFileKeepsTheEarlierOne();
+    void diskWithoutRoomForANewFileKeepsTheEarlierOne();
     void readOnlyDiskIsNotOpened();
     void fileInAReadOnlyFolderIsWrittenInPlace();
-    void otherUsersFileInASharedFolderIsWrittenInPlace();
+    void fileOfAnotherUserInASharedFolderIsWrittenInPlace();
     void fileWithoutPermissionIsNotOpened();
     void linkIsFollowed_data();
     void linkIsFollowed();
@@ -120,7 +120,7 @@ private slots:
     void nameComesFromTheResultsFileAndTheStart_data();
     void nameComesFromTheResultsFileAndTheStart();
     void namesFitIntoAnyFolder();
-    void folderLiesInTheApplicationsData();
+    void folderIsInTheApplicationData();
     void thereIsNoFileBeforeTheFirstResponse();
     void eachResponseIsInTheFileAtOnce();
     void eachResponseIsSynced();
@@ -165,7 +165,7 @@ private slots:
     void destroyedWindowLeavesItsJournal();
     void sessionWithoutSavingHasNoJournal();
     void sessionWithoutAResponseHasNoJournal();
-    void nextSessionHasAJournalOfItsOwn();
+    void nextSessionHasASeparateJournal();
     void targetRequestsAreNotRecorded();
     void slowDiskDoesNotLengthenThePause();
     void journalThatCannotBeWrittenChangesNothing();

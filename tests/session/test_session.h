@@ -66,7 +66,7 @@ class TestSessionStart : public SessionTest {
     Q_OBJECT
 
 private slots:
-    void theMainWindowIsDisabledAndTheListenersShown();
+    void theMainWindowIsDisabledAndTheSubjectWindowShown();
     void theControlsAreReadAgain();
     void theFourConnectionsAreMadeOnceAndInOrder();
     void eachConnectionWorks();

@@ -39,8 +39,8 @@ private slots:
     void theMainWindowStaysDuringASession_data();
     void theMainWindowStaysDuringASession();
     void theMainWindowStaysWhileTheListenerIsAsked();
-    void theListenersWindowClosesWithYes_data();
-    void theListenersWindowClosesWithYes();
+    void theSubjectWindowClosesWithYes_data();
+    void theSubjectWindowClosesWithYes();
 
 private:
     void setUp() override { fixture->record(); }
@@ -149,7 +149,7 @@ void TestCloseButtons::theMainWindowStaysWhileTheListenerIsAsked() {
     endByCloseButton(State::Adjusting);
 }
 
-void TestCloseButtons::theListenersWindowClosesWithYes_data() {
+void TestCloseButtons::theSubjectWindowClosesWithYes_data() {
     QTest::addColumn<State>("state");
     QTest::newRow("waiting for the listener") << State::Waiting;
     QTest::newRow("target required") << State::TargetRequired;
@@ -157,7 +157,7 @@ void TestCloseButtons::theListenersWindowClosesWithYes_data() {
     QTest::newRow("adjusting, done shown") << State::Matched;
 }
 
-void TestCloseButtons::theListenersWindowClosesWithYes() {
+void TestCloseButtons::theSubjectWindowClosesWithYes() {
     QFETCH(State, state);
     QVERIFY(reach(state));
     endByCloseButton(state);

@@ -94,7 +94,7 @@ void TestSignalGenerators::emptyNoiseReseeds_data() {
     const auto row = columns<int>("points");
     row("none", 0);
     row("below none", -5);
-    row("far below none", minimumInt);
+    row("minimum int", minimumInt);
 }
 
 void TestSignalGenerators::emptyNoiseReseeds() {

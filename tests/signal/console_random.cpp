@@ -125,7 +125,7 @@ void TestSignalRandom::countBelowOneGivesEmptyVectorAndReseeds_data() {
     const auto row = columns<int>("count");
     row("none", 0);
     row("below none", -3);
-    row("far below none", minimumInt);
+    row("minimum int", minimumInt);
 }
 
 void TestSignalRandom::countBelowOneGivesEmptyVectorAndReseeds() {

@@ -90,11 +90,11 @@ void TestPlaybackCancelled::waysToClose() {
     QTest::newRow("by close()") << false;
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending_data() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundIsPending_data() {
     waysToClose();
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundIsPending() {
     QFETCH(bool, byItsButton);
     fixture->window().checkBoxSaveData->setChecked(true);
     QVERIFY(startWith(400));
@@ -113,11 +113,11 @@ void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending() {
     verifyNextSession();
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays_data() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundPlays_data() {
     waysToClose();
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundPlays() {
     QFETCH(bool, byItsButton);
     fixture->window().checkBoxSaveData->setChecked(true);
     QVERIFY(startWith(200000));

@@ -107,13 +107,13 @@ void TestPlaybackMembers::genSinusoidTakesTheSettings() {
                 std::sin(i * (640.0 * 6.283185307179586) / 30000.0));
 }
 
-void TestPlaybackMembers::outputLivesFromStartToIdle_data() {
+void TestPlaybackMembers::outputExistsFromStartToIdle_data() {
     QTest::addColumn<bool>("isSinusoid");
     QTest::newRow("target") << false;
     QTest::newRow("sinusoid") << true;
 }
 
-void TestPlaybackMembers::outputLivesFromStartToIdle() {
+void TestPlaybackMembers::outputExistsFromStartToIdle() {
     QFETCH(bool, isSinusoid);
     prepareSamples();
     fixture->window().playSinusoidNext = isSinusoid;
@@ -140,7 +140,7 @@ void TestPlaybackMembers::outputLivesFromStartToIdle() {
 }
 
 void TestPlaybackMembers::bytesHoldTheDueSound_data() {
-    outputLivesFromStartToIdle_data();
+    outputExistsFromStartToIdle_data();
 }
 
 void TestPlaybackMembers::bytesHoldTheDueSound() {
@@ -162,7 +162,7 @@ void TestPlaybackMembers::bytesHoldTheDueSound() {
 }
 
 void TestPlaybackMembers::shorterBuffersArePaddedWithZeros_data() {
-    outputLivesFromStartToIdle_data();
+    outputExistsFromStartToIdle_data();
 }
 
 void TestPlaybackMembers::shorterBuffersArePaddedWithZeros() {

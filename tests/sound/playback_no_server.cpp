@@ -110,7 +110,7 @@ void TestPlaybackWithoutServer::cleanupTestCase() {
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackWithoutServer>(argc, argv);
+    return runWithSoundServer<TestPlaybackWithoutServer>(argc, argv);
 }
 
 #include "playback_no_server.moc"

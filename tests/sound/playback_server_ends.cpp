@@ -124,7 +124,7 @@ void TestPlaybackServerEnds::serverRestartedTooLateIsNotFoundAgain() {
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackServerEnds>(argc, argv);
+    return runWithSoundServer<TestPlaybackServerEnds>(argc, argv);
 }
 
 #include "playback_server_ends.moc"

@@ -64,7 +64,7 @@ void TestPlaybackServerFrozen::sessionCanEndWhileTheServerIsFrozenInMidSound() {
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackServerFrozen>(argc, argv);
+    return runWithSoundServer<TestPlaybackServerFrozen>(argc, argv);
 }
 
 #include "playback_server_frozen.moc"

@@ -92,7 +92,7 @@ void TestPlaybackSinkEnds::nextSessionPlaysOnceTheSinkIsBack() {
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackSinkEnds>(argc, argv);
+    return runWithSoundServer<TestPlaybackSinkEnds>(argc, argv);
 }
 
 #include "playback_sink_ends.moc"

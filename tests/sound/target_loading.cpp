@@ -95,7 +95,7 @@ void TestTargetLoading::spectrumIsDrawnUpToHalfItsLength() {
     QCOMPARE(fixture->window().data.nFFTPointsToPlot, 511);
 }
 
-void TestTargetLoading::timeAxisFollowsTheSettingsRate() {
+void TestTargetLoading::timeAxisFollowsTheRateOfTheSettings() {
     fixture->prepare(fixture->write("target.wav", unevenCodes(22050), {44100, 1, 16}));
     QCOMPARE(fixture->window().timeAxisMs.size(), 10000);
     for (int i = 0; i < 10000; ++i)

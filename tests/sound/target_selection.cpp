@@ -1,4 +1,4 @@
-// Choosing a target: the file dialog, what it leaves in the settings, and the text fields.
+// Choosing a target: the file dialog, the settings after it, and the text fields.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 

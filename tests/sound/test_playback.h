@@ -41,8 +41,8 @@ private slots:
     void bytesAreLittleEndianFloats();
     void silenceFollowsTheBytes_data();
     void silenceFollowsTheBytes();
-    void soundsAreHeardWhole_data();
-    void soundsAreHeardWhole();
+    void soundsAreHeardCompletely_data();
+    void soundsAreHeardCompletely();
 };
 
 /// Members before, while and after a sound (playback_members.cpp).
@@ -53,8 +53,8 @@ private slots:
     void genSinusoidResizesOnlyBeforeTheFirstSound_data();
     void genSinusoidResizesOnlyBeforeTheFirstSound();
     void genSinusoidTakesTheSettings();
-    void outputLivesFromStartToIdle_data();
-    void outputLivesFromStartToIdle();
+    void outputExistsFromStartToIdle_data();
+    void outputExistsFromStartToIdle();
     void bytesHoldTheDueSound_data();
     void bytesHoldTheDueSound();
     void shorterBuffersArePaddedWithZeros_data();
@@ -111,10 +111,10 @@ class TestPlaybackCancelled : public PlaybackTest {
     Q_OBJECT
 
 private slots:
-    void listenersWindowClosedWhileASoundIsPending_data();
-    void listenersWindowClosedWhileASoundIsPending();
-    void listenersWindowClosedWhileASoundPlays_data();
-    void listenersWindowClosedWhileASoundPlays();
+    void subjectWindowClosedWhileASoundIsPending_data();
+    void subjectWindowClosedWhileASoundIsPending();
+    void subjectWindowClosedWhileASoundPlays_data();
+    void subjectWindowClosedWhileASoundPlays();
     void unconfirmedClosingCancelsNothing();
     void mainWindowDestroyedWhileASoundIsPending();
     void mainWindowDestroyedWhileASoundPlays();

@@ -128,7 +128,7 @@ void TestTargetFunctions::samplesPerChannelAreWhole() {
     QTEST(samplesPerChannel(loadedWav(channels, 40000, numberOfSamples, 0)), "expected");
 }
 
-void TestTargetFunctions::durationFollowsTheFilesOwnRate_data() {
+void TestTargetFunctions::durationFollowsTheRateOfTheFile_data() {
     QTest::addColumn<int>("channels");
     QTest::addColumn<quint32>("samplingRate");
     QTest::addColumn<quint32>("numberOfSamples");
@@ -141,7 +141,7 @@ void TestTargetFunctions::durationFollowsTheFilesOwnRate_data() {
     QTest::newRow("a third of a second") << 1 << 3U << 1U << 1.0 / 3.0;
 }
 
-void TestTargetFunctions::durationFollowsTheFilesOwnRate() {
+void TestTargetFunctions::durationFollowsTheRateOfTheFile() {
     QFETCH(int, channels);
     QFETCH(quint32, samplingRate);
     QFETCH(quint32, numberOfSamples);
@@ -242,14 +242,14 @@ void TestTargetFunctions::firstChannelIsCopied_data() {
     QTest::newRow("nothing of three") << 3 << 12 << 4 << nines << nines;
     QTest::newRow("nothing of three, nothing grown") << 3 << 12 << 4 << Samples{} << Samples{};
     QTest::newRow("no channel") << 0 << 4 << 4 << nines << nines;
-    QTest::newRow("no more than asked for") << 1 << 4 << 2 << nines << Samples{1, 2, 9, 9};
+    QTest::newRow("count below the file's") << 1 << 4 << 2 << nines << Samples{1, 2, 9, 9};
     QTest::newRow("grown") << 1 << 4 << 4 << Samples{9} << Samples{1, 2, 3, 4};
     QTest::newRow("padded, mono") << 1 << 2 << 3 << nines << Samples{1, 2, 0, 9};
     QTest::newRow("padded, half a sample of two") << 2 << 3 << 2 << nines << Samples{1, 0, 9, 9};
     QTest::newRow("grown and padded") << 2 << 4 << 3 << Samples{} << Samples{1, 3, 0};
     QTest::newRow("nothing held") << 1 << 0 << 2 << nines << Samples{0, 0, 9, 9};
-    QTest::newRow("nothing asked for") << 1 << 4 << 0 << nines << nines;
-    QTest::newRow("less than nothing asked for") << 1 << 4 << -2 << nines << nines;
+    QTest::newRow("count 0") << 1 << 4 << 0 << nines << nines;
+    QTest::newRow("negative count") << 1 << 4 << -2 << nines << nines;
 }
 
 void TestTargetFunctions::firstChannelIsCopied() {

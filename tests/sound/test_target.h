@@ -32,8 +32,8 @@ class TestTargetFunctions : public QObject {
 private slots:
     void samplesPerChannelAreWhole_data();
     void samplesPerChannelAreWhole();
-    void durationFollowsTheFilesOwnRate_data();
-    void durationFollowsTheFilesOwnRate();
+    void durationFollowsTheRateOfTheFile_data();
+    void durationFollowsTheRateOfTheFile();
     void usableTargets_data();
     void usableTargets();
     void longestSoundThatAVectorHoldsIsUsable();
@@ -72,7 +72,7 @@ private slots:
     void countsDurationsAndSizes();
     void longerPlotIsCutToTheTarget();
     void spectrumIsDrawnUpToHalfItsLength();
-    void timeAxisFollowsTheSettingsRate();
+    void timeAxisFollowsTheRateOfTheSettings();
     void threeChannelsGiveSilence();
     void shorterSecondTargetLeavesNoTail();
     void preparingCountsNoSoundsPlayed();

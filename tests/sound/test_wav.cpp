@@ -199,7 +199,7 @@ void TestWavLoading::movedObjectTakesEverything() {
     const auto everything = stateOf(source);
     CWav constructed(std::move(source));
     QVERIFY(stateOf(constructed) == everything);
-    // NOLINTNEXTLINE(bugprone-use-after-move): what it is then is promised
+    // NOLINTNEXTLINE(bugprone-use-after-move): its state is specified
     QVERIFY(stateOf(source) == stateOf(fresh));
 
     CWav assigned;

@@ -60,7 +60,7 @@ void dismiss(QMessageBox& question) {
 }
 
 /// Queues an answer for the next question.
-void answerWith(DialogDriver& dialogs, const Answer& answer) {
+void queueAnswer(DialogDriver& dialogs, const Answer& answer) {
     dialogs.expectClosing(
         [answer](QWidget* dialog) { answer(*qobject_cast<QMessageBox*>(dialog)); });
 }
@@ -126,7 +126,7 @@ void TestSubjectWindowClosing::questionHasItsProperties() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
     QVariantList facts;
-    answerWith(fixture->dialogs, [&](QMessageBox& question) {
+    queueAnswer(fixture->dialogs, [&](QMessageBox& question) {
         facts = {question.text(),
                  question.informativeText(),
                  question.icon(),
@@ -182,7 +182,7 @@ void TestSubjectWindowClosing::answersByEachWayOfClosing() {
     bringTo(window, Stage::AdjustingWithDone);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
     const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
-    answerWith(fixture->dialogs, answer);
+    queueAnswer(fixture->dialogs, answer);
     QVERIFY(closeAndWait(window, way, fixture->dialogs));
     QCOMPARE(closed.count(), isClosed ? 1 : 0);
     QCOMPARE(window.isVisible(), !isClosed);
@@ -199,7 +199,7 @@ void TestSubjectWindowClosing::windowManagerClosesAtEveryStage() {
     OpenSubjectWindow window;
     bringTo(window, stage);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QCOMPARE(closed.count(), 1);
     QVERIFY(!window.isVisible());
@@ -215,7 +215,7 @@ void TestSubjectWindowClosing::refusedClosingLeavesTheStageAsItWas() {
     bringTo(window, stage);
     const QStringList before = lookOf(window);
     const WindowLog log(window);
-    answerWith(fixture->dialogs, press(QMessageBox::No));
+    queueAnswer(fixture->dialogs, press(QMessageBox::No));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QCOMPARE(lookOf(window), before);
     QCOMPARE(log.lines, QStringList());
@@ -230,7 +230,7 @@ void TestSubjectWindowClosing::windowIsStillShownWhenItsClosingIsSignalled() {
         QVERIFY(window.isVisible());
         QVERIFY(QApplication::activeModalWidget() == nullptr);
     });
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(window.close());
     QCOMPARE(signalled, 1);
     QVERIFY(!window.isVisible());
@@ -254,7 +254,7 @@ void TestSubjectWindowClosing::hiddenWindowHasNoPlatformWindow() {
     const QPointer<QWindow> handle(window.windowHandle());
     QVERIFY(window.backingStore() != nullptr);
     if (isAsked)
-        answerWith(fixture->dialogs, press(QMessageBox::Yes));
+        queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     way(window);
     QTRY_VERIFY(handle.isNull());
     QVERIFY(window.isHidden());
@@ -272,7 +272,7 @@ void TestSubjectWindowClosing::dialogsCanBeShownAfterAWindowIsReleased() {
     for (int session = 0; session < 8; ++session) {
         OpenSubjectWindow window;
         bringTo(window, Stage::AdjustingWithDone);
-        answerWith(fixture->dialogs, press(QMessageBox::Yes));
+        queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
         QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
         QTRY_VERIFY(window.windowHandle() == nullptr);
         const QString title = QStringLiteral("Next");
@@ -290,7 +290,7 @@ void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
     QTRY_COMPARE(window.pos(), QPoint(120, 80));
     const QRect geometry = window.geometry();
     const QStringList look = lookOf(window);
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QTRY_VERIFY(window.windowHandle() == nullptr);
     window.show();
@@ -306,7 +306,7 @@ void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
     QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
                       window.pushButtonPlaySinusoid->mapTo(&window, QPoint(20, 20)));
     QCOMPARE(responses.count(), 1);
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QVERIFY(window.isHidden());
 }
@@ -339,7 +339,7 @@ void TestSubjectWindowClosing::secondCloseRequestAsksNoSecondQuestion() {
     bringTo(window, Stage::AdjustingWithDone);
     // The manager forwards requests in order: once the question has closed, the earlier request for
     // the window has arrived.
-    answerWith(fixture->dialogs, [&](QMessageBox& question) {
+    queueAnswer(fixture->dialogs, [&](QMessageBox& question) {
         QVERIFY(testsupport::pressCloseButton(window));
         dismiss(question);
     });
@@ -348,7 +348,7 @@ void TestSubjectWindowClosing::secondCloseRequestAsksNoSecondQuestion() {
     QVERIFY(window.isVisible());
 }
 
-void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt_data() {
+void TestSubjectWindowClosing::questionCanBeAnsweredDuringASound_data() {
     QTest::addColumn<Stage>("stage");
     QTest::addColumn<QVector<int>>("sounds");
     QTest::addColumn<Answer>("answer");
@@ -368,15 +368,15 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt_data
     row("Yes after the sound", enabled, {1, -1}, press(QMessageBox::Yes), true);
     row("No in a second sound", enabled, {1, 2}, press(QMessageBox::No), false);
     const Stage requested = Stage::SinusoidRequested;
-    row("asked for, Yes", requested, {1}, press(QMessageBox::Yes), true);
-    row("asked for, No", requested, {1}, press(QMessageBox::No), false);
-    row("asked for, Return", requested, {1}, type(Qt::Key_Return), true);
-    row("asked for, No after the sound", requested, {1, -1}, press(QMessageBox::No), false);
+    row("requested, Yes", requested, {1}, press(QMessageBox::Yes), true);
+    row("requested, No", requested, {1}, press(QMessageBox::No), false);
+    row("requested, Return", requested, {1}, type(Qt::Key_Return), true);
+    row("requested, No after the sound", requested, {1, -1}, press(QMessageBox::No), false);
     row("playing, Yes in a further sound", Stage::TargetPlaying, {-1, 1}, press(QMessageBox::Yes),
         true);
 }
 
-void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt() {
+void TestSubjectWindowClosing::questionCanBeAnsweredDuringASound() {
     QFETCH(Stage, stage);
     QFETCH(QVector<int>, sounds);
     QFETCH(Answer, answer);
@@ -388,7 +388,7 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt() {
     OpenSubjectWindow window(&parent);
     bringTo(window, stage);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
-    answerWith(fixture->dialogs, [&](QMessageBox& question) {
+    queueAnswer(fixture->dialogs, [&](QMessageBox& question) {
         for (const int index : sounds)
             window.updateSubjectWindow(index);
         for (const QAbstractButton* button : question.buttons())
@@ -408,7 +408,7 @@ void TestSubjectWindowClosing::questionCanBeAskedAgain() {
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
     for (const auto button : {QMessageBox::No, QMessageBox::Cancel, QMessageBox::Yes}) {
         QCOMPARE(closed.count(), 0);
-        answerWith(fixture->dialogs, press(button));
+        queueAnswer(fixture->dialogs, press(button));
         QVERIFY(closeAndWait(window, closeByDone, fixture->dialogs));
         // No state of the earlier question may remain.
         QCOMPARE(window.findChildren<QMessageBox*>().size(), 0);
@@ -424,7 +424,7 @@ void TestSubjectWindowClosing::windowCanBeDestroyedWhileTheQuestionIsOpen() {
     const QPointer<OpenSubjectWindow> window(new OpenSubjectWindow(parent.get()));
     bringTo(*window, Stage::SinusoidPlaying);
     const QSignalSpy closed(window, &SubjectWindow::subjectWindowClosed);
-    answerWith(fixture->dialogs, [&](QMessageBox& box) {
+    queueAnswer(fixture->dialogs, [&](QMessageBox& box) {
         const QPointer<QMessageBox> question(&box);
         parent.reset();
         if (question) // Otherwise the test would wait for its answer.

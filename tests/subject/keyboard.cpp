@@ -67,7 +67,7 @@ QString focused() {
 }
 
 /// Asks for a sinusoid as a screen reader does, which leaves the focus where it is.
-void requestElsewhere(Desk& desk) {
+void requestWithoutFocus(Desk& desk) {
     desk.window.pushButtonPlaySinusoid->click();
 }
 
@@ -130,7 +130,7 @@ void TestSubjectWindowKeyboard::frequencyControlsKeepTheFocus() {
     for (int i = 1; i <= manyRequests; ++i) {
         QCOMPARE(focused(), control);
         desk.type(Qt::Key_Up);
-        requestElsewhere(desk);
+        requestWithoutFocus(desk);
         QCOMPARE(responses.last(), QVariantList({4, 500 + i}));
         QCOMPARE(focused(), QString());
         desk.playSound();
@@ -173,7 +173,7 @@ void TestSubjectWindowKeyboard::halfTypedFrequency() {
         desk.type(Qt::Key_Backspace);
     else
         desk.type(typed);
-    requestElsewhere(desk);
+    requestWithoutFocus(desk);
     QCOMPARE(responses.last(), QVariantList({4, sent}));
     QCOMPARE(desk.window.spinBoxFrequency->text(), QString::number(sent));
     desk.playSound();
@@ -191,13 +191,13 @@ void TestSubjectWindowKeyboard::selectedFrequencyIsStillReplacedByTyping() {
     desk.window.pushButtonPlayTarget->setFocus();
     desk.type(Qt::Key_Tab);
     QCOMPARE(desk.frequencyText().selectedText(), QStringLiteral("500"));
-    requestElsewhere(desk);
+    requestWithoutFocus(desk);
     desk.playSound();
     QCOMPARE(desk.frequencyText().selectedText(), QStringLiteral("500"));
     desk.type(QStringLiteral("640"));
     QCOMPARE(desk.window.spinBoxFrequency->value(), 640);
     // A frequency that is partly typed is not replaced.
-    requestElsewhere(desk);
+    requestWithoutFocus(desk);
     desk.playSound();
     QCOMPARE(desk.frequencyText().selectedText(), QString());
     QCOMPARE(desk.frequencyText().cursorPosition(), 3);
@@ -246,7 +246,7 @@ void TestSubjectWindowKeyboard::inactiveWindowTakesNoFocus() {
     Desk desk;
     QVERIFY(desk.open(Stage::Adjusting));
     desk.window.sliderFrequency->setFocus();
-    requestElsewhere(desk);
+    requestWithoutFocus(desk);
     QLineEdit other;
     other.setObjectName(QStringLiteral("other"));
     other.show();

@@ -71,7 +71,7 @@ void TestSubjectWindowLife::methodsHaveTheirIndices() {
 void TestSubjectWindowLife::slotsAreNotConnectedByName() {
     OpenSubjectWindow window;
     const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
-    // A signal emitted reaches a slot once for each connection, whatever the button's state.
+    // An emitted signal reaches a slot once for each connection, regardless of the button's state.
     emit window.pushButtonPlayTarget->clicked(false);
     QCOMPARE(responses.count(), 1);
     emit window.pushButtonPlaySinusoid->clicked(false);

@@ -137,8 +137,8 @@ private slots:
     void minimisedOrReshownWindowIsNotReleased_data();
     void minimisedOrReshownWindowIsNotReleased();
     void secondCloseRequestAsksNoSecondQuestion();
-    void questionCanBeAnsweredWhenASoundStartsUnderIt_data();
-    void questionCanBeAnsweredWhenASoundStartsUnderIt();
+    void questionCanBeAnsweredDuringASound_data();
+    void questionCanBeAnsweredDuringASound();
     void questionCanBeAskedAgain();
     void windowCanBeDestroyedWhileTheQuestionIsOpen();
 };

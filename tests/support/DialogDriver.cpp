@@ -18,7 +18,7 @@ namespace testsupport {
 
 namespace {
 
-constexpr int lookEveryMs = 20;
+constexpr int pollIntervalMs = 20;
 
 QString targetTitle() {
     return QStringLiteral("Select a target sound file");
@@ -64,7 +64,7 @@ QString contentOf(QWidget* dialog) {
 } // namespace
 
 DialogDriver::DialogDriver(QObject* parent) : QObject(parent) {
-    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
+    QTimer::singleShot(pollIntervalMs, this, &DialogDriver::answerDialog);
 }
 
 void DialogDriver::expect(const QString& title, Answer answer) {
@@ -132,7 +132,7 @@ void DialogDriver::click(const QString& title, QMessageBox::StandardButton butto
 
 void DialogDriver::answerDialog() {
     // Restarted at once: a repeating timer would not fire while an answer opens another dialog.
-    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
+    QTimer::singleShot(pollIntervalMs, this, &DialogDriver::answerDialog);
     QWidget* dialog = QApplication::activeModalWidget();
     if (dialog == nullptr || dialog == current || !dialog->isVisible() || !isLaidOut(*dialog))
         return;

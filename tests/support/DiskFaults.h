@@ -108,11 +108,11 @@ public:
         constexpr uid_t nobody = 65534;
         // Qt asks what the real user may do, opening a file what the effective one may.
         if (::getuid() == 0 && ::setresuid(nobody, nobody, 0) != 0)
-            qFatal("the administrator's rights cannot be put aside");
+            qFatal("root privileges cannot be dropped");
     }
     ~WithoutPrivileges() {
         if (::setresuid(own, own, own) != 0)
-            qFatal("the administrator's rights do not come back");
+            qFatal("root privileges cannot be restored");
     }
     Q_DISABLE_COPY_MOVE(WithoutPrivileges)
 

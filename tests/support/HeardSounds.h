@@ -8,7 +8,7 @@
 
 namespace testsupport {
 
-/// Where the sounds of a recording start, and what is wrong with it.
+/// The starts of the sounds of a recording, and its difference from the expected one.
 struct HeardSounds {
     QVector<int> starts; ///< Index of each sound's first sample in the recording.
     QString difference;  ///< Empty when the recording holds the sounds and silence, nothing else.
@@ -39,15 +39,15 @@ struct HeardSound {
 };
 
 /// Looks for a sound in that stretch of a recording in which it, and nothing else, should be heard.
-/// Of an incomplete sound only what is not silent counts, for silence within the sound cannot
-/// be distinguished from a gap. The sound must not be silent throughout.
+/// Silent samples of an incomplete sound are not counted, since they cannot be distinguished from a
+/// gap. The sound must not be silent throughout.
 HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound);
 
 /// Whether any sample is not silent.
 bool isAudible(const QVector<float>& samples);
 
-/// How much of a sound a recording begins with, from its first sample that is not silent, and what
-/// it holds after that.
+/// The part of a sound with which a recording begins, from its first sample that is not silent, and
+/// the rest of the recording.
 struct CutSound {
     int length = 0;
     QVector<float> rest;

@@ -22,7 +22,7 @@ QStringList& warningLines() {
     return lines;
 }
 
-// The sound server's client warns from a thread of its own.
+// The sound server's client warns from a separate thread.
 QMutex& mutex() {
     static QMutex theMutex;
     return theMutex;

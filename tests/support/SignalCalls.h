@@ -57,8 +57,8 @@ inline void addCallsThatWarn() {
         << SignalCall([] { randomInteger(7, 2); }) << "min cannot be larger than max";
     QTest::newRow("randomIntegers") << SignalCall([] { randomIntegers(4, 7, 2); })
                                     << "min cannot be larger than max; force min = max";
-    QTest::newRow("randomIntegers, none") << SignalCall([] { randomIntegers(0, 7, 2); })
-                                          << "min cannot be larger than max; force min = max";
+    QTest::newRow("randomIntegers, count 0") << SignalCall([] { randomIntegers(0, 7, 2); })
+                                             << "min cannot be larger than max; force min = max";
 }
 
 inline void addCallsThatDoNotWarn() {

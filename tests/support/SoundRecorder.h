@@ -13,8 +13,8 @@
 
 namespace testsupport {
 
-/// Records the virtual sound device "lab", one channel of 32-bit floats, sample for sample, in
-/// a thread of its own, which notes when each piece arrives, whatever the event loop is doing.
+/// Records the virtual sound device "lab", one channel of 32-bit floats, sample for sample, in a
+/// separate thread, which records the arrival time of each piece independently of the event loop.
 ///
 /// The recording command is DESK_RECORDER of scripts/virtual-desk, which disturbs its sound server
 /// as little as possible.

@@ -48,7 +48,7 @@ public:
     [[nodiscard]] std::int64_t size() const { return _len; }
 
     /// The element at 0 <= `pos` < size(). In an inner loop take the address of the first element
-    /// once and go on from there: both bounds are checked at every call, in every build.
+    /// once and use the pointer: both bounds are checked at every call, in every build.
     [[nodiscard]] const T& operator[](std::int64_t pos) const {
         FFTREAL_ASSERT(pos >= 0, "pos >= 0");
         FFTREAL_ASSERT(pos < _len, "pos < _len");

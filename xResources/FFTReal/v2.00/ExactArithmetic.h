@@ -4,9 +4,9 @@
 
 #include <cfloat>
 
-// The order and the rounding of every operation are part of the transform's contract. What lies
+// The order and the rounding of every operation are part of the transform's contract. The code
 // between FFTREAL_EXACT_BEGIN and FFTREAL_EXACT_END is compiled without fused multiply-adds,
-// whatever the command line says (clang's -ffp-contract=fast alone overrules it).
+// regardless of the command line (only clang's -ffp-contract=fast overrules it).
 #if defined(__FAST_MATH__) || defined(__ASSOCIATIVE_MATH__)
 #error "The real FFT cannot be compiled with -ffast-math: its results are defined to the last bit."
 #endif
