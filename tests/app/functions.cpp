@@ -3,7 +3,7 @@
 #include "test_app.h"
 
 #include "base/Numbers.h"
-#include "window/WindowPlacement.h"
+#include "window/TopLevelWindow.h"
 
 #include <QLocale>
 #include <QTest>
