@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/CommandLine.h"
 
+#include "signal/RandomGenerator.h"
 #include "tools/HelpText.h"
 #include "tools/NumberReader.h"
 #include "tools/TargetSound.h"
@@ -9,6 +10,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QMap>
+#include <QRandomGenerator>
 
 #include <algorithm>
 
@@ -31,7 +33,8 @@ const QMap<QString, QStringList>& kindsOfOptions() {
                                                   {"without-fundamental", {"complex"}},
                                                   {"modulation", {"sam"}},
                                                   {"depth", {"sam"}},
-                                                  {"modulation-phase", {"sam"}}};
+                                                  {"modulation-phase", {"sam"}},
+                                                  {"seed", {"noise"}}};
     return kinds;
 }
 
@@ -59,7 +62,8 @@ void addSoundOptions(QCommandLineParser& parser) {
                 usual.modulationFrequency),
          valued("depth", "sam: from 0 to 1 (default %1).", "factor", usual.modulationDepth),
          valued("modulation-phase", "sam: at which the modulating cosine starts (default %1).",
-                "degrees", usual.modulationPhaseDegrees)});
+                "degrees", usual.modulationPhaseDegrees),
+         {"seed", "noise: the same number gives the same noise (drawn by default).", "number"}});
 }
 
 void addFileOptions(QCommandLineParser& parser) {
@@ -95,6 +99,8 @@ TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberRe
     recipe.modulationFrequency = values.number("modulation", 0.001, mostHertz);
     recipe.modulationDepth = values.number("depth", 0, 1);
     recipe.modulationPhaseDegrees = values.number("modulation-phase", -mostDegrees, mostDegrees);
+    recipe.seed = parser.isSet("seed") ? values.integer("seed", 0, largestRandomNumber)
+                                       : QRandomGenerator::system()->bounded(largestRandomNumber);
     recipe.durationMs = values.number("duration", 0.001, mostMilliseconds);
     recipe.levelKind = parser.isSet("rms") ? LevelKind::Rms : LevelKind::Peak;
     recipe.levelDecibels =

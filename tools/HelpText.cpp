@@ -39,15 +39,15 @@ has an RMS level of -3.01 dB. A sample beyond full scale is an error, and nothin
 Samples are rounded to the nearest of the integers that the bits allow, without dither. Full
 scale itself, +1 and -1, becomes the greatest of them and its negative.
 
-The noise is the signal library's, less its mean. The library seeds it with the time in whole
-seconds: files made within the same second hold the same noise.
+The noise is the signal library's, less its mean. Its seed is printed; --seed with the same
+number makes the same noise again.
 
 Examples:
   pellion-target make tone a440.wav --frequency 440 --duration 500 --peak -10
   pellion-target make complex full.wav --frequency 200 --harmonics 1-10
   pellion-target make complex missing.wav --frequency 200 --harmonics 1-10 --without-fundamental
   pellion-target make sam am.wav --frequency 1000 --modulation 100 --depth 1 --rms -20
-  pellion-target make noise noise.wav --ramp linear --ramp-duration 5 --channels 2 --force
+  pellion-target make noise noise.wav --seed 7 --ramp linear --channels 2 --force
 )");
 }
 

@@ -65,11 +65,11 @@ int answer(const MakeRequest& request) {
         say(problem);
         return notDone;
     }
-    std::cout << QStringLiteral("%1: %2, %3\n")
-                     .arg(request.fileName, lengthText(wav), levelsText(samples))
+    const bool isNoise = request.recipe.kind == SoundKind::Noise;
+    const QString seed = isNoise ? QStringLiteral(", seed %1").arg(request.recipe.seed) : QString();
+    std::cout << QStringLiteral("%1: %2, %3%4\n")
+                     .arg(request.fileName, lengthText(wav), levelsText(samples), seed)
                      .toStdString();
-    if (request.recipe.kind == SoundKind::Noise)
-        say(QStringLiteral("note: noise made within the same second is the same noise"));
     sayWhatIsOdd(request.fileName);
     return done;
 }

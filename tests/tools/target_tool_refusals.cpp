@@ -134,6 +134,9 @@ void TestTargetRefusals::wrongCommandLinesAreExplained_data() {
     row("info --force x.wav", "Unknown option 'force'");
     row("make tone x.wav --harmonics 2", "--harmonics does not belong to \"make tone\"");
     row("make noise x.wav --frequency 2", "--frequency does not belong to \"make noise\"");
+    row("make tone x.wav --seed 2", "--seed does not belong to \"make tone\"");
+    row("make noise x.wav --seed -1",
+        "--seed takes a whole number from 0 to 2147483647, not \"-1\"");
     row("make complex x.wav --depth 1", "--depth does not belong to \"make complex\"");
     row("make sam x.wav --without-fundamental",
         "--without-fundamental does not belong to \"make sam\"");
@@ -260,7 +263,7 @@ void TestTargetRefusals::manualNamesEveryOption() {
         const QByteArray name = match.next().captured(1).toUtf8();
         QVERIFY2(manual.contains(name), name.constData());
     }
-    QCOMPARE(options, 18);
+    QCOMPARE(options, 19);
 }
 
 void TestTargetRefusals::manualIsWellFormed() {

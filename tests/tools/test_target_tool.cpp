@@ -46,8 +46,8 @@ QVector<double> tone(int count, double frequency, double phaseDegrees) {
     return sine(samplingRate, count / samplingRate, frequency, 1, phaseDegrees);
 }
 
-QVector<double> noise(int count, uint seconds) {
-    seedRandomNumbers(seconds);
+QVector<double> noise(int count, uint seed) {
+    seedRandomNumbers(seed);
     QVector<double> samples(count);
     double sum = 0;
     for (double& sample : samples)
