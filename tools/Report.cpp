@@ -4,6 +4,8 @@
 
 #include "base/Numbers.h"
 #include "sound/TargetSamples.h"
+#include "tools/Conversion.h"
+#include "tools/Fix.h"
 #include "tools/IntendedSound.h"
 #include "tools/Levels.h"
 
@@ -28,6 +30,13 @@ void printSound(const CWav& wav) {
     for (int channel = 0; channel < wav.header.numberOfChannels; ++channel)
         printLine(QStringLiteral("Channel %1").arg(channel + 1),
                   levelsText(channelOf(wav, channel)));
+}
+
+/// Empty where nothing has to be fixed, or nothing can be.
+QString fixOf(const Inspection& inspection) {
+    const bool isFixable = inspection.isOpened && !inspection.isAsIntended() &&
+                           conversionProblem(inspection.intended).isEmpty();
+    return isFixable ? fixCommand(inspection.fileName) : QString();
 }
 
 } // namespace
@@ -55,9 +64,9 @@ void printReport(const Inspection& inspection) {
         printLine(QStringLiteral("Effect"), finding.consequence);
     }
     if (!inspection.isAsIntended()) {
-        const QString command = fixCommand(inspection.fix, inspection.fileName);
+        const QString fix = fixOf(inspection);
         printLine(QStringLiteral("Fix"),
-                  command.isEmpty() ? QStringLiteral("make the file again") : command);
+                  fix.isEmpty() ? QStringLiteral("make the file again") : fix);
     }
     for (const QString& note : inspection.notes)
         printLine(QStringLiteral("Note"), note);

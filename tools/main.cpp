@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/Version.h"
 #include "tools/CommandLine.h"
+#include "tools/Conversion.h"
 #include "tools/Inspection.h"
 #include "tools/Levels.h"
 #include "tools/Report.h"
@@ -46,6 +47,13 @@ void sayWhatIsOdd(const QString& fileName) {
         say(QStringLiteral("note: %1").arg(note));
 }
 
+void printMade(const QString& fileName, const CWav& wav, const QVector<double>& samples,
+               const QString& seed = {}) {
+    std::cout << QStringLiteral("%1: %2, %3%4\n")
+                     .arg(fileName, lengthText(wav), levelsText(samples), seed)
+                     .toStdString();
+}
+
 int answer(const MakeRequest& request) {
     const QVector<double> samples = targetSound(request.recipe);
     if (samples.isEmpty()) {
@@ -67,9 +75,30 @@ int answer(const MakeRequest& request) {
     }
     const bool isNoise = request.recipe.kind == SoundKind::Noise;
     const QString seed = isNoise ? QStringLiteral(", seed %1").arg(request.recipe.seed) : QString();
-    std::cout << QStringLiteral("%1: %2, %3%4\n")
-                     .arg(request.fileName, lengthText(wav), levelsText(samples), seed)
-                     .toStdString();
+    printMade(request.fileName, wav, samples, seed);
+    sayWhatIsOdd(request.fileName);
+    return done;
+}
+
+int answer(const ConvertRequest& request) {
+    const Inspection source = inspect(request.sourceName);
+    if (!source.isOpened) {
+        say(QStringLiteral("%1 cannot be opened as a regular file").arg(request.sourceName));
+        return notDone;
+    }
+    const Conversion conversion = convert(source, request.gainDecibels);
+    if (!conversion.problem.isEmpty()) {
+        say(QStringLiteral("%1: %2").arg(request.sourceName, conversion.problem));
+        return notDone;
+    }
+    const QString problem = writeTarget(conversion.wav, request.fileName, request.existing);
+    if (!problem.isEmpty()) {
+        say(problem);
+        return notDone;
+    }
+    for (const QString& step : conversion.steps)
+        std::cout << step.toStdString() << '\n';
+    printMade(request.fileName, conversion.wav, conversion.samples);
     sayWhatIsOdd(request.fileName);
     return done;
 }

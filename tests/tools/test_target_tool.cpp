@@ -103,6 +103,6 @@ QByteArray handmade(const testsupport::WavFormat& format, int frames) {
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    return testsupport::runAll<TestTargetMaking, TestTargetRefusals, TestTargetInfo,
-                               TestTargetParts>(argc, argv);
+    return testsupport::runAll<TestTargetMaking, TestTargetRefusals, TestTargetConversion,
+                               TestTargetInfo, TestTargetParts>(argc, argv);
 }

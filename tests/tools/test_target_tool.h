@@ -28,9 +28,11 @@ public:
     /// Runs it with arguments as they are, and more environment variables ("NAME=value").
     ToolRun runWords(const QStringList& arguments, const QStringList& environment = {}) const;
 
-    /// Runs a shell's command line in the folder; returns whether it succeeded.
+    /// Runs a shell's command line in the folder, which may call pellion-target by its name;
+    /// returns whether it succeeded.
     bool shell(const QString& commandLine) const {
-        return testsupport::runShell(commandLine, folder.path());
+        return testsupport::runShell(
+            "PATH=\"$(dirname '" PELLION_TARGET "'):$PATH\"; " + commandLine, folder.path());
     }
 
     QString path(const QString& name) const { return folder.filePath(name); }
@@ -133,6 +135,23 @@ private slots:
     void namesAreQuotedForTheShell_data();
     void namesAreQuotedForTheShell();
     void mangledFilesDoNoHarm();
+};
+
+class TestTargetConversion : public QObject {
+    Q_OBJECT
+
+private slots:
+    void resultIsThatOfSox_data();
+    void resultIsThatOfSox();
+    void stepsAreReported_data();
+    void stepsAreReported();
+    void paddingOfTheLastBlockIsLeftOut_data();
+    void paddingOfTheLastBlockIsLeftOut();
+    void overshootIsReportedWithTheGainThatHelps_data();
+    void overshootIsReportedWithTheGainThatHelps();
+    void fileWithoutUsableSoundIsRefused_data();
+    void fileWithoutUsableSoundIsRefused();
+    void fileIsConvertedInPlace();
 };
 
 class TestTargetParts : public QObject {
