@@ -190,6 +190,7 @@ void describe(QCommandLineParser& parser, const QString& command) {
     } else if (command == infoCommand) {
         parser.setApplicationDescription(infoDescription());
         parser.addPositionalArgument("file", "WAV files.", "info file...");
+        parser.addOption({"json", "Print everything as one JSON array."});
     } else {
         parser.setApplicationDescription(programDescription());
         parser.addPositionalArgument("command", "make, convert or info.");
@@ -230,5 +231,5 @@ Request parseCommandLine(const QStringList& arguments) {
         return convertRequest(parser);
     if (words.size() < 2)
         return UsageError{QStringLiteral("info takes the names of files")};
-    return InfoRequest{words.mid(1)};
+    return InfoRequest{words.mid(1), parser.isSet("json")};
 }

@@ -27,6 +27,7 @@ struct ConvertRequest {
 /// Report on files.
 struct InfoRequest {
     QStringList fileNames;
+    bool isJson = false;
 };
 
 /// Print a text that was asked for.

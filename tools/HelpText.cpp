@@ -82,6 +82,7 @@ compares. Each problem is printed with its effect, and with the command that fix
 Examples:
   pellion-target info target.wav
   pellion-target info ~/Desktop/*.wav
+  pellion-target info --json target.wav
   pellion-target info target.wav >/dev/null && echo "a good target"
 
 Exit status: 0 only if every file would be read as intended.

@@ -11,6 +11,8 @@
 #include "tools/TargetSound.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
 
 #include <exception>
 #include <iostream>
@@ -105,14 +107,21 @@ int answer(const ConvertRequest& request) {
 
 int answer(const InfoRequest& request) {
     int good = 0;
+    QJsonArray reports;
     for (const QString& fileName : request.fileNames) {
+        const Inspection inspection = inspect(fileName);
+        good += inspection.isAsIntended() ? 1 : 0;
+        if (request.isJson) {
+            reports << jsonReport(inspection);
+            continue;
+        }
         if (&fileName != &request.fileNames.constFirst())
             std::cout << '\n';
-        const Inspection inspection = inspect(fileName);
         printReport(inspection);
-        good += inspection.isAsIntended() ? 1 : 0;
     }
-    if (request.fileNames.size() > 1)
+    if (request.isJson)
+        std::cout << QJsonDocument(reports).toJson().constData();
+    else if (request.fileNames.size() > 1)
         std::cout << "\nRead as intended: " << good << " of " << request.fileNames.size()
                   << " files\n";
     return good == request.fileNames.size() ? done : notDone;

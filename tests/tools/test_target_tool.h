@@ -134,6 +134,7 @@ private slots:
     void severalFilesAreAllLookedAt();
     void namesAreQuotedForTheShell_data();
     void namesAreQuotedForTheShell();
+    void jsonHoldsTheSame();
     void mangledFilesDoNoHarm();
 };
 
