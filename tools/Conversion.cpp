@@ -23,6 +23,10 @@ constexpr int maximumPadding = 4;
 /// Far beyond any level that is meant, and far within what the resampler's numbers hold.
 constexpr double maximumMagnitude = 1e6;
 
+/// Hz. The resampler takes no lower rate, and leaves out samples at 10 MHz.
+constexpr quint32 minimumRate = 157;
+constexpr quint32 maximumRate = 4000000;
+
 double resamplingRatio(quint32 samplingRate) {
     return double(playedRate) / samplingRate;
 }
@@ -46,6 +50,8 @@ QVector<double> resampled(const QVector<double>& samples, quint32 samplingRate) 
     const int error = src_simple(&data, SRC_SINC_BEST_QUALITY, 1);
     if (error != 0)
         throw std::runtime_error(src_strerror(error));
+    if (data.output_frames_gen != data.output_frames)
+        throw std::runtime_error("the resampler has left out samples");
     return {output.cbegin(), output.cend()};
 }
 
@@ -105,7 +111,7 @@ QString conversionProblem(const CWav& sound) {
     if (samples == 0)
         return QStringLiteral("it holds no sound that can be read");
     const quint32 samplingRate = sound.header.samplingRate;
-    if (src_is_valid_ratio(resamplingRatio(samplingRate)) == 0)
+    if (samplingRate < minimumRate || samplingRate > maximumRate)
         return QStringLiteral("its sampling rate, %1 Hz, is too far from %2 Hz")
             .arg(samplingRate)
             .arg(playedRate);

@@ -44,13 +44,14 @@ QVector<int> quarters() {
     return codes;
 }
 
-/// 250 ms of the same as 32-bit floating point behind an extensible header, as ffmpeg 5 writes it.
+/// 250 ms of the same as 32-bit floating point behind an extensible header, as ffmpeg 5 writes it,
+/// but for a fact chunk that says half as many samples.
 QByteArray extensibleFloats() {
     const QByteArray data = QByteArray::fromHex("0000803e000080be").repeated(5000);
     const QByteArray subformat = QByteArray::fromHex("0300000000001000800000aa00389b71");
     QByteArray bytes = wavWithData({40000, 1, 32}, data);
     bytes.insert(36, QByteArray::fromHex("1600200004000000") + subformat + tag("fact", 4) +
-                         QByteArray::fromHex("10270000"));
+                         QByteArray::fromHex("88130000"));
     bytes = with32(bytes, 4, quint32(bytes.size() - 8));
     return with16(with32(bytes, wavoffset::formatChunkSize, 40), wavoffset::audioFormat, 0xFFFE);
 }

@@ -146,8 +146,8 @@ private slots:
     void resultIsThatOfSox();
     void stepsAreReported_data();
     void stepsAreReported();
-    void paddingOfTheLastBlockIsLeftOut_data();
-    void paddingOfTheLastBlockIsLeftOut();
+    void encodingsOf16BitsKeepTheirLength_data();
+    void encodingsOf16BitsKeepTheirLength();
     void overshootIsReportedWithTheGainThatHelps_data();
     void overshootIsReportedWithTheGainThatHelps();
     void fileWithoutUsableSoundIsRefused_data();
