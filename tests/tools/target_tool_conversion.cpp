@@ -80,6 +80,12 @@ void TestTargetConversion::stepsAreReported_data() {
         "rounded to 24 bits\n"
         "silence added, 5001 samples to 5002, so that Pellion plays the last one\n"
         "y.wav: 125.05 ms, 5002 samples, peak -20.02 dB, RMS -23.03 dB re full scale\n");
+    // The resampler would leave out the last sample but for silence after it.
+    row("1 MHz", "sox -r 1000000 -n -b 16 -c 1 x.wav synth 3013s sine 1000 vol 0.5", "",
+        "resampled from 1000000 to 40000 Hz\n"
+        "rounded to 24 bits\n"
+        "silence added, 121 samples to 123, so that Pellion plays the last one\n"
+        "y.wav: 3.08 ms, 123 samples, peak -6.02 dB, RMS -9.14 dB re full scale\n");
     row("24 bits of AIFF", "sox plain.wav -b 24 -t aiff x.wav", "",
         "header replaced: It is no WAVE file but AIFF (Apple/SGI).\n24 bits kept\n" + madeAsPlain);
     row("lowest codes",
