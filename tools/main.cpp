@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/Version.h"
 #include "tools/CommandLine.h"
+#include "tools/Conversion.h"
 #include "tools/Inspection.h"
 #include "tools/Levels.h"
 #include "tools/Report.h"
@@ -10,6 +11,8 @@
 #include "tools/TargetSound.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
 
 #include <exception>
 #include <iostream>
@@ -46,6 +49,13 @@ void sayWhatIsOdd(const QString& fileName) {
         say(QStringLiteral("note: %1").arg(note));
 }
 
+void printMade(const QString& fileName, const CWav& wav, const QVector<double>& samples,
+               const QString& seed = {}) {
+    std::cout << QStringLiteral("%1: %2, %3%4\n")
+                     .arg(fileName, lengthText(wav), levelsText(samples), seed)
+                     .toStdString();
+}
+
 int answer(const MakeRequest& request) {
     const QVector<double> samples = targetSound(request.recipe);
     if (samples.isEmpty()) {
@@ -65,25 +75,53 @@ int answer(const MakeRequest& request) {
         say(problem);
         return notDone;
     }
-    std::cout << QStringLiteral("%1: %2, %3\n")
-                     .arg(request.fileName, lengthText(wav), levelsText(samples))
-                     .toStdString();
-    if (request.recipe.kind == SoundKind::Noise)
-        say(QStringLiteral("note: noise made within the same second is the same noise"));
+    const bool isNoise = request.recipe.kind == SoundKind::Noise;
+    const QString seed = isNoise ? QStringLiteral(", seed %1").arg(request.recipe.seed) : QString();
+    printMade(request.fileName, wav, samples, seed);
+    sayWhatIsOdd(request.fileName);
+    return done;
+}
+
+int answer(const ConvertRequest& request) {
+    const Inspection source = inspect(request.sourceName);
+    if (!source.isOpened) {
+        say(QStringLiteral("%1 cannot be opened as a regular file").arg(request.sourceName));
+        return notDone;
+    }
+    const Conversion conversion = convert(source, request.gainDecibels);
+    if (!conversion.problem.isEmpty()) {
+        say(QStringLiteral("%1: %2").arg(request.sourceName, conversion.problem));
+        return notDone;
+    }
+    const QString problem = writeTarget(conversion.wav, request.fileName, request.existing);
+    if (!problem.isEmpty()) {
+        say(problem);
+        return notDone;
+    }
+    for (const QString& step : conversion.steps)
+        std::cout << step.toStdString() << '\n';
+    printMade(request.fileName, conversion.wav, conversion.samples);
     sayWhatIsOdd(request.fileName);
     return done;
 }
 
 int answer(const InfoRequest& request) {
     int good = 0;
+    QJsonArray reports;
     for (const QString& fileName : request.fileNames) {
+        const Inspection inspection = inspect(fileName);
+        good += inspection.isAsIntended() ? 1 : 0;
+        if (request.isJson) {
+            reports << jsonReport(inspection);
+            continue;
+        }
         if (&fileName != &request.fileNames.constFirst())
             std::cout << '\n';
-        const Inspection inspection = inspect(fileName);
         printReport(inspection);
-        good += inspection.isAsIntended() ? 1 : 0;
     }
-    if (request.fileNames.size() > 1)
+    if (request.isJson)
+        std::cout << QJsonDocument(reports).toJson().constData();
+    else if (request.fileNames.size() > 1)
         std::cout << "\nRead as intended: " << good << " of " << request.fileNames.size()
                   << " files\n";
     return good == request.fileNames.size() ? done : notDone;
