@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include "window/NamedWidget.h"
-#include "window/PlatformWindow.h"
-#include "window/StaleClicks.h"
+#include "window/BusyMouse.h"
+#include "window/TopLevelWindow.h"
+#include "window/Widgets.h"
 
 #include <QBuffer>
 #include <QCheckBox>

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include "window/WindowPlacement.h"
-#include "window/WindowTitle.h"
+#include "window/TopLevelWindow.h"
 
 #include <QCheckBox>
 #include <QGridLayout>

@@ -4,8 +4,8 @@
 // For each length, all of them transform in turns of about half a millisecond, so that whatever
 // else the machine does meets them alike. What is reported are medians over the turns: the time of
 // our transform in microseconds, and the ratio of it to each other's in the same turn, "x_fftw" for
-// instance, which is below 1 where ours is faster. Run on one processor and at rest, and more than
-// once, because where in memory the arrays come to lie is luck:
+// instance, which is below 1 where ours is faster. Run it on one idle processor, and more than
+// once, because the place of the arrays in memory is random:
 //
 //     taskset -c 1 bench_fft --benchmark_format=json
 //
@@ -126,8 +126,8 @@ void repeated(benchmark::State& state, int bits, Way ours) {
     fftw_destroy_plan(plan);
 }
 
-/// Everything from the tables on, for a single transform, beside FFTW, which plans anew each time,
-/// once without and once with what the planner has learnt ("warm").
+/// Tables and a single transform, beside FFTW with a new plan each time, once without and once with
+/// what the planner has learnt ("warm").
 void once(benchmark::State& state, int bits) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);

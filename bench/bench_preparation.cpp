@@ -3,9 +3,9 @@
 //
 // Each iteration prepares a target in a new main window and times the steps one by one; the
 // counters are medians over the iterations, whose number is fixed: of the milliseconds of each step
-// and of the part of them that the system's kernel took, and of the peak of memory. Loading stands
-// beside libsndfile's reading of the same file into doubles, and one transform by FFTW is there so
-// that other machines can be compared.
+// and of the part of them that the system's kernel took, and of the peak of memory. Loading is
+// compared with libsndfile's reading of the same file into doubles, and one transform by FFTW is
+// there so that other machines can be compared.
 #include "app/MainWindow.h"
 
 #include "Cost.h"
@@ -106,7 +106,7 @@ void forgetPeakMemory() {
         qFatal("the peak of memory cannot be set back");
 }
 
-/// Bytes of the buffers that stand at the same time while the spectrum is computed: the file's
+/// Bytes of the buffers that exist at the same time while the spectrum is computed: the file's
 /// bytes and samples, the target, the three vectors of bins, the transform's tables and buffer
 /// (20 bytes a value), its input and its output.
 double requiredBytes(const PreparedWindow& window) {
@@ -142,7 +142,7 @@ void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
     wav.ConvertData();
     conversion = costOf([&] { wav.ConvertData(); });
     if (!isReadOnly || wav.samples.size() != wav.numberOfSamples)
-        qFatal("reading and converting have not been told apart");
+        qFatal("reading and converting have not been separated");
 }
 
 /// What the program does to draw the vectors of a window, without the charts.
@@ -188,7 +188,7 @@ void fillSpectrumAgain(PreparedWindow& window, Cost& filling, Cost& library) {
 }
 
 /// Takes a whole preparation in the program's order; "own" is all of it but Qt's updating
-/// and painting of charts. Steps that the program takes in one go are told apart by taking parts of
+/// and painting of charts. Steps that the program takes in one go are separated by taking parts of
 /// them again; "buffers", "transform" and "chart update" are what is left of the whole. The texts
 /// and the trend's reset, which prepareTarget() sees to as well, are not timed.
 void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,

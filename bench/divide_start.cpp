@@ -1,4 +1,4 @@
-// Takes the program's start step by step and tells how long each step takes.
+// Takes the program's start step by step and reports how long each step takes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 //     divide_start NANOSECONDS [files]
@@ -7,7 +7,7 @@
 // "files" the icon is taken as files instead of pictures. Prints one JSON object of milliseconds.
 // The steps are those of the program's main() in its order, but for two that the window's
 // constructor would take: fonts and sound device are looked up before, and the second time costs
-// next to nothing. Behind them stand the charts, built once more with everything loaded.
+// next to nothing. The last step builds the charts once more with everything loaded.
 #include "app/MainWindow.h"
 
 #include "session/ResponseJournal.h"
@@ -40,7 +40,7 @@ using Clock = std::chrono::steady_clock;
     std::exit(1);
 }
 
-/// The window that tells when its charts have been painted.
+/// The window that reports when its charts have been painted.
 class WatchedWindow : public MainWindow {
 public:
     WatchedWindow() {

@@ -2,8 +2,8 @@
 // draw_target TARGET PICTURE.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// A whole process from launch to a PNG file, to stand beside other programs' scripts. Like those it
-// needs no screen: the window is laid out, but not shown.
+// A whole process from launch to a PNG file, for comparison with other programs' scripts. Like
+// those it needs no screen: the window is laid out, but not shown.
 #include "app/MainWindow.h"
 
 #include <QApplication>

@@ -45,7 +45,7 @@ def processes_with_qt():
         try:
             if "libQt5Core" in (process / "maps").read_text(encoding="utf-8", errors="replace"):
                 names.append((process / "comm").read_text(encoding="utf-8").strip())
-        except OSError:  # ended by now, or somebody else's
+        except OSError:  # ended by now, or another user's
             continue
     return names
 
@@ -115,7 +115,7 @@ def divisions(starts, build):
             "icon as files": numbers_of([divider, str(time.monotonic_ns()), "files"],
                                         starts.environment),
             "as it is": starts.once("Pellion"),
-            # What Qt tries first where nobody has said anything.
+            # What Qt tries first unless it is set.
             "with OpenGL": starts.once("Pellion", QT_XCB_GL_INTEGRATION="xcb_glx")}
         if number > 0:
             for name, run in round_.items():

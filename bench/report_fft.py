@@ -45,11 +45,11 @@ def polyline(values, colour, scale):
 
 def fft_picture(runs):
     """An SVG of the ratios over the length."""
-    width, height, margin, most = 720, 360, 50, 2.5
+    width, height, margin, highest = 720, 360, 50, 2.5
 
     def scale(bits, value):
         return (margin + (bits - FIRST_BITS) / (LAST_BITS - FIRST_BITS) * (width - 2 * margin),
-                height - margin - min(value, most) / most * (height - 2 * margin))
+                height - margin - min(value, highest) / highest * (height - 2 * margin))
     parts = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {width} {height}" '
              'font-family="sans-serif" font-size="12">',
              f'<rect width="{width}" height="{height}" fill="white"/>']
@@ -78,10 +78,10 @@ def fft_section(runs, context):
 
 Ours beside FFTW {version("libfftw3-dev")} in double precision (real to complex, out of place, `FFTW_ESTIMATE`), GSL
 {version("libgsl-dev")} (in place, its copy counted) and KISS FFT {version("libkissfft-dev")} (packaged in single precision: half of
-the work), at a load of {load_of(context):.1f}. All transform in turns of half a millisecond; each ratio is the
-median over the turns, and over three processes, because where in memory the arrays come to lie is
-luck. "Once" is all from the tables on for one transform, FFTW planning anew; "planner warm" keeps
-what its planner has learnt. Every output value is, bit for bit, that of the plain passes in
+the work), at a load of {load_of(context):.1f}. All transform in turns of half a millisecond. Each ratio is the
+median over the turns and over three processes, because the place of the arrays in memory is random.
+"Once" includes the tables and, for FFTW, a new plan; "planner warm" keeps what its planner has
+learnt. Every output value is, bit for bit, that of the plain passes in
 `FFTReal.h`, which "pass by pass" times.
 
 ![Ratios over the length](pictures/fft-ratios.svg)

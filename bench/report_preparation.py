@@ -35,11 +35,11 @@ def shares_table(preparations, unit):
     for target, seconds, run in preparations:
         memory = memory_of(run)
         # The system counts its time in ticks, of which short targets have too few.
-        is_told = seconds >= 60
+        is_measurable = seconds >= 60
         rows.append([target, number_text(run["own"]),
-                     number_text(run["own, system"]) if is_told else "–",
+                     number_text(run["own, system"]) if is_measurable else "–",
                      number_text(run["C library"]), f"{100 * run['own share']:.0f} %",
-                     f"{100 * run[OWN_CODE]:.0f} %" if is_told else "–",
+                     f"{100 * run[OWN_CODE]:.0f} %" if is_measurable else "–",
                      f"{run['own'] / unit:.1f}", f"{memory:.2f}" if memory else "–"])
     return table(["target", "own (ms)", "of it in the kernel", "of it in the C library",
                   "own share", "share without these two", "own, in transforms of 2^18 by FFTW",
@@ -72,21 +72,21 @@ medians over the preparations ({iterations_text(preparations)}).
 
 {steps_table(preparations)}
 
-What the program does in one go is told apart by doing parts of it once more on the same data, in
-memory that has been written to before; "buffers", "transform" and "chart update" are what is then
-left of the whole. So fresh memory is in "buffers", in "transform" and in Qt's steps.
+The parts of what the program does in one go are separated by doing some of them once more on the same
+data, in memory that has been written to before. "Buffers", "transform" and "chart update" are the
+remainder. So fresh memory is in "buffers", in "transform" and in Qt's steps.
 
 "Own" is all but Qt's chart update and painting; aimed at is a quarter of the whole at
-every length, so that what one waits for is the drawing. "In the kernel" is the system's part of
-"own": handing out memory, mostly, all of which is given back before the next preparation; reading
-the file; taking memory back. On a virtual machine, whose host lends the memory anew, that differs
-much from run to run. "In the C library" are the arctangents of the phases, one for each bin, and the
-cosines of the transform's tables, half as many, measured apart: they are the library's to the bit,
-one after the other on the program's one thread. "Share without these two" is what the rest of
+every length, so that most of the wait is drawing. "In the kernel" is the system's part of "own": most
+of it hands out memory, which is given back before the next preparation; the rest reads the file and
+takes memory back. On a virtual machine, whose host provides the memory each time, that differs much
+from run to run. "In the C library" are the arctangents of the phases, one for each bin, and half as
+many cosines for the transform's tables. They are measured apart: each has to have the library's value
+to the bit, computed on the program's one thread. "Share without these two" is what the rest of
 "own" takes of the whole.
 
 One transform of 2^18 by FFTW took {unit:.3g} ms here, with its arrays as they come and not pinned to
-a processor. Memory is the peak of the whole preparation over the bytes of the buffers that stand at
+a processor. Memory is the peak of the whole preparation over the bytes of the buffers that exist at
 the same time while the spectrum is computed.
 
 {shares_table(preparations, unit)}
@@ -112,8 +112,8 @@ ratio's over the turns. `CWav` keeps the bytes as well.
 
 
 def own_shares(reliability):
-    """Returns the milliseconds (median, most) of a response by the number of responses, as a table
-    of the document on reliability tells them."""
+    """Returns the milliseconds (median, maximum) of a response by the number of responses, as a table
+    of the document on reliability gives them."""
     _, found, section = reliability.partition(RESPONSES_TITLE)
     shares, column = {}, None
     for line in section.split("\n## ")[0].splitlines():
@@ -123,7 +123,7 @@ def own_shares(reliability):
         elif column is not None and cells[0].isdigit():
             shares[int(cells[0])] = [float(part) for part in cells[column].split("/")]
     if not found or not {10, 2000} <= shares.keys():
-        raise LookupError("docs/reliability.md does not tell what a response costs")
+        raise LookupError("docs/reliability.md does not give what a response costs")
     return shares
 
 
@@ -132,7 +132,7 @@ def response_section(reliability):
     few, many = shares[10], shares[2000]
     return f"""## The work of one response
 
-Measured by `scripts/campaign endurance`, and told with all that belongs to it in
+Measured by `scripts/campaign endurance`, and described in
 [Many sessions, many responses](reliability.md#many-sessions-many-responses): the program's own share
 of a response, without the disk and Qt's drawing, is {few[0]:g} ms with 10 responses and {many[0]:g} ms with
 2000 (medians).

@@ -22,7 +22,7 @@ def unit_of(value):
 
 
 def over_peers(runs, value):
-    """Our median over the least of the peers'; None where there is no peer."""
+    """Our median over the smallest of the peers'; None where there is no peer."""
     peers = [median(peer, value) for name, peer in runs.items() if name != "Pellion"]
     return median(runs["Pellion"], value) / min(peers) if peers else None
 
@@ -39,7 +39,7 @@ def starts_table(numbers):
               for kind, value in columns]
     rows = [[name, *(f"{median(numbers[kind][name], value) / unit_of(value):.0f}"
                      for kind, value in columns)] for name in numbers["warm"]]
-    rows.append(["Pellion / least of the others",
+    rows.append(["Pellion / smallest of the others",
                  *(ratio_text(over_peers(numbers[kind], value)) for kind, value in columns)])
     return table(["program", *titles], rows)
 
@@ -51,10 +51,10 @@ def goals(numbers):
             ("painted / fastest, from the disk", 0.7, "cold", "painted_ms"),
             ("PSS / smallest", 0.8, "warm", "pss_kib"), ("RSS / smallest", 0.8, "warm", "rss_kib"),
             ("launch to picture / Praat", 1.0, "drawing", "ms")]
-    reached = [(what, most, over_peers(numbers[kind], value))
-               for what, most, kind, value in aims if kind in numbers]
-    return goals_table([(what, most, [("", ratio)] if ratio is not None else [])
-                        for what, most, ratio in reached])
+    reached = [(what, limit, over_peers(numbers[kind], value))
+               for what, limit, kind, value in aims if kind in numbers]
+    return goals_table([(what, limit, [("", ratio)] if ratio is not None else [])
+                        for what, limit, ratio in reached])
 
 
 def drawings_table(runs):
@@ -80,7 +80,7 @@ def division_section(division):
 
 The start's steps, timed from inside in the program's order (`bench/divide_start.cpp`; medians of
 {len(runs)} rounds, all files in memory). Fonts and sound device, which the window's building and showing
-would look up, are looked up on their own before; "painting" waits longer than an observer does, for
+would look up, are looked up on their own before. "Painting" waits longer than an observer does, for
 all of the charts. The charts' building is in the window's; done once more, it takes {median(runs, 'charts once more'):.1f} ms.
 
 {table(["step", "ms", "share"], [*steps, ["whole", f"{whole:.1f}", ""]])}
@@ -90,7 +90,7 @@ Left out of the start is the search for an OpenGL driver, with which nothing is 
 
 {table(["start", *MEASURES.values()], left_out)}
 
-The icon takes {pictures:.1f} ms as the pictures that it is taken as; handed to Qt as files, which then
+The icon takes {pictures:.1f} ms as the pictures that it consists of; handed to Qt as files, which then
 searches its engines for drawings, {files:.1f} ms.
 """
 
@@ -106,8 +106,8 @@ starts from the disk take longer, and the PSS is larger.""" if numbers["beside"]
 
 Beside Sonic Visualiser {version("sonic-visualiser")} and Praat {version("praat")}: medians of {len(numbers['warm']['Pellion'])} rounds in turns on one virtual
 screen, as an observer outside sees them (`bench/watch_start.cpp`), at a load of {numbers['load']:.1f}: from launch
-until the main window is open, and until it is painted, which is when the commonest colour covers
-less than 99 % of the rows of pixels looked at. Praat opens two windows; the later one counts. Of
+until the main window is open, and until it is painted. It counts as painted when the commonest colour
+covers less than 99 % of the rows of pixels looked at. Praat opens two windows; the later one counts. Of
 Sonic Visualiser the main window counts, not its splash screen. "Computing" is the processors' time
 until then; memory is that of one second later.{cold}{beside}
 

@@ -49,16 +49,16 @@ def table(titles, rows):
 
 
 def goals_table(goals):
-    """Tells of each goal whether it is met: (what is measured, the most aimed at, pairs of a label
+    """Reports whether each goal is met: (what is measured, the limit aimed at, pairs of a label
     and a value). A goal without values is left out."""
     rows = []
-    for what, most, values in goals:
+    for what, limit, values in goals:
         if not values:
             continue
         label, worst = max(values, key=lambda pair: pair[1])
-        missed = [label for label, value in values if value > most]
+        missed = [label for label, value in values if value > limit]
         where = f" ({label})" if label else ""
         at = f" at {'; '.join(missed)}" if label and missed else ""
-        rows.append([what, f"{most:g}", f"{worst:.4g}{where}",
+        rows.append([what, f"{limit:g}", f"{worst:.4g}{where}",
                      f"**missed**{at}" if missed else "met"])
-    return table(["", "aimed at", "most", ""], rows) if rows else ""
+    return table(["", "aimed at", "maximum", ""], rows) if rows else ""

@@ -1,4 +1,4 @@
-// Starts a program and watches the screen until its windows stand there with something in them.
+// Starts a program and watches the screen until its windows are open with something in them.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 //     watch_start WINDOWS PROGRAM [ARG...]
@@ -56,7 +56,7 @@ double millisecondsSince(Clock::time_point start) {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
 
-/// The screen as the window manager and the X server tell of it.
+/// The screen as the window manager and the X server report it.
 class Screen {
 public:
     Screen() : connection(xcb_connect(nullptr, nullptr), &xcb_disconnect) {
@@ -71,7 +71,7 @@ public:
                                                       XCB_DAMAGE_MINOR_VERSION);
         if (!OwnedReply<xcb_damage_query_version_reply_t>(
                 xcb_damage_query_version_reply(connection.get(), version, nullptr)))
-            fail("the X server does not tell of painting");
+            fail("the X server does not report painting");
         const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection.get(), root, XCB_CW_EVENT_MASK, &events);
         xcb_flush(connection.get());

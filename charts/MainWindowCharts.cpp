@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include "window/OrderedDeletion.h"
+#include "window/Widgets.h"
 
 #include <QGridLayout>
 #include <QPainter>

@@ -7,9 +7,9 @@
 // plain functions instead would be faster, but what connects them (the order, the sizes kept from
 // one to the next, what a refused target may not touch) is where a file could do harm, and the
 // window manages hundreds of small inputs a second. It is built once and put back to its beginning
-// before each input, so that a finding does not hang on earlier ones.
+// before each input, so that a finding does not depend on earlier ones.
 //
-// Each input is prepared twice, first in a window without a target, then behind a good one.
+// Each input is prepared twice, first in a window without a target, then after a good one.
 #include "app/MainWindow.h"
 
 #include "base/Numbers.h"
@@ -133,8 +133,8 @@ public:
     }
 
 private:
-    /// Leaves series and axes by themselves: nobody looks, and the charts' own work on what these
-    /// are told would take nearly all of the time.
+    /// Leaves series and axes by themselves: nobody looks, and laying out the charts at each change
+    /// of these would take nearly all of the time.
     void takeOffCharts() {
         for (const auto& [chart, series] : {std::pair(chartWav, seriesWav), {chartFFT, seriesFFT}})
             chart->removeSeries(series);
@@ -163,7 +163,7 @@ private:
     void checkSpectrum() const {
         require(fftLength >= data.nSamples && (fftLength == 1 || fftLength / 2 < data.nSamples) &&
                     (fftLength & (fftLength - 1)) == 0,
-                "the transform has the least power of two that holds the target");
+                "the transform has the smallest power of two that holds the target");
         for (const QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases})
             require(bins->size() == fftLength / 2, "there are half as many bins");
         // One sample is divided by half its number, that is by zero.
@@ -228,16 +228,16 @@ void prepareBehindAGoodTarget(FuzzedWindow& window, const MemoryFile& file,
         require(window.shown() == before, "the earlier target stays");
 }
 
-/// Lines of the toolkit about what it was asked to do are findings, as they are in the tests.
+/// Messages of Qt about what it was asked to do are findings, as they are in the tests.
 void endOnWarning(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-    require(type == QtDebugMsg || type == QtInfoMsg, qPrintable("the toolkit is content: " + text));
+    require(type == QtDebugMsg || type == QtInfoMsg, qPrintable("Qt has no objection: " + text));
 }
 
 FuzzedWindow& theWindow() {
     static int argumentCount = 1;
     static char name[] = "fuzz_preparation";
     static char* arguments[] = {name, nullptr};
-    // Neither is deleted: the toolkit objects to being taken down behind main().
+    // Neither is deleted: Qt objects to being destroyed after main().
     static auto* const window = [] {
         new QApplication(argumentCount, arguments);
         return new FuzzedWindow;
@@ -247,7 +247,7 @@ FuzzedWindow& theWindow() {
 
 } // namespace
 
-// The toolkit's dialog would wait for a person; this definition takes its place.
+// Qt's dialog would wait for a person; this definition takes its place.
 QString QFileDialog::getOpenFileName(QWidget* /*parent*/, const QString& /*caption*/,
                                      const QString& /*dir*/, const QString& /*filter*/,
                                      QString* /*selectedFilter*/, Options /*options*/) {
@@ -256,7 +256,7 @@ QString QFileDialog::getOpenFileName(QWidget* /*parent*/, const QString& /*capti
 
 extern "C" int LLVMFuzzerInitialize(int* /*argumentCount*/, char*** /*arguments*/) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Neither somebody's sound server nor a wait for one.
+    // Neither the user's sound server nor a wait for one.
     qputenv("PULSE_SERVER", "unix:/dev/null");
     fuzzing::muteStreams();
     theWindow();

@@ -20,8 +20,8 @@ using testsupport::plainSamples;
 
 namespace {
 
-/// Printing more samples than this would tell nothing new and take most of the time.
-constexpr std::size_t mostPrintedSamples = 2048;
+/// Printing more samples than this would test nothing new and take most of the time.
+constexpr std::size_t maximumPrintedSamples = 2048;
 
 std::string headerImage(const CWav& wav) {
     std::string image(testsupport::headerSize, '\0');
@@ -135,7 +135,7 @@ void checkPrinting(const CWav& wav, const fuzzing::CountingBuffer& output) {
     wav.DisplayHeader();
     const std::size_t behindHeader = output.count;
     require(behindHeader >= before + shortestHeaderText, "twelve lines are printed");
-    if (wav.samples.size() > mostPrintedSamples)
+    if (wav.samples.size() > maximumPrintedSamples)
         return;
     wav.DisplayData();
     require(output.count >= behindHeader + 2 * wav.samples.size(), "every sample is printed");

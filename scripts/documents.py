@@ -14,7 +14,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DOCUMENTS = ["README.md", "docs/guide.md", "docs/listener-card.md", "docs/sound-chain.md",
              "docs/technician.md"]
-MANUAL_PAGES = ["packaging/pellion.1", "tools/pellion-target.1"]
+MANUAL_PAGES = ["packaging/pellion.1", "tools/pellion-session.1", "tools/pellion-target.1"]
 SOURCES = ["app", "session", "subject", "sound", "charts", "signal", "window", "base"]
 QT_TEXTS = ["Yes"]
 

@@ -4,7 +4,7 @@
 
 #include "base/Numbers.h"
 #include "subject/ResponseCode.h"
-#include "window/WarningBox.h"
+#include "window/Warnings.h"
 
 #include <QDebug>
 #include <QLineEdit>

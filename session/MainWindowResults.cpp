@@ -4,7 +4,7 @@
 
 #include "session/FileReplacement.h"
 #include "session/ResultsText.h"
-#include "window/WarningBox.h"
+#include "window/Warnings.h"
 
 #include <QDir>
 #include <QFileDialog>

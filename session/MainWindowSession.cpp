@@ -4,8 +4,7 @@
 
 #include "session/TrialSequence.h"
 #include "subject/SubjectWindow.h"
-#include "window/StaleClicks.h"
-#include "window/WaitCursor.h"
+#include "window/BusyMouse.h"
 
 #include <QComboBox>
 #include <QDateTime>

@@ -3,12 +3,8 @@
 #include "subject/SubjectWindow.h"
 
 #include "subject/ResponseCode.h"
-#include "window/Accessibility.h"
-#include "window/NamedWidget.h"
-#include "window/OrderedDeletion.h"
-#include "window/PlatformWindow.h"
-#include "window/WindowPlacement.h"
-#include "window/WindowTitle.h"
+#include "window/TopLevelWindow.h"
+#include "window/Widgets.h"
 
 #include <QCloseEvent>
 #include <QGridLayout>

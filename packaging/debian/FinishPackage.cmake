@@ -17,5 +17,13 @@ execute_process(COMMAND gzip --best --no-name --force ${texts} COMMAND_ERROR_IS_
 file(GLOB binaries ${programs}/*)
 execute_process(COMMAND strip --remove-section=.comment --remove-section=.note ${binaries}
                         COMMAND_ERROR_IS_FATAL ANY)
-# Whatever the mask of whoever makes the package.
-execute_process(COMMAND chmod -R u=rwX,go=rX ${CPACK_TEMPORARY_DIRECTORY} COMMAND_ERROR_IS_FATAL ANY)
+# Whatever the mask of the user who makes the package.
+execute_process(COMMAND chmod -R ug-s,u=rwX,go=rX ${CPACK_TEMPORARY_DIRECTORY}
+                        COMMAND_ERROR_IS_FATAL ANY)
+# The same sources make the same package: CPack gives all files this time, by this variable.
+if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
+    execute_process(
+        COMMAND dpkg-parsechangelog --file ${sources}/changelog --show-field Timestamp
+        OUTPUT_VARIABLE date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    set(ENV{SOURCE_DATE_EPOCH} ${date})
+endif()

@@ -25,8 +25,10 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PELLION_HOMEPAGE})
 # Of the libraries linked; what plays the sound is a plugin, which is loaded at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5multimedia5-plugins)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "pipewire-pulse | pulseaudio, pulseaudio-utils")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg")
+# A sound server, the tools by which the guide looks at it, and what runs the analysis.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "pipewire-pulse | pulseaudio, pulseaudio-utils, alsa-utils, python3 | r-base-core")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg, r-base-core")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 # Adds the files beside this one under the names and in the form that Debian wants.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/FinishPackage.cmake)

@@ -9,8 +9,8 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTest>
 #include <QtCharts/QChartView>
-#include <QtTest>
 
 namespace {
 

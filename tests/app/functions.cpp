@@ -3,10 +3,10 @@
 #include "test_app.h"
 
 #include "base/Numbers.h"
-#include "window/WindowPlacement.h"
+#include "window/TopLevelWindow.h"
 
 #include <QLocale>
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

@@ -10,7 +10,7 @@
 #include <QLabel>
 #include <QScreen>
 #include <QSpinBox>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::cellOf;
 using testsupport::find;

@@ -5,7 +5,7 @@
 #include <QBuffer>
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QtTest>
+#include <QTest>
 
 void TestMainWindowMembers::setUp() {
     window = &fixture->window();

@@ -7,7 +7,7 @@
 #include <QComboBox>
 #include <QMetaMethod>
 #include <QPushButton>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::InspectedMainWindow;
 

@@ -6,7 +6,7 @@
 
 #include "FFTReal.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <cmath>

@@ -4,8 +4,8 @@
 
 #include "charts/AmplitudeSpectrum.h"
 
+#include <QTest>
 #include <QtCharts/QLineSeries>
-#include <QtTest>
 
 #include <cmath>
 

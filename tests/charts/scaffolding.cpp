@@ -4,10 +4,10 @@
 
 #include "support/GridCell.h"
 
+#include <QTest>
 #include <QtCharts/QChart>
 #include <QtCharts/QChartView>
 #include <QtCharts/QLineSeries>
-#include <QtTest>
 
 #include <functional>
 

@@ -3,8 +3,8 @@
 #include "test_charts.h"
 
 #include <QPushButton>
+#include <QTest>
 #include <QtCharts/QLineSeries>
-#include <QtTest>
 
 #include <algorithm>
 #include <cmath>

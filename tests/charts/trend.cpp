@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_charts.h"
 
+#include <QTest>
 #include <QtCharts/QLineSeries>
-#include <QtTest>
 
 void TestTrendChart::setUp() {
     window = &fixture->window();

@@ -5,7 +5,7 @@
 #include "support/TestMain.h"
 
 #include <QFile>
-#include <QtTest>
+#include <QTest>
 
 class TestAnalysisOfSessions : public testsupport::FixtureTest {
     Q_OBJECT

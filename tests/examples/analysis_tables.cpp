@@ -8,7 +8,7 @@
 
 #include <QRegularExpression>
 #include <QSet>
-#include <QtTest>
+#include <QTest>
 
 #include <cmath>
 

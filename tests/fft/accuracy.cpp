@@ -5,7 +5,7 @@
 #include "inputs.h"
 #include "support/TestTable.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <fftw3.h>
 

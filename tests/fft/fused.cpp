@@ -7,7 +7,7 @@
 #include "support/TestMain.h"
 
 #include <QObject>
-#include <QtTest>
+#include <QTest>
 
 #include <cstddef>
 #include <cstring>

@@ -7,7 +7,7 @@
 #include "support/TestTable.h"
 #include "support/TrigonometricCalls.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <array>
 #include <cmath>

@@ -6,7 +6,7 @@
 #include "support/OpenFft.h"
 #include "support/PlainFftPasses.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <cstddef>
 #include <cstdint>

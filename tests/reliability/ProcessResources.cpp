@@ -6,7 +6,7 @@
 
 #include <QByteArrayList>
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <malloc.h>
 

@@ -7,7 +7,7 @@
 #include "support/HeardSounds.h"
 #include "support/TestTable.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <cmath>
 

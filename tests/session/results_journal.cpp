@@ -8,9 +8,13 @@
 #include "support/SyncCalls.h"
 
 #include <QCoreApplication>
+#include <QDate>
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QtTest>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTime>
 
 #include <cerrno>
 

@@ -6,7 +6,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QSpinBox>
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 

@@ -7,11 +7,13 @@
 #include "support/SyncCalls.h"
 
 #include <QCheckBox>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTemporaryDir>
+#include <QTest>
 
 #include <sys/stat.h>
 

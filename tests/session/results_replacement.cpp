@@ -9,7 +9,8 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QtTest>
+#include <QTemporaryDir>
+#include <QTest>
 
 #include <cerrno>
 #include <utility>

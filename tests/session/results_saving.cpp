@@ -10,7 +10,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -6,8 +6,9 @@
 
 #include <QCheckBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSpinBox>
-#include <QtTest>
+#include <QTest>
 
 void TestSessionEnd::theMainWindowIsFreedWithoutGo() {
     fixture->window().checkBoxSaveData->setChecked(false);

@@ -6,7 +6,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

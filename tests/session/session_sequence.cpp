@@ -5,7 +5,7 @@
 #include "test_session.h"
 
 #include <QHash>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <cmath>

@@ -7,7 +7,7 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QSpinBox>
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 #include <limits>

@@ -4,9 +4,10 @@
 #include "test_session.h"
 
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QSpinBox>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::find;
 

@@ -8,7 +8,7 @@
 
 #include <QPushButton>
 #include <QSpinBox>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::CloseEvents;
 using testsupport::pressCloseButton;

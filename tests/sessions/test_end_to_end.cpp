@@ -7,11 +7,13 @@
 #include "support/TestMain.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPushButton>
 #include <QScreen>
+#include <QTest>
 #include <QtCharts/QLineSeries>
-#include <QtTest>
 
 #include <clocale>
 

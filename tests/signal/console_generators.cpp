@@ -8,7 +8,7 @@
 #include "support/LogLines.h"
 #include "support/SignalCalls.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <cmath>

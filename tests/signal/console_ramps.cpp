@@ -6,7 +6,7 @@
 #include "support/SignalCalls.h"
 #include "support/StreamCapture.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <cmath>

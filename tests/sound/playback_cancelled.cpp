@@ -10,8 +10,8 @@
 #include <QCheckBox>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 using testsupport::expectedResults;
 

@@ -10,7 +10,7 @@
 
 #include <QAudioOutput>
 #include <QPushButton>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::expectedResults;
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback.h"
 
+#include <QTest>
 #include <QThread>
-#include <QtTest>
 
 namespace {
 

@@ -7,7 +7,8 @@
 #include <QBuffer>
 #include <QLineEdit>
 #include <QPointer>
-#include <QtTest>
+#include <QTest>
+#include <QTimer>
 
 #include <cmath>
 
@@ -46,8 +47,6 @@ template <typename Function> Scheduled scheduledBy(Function&& function) {
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(Qt::TimerType)
 
 /// Prepares a target of that many samples, and the settings as "Go" leaves them.
 void TestPlaybackMembers::prepareSamples(int samples) {

@@ -4,8 +4,8 @@
 
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "base/HugePages.h"
 
 #include <QFile>
-#include <QtTest>
+#include <QTest>
 
 #include <cstdint>
 #include <vector>

@@ -6,8 +6,8 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QtCharts/QValueAxis>
-#include <QtTest>
 
 #include <algorithm>
 #include <cstring>

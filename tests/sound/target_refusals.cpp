@@ -9,7 +9,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::setUnsigned16;
 using testsupport::wavHeader;

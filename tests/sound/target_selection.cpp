@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStandardPaths>
-#include <QtTest>
+#include <QTest>
 
 Q_DECLARE_METATYPE(testsupport::Fixture::Session)
 

@@ -10,9 +10,9 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QtCharts/QChartView>
 #include <QtCharts/QValueAxis>
-#include <QtTest>
 
 using testsupport::InspectedMainWindow;
 

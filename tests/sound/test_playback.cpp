@@ -7,7 +7,7 @@
 #include "support/TestMain.h"
 
 #include <QCheckBox>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <cmath>
@@ -17,8 +17,6 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 } // namespace
-
-Q_DECLARE_METATYPE(Qt::TimerType)
 
 void PlaybackTest::setUp() {
     fixture->window().checkBoxSaveData->setChecked(false);

@@ -14,6 +14,7 @@ using testsupport::isAudible;
 using testsupport::unevenCodes;
 
 using SoundSignals = QVector<int>;
+Q_DECLARE_METATYPE(Qt::TimerType)
 
 /// Tests of sounds, in sessions whose results are not saved.
 class PlaybackTest : public testsupport::FixtureTest {

@@ -9,9 +9,9 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QtCharts/QLineSeries>
 #include <QtCharts/QValueAxis>
-#include <QtTest>
 
 #include <algorithm>
 #include <limits>

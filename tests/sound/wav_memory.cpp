@@ -4,7 +4,7 @@
 
 #include "support/Allocations.h"
 
-#include <QtTest>
+#include <QTest>
 
 using testsupport::allocationsOf;
 using testsupport::wavHeader;

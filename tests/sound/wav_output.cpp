@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_wav.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <iomanip>
 #include <iostream>

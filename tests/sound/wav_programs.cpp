@@ -4,7 +4,7 @@
 
 #include "support/ProgramRun.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <cmath>
 

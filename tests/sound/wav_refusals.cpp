@@ -5,7 +5,7 @@
 #include "support/DiskFaults.h"
 #include "support/EndsByItself.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <cstring>
 #include <iostream>

@@ -4,7 +4,7 @@
 
 #include "support/AddressSpaceLimit.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

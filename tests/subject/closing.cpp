@@ -8,12 +8,13 @@
 
 #include <QApplication>
 #include <QBackingStore>
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTest>
 #include <QWindow>
-#include <QtTest>
 
 #include <algorithm>
 #include <functional>
@@ -23,7 +24,6 @@ using testsupport::DialogDriver;
 
 namespace {
 
-using Way = std::function<void(OpenSubjectWindow&)>;
 using Answer = std::function<void(QMessageBox&)>;
 
 /// Clicks a button. A question that cannot be answered is put away, so that the test goes on.
@@ -66,7 +66,7 @@ void answerWith(DialogDriver& dialogs, const Answer& answer) {
 }
 
 /// Closes the window and waits until the question has been asked, answered and put away.
-bool closeAndWait(OpenSubjectWindow& window, const Way& way, const DialogDriver& dialogs) {
+bool closeAndWait(OpenSubjectWindow& window, const WindowAction& way, const DialogDriver& dialogs) {
     const int asked = dialogs.seen().size();
     way(window);
     return QTest::qWaitFor([&] {
@@ -120,7 +120,6 @@ QStringList lookOf(const OpenSubjectWindow& window) {
 
 } // namespace
 
-Q_DECLARE_METATYPE(Way)
 Q_DECLARE_METATYPE(Answer)
 
 void TestSubjectWindowClosing::questionIsAsItShouldBe() {
@@ -156,10 +155,10 @@ void TestSubjectWindowClosing::questionIsTranslated() {
 }
 
 void TestSubjectWindowClosing::answersByEachWayOfClosing_data() {
-    QTest::addColumn<Way>("way");
+    QTest::addColumn<WindowAction>("way");
     QTest::addColumn<Answer>("answer");
     QTest::addColumn<bool>("isClosed");
-    const std::pair<const char*, Way> ways[] = {
+    const std::pair<const char*, WindowAction> ways[] = {
         {"Done", closeByDone}, {"close()", closeByCall}, {"window manager", closeByFrame}};
     struct AnswerRow {
         const char* name;
@@ -176,7 +175,7 @@ void TestSubjectWindowClosing::answersByEachWayOfClosing_data() {
 }
 
 void TestSubjectWindowClosing::answersByEachWayOfClosing() {
-    QFETCH(Way, way);
+    QFETCH(WindowAction, way);
     QFETCH(Answer, answer);
     QFETCH(bool, isClosed);
     OpenSubjectWindow window;
@@ -238,16 +237,16 @@ void TestSubjectWindowClosing::windowIsStillShownWhenItsClosingIsSignalled() {
 }
 
 void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem_data() {
-    QTest::addColumn<Way>("way");
+    QTest::addColumn<WindowAction>("way");
     QTest::addColumn<bool>("isAsked");
-    QTest::newRow("Done") << Way(closeByDone) << true;
-    QTest::newRow("close()") << Way(closeByCall) << true;
-    QTest::newRow("window manager") << Way(closeByFrame) << true;
-    QTest::newRow("hide()") << Way([](auto& window) { window.hide(); }) << false;
+    QTest::newRow("Done") << WindowAction(closeByDone) << true;
+    QTest::newRow("close()") << WindowAction(closeByCall) << true;
+    QTest::newRow("window manager") << WindowAction(closeByFrame) << true;
+    QTest::newRow("hide()") << WindowAction([](auto& window) { window.hide(); }) << false;
 }
 
 void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
-    QFETCH(Way, way);
+    QFETCH(WindowAction, way);
     QFETCH(bool, isAsked);
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
@@ -313,19 +312,19 @@ void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
 }
 
 void TestSubjectWindowClosing::minimisedOrReshownWindowIsNotReleased_data() {
-    QTest::addColumn<Way>("way");
-    QTest::newRow("shown again at once") << Way([](auto& window) {
+    QTest::addColumn<WindowAction>("way");
+    QTest::newRow("shown again at once") << WindowAction([](auto& window) {
         window.hide();
         window.show();
     });
-    QTest::newRow("minimised") << Way([](auto& window) {
+    QTest::newRow("minimised") << WindowAction([](auto& window) {
         window.showMinimized();
         QTRY_VERIFY(window.isMinimized() && !window.windowHandle()->isExposed());
     });
 }
 
 void TestSubjectWindowClosing::minimisedOrReshownWindowIsNotReleased() {
-    QFETCH(Way, way);
+    QFETCH(WindowAction, way);
     OpenSubjectWindow window;
     bringTo(window, Stage::Waiting);
     QVERIFY(QTest::qWaitForWindowExposed(&window));

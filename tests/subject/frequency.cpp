@@ -8,32 +8,30 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QStyleOptionSlider>
+#include <QTest>
 #include <QWheelEvent>
-#include <QtTest>
 
 #include <array>
 #include <functional>
 
 namespace {
 
-using Input = std::function<void(OpenSubjectWindow&)>;
-
-Input keyOnSpinBox(Qt::Key key) {
+WindowAction keyOnSpinBox(Qt::Key key) {
     return [key](auto& window) { QTest::keyClick(window.spinBoxFrequency, key); };
 }
 
-Input keyOnSlider(Qt::Key key) {
+WindowAction keyOnSlider(Qt::Key key) {
     return [key](auto& window) { QTest::keyClick(window.sliderFrequency, key); };
 }
 
-Input typed(const QString& text) {
+WindowAction typed(const QString& text) {
     return [text](auto& window) {
         window.spinBoxFrequency->selectAll();
         QTest::keyClicks(window.spinBoxFrequency, text);
     };
 }
 
-Input typedAndEntered(const QString& text) {
+WindowAction typedAndEntered(const QString& text) {
     return [text](auto& window) {
         typed(text)(window);
         QTest::keyClick(window.spinBoxFrequency, Qt::Key_Return);
@@ -41,7 +39,7 @@ Input typedAndEntered(const QString& text) {
 }
 
 /// Clicks one of the large buttons, 60 pixels wide and 100 high, at the right edge.
-Input clickOnSpinBox(bool isUp) {
+WindowAction clickOnSpinBox(bool isUp) {
     return [isUp](auto& window) {
         QSpinBox* box = window.spinBoxFrequency;
         const int halfHeight = 50;
@@ -66,7 +64,7 @@ QPoint handleOf(const QSlider& slider) {
 }
 
 /// Drags the handle by the mouse as far as it goes.
-Input dragToEnd(bool isUp) {
+WindowAction dragToEnd(bool isUp) {
     return [isUp](auto& window) {
         QSlider* slider = window.sliderFrequency;
         const QPoint start = handleOf(*slider);
@@ -79,7 +77,7 @@ Input dragToEnd(bool isUp) {
     };
 }
 
-Input wheelOnSpinBox(int notches) {
+WindowAction wheelOnSpinBox(int notches) {
     return [notches](auto& window) {
         QSpinBox* box = window.spinBoxFrequency;
         const QPoint middle = box->rect().center();
@@ -100,11 +98,10 @@ struct Parameters {
 
 } // namespace
 
-Q_DECLARE_METATYPE(Input)
 Q_DECLARE_METATYPE(Parameters)
 
 void TestSubjectWindowFrequency::inputMovesBothControls_data() {
-    QTest::addColumn<Input>("input");
+    QTest::addColumn<WindowAction>("input");
     QTest::addColumn<int>("frequency"); // From 500.
     QTest::newRow("spin box, arrow up") << keyOnSpinBox(Qt::Key_Up) << 501;
     QTest::newRow("spin box, arrow down") << keyOnSpinBox(Qt::Key_Down) << 499;
@@ -129,7 +126,7 @@ void TestSubjectWindowFrequency::inputMovesBothControls_data() {
 }
 
 void TestSubjectWindowFrequency::inputMovesBothControls() {
-    QFETCH(Input, input);
+    QFETCH(WindowAction, input);
     QFETCH(int, frequency);
     OpenSubjectWindow window;
     bringTo(window, Stage::Adjusting);
@@ -182,19 +179,19 @@ void TestSubjectWindowFrequency::eachChangeIsSignalledOnce() {
 }
 
 void TestSubjectWindowFrequency::playSinusoidSendsWhatBothControlsShow_data() {
-    QTest::addColumn<Input>("input");
+    QTest::addColumn<WindowAction>("input");
     QTest::addColumn<int>("frequency");
-    QTest::newRow("untouched") << Input([](auto&) {}) << 500;
+    QTest::newRow("untouched") << WindowAction([](auto&) {}) << 500;
     QTest::newRow("typed, not entered") << typed("640") << 640;
     QTest::newRow("slider") << keyOnSlider(Qt::Key_End) << 1000;
-    QTest::newRow("spin box after slider") << Input([](auto& window) {
+    QTest::newRow("spin box after slider") << WindowAction([](auto& window) {
         keyOnSlider(Qt::Key_Home)(window);
         keyOnSpinBox(Qt::Key_Up)(window);
     }) << 11;
 }
 
 void TestSubjectWindowFrequency::playSinusoidSendsWhatBothControlsShow() {
-    QFETCH(Input, input);
+    QFETCH(WindowAction, input);
     QFETCH(int, frequency);
     OpenSubjectWindow window;
     bringTo(window, Stage::Adjusting);
@@ -208,7 +205,7 @@ void TestSubjectWindowFrequency::playSinusoidSendsWhatBothControlsShow() {
 }
 
 void TestSubjectWindowFrequency::typedValuesAreLimitedToTheRange_data() {
-    QTest::addColumn<Input>("input");
+    QTest::addColumn<WindowAction>("input");
     QTest::addColumn<int>("frequency");
     QTest::newRow("fourth digit too many") << typedAndEntered("5000") << 500;
     QTest::newRow("one above the range") << typedAndEntered("1001") << 100;
@@ -219,7 +216,7 @@ void TestSubjectWindowFrequency::typedValuesAreLimitedToTheRange_data() {
 }
 
 void TestSubjectWindowFrequency::typedValuesAreLimitedToTheRange() {
-    QFETCH(Input, input);
+    QFETCH(WindowAction, input);
     QFETCH(int, frequency);
     OpenSubjectWindow window;
     bringTo(window, Stage::Adjusting);

@@ -11,8 +11,8 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTest>
 #include <QWindow>
-#include <QtTest>
 
 #include <functional>
 #include <memory>

@@ -3,7 +3,7 @@
 #include "test_subject.h"
 
 #include "support/MethodNames.h"
-#include "window/WindowPlacement.h"
+#include "window/TopLevelWindow.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -15,8 +15,8 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTest>
 #include <QVBoxLayout>
-#include <QtTest>
 
 #include <functional>
 #include <memory>

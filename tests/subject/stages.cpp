@@ -6,7 +6,7 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
-#include <QtTest>
+#include <QTest>
 
 #include <QLabel>
 
@@ -43,15 +43,12 @@ QString styled(const char* name, const QString& styleSheet) {
     return QLatin1String(name) + QStringLiteral(" styled ") + styleSheet;
 }
 
-using Action = std::function<void(OpenSubjectWindow&)>;
-
 void click(QWidget* button) {
     QTest::mouseClick(button, Qt::LeftButton);
 }
 
 } // namespace
 
-Q_DECLARE_METATYPE(Action)
 Q_DECLARE_METATYPE(StageRow)
 
 void TestSubjectWindowStages::visibleAndEnabledAtEachStage_data() {
@@ -82,20 +79,21 @@ void TestSubjectWindowStages::visibleAndEnabledAtEachStage() {
 
 void TestSubjectWindowStages::stepsOfEachAction_data() {
     QTest::addColumn<Stage>("stage");
-    QTest::addColumn<Action>("action");
+    QTest::addColumn<WindowAction>("action");
     QTest::addColumn<QStringList>("steps");
     const QString disabled = QStringLiteral("SubjectWindow disabled");
     const QString enabled = QStringLiteral("SubjectWindow enabled");
-    const Action playTarget = [](auto& window) { click(window.pushButtonPlayTarget); };
-    const Action playSinusoid = [](auto& window) { click(window.pushButtonPlaySinusoid); };
-    const Action soundStarts = [](auto& window) { window.updateSubjectWindow(1); };
-    const Action soundEnds = [](auto& window) { window.updateSubjectWindow(-1); };
+    const WindowAction playTarget = [](auto& window) { click(window.pushButtonPlayTarget); };
+    const WindowAction playSinusoid = [](auto& window) { click(window.pushButtonPlaySinusoid); };
+    const WindowAction soundStarts = [](auto& window) { window.updateSubjectWindow(1); };
+    const WindowAction soundEnds = [](auto& window) { window.updateSubjectWindow(-1); };
     const QStringList unlocking = {styled("pushButtonPlaySinusoid", expectedGreyStyle()),
                                    styled("pushButtonPlayTarget", expectedHoverStyle()),
                                    styled("pushButtonPlaySinusoid", expectedHoverStyle()), enabled};
 
-    QTest::newRow("I am ready") << Stage::Waiting
-                                << Action([](auto& window) { click(window.pushButtonIAmReady); })
+    QTest::newRow("I am ready") << Stage::Waiting << WindowAction([](auto& window) {
+        click(window.pushButtonIAmReady);
+    })
                                 << QStringList{disabled,
                                                "pushButtonPlayTarget shown",
                                                "labelCurrentValue shown",
@@ -127,7 +125,7 @@ void TestSubjectWindowStages::stepsOfEachAction_data() {
 
 void TestSubjectWindowStages::stepsOfEachAction() {
     QFETCH(Stage, stage);
-    QFETCH(Action, action);
+    QFETCH(WindowAction, action);
     QFETCH(QStringList, steps);
     OpenSubjectWindow window;
     bringTo(window, stage);

@@ -4,6 +4,8 @@
 
 #include "support/Fixture.h"
 
+#include <functional>
+
 /// The listener's window with every member open.
 class OpenSubjectWindow : public testsupport::InspectedSubjectWindow {
 public:
@@ -12,6 +14,10 @@ public:
     /// The widgets that the listener sees, in the order of their creation.
     QWidgetList widgets() const;
 };
+
+/// What a listener, a driver or the main window does to the window.
+using WindowAction = std::function<void(OpenSubjectWindow&)>;
+Q_DECLARE_METATYPE(WindowAction)
 
 /// Where a listener can be; each stage is reached from the one before.
 enum class Stage {

@@ -5,7 +5,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QtTest>
+#include <QTest>
 
 #include <unistd.h>
 

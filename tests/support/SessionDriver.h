@@ -6,7 +6,7 @@
 
 #include <QSignalSpy>
 #include <QString>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -3,7 +3,7 @@
 #include "support/SoundRecorder.h"
 
 #include <QByteArray>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <csignal>
@@ -21,7 +21,7 @@ namespace testsupport {
 
 namespace {
 
-constexpr int patienceMs = 10000;
+constexpr int recordingTimeoutMs = 10000;
 
 bool isDeviceSuspendable() {
     return !qEnvironmentVariableIsEmpty("DESK_SUSPEND");
@@ -84,8 +84,9 @@ bool SoundRecorder::start() {
         return false;
     receiver = std::thread([this, descriptor] { receive(descriptor); });
     std::unique_lock lock(mutex);
-    return isDeviceSuspendable() || hasSamples.wait_for(lock, std::chrono::milliseconds(patienceMs),
-                                                        [this] { return !received.isEmpty(); });
+    return isDeviceSuspendable() ||
+           hasSamples.wait_for(lock, std::chrono::milliseconds(recordingTimeoutMs),
+                               [this] { return !received.isEmpty(); });
 }
 
 QVector<float> SoundRecorder::samples() const {
@@ -105,7 +106,7 @@ bool SoundRecorder::waitForSilence(int milliseconds) const {
                 isDeviceSuspendable() && nowMs() - std::max(beginningMs, latestMs) > milliseconds;
             return isSuspended || received.size() - std::max(before, endOfSound) >= silentSamples;
         },
-        patienceMs);
+        recordingTimeoutMs);
 }
 
 QVector<float> SoundRecorder::stop() {

@@ -3,7 +3,9 @@
 #include "support/SoundServer.h"
 
 #include <QFile>
-#include <QtTest>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTest>
 
 #include <csignal>
 #include <utility>
@@ -16,7 +18,7 @@ namespace testsupport {
 
 namespace {
 
-constexpr int patienceMs = 20000;
+constexpr int serverTimeoutMs = 20000;
 
 bool sendSignal(const QProcess& process, int signal) {
     return process.processId() > 0 && ::kill(static_cast<pid_t>(process.processId()), signal) == 0;
@@ -70,7 +72,7 @@ bool SoundServer::start() {
                         sink.join(u' '), "-L",
                         "module-native-protocol-unix auth-anonymous=1 socket=" + pathOf("socket"),
                         "-L", "module-cli-protocol-unix socket=" + pathOf("commands")});
-    return QTest::qWaitFor([this] { return hasSink(); }, patienceMs);
+    return QTest::qWaitFor([this] { return hasSink(); }, serverTimeoutMs);
 }
 
 void SoundServer::kill() {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <QApplication>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <vector>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QtTest>
+#include <QTest>
 
 namespace testsupport {
 

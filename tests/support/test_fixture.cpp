@@ -4,12 +4,13 @@
 
 #include "support/TestMain.h"
 
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTest>
 #include <QThread>
-#include <QtTest>
 
 /// Each of these tests passes but for what the fixture finds. They run in a process of their own.
 class CarelessTest : public testsupport::FixtureTest {

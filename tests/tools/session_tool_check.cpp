@@ -5,10 +5,13 @@
 #include "support/DiskFaults.h"
 #include "support/SoundServer.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QScopeGuard>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::SoundServer;
 

@@ -9,8 +9,11 @@
 #include "tools/session/SessionFindings.h"
 #include "tools/session/SoundAnswers.h"
 
+#include <QDate>
+#include <QDateTime>
 #include <QMetaType>
-#include <QtTest>
+#include <QTest>
+#include <QTime>
 
 Q_DECLARE_METATYPE(SoundState)
 

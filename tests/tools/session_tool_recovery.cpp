@@ -7,8 +7,10 @@
 #include "session/ResultsText.h"
 #include "support/DiskFaults.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
-#include <QtTest>
+#include <QTest>
 
 using testsupport::readBytes;
 using testsupport::writeBytes;

@@ -5,7 +5,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 void TestSessionUsage::wrongCommandLinesAreExplained_data() {
     QTest::addColumn<QStringList>("arguments");

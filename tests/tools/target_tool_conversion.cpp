@@ -3,7 +3,7 @@
 #include "test_target_tool.h"
 
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <cmath>

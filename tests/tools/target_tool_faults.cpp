@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace madefiles;
 using testsupport::wavWithData;

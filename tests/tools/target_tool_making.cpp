@@ -4,7 +4,7 @@
 
 #include "signal/OstrelClasses.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <functional>

@@ -7,7 +7,7 @@
 #include "tools/TargetEncoding.h"
 
 #include <QBuffer>
-#include <QtTest>
+#include <QTest>
 
 #include <cmath>
 

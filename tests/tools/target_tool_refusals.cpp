@@ -4,8 +4,9 @@
 
 #include "support/DiskFaults.h"
 
+#include <QDir>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <cmath>
 

@@ -6,7 +6,7 @@
 #include "support/ProgramRun.h"
 #include "support/TestMain.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-// The box that reports what went wrong.
+// The box that reports what went wrong, and shows the warnings of the signal library too.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -1,12 +1,11 @@
-// Where a window opens on the screen.
+// The title, the place on the screen and the platform window of a top-level window.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "window/WindowPlacement.h"
+#include "window/TopLevelWindow.h"
 
 #include "base/Numbers.h"
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QWidget>
 
 #include <algorithm>
 

@@ -1,11 +1,22 @@
-// Names for screen readers, and the order of the Tab key.
+// Creating, describing, ordering and deleting the widgets of a window.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QLatin1String>
 #include <QString>
 #include <QWidget>
 
 #include <initializer_list>
+#include <utility>
+
+/// Creates a widget whose object name is that of its member. It has no parent yet: the layouts give
+/// their widgets one.
+template <typename Widget, typename... Arguments>
+Widget* named(const char* memberName, Arguments&&... arguments) {
+    auto* widget = new Widget(std::forward<Arguments>(arguments)...);
+    widget->setObjectName(QLatin1String(memberName));
+    return widget;
+}
 
 /// Sets what screen readers say of a widget: its name and what it is for.
 inline void describe(QWidget* widget, const QString& name, const QString& description) {
@@ -21,4 +32,10 @@ inline void setTabOrder(std::initializer_list<QWidget*> widgets) {
             QWidget::setTabOrder(previous, widget);
         previous = widget;
     }
+}
+
+/// Deletes an object and forgets it.
+template <typename Object> void deleteAndForget(Object*& object) {
+    delete object;
+    object = nullptr;
 }

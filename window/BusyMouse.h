@@ -1,10 +1,27 @@
-// Clicks on a disabled control that would be delivered after it has been enabled.
+// The mouse while the program is busy: its cursor, and clicks that wait in the queue.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QInputEvent>
+#include <QTimer>
 #include <QWidget>
+
+/// Shows the wait cursor while it lives and until what has changed by then is on the screen:
+/// minutes of sound take the charts seconds to draw.
+class WaitCursor {
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() {
+        // Drawing waits among the events; a timer comes when these have been handled.
+        QTimer::singleShot(0, qApp, [] { QApplication::restoreOverrideCursor(); });
+    }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor(WaitCursor&&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+    WaitCursor& operator=(WaitCursor&&) = delete;
+};
 
 /// Discards presses of the mouse that were made on a disabled widget while the program was busy.
 /// They wait in the queue of the window system until the widget may have been enabled.

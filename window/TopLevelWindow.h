@@ -1,10 +1,17 @@
-// Where a window opens on the screen.
+// The title, the place on the screen and the platform window of a top-level window.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QRect>
+#include "base/Version.h"
 
-class QWidget;
+#include <QRect>
+#include <QWidget>
+#include <QWindow>
+
+/// Returns the full title of a window, given its name, such as "Main Window".
+inline QString titleOfWindow(const QString& window) {
+    return QStringLiteral("Vantaro Lab | Pellion (%1) | %2").arg(programVersion(), window);
+}
 
 /// Returns the geometry of a window that covers the given fractions of the available screen.
 ///
@@ -21,3 +28,13 @@ QRect windowPlacement(QSize available, QPoint currentPosition, bool center, doub
 /// Places a window on the primary screen as windowPlacement() says. Without a screen it stays.
 void placeOnPrimaryScreen(QWidget& window, bool center, double widthFraction,
                           double heightFraction);
+
+/// Gives a window that was closed by its frame a platform window again; to be called before its
+/// QWindow is deleted. Closing by the frame destroys the platform window, and without one a QWindow
+/// that is deleted stays what Qt 5.15 takes for the window under the mouse: the next modal dialog
+/// crashes.
+inline void restorePlatformWindow(const QWidget& window) {
+    QWindow* const handle = window.windowHandle();
+    if (handle != nullptr && handle->handle() == nullptr)
+        handle->create();
+}

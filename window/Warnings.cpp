@@ -1,7 +1,7 @@
 // Shows the warnings of the signal library in boxes, in every program that links the windows.
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "window/Warnings.h"
 #include "signal/WarningReport.h"
-#include "window/WarningBox.h"
 
 #include <QApplication>
 #include <QThread>
