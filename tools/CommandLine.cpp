@@ -8,11 +8,8 @@
 #include "tools/TargetSound.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QMap>
 #include <QRandomGenerator>
-
-#include <algorithm>
 
 namespace {
 
@@ -200,35 +197,19 @@ void describe(QCommandLineParser& parser, const QString& command) {
 } // namespace
 
 Request parseCommandLine(const QStringList& arguments) {
-    const auto found =
-        std::find_if(arguments.cbegin(), arguments.cend(), [](const QString& argument) {
-            return argument == makeCommand || argument == convertCommand || argument == infoCommand;
-        });
-    const QString command = found == arguments.cend() ? QString() : *found;
     QCommandLineParser parser;
-    describe(parser, command);
-    const QCommandLineOption help({"h", "help"}, "Tell what the program does.");
-    const QCommandLineOption version({"v", "version"}, "Tell the program's version.");
-    parser.addOptions({help, version});
-    if (!parser.parse(arguments)) {
-        // A sentence there, and the first half of one here.
-        QString problem = parser.errorText();
-        if (problem.endsWith(u'.'))
-            problem.chop(1);
-        return UsageError{problem};
-    }
-    if (parser.isSet(help))
-        return TextRequest{parser.helpText()};
-    if (parser.isSet(version))
-        return TextRequest{QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
-                                                         QCoreApplication::applicationVersion())};
-    const QStringList words = parser.positionalArguments();
-    if (words.isEmpty() || words.constFirst() != command)
-        return UsageError{QStringLiteral("the command is missing: make, convert or info")};
+    const auto parsed =
+        parseCommand(parser, arguments, {makeCommand, convertCommand, infoCommand}, describe);
+    if (const auto* text = std::get_if<TextRequest>(&parsed))
+        return *text;
+    if (const auto* error = std::get_if<UsageError>(&parsed))
+        return *error;
+    const QString& command = std::get<QString>(parsed);
     if (command == makeCommand)
         return makeRequest(parser);
     if (command == convertCommand)
         return convertRequest(parser);
+    const QStringList words = parser.positionalArguments();
     if (words.size() < 2)
         return UsageError{QStringLiteral("info takes the names of files")};
     return InfoRequest{words.mid(1), parser.isSet("json")};

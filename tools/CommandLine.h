@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tools/Command.h"
 #include "tools/TargetFile.h"
 #include "tools/TargetRecipe.h"
 
@@ -28,16 +29,6 @@ struct ConvertRequest {
 struct InfoRequest {
     QStringList fileNames;
     bool isJson = false;
-};
-
-/// Print a text that was asked for.
-struct TextRequest {
-    QString text;
-};
-
-/// A command line that asks for nothing that can be done.
-struct UsageError {
-    QString problem; ///< In one sentence that ends in no full stop.
 };
 
 using Request = std::variant<MakeRequest, ConvertRequest, InfoRequest, TextRequest, UsageError>;

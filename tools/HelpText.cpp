@@ -23,7 +23,7 @@ Examples:
   pellion-target convert noise.wav noise-soft.wav --gain -20
   pellion-target info *.wav
 
-"pellion-target make --help" tells more, and so do those of "convert" and "info".
+"pellion-target make --help" says more, and so do those of "convert" and "info".
 
 Exit status: 0 when everything was done and every file is as intended, 1 when not, 2 when
 the command line cannot be understood.

@@ -189,7 +189,7 @@ void TestTargetRefusals::wrongCommandLinesAreExplained() {
     QCOMPARE(run.output, QByteArray());
     QCOMPARE(
         QString::fromUtf8(run.errors),
-        QStringLiteral("pellion-target: %1\npellion-target: --help tells more\n").arg(problem));
+        QStringLiteral("pellion-target: %1\npellion-target: --help says more\n").arg(problem));
     QCOMPARE(folder.names(), QStringList());
 }
 
