@@ -81,8 +81,7 @@ void MainWindow::createWidgets() {
     lineEditSilentInterval = lineEdit("lineEditSilentInterval", "1000.00");
     lineEditSubCode = lineEdit("lineEditSubCode", "SUB001");
     spinBoxFileNumber = named<QSpinBox>("spinBoxFileNumber");
-    // One below the largest int, so that the number after the last still fits; with Qt's default
-    // maximum of 99, session 100 would silently replace the file of session 99.
+    // The number after the last still fits. With Qt's 99, session 100 would replace session 99's.
     spinBoxFileNumber->setMaximum(std::numeric_limits<int>::max() - 1);
     lineEditWavFilePath = lineEdit("lineEditWavFilePath", ".");
     lineEditWavFileName = lineEdit("lineEditWavFileName", "File001.wav");

@@ -11,7 +11,7 @@
 # system, "check" what looks at the sources, "campaigns" what loads the machine, "bootstrap" what makes
 # a bare system of either release.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
-    libxcb1-dev libfftw3-dev libsndfile1-dev)
+    libxcb1-dev libfftw3-dev libsamplerate0-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
 packages_for_desk=(xvfb xauth openbox pulseaudio sox ffmpeg procps)
 packages_for_pipewire=(dbus-daemon pipewire pipewire-pulse wireplumber)

@@ -3,7 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "session/FileReplacement.h"
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "window/Warnings.h"
 
 #include <QDir>

@@ -3,7 +3,7 @@
 #include "session/ResponseJournal.h"
 
 #include "session/DiskSync.h"
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "base/Numbers.h"
-#include "sound/PlayedSound.h"
+#include "sound/Playback.h"
 #include "subject/ResponseCode.h"
 
 #include <QAudioDeviceInfo>

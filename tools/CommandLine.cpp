@@ -2,19 +2,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/CommandLine.h"
 
+#include "signal/RandomGenerator.h"
 #include "tools/HelpText.h"
 #include "tools/NumberReader.h"
 #include "tools/TargetSound.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QMap>
-
-#include <algorithm>
+#include <QRandomGenerator>
 
 namespace {
 
+constexpr double leastDecibels = -200;
+constexpr double mostDecibels = 100;
+
 const QString makeCommand = QStringLiteral("make");
+const QString convertCommand = QStringLiteral("convert");
 const QString infoCommand = QStringLiteral("info");
 
 /// In the order of SoundKind.
@@ -31,7 +34,8 @@ const QMap<QString, QStringList>& kindsOfOptions() {
                                                   {"without-fundamental", {"complex"}},
                                                   {"modulation", {"sam"}},
                                                   {"depth", {"sam"}},
-                                                  {"modulation-phase", {"sam"}}};
+                                                  {"modulation-phase", {"sam"}},
+                                                  {"seed", {"noise"}}};
     return kinds;
 }
 
@@ -44,6 +48,10 @@ QCommandLineOption valued(const QString& name, const QString& description, const
 QCommandLineOption valued(const QString& name, const QString& description, const QString& value,
                           double byDefault) {
     return valued(name, description, value, QString::number(byDefault));
+}
+
+QCommandLineOption forceOption() {
+    return {"force", "Replace a file that exists."};
 }
 
 void addSoundOptions(QCommandLineParser& parser) {
@@ -59,7 +67,8 @@ void addSoundOptions(QCommandLineParser& parser) {
                 usual.modulationFrequency),
          valued("depth", "sam: from 0 to 1 (default %1).", "factor", usual.modulationDepth),
          valued("modulation-phase", "sam: at which the modulating cosine starts (default %1).",
-                "degrees", usual.modulationPhaseDegrees)});
+                "degrees", usual.modulationPhaseDegrees),
+         {"seed", "noise: the same number gives the same noise (drawn by default).", "number"}});
 }
 
 void addFileOptions(QCommandLineParser& parser) {
@@ -76,14 +85,12 @@ void addFileOptions(QCommandLineParser& parser) {
          valued("bits", "Per sample: 8, 16 or 24 (default %1).", "bits", usual.bitsPerSample),
          valued("channels", "1 or 2, with the same sound in both (default %1).", "count",
                 usual.channelCount),
-         {"force", "Replace a file that exists."}});
+         forceOption()});
 }
 
 TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberReader& values) {
     constexpr double mostHertz = 1e6;
     constexpr double mostDegrees = 360;
-    constexpr double leastDecibels = -200;
-    constexpr double mostDecibels = 100;
     constexpr double mostMilliseconds = 1e8;
     TargetRecipe recipe;
     recipe.kind = kind;
@@ -95,6 +102,8 @@ TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberRe
     recipe.modulationFrequency = values.number("modulation", 0.001, mostHertz);
     recipe.modulationDepth = values.number("depth", 0, 1);
     recipe.modulationPhaseDegrees = values.number("modulation-phase", -mostDegrees, mostDegrees);
+    recipe.seed = parser.isSet("seed") ? values.integer("seed", 0, largestRandomNumber)
+                                       : QRandomGenerator::system()->bounded(largestRandomNumber);
     recipe.durationMs = values.number("duration", 0.001, mostMilliseconds);
     recipe.levelKind = parser.isSet("rms") ? LevelKind::Rms : LevelKind::Peak;
     recipe.levelDecibels =
@@ -122,6 +131,10 @@ QString problemOfOptions(const QCommandLineParser& parser, const QString& kind) 
     return {};
 }
 
+ExistingFile existingFile(const QCommandLineParser& parser) {
+    return parser.isSet("force") ? ExistingFile::Replace : ExistingFile::Keep;
+}
+
 Request makeRequest(const QCommandLineParser& parser) {
     const QStringList words = parser.positionalArguments();
     const int kind = kindWords().indexOf(words.value(1));
@@ -137,13 +150,24 @@ Request makeRequest(const QCommandLineParser& parser) {
     MakeRequest request;
     request.recipe = recipeOf(parser, static_cast<SoundKind>(kind), values);
     request.fileName = words.constLast();
-    request.existing = parser.isSet("force") ? ExistingFile::Replace : ExistingFile::Keep;
+    request.existing = existingFile(parser);
     if (!values.problem().isEmpty())
         return UsageError{values.problem()};
     const QString recipesProblem = problemOf(request.recipe);
     if (!recipesProblem.isEmpty())
         return UsageError{recipesProblem};
     return request;
+}
+
+Request convertRequest(const QCommandLineParser& parser) {
+    const QStringList words = parser.positionalArguments();
+    if (words.size() != 3 || words[1].isEmpty() || words[2].isEmpty())
+        return UsageError{QStringLiteral("convert takes the names of two files")};
+    NumberReader values(parser);
+    const double gain = values.number("gain", leastDecibels, mostDecibels);
+    if (!values.problem().isEmpty())
+        return UsageError{values.problem()};
+    return ConvertRequest{words[1], gain, words[2], existingFile(parser)};
 }
 
 /// Lays a parser out for a command; for none of them, for what stands before a command.
@@ -154,46 +178,39 @@ void describe(QCommandLineParser& parser, const QString& command) {
         parser.addPositionalArgument("file", "The WAV file to make.");
         addSoundOptions(parser);
         addFileOptions(parser);
+    } else if (command == convertCommand) {
+        parser.setApplicationDescription(convertDescription());
+        parser.addPositionalArgument("in", "The file to read.", "convert in");
+        parser.addPositionalArgument("out", "The WAV file to make.");
+        parser.addOptions(
+            {valued("gain", "Change of the level (default %1).", "dB", 0), forceOption()});
     } else if (command == infoCommand) {
         parser.setApplicationDescription(infoDescription());
         parser.addPositionalArgument("file", "WAV files.", "info file...");
+        parser.addOption({"json", "Print everything as one JSON array."});
     } else {
         parser.setApplicationDescription(programDescription());
-        parser.addPositionalArgument("command", "make or info.");
+        parser.addPositionalArgument("command", "make, convert or info.");
     }
 }
 
 } // namespace
 
 Request parseCommandLine(const QStringList& arguments) {
-    const auto found =
-        std::find_if(arguments.cbegin(), arguments.cend(), [](const QString& argument) {
-            return argument == makeCommand || argument == infoCommand;
-        });
-    const QString command = found == arguments.cend() ? QString() : *found;
     QCommandLineParser parser;
-    describe(parser, command);
-    const QCommandLineOption help({"h", "help"}, "Tell what the program does.");
-    const QCommandLineOption version({"v", "version"}, "Tell the program's version.");
-    parser.addOptions({help, version});
-    if (!parser.parse(arguments)) {
-        // A sentence there, and the first half of one here.
-        QString problem = parser.errorText();
-        if (problem.endsWith(u'.'))
-            problem.chop(1);
-        return UsageError{problem};
-    }
-    if (parser.isSet(help))
-        return TextRequest{parser.helpText()};
-    if (parser.isSet(version))
-        return TextRequest{QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
-                                                         QCoreApplication::applicationVersion())};
-    const QStringList words = parser.positionalArguments();
-    if (words.isEmpty() || words.constFirst() != command)
-        return UsageError{QStringLiteral("the command is missing: make or info")};
+    const auto parsed =
+        parseCommand(parser, arguments, {makeCommand, convertCommand, infoCommand}, describe);
+    if (const auto* text = std::get_if<TextRequest>(&parsed))
+        return *text;
+    if (const auto* error = std::get_if<UsageError>(&parsed))
+        return *error;
+    const QString& command = std::get<QString>(parsed);
     if (command == makeCommand)
         return makeRequest(parser);
+    if (command == convertCommand)
+        return convertRequest(parser);
+    const QStringList words = parser.positionalArguments();
     if (words.size() < 2)
         return UsageError{QStringLiteral("info takes the names of files")};
-    return InfoRequest{words.mid(1)};
+    return InfoRequest{words.mid(1), parser.isSet("json")};
 }

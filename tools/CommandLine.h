@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tools/Command.h"
 #include "tools/TargetFile.h"
 #include "tools/TargetRecipe.h"
 
@@ -16,22 +17,21 @@ struct MakeRequest {
     ExistingFile existing = ExistingFile::Keep;
 };
 
+/// Make a target of a file.
+struct ConvertRequest {
+    QString sourceName;
+    double gainDecibels = 0;
+    QString fileName;
+    ExistingFile existing = ExistingFile::Keep;
+};
+
 /// Report on files.
 struct InfoRequest {
     QStringList fileNames;
+    bool isJson = false;
 };
 
-/// Print a text that was asked for.
-struct TextRequest {
-    QString text;
-};
-
-/// A command line that asks for nothing that can be done.
-struct UsageError {
-    QString problem; ///< In one sentence that ends in no full stop.
-};
-
-using Request = std::variant<MakeRequest, InfoRequest, TextRequest, UsageError>;
+using Request = std::variant<MakeRequest, ConvertRequest, InfoRequest, TextRequest, UsageError>;
 
 /// Returns what a command line, the program's name in front, asks for. Every number in it has been
 /// checked, and the recipe has been found to have no problems.

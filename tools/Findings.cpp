@@ -28,14 +28,12 @@ QString programsAnswer(const Inspection& inspection, bool isLoaded) {
 }
 
 void judgeHeader(Inspection& inspection, bool isLoaded) {
-    QStringList objections = headerObjections(inspection.walk, inspection.fix);
+    QStringList objections = headerObjections(inspection);
     const qint64 samples = samplesPerChannel(inspection.intended);
-    if (objections.isEmpty() && !isUsableTarget(inspection.program, playedRate)) {
+    if (objections.isEmpty() && !isUsableTarget(inspection.program, playedRate))
         objections << QStringLiteral("A sound of %1 samples is too short, or too long for the "
                                      "memory there is.")
                           .arg(samples);
-        inspection.fix.program = Fix::Program::None;
-    }
     if (!objections.isEmpty())
         inspection.findings.append({objections.join(u' '), programsAnswer(inspection, isLoaded)});
 }
@@ -59,7 +57,6 @@ void judgeRate(Inspection& inspection, qint64 samples, quint32 samplingRate) {
     constexpr double centsPerOctave = 1200;
     constexpr double exampleFrequency = 440;
     const double ratio = double(playedRate) / samplingRate;
-    inspection.fix.isResampled = true;
     inspection.findings.append(
         {QStringLiteral("Its sampling rate is %1 Hz.").arg(samplingRate),
          QStringLiteral("The program plays it at %1 Hz without conversion: %2 Hz in it are heard "
@@ -72,27 +69,17 @@ void judgeRate(Inspection& inspection, qint64 samples, quint32 samplingRate) {
 }
 
 void judgeChannels(Inspection& inspection, int channels) {
-    if (channels > 2) {
-        inspection.fix.isFirstChannelOnly = true;
+    if (channels > 2)
         inspection.findings.append({QStringLiteral("It has %1 channels.").arg(channels),
                                     QStringLiteral("The program plays silence in its place.")});
-    } else if (channels == 2 &&
-               channelOf(inspection.intended, 0) != channelOf(inspection.intended, 1)) {
+    else if (channels == 2 &&
+             channelOf(inspection.intended, 0) != channelOf(inspection.intended, 1))
         inspection.notes << QStringLiteral("The program plays the left of its two channels.");
-    }
 }
 
 /// The duration that the program shows holds hundredths of milliseconds, a sample at 40000 Hz is
 /// 2.5 of them, and the program plays as many samples as the shown duration holds.
 void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
-    const double ratio = double(playedRate) / samplingRate;
-    const auto fixed = static_cast<qint64>(std::llround(double(samples) * ratio));
-    constexpr int maximumPadding = 4;
-    qint64 padded = fixed;
-    // Beyond what can be played there is no such length.
-    while (playedSamples(padded, playedRate) != padded && padded - fixed < maximumPadding)
-        ++padded;
-    inspection.fix.paddingSamples = static_cast<int>(padded - fixed);
     const int played = playedSamples(samples, samplingRate);
     if (samplingRate != playedRate || played == samples)
         return;
@@ -109,10 +96,9 @@ void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
 }
 
 void judgeLowestCodes(Inspection& inspection) {
-    const int count = lowestCodesOf24Bits(inspection.intended);
+    const qint64 count = lowestCodesOf24Bits(inspection.intended);
     if (count == 0)
         return;
-    inspection.fix.isLowestCodeAvoided = true;
     inspection.findings.append(
         {QStringLiteral("It has the lowest code of 24 bits, which means -1 (%1 times).").arg(count),
          QStringLiteral("The program reads it as +1: a click.")});
@@ -129,7 +115,7 @@ bool isReadAlike(const Inspection& inspection) {
 void judgeSound(Inspection& inspection) {
     const WavHeader& header = inspection.intended.header;
     const qint64 samples = samplesPerChannel(inspection.intended);
-    if (samples == 0 || header.samplingRate == 0)
+    if (samples == 0)
         return;
     const bool isSilent =
         std::all_of(inspection.intended.samples.cbegin(), inspection.intended.samples.cend(),

@@ -5,57 +5,26 @@
 #include "base/Numbers.h"
 #include "tools/IntendedSound.h"
 
-#include <QMap>
-
-#include <algorithm>
-
 namespace {
-
-constexpr quint16 ieeeFloat = 3;
 
 QString text(const QByteArray& identifier) {
     return QString::fromLatin1(identifier).trimmed();
 }
 
-/// An encoding other than linear PCM.
-struct Encoding {
-    QString name;
-    bool isReadBySox = true;
-};
-
-Encoding encodingOf(quint16 code) {
-    static const QMap<quint16, Encoding> encodings{
-        {2, {"MS ADPCM"}},   {ieeeFloat, {"floating point"}},
-        {6, {"A-law"}},      {7, {"mu-law"}},
-        {17, {"IMA ADPCM"}}, {49, {"GSM 6.10"}},
-        {85, {"MP3", false}}};
-    return encodings.value(code, {QStringLiteral("format %1").arg(code), false});
-}
-
-bool isReadBySox(const RiffFormat& format) {
-    const quint16 bits = format.bitsPerSample;
-    if (format.encoding == linearPcm)
-        return bits == 8 || bits == 16 || bits == 24 || bits == 32;
-    return encodingOf(format.encoding).isReadBySox;
-}
-
 /// What the first twelve bytes say.
-QStringList fileObjections(const RiffWalk& walk, Fix& fix) {
-    if (walk.fileSize == 0) {
-        fix.program = Fix::Program::None;
+QStringList fileObjections(const Inspection& inspection) {
+    const RiffWalk& walk = inspection.walk;
+    if (walk.fileSize == 0)
         return {QStringLiteral("It is empty.")};
-    }
-    if (walk.form != "WAVE") {
-        fix.program = Fix::Program::Ffmpeg;
-        return {QStringLiteral("It is no WAVE file.")};
-    }
+    if (walk.form != "WAVE")
+        return {inspection.container.isEmpty()
+                    ? QStringLiteral("It is no WAVE file.")
+                    : QStringLiteral("It is no WAVE file but %1.").arg(inspection.container)};
     if (walk.identifier == "RIFX")
         return {QStringLiteral("It is big-endian (RIFX).")};
-    if (walk.identifier == "RF64" || walk.identifier == "BW64") {
-        fix.program = Fix::Program::Ffmpeg;
+    if (walk.identifier == "RF64" || walk.identifier == "BW64")
         return {QStringLiteral("It has the header of files beyond 4 GiB (%1).")
                     .arg(text(walk.identifier))};
-    }
     return {};
 }
 
@@ -84,78 +53,50 @@ QStringList chunkObjections(const RiffWalk& walk) {
     return objections;
 }
 
-QStringList formatObjections(const RiffFormat& format, Fix& fix) {
+QStringList formatObjections(const RiffFormat& format, const QString& encoding) {
     QStringList objections;
-    const quint16 bits = format.bitsPerSample;
-    if (format.encoding != linearPcm) {
+    if (format.encoding != linearPcm)
         objections << QStringLiteral("Its samples are encoded as %1, not as linear PCM.")
-                          .arg(encodingOf(format.encoding).name);
-        fix.bitsPerSample = format.encoding == ieeeFloat ? 24 : 16;
-    } else if (bits != 8 && bits != 16 && bits != 24) {
-        objections << QStringLiteral("Its samples have %1 bits, not 8, 16 or 24.").arg(bits);
-        fix.bitsPerSample = 24;
-    }
-    if (!isReadBySox(format))
-        fix.program = Fix::Program::Ffmpeg;
+                          .arg(encoding.isEmpty() ? QStringLiteral("format %1").arg(format.encoding)
+                                                  : encoding);
+    else if (!isReadableFormat(format))
+        objections << QStringLiteral("Its samples have %1 bits, not 8, 16 or 24.")
+                          .arg(format.bitsPerSample);
     if (format.channelCount == 0)
-        objections << QStringLiteral("Its header says that it has no channels.");
+        objections << QStringLiteral("Its header says that it has no channels, which is taken for "
+                                     "one.");
     if (format.samplingRate == 0)
-        objections << QStringLiteral("Its header says a sampling rate of 0 Hz.");
+        objections << QStringLiteral("Its header says a sampling rate of 0 Hz, which is taken for "
+                                     "%1 Hz.")
+                          .arg(playedRate);
     return objections;
 }
 
-QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data, Fix& fix) {
-    const bool isShort = data.heldSize < data.declaredSize;
-    if (!isShort && data.declaredSize != 0)
-        return {};
-    fix.isSizeIgnored = true;
-    if (isShort && data.heldSize > 0)
+QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data) {
+    if (data.heldSize < data.declaredSize && data.heldSize > 0)
         return {QStringLiteral("Its header says %1 bytes of data, but the file ends after %2.")
                     .arg(data.declaredSize)
                     .arg(data.heldSize)};
-    const bool isNothingBehind = data.offset + data.heldSize == walk.fileSize;
-    if (isNothingBehind)
-        fix.program = Fix::Program::None;
+    if (data.heldSize > 0)
+        return {};
+    const bool isNothingBehind = data.offset == walk.fileSize;
     return {isNothingBehind ? QStringLiteral("It has no data.")
                             : QStringLiteral("Its header says 0 bytes of data.")};
 }
 
-/// Other programs refuse to open what this one does. What its header does not tell, or wrongly, is
-/// taken for one channel at the program's rate.
-void fixRaw(const RiffWalk& walk, const RiffFormat& format, const RiffChunk& data, Fix& fix) {
-    const bool isRead = format.encoding == linearPcm && isReadBySox(format);
-    if (!isRead) {
-        fix.program = Fix::Program::None;
-        return;
-    }
-    fix.program = Fix::Program::FfmpegRaw;
-    RawSound& raw = fix.raw;
-    raw.offset = data.offset;
-    raw.bitsPerSample = format.bitsPerSample;
-    raw.channelCount = std::max<int>(format.channelCount, 1);
-    raw.samplingRate = format.samplingRate == 0 ? playedRate : format.samplingRate;
-    const bool isMoreBehind = data.offset + data.heldSize < walk.fileSize;
-    if (isMoreBehind)
-        raw.frames = data.heldSize / (qint64(raw.channelCount) * (raw.bitsPerSample / 8));
-}
-
 } // namespace
 
-QStringList headerObjections(const RiffWalk& walk, Fix& fix) {
-    QStringList objections = fileObjections(walk, fix);
+QStringList headerObjections(const Inspection& inspection) {
+    const RiffWalk& walk = inspection.walk;
+    QStringList objections = fileObjections(inspection);
     if (!objections.isEmpty() && walk.chunks.isEmpty())
         return objections;
     objections += chunkObjections(walk);
     const RiffChunk* const data = walk.find("data");
-    if (!walk.format || data == nullptr) {
-        fix.program = Fix::Program::None;
+    if (!walk.format || data == nullptr)
         return objections;
-    }
-    objections += formatObjections(*walk.format, fix);
-    if (walk.format->channelCount == 0 || walk.format->samplingRate == 0 ||
-        (!walk.identifier.startsWith("RIF") && fix.program == Fix::Program::Sox))
-        fixRaw(walk, *walk.format, *data, fix);
-    return objections + dataObjections(walk, *data, fix);
+    return objections + formatObjections(*walk.format, inspection.encoding) +
+           dataObjections(walk, *data);
 }
 
 QStringList headerNotes(const RiffWalk& walk) {
@@ -184,7 +125,8 @@ QStringList headerNotes(const RiffWalk& walk) {
         notes << QStringLiteral("Its last bytes, %1 of them, are no chunk. The program does not "
                                 "read them.")
                      .arg(walk.bytesBehind);
-    if (isReadableFormat(format) && data->heldSize % format.frameBytes() != 0)
+    if (isReadableFormat(format) && format.channelCount > 0 &&
+        data->heldSize % format.frameBytes() != 0)
         notes << QStringLiteral("Its data end within a sample, which the program leaves out.");
     constexpr qint64 bytesNotCounted = 8;
     const qint64 declared = walk.declaredSize + bytesNotCounted;

@@ -5,9 +5,8 @@
 #include "tools/Inspection.h"
 
 /// Returns a sentence for each thing in which a file differs from a canonical header, followed by
-/// linear PCM of 8, 16 or 24 bits as long as it says, and chooses the program that fixes them.
-/// Empty for a canonical file.
-QStringList headerObjections(const RiffWalk& walk, Fix& fix);
+/// linear PCM of 8, 16 or 24 bits as long as it says. Empty for a canonical file.
+QStringList headerObjections(const Inspection& inspection);
 
 /// Returns a sentence for each oddity that neither the program nor most others mind.
 QStringList headerNotes(const RiffWalk& walk);

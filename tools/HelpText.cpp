@@ -4,14 +4,15 @@
 
 QString programDescription() {
     return QStringLiteral(
-        R"(Makes target sounds for Pellion, and tells whether Pellion would read a WAV file as
-it is meant.
+        R"(Makes target sounds for Pellion, by itself or of other sound files, and tells whether
+Pellion would read a WAV file as it is meant.
 
 Commands:
   make tone FILE      a pure tone
   make complex FILE   harmonics of a fundamental, with or without it
   make sam FILE       a sinusoidally amplitude-modulated tone
   make noise FILE     uniform white noise
+  convert IN OUT      a target of the sound in another file
   info FILE...        header, duration, levels, and what the program would do with each file
 
 Examples:
@@ -19,9 +20,10 @@ Examples:
   pellion-target make complex missing.wav --frequency 200 --harmonics 2-10
   pellion-target make sam am.wav --frequency 1000 --modulation 100 --rms -20
   pellion-target make noise noise.wav --ramp cos2 --ramp-duration 50 --bits 24
+  pellion-target convert noise.wav noise-soft.wav --gain -20
   pellion-target info *.wav
 
-"pellion-target make --help" and "pellion-target info --help" tell more.
+"pellion-target make --help" says more, and so do those of "convert" and "info".
 
 Exit status: 0 when everything was done and every file is as intended, 1 when not, 2 when
 the command line cannot be understood.
@@ -39,15 +41,35 @@ has an RMS level of -3.01 dB. A sample beyond full scale is an error, and nothin
 Samples are rounded to the nearest of the integers that the bits allow, without dither. Full
 scale itself, +1 and -1, becomes the greatest of them and its negative.
 
-The noise is the signal library's, less its mean. The library seeds it with the time in whole
-seconds: files made within the same second hold the same noise.
+The noise is the signal library's, less its mean. Its seed is printed; --seed with the same
+number makes the same noise again.
 
 Examples:
   pellion-target make tone a440.wav --frequency 440 --duration 500 --peak -10
   pellion-target make complex full.wav --frequency 200 --harmonics 1-10
   pellion-target make complex missing.wav --frequency 200 --harmonics 1-10 --without-fundamental
   pellion-target make sam am.wav --frequency 1000 --modulation 100 --depth 1 --rms -20
-  pellion-target make noise noise.wav --ramp linear --ramp-duration 5 --channels 2 --force
+  pellion-target make noise noise.wav --seed 7 --ramp linear --channels 2 --force
+)");
+}
+
+QString convertDescription() {
+    return QStringLiteral(
+        R"(Makes a target of the sound in another file, of any format that libsndfile reads (WAV, AIFF,
+FLAC, Ogg, MP3 and more), and says what it did. The target has the canonical 44-byte header, one
+channel, the first of the file, and 40000 samples a second.
+
+At this rate and with 8, 16 or 24 bits each sample stays as it is. Only the lowest code of 24
+bits is raised by one step. Other sounds are resampled and rounded to 24 bits, without
+dither. Silence is added where Pellion would leave out the last sample.
+
+A sample beyond full scale is an error, and nothing is written: resampling can raise the peak.
+The message names the --gain that lowers it enough.
+
+Examples:
+  pellion-target convert target.wav converted.wav
+  pellion-target convert target.wav soft.wav --gain -20
+  pellion-target convert target.wav target.wav --force
 )");
 }
 
@@ -60,6 +82,7 @@ compares. Each problem is printed with its effect, and with the command that fix
 Examples:
   pellion-target info target.wav
   pellion-target info ~/Desktop/*.wav
+  pellion-target info --json target.wav
   pellion-target info target.wav >/dev/null && echo "a good target"
 
 Exit status: 0 only if every file would be read as intended.

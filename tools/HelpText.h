@@ -4,7 +4,8 @@
 
 #include <QString>
 
-/// Returns the introductions of the help: to the program, to "make" and to "info".
+/// Returns the introductions of the help: to the program, to "make", "convert" and "info".
 QString programDescription();
 QString makeDescription();
+QString convertDescription();
 QString infoDescription();

@@ -4,6 +4,7 @@
 
 #include "base/Numbers.h"
 #include "sound/RegularFile.h"
+#include "tools/DecodedSound.h"
 #include "tools/Findings.h"
 #include "tools/IntendedSound.h"
 
@@ -56,6 +57,17 @@ Inspection inspect(const QString& fileName) {
         return inspection;
     inspection.walk = walkRiff(file);
     inspection.intended = intendedSound(file, inspection.walk);
+    if (inspection.intended.samples.empty()) {
+        const RiffWalk& walk = inspection.walk;
+        const bool isLengthDeclared =
+            walk.format && walk.format->isInBlocks() && walk.declaredFrames > 0;
+        DecodedSound sound =
+            decodedSound(regular.path().string(),
+                         isLengthDeclared ? walk.declaredFrames : quint32(maximumSampleCount));
+        inspection.intended = std::move(sound.wav);
+        inspection.container = sound.container;
+        inspection.encoding = sound.encoding;
+    }
     judge(inspection, isLoaded);
     return inspection;
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/Fix.h"
 #include "tools/RiffWalk.h"
 
 #include <QStringList>
@@ -20,16 +19,17 @@ struct Inspection {
     bool isOpened = false;  ///< Whether it is a regular file that could be opened.
     QString programMessage; ///< What the program says on standard error; empty when nothing.
     CWav program;           ///< The file as the program reads it.
-    CWav intended;          ///< The sound that its chunks describe.
+    CWav intended;          ///< The sound that it holds.
+    QString container;      ///< Where libsndfile had to read that: its name of the format,
+    QString encoding;       ///< and of the encoding of the samples.
     RiffWalk walk;
     QVector<Finding> findings;
     QStringList notes; ///< What the program does not mind, in whole sentences.
-    Fix fix;           ///< Of everything in the findings.
 
     bool isAsIntended() const { return isOpened && findings.isEmpty(); }
 };
 
-/// Looks at a file in two ways, as the program does and chunk by chunk, and compares.
+/// Looks at a file in two ways, as the program does and as it is meant, and compares.
 Inspection inspect(const QString& fileName);
 
 /// Returns how many samples of a target the program plays: the duration of so many samples at

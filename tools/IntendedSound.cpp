@@ -8,29 +8,9 @@
 
 #include <algorithm>
 
-namespace {
-
-constexpr std::size_t bytesOf24Bits = 3;
-
-bool isLowestCode(const char* bytes) {
-    return bytes[0] == '\0' && bytes[1] == '\0' && bytes[2] == '\x80';
-}
-
-/// Calls a function with the number of each sample that has the lowest code of 24 bits.
-template <typename Function> void forLowestCodes(const CWav& wav, Function&& function) {
-    if (wav.header.bitsPerSample != 24)
-        return;
-    for (std::size_t i = 0; i < wav.samples.size(); ++i)
-        if (isLowestCode(wav.rawData.data() + i * bytesOf24Bits))
-            function(i);
-}
-
-} // namespace
-
 bool isReadableFormat(const RiffFormat& format) {
     const quint16 bits = format.bitsPerSample;
-    return format.encoding == linearPcm && format.channelCount > 0 &&
-           (bits == 8 || bits == 16 || bits == 24);
+    return format.encoding == linearPcm && (bits == 8 || bits == 16 || bits == 24);
 }
 
 CWav intendedSound(QIODevice& file, const RiffWalk& walk) {
@@ -38,9 +18,12 @@ CWav intendedSound(QIODevice& file, const RiffWalk& walk) {
     const RiffChunk* const data = walk.find("data");
     if (data == nullptr || !walk.format || !isReadableFormat(*walk.format))
         return wav;
-    const RiffFormat& format = *walk.format;
-    const qint64 frames =
-        std::min<qint64>(data->heldSize / format.frameBytes(), maximumSampleCount);
+    RiffFormat format = *walk.format;
+    format.channelCount = std::max<quint16>(format.channelCount, 1);
+    if (format.samplingRate == 0)
+        format.samplingRate = playedRate;
+    const qint64 size = data->declaredSize == 0 ? walk.fileSize - data->offset : data->heldSize;
+    const qint64 frames = std::min<qint64>(size / format.frameBytes(), maximumSampleCount);
     wav.header.audioFormat = format.encoding;
     wav.header.numberOfChannels = format.channelCount;
     wav.header.samplingRate = format.samplingRate;
@@ -52,14 +35,16 @@ CWav intendedSound(QIODevice& file, const RiffWalk& walk) {
     wav.bytesRead = bytes.size();
     wav.numberOfSamples = wav.header.dataSize / (format.bitsPerSample / 8U);
     wav.ConvertData();
-    forLowestCodes(wav, [&](std::size_t i) { wav.samples[i] = -1; });
+    // Nothing else is read as +1 at 24 bits than the lowest code.
+    if (format.bitsPerSample == 24)
+        std::replace(wav.samples.begin(), wav.samples.end(), 1.0, -1.0);
     return wav;
 }
 
-int lowestCodesOf24Bits(const CWav& wav) {
-    int count = 0;
-    forLowestCodes(wav, [&](std::size_t) { ++count; });
-    return count;
+qint64 lowestCodesOf24Bits(const CWav& wav) {
+    if (wav.header.bitsPerSample != 24)
+        return 0;
+    return std::count(wav.samples.cbegin(), wav.samples.cend(), -1.0);
 }
 
 QVector<double> channelOf(const CWav& wav, int channel) {

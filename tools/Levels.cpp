@@ -22,9 +22,12 @@ double factorOfDecibels(double decibels) {
     return std::pow(10.0, decibels / decibelsPerDecade);
 }
 
+double decibelsOf(double magnitude) {
+    return decibelsPerDecade * std::log10(magnitude);
+}
+
 QString decibelsText(double magnitude) {
-    // The logarithm of 0 is minus infinity, and reads so.
-    const QString number = QString::number(decibelsPerDecade * std::log10(magnitude), 'f', 2);
+    const QString number = QString::number(decibelsOf(magnitude), 'f', 2);
     return (number == QLatin1String("-0.00") ? QStringLiteral("0.00") : number) +
            QStringLiteral(" dB");
 }

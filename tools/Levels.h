@@ -8,6 +8,9 @@
 /// Returns the greatest magnitude among the samples; 0 when there are none.
 double peakOf(const QVector<double>& samples);
 
+/// Returns the level of a magnitude, minus infinity for 0.
+double decibelsOf(double magnitude);
+
 /// Returns the factor of a level: 10^(decibels / 20).
 double factorOfDecibels(double decibels);
 

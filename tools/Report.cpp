@@ -3,9 +3,14 @@
 #include "tools/Report.h"
 
 #include "base/Numbers.h"
+#include "signal/OstrelClasses.h"
 #include "sound/TargetSamples.h"
+#include "tools/Conversion.h"
+#include "tools/Fix.h"
 #include "tools/IntendedSound.h"
 #include "tools/Levels.h"
+
+#include <QJsonArray>
 
 #include <iostream>
 
@@ -28,6 +33,24 @@ void printSound(const CWav& wav) {
     for (int channel = 0; channel < wav.header.numberOfChannels; ++channel)
         printLine(QStringLiteral("Channel %1").arg(channel + 1),
                   levelsText(channelOf(wav, channel)));
+}
+
+/// Empty where nothing has to be fixed, or nothing can be.
+QString fixOf(const Inspection& inspection) {
+    const bool isFixable = inspection.isOpened && !inspection.isAsIntended() &&
+                           conversionProblem(inspection.intended).isEmpty();
+    return isFixable ? fixCommand(inspection.fileName) : QString();
+}
+
+/// No number where a level is minus infinity.
+QJsonArray jsonLevels(const CWav& wav) {
+    QJsonArray levels;
+    for (int channel = 0; channel < wav.header.numberOfChannels; ++channel) {
+        const QVector<double> samples = channelOf(wav, channel);
+        levels << QJsonObject{{"peakDb", decibelsOf(peakOf(samples))},
+                              {"rmsDb", decibelsOf(rms(samples))}};
+    }
+    return levels;
 }
 
 } // namespace
@@ -55,10 +78,34 @@ void printReport(const Inspection& inspection) {
         printLine(QStringLiteral("Effect"), finding.consequence);
     }
     if (!inspection.isAsIntended()) {
-        const QString command = fixCommand(inspection.fix, inspection.fileName);
+        const QString fix = fixOf(inspection);
         printLine(QStringLiteral("Fix"),
-                  command.isEmpty() ? QStringLiteral("make the file again") : command);
+                  fix.isEmpty() ? QStringLiteral("make the file again") : fix);
     }
     for (const QString& note : inspection.notes)
         printLine(QStringLiteral("Note"), note);
+}
+
+QJsonObject jsonReport(const Inspection& inspection) {
+    const CWav& wav = inspection.intended;
+    const bool isKnown = samplesPerChannel(wav) > 0;
+    const auto known = [isKnown](const QJsonValue& value) {
+        return isKnown ? value : QJsonValue();
+    };
+    QJsonArray problems;
+    for (const Finding& finding : inspection.findings)
+        problems << QJsonObject{{"problem", finding.what}, {"effect", finding.consequence}};
+    const QString fix = fixOf(inspection);
+    return {{"file", inspection.fileName},
+            {"opened", inspection.isOpened},
+            {"asIntended", inspection.isAsIntended()},
+            {"channels", known(wav.header.numberOfChannels)},
+            {"samplingRate", known(qint64(wav.header.samplingRate))},
+            {"bitsPerSample", known(wav.header.bitsPerSample)},
+            {"samples", known(samplesPerChannel(wav))},
+            {"durationMs", isKnown ? durationSeconds(wav) * millisecondsPerSecond : QJsonValue()},
+            {"levels", jsonLevels(wav)},
+            {"problems", problems},
+            {"fix", fix.isEmpty() ? QJsonValue() : fix},
+            {"notes", QJsonArray::fromStringList(inspection.notes)}};
 }

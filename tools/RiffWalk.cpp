@@ -84,5 +84,7 @@ RiffWalk walkRiff(QIODevice& file) {
     if (const RiffChunk* chunk = walk.find("fmt "))
         walk.format = formatIn(
             bytesAt(file, chunk->offset, std::min<qint64>(chunk->heldSize, extensibleFormatBytes)));
+    if (const RiffChunk* chunk = walk.find("fact"); chunk != nullptr && chunk->heldSize >= 4)
+        walk.declaredFrames = numberAt<quint32>(bytesAt(file, chunk->offset, 4), 0);
     return walk;
 }

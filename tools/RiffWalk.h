@@ -33,6 +33,9 @@ struct RiffFormat {
     quint16 blockAlign = 0;   ///< Bytes of one sample of all channels.
     quint16 bitsPerSample = 0;
 
+    /// Whether samples are encoded in blocks, the last of which is filled up.
+    bool isInBlocks() const { return bitsPerSample < 8; }
+
     /// Bytes of one sample of all channels, by the number of bits.
     quint32 frameBytes() const { return channelCount * ((bitsPerSample + 7U) / 8U); }
 };
@@ -46,6 +49,8 @@ struct RiffWalk {
     QVector<RiffChunk> chunks;
     qint64 bytesBehind = 0; ///< Bytes at the end that are no chunk.
     std::optional<RiffFormat> format;
+    /// Samples of each channel by the fact chunk; 0 when it does not say.
+    quint32 declaredFrames = 0;
 
     /// Returns the first chunk of an identifier; null when there is none.
     const RiffChunk* find(const QByteArray& wanted) const;

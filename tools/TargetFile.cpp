@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/TargetFile.h"
 
+#include "session/DiskSync.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -10,59 +12,26 @@
 
 namespace {
 
-/// A file that goes when this does, unless it has been given another name.
-class PartialFile {
-public:
-    explicit PartialFile(const QFileInfo& target)
-        : name(QStringLiteral("%1/.pellion-target.%2.part")
-                   .arg(target.path(), QString::number(QCoreApplication::applicationPid()))) {}
-    ~PartialFile() {
-        if (isMade)
-            QFile::remove(name);
-    }
-    PartialFile(const PartialFile&) = delete;
-    PartialFile(PartialFile&&) = delete;
-    PartialFile& operator=(const PartialFile&) = delete;
-    PartialFile& operator=(PartialFile&&) = delete;
+QByteArray bytesOf(const CWav& wav) {
+    QByteArray bytes(reinterpret_cast<const char*>(&wav.header), sizeof(wav.header));
+    bytes.append(wav.rawData.data(), static_cast<int>(wav.rawData.size()));
+    if (wav.header.dataSize % 2 != 0)
+        bytes.append('\0');
+    return bytes;
+}
 
-    /// The writer appends: what it writes to has to be there and empty.
-    bool make() {
-        QFile file(name);
-        isMade = file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
-        return isMade;
-    }
+/// A full disk shows only when the bytes that are held back are flushed.
+bool write(QFile& file, const QByteArray& bytes) {
+    return file.write(bytes) == bytes.size() && file.flush() &&
+           file.error() == QFileDevice::NoError && syncToDisk(file);
+}
 
-    bool fill(const CWav& wav) const {
-        if (!wav.WriteWav(name.toStdString()))
-            return false;
-        QFile file(name);
-        const bool isPadded = wav.header.dataSize % 2 != 0;
-        return !isPadded || (file.open(QIODevice::Append) && file.putChar('\0') && file.flush());
-    }
-
-    /// The writer does not tell about a disk that is full.
-    bool holds(const CWav& wav) const {
-        QFile file(name);
-        QByteArray expected(reinterpret_cast<const char*>(&wav.header), sizeof(wav.header));
-        expected.append(wav.rawData.data(), static_cast<int>(wav.rawData.size()));
-        if (wav.header.dataSize % 2 != 0)
-            expected.append('\0');
-        return file.open(QIODevice::ReadOnly) && file.readAll() == expected;
-    }
-
-    bool rename(const QString& fileName, ExistingFile existing) {
-        const bool isRenamed = existing == ExistingFile::Replace
-                                   ? std::rename(QFile::encodeName(name).constData(),
-                                                 QFile::encodeName(fileName).constData()) == 0
-                                   : QFile::rename(name, fileName);
-        isMade = !isRenamed;
-        return isRenamed;
-    }
-
-private:
-    QString name;
-    bool isMade = false;
-};
+bool rename(QFile& file, const QString& name, ExistingFile existing) {
+    if (existing == ExistingFile::Keep)
+        return file.rename(name);
+    return std::rename(QFile::encodeName(file.fileName()).constData(),
+                       QFile::encodeName(name).constData()) == 0;
+}
 
 } // namespace
 
@@ -74,12 +43,17 @@ QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile exist
         return QStringLiteral("%1 exists; --force replaces it").arg(fileName);
     // What a link leads to is replaced, not the link, unless it leads nowhere.
     const QFileInfo target(named.exists() ? named.canonicalFilePath() : named.absoluteFilePath());
-    PartialFile partial(target);
-    if (!partial.make())
+    const QByteArray bytes = bytesOf(wav);
+    QFile partial(QStringLiteral("%1/.pellion-target.%2.part")
+                      .arg(target.path(), QString::number(QCoreApplication::applicationPid())));
+    if (!partial.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         return QStringLiteral("no file can be made in %1").arg(target.path());
-    if (!partial.fill(wav) || !partial.holds(wav))
-        return QStringLiteral("%1 cannot be written completely").arg(fileName);
-    if (!partial.rename(target.filePath(), existing))
-        return QStringLiteral("%1 cannot be given its name").arg(fileName);
-    return {};
+    QString problem;
+    if (!write(partial, bytes))
+        problem = QStringLiteral("%1 cannot be written completely").arg(fileName);
+    else if (!rename(partial, target.filePath(), existing))
+        problem = QStringLiteral("%1 cannot be given its name").arg(fileName);
+    if (!problem.isEmpty())
+        partial.remove();
+    return problem;
 }

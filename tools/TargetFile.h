@@ -9,9 +9,9 @@
 /// What to do about a file of the same name.
 enum class ExistingFile { Keep, Replace };
 
-/// Writes a file by CWav::WriteWav() into a new file beside it, compares what the disk then holds
-/// with what it should, and only then gives it the name: a file that exists is as it was when
-/// anything fails. Data of an odd size are followed by a byte of 0, as the format wants it.
+/// Writes the header and the raw data into a new file beside the named one, and only when the disk
+/// holds all of them gives it the name: a file that exists is as it was when anything fails. Data
+/// of an odd size are followed by a byte of 0, as the format wants it.
 ///
 /// Returns why it could not be done, in one sentence that ends in no full stop; empty when it was.
 QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile existing);

@@ -19,6 +19,7 @@ struct TargetRecipe {
     double modulationFrequency = 40;   ///< Hz.
     double modulationDepth = 1;        ///< From 0 to 1, 1 being full modulation.
     double modulationPhaseDegrees = 0; ///< At which the modulating cosine starts.
+    int seed = 0;                      ///< Of noise, from 0: the same one gives the same noise.
 
     double durationMs = 250;
     LevelKind levelKind = LevelKind::Peak;

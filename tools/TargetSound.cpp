@@ -4,6 +4,7 @@
 
 #include "base/Numbers.h"
 #include "signal/OstrelClasses.h"
+#include "signal/RandomGenerator.h"
 #include "tools/Levels.h"
 
 #include <algorithm>
@@ -36,8 +37,12 @@ QVector<double> harmonicComplex(const TargetRecipe& recipe) {
     return sum;
 }
 
-QVector<double> centredNoise(int count) {
-    QVector<double> noise = whiteNoise(count);
+/// The numbers of whiteNoise(), which would seed them with the time.
+QVector<double> centredNoise(int count, int seed) {
+    seedRandomNumbers(static_cast<uint>(seed));
+    QVector<double> noise(count);
+    for (double& sample : noise)
+        sample = nextRandomNumber() / static_cast<double>(largestRandomNumber);
     const double mean = std::accumulate(noise.cbegin(), noise.cend(), 0.0) / noise.size();
     for (double& sample : noise)
         sample -= mean;
@@ -56,7 +61,7 @@ QVector<double> unscaledSound(const TargetRecipe& recipe) {
                    recipe.modulationFrequency, recipe.modulationDepth, 1, recipe.phaseDegrees,
                    recipe.modulationPhaseDegrees, true);
     case SoundKind::Noise:
-        return centredNoise(static_cast<int>(sampleCountOf(recipe)));
+        return centredNoise(static_cast<int>(sampleCountOf(recipe)), recipe.seed);
     }
     return {};
 }

@@ -19,8 +19,8 @@ QString problemOf(const TargetRecipe& recipe);
 /// greatest magnitude among the samples, the RMS level that of all samples, 0 dB being a magnitude
 /// or root mean square of 1: a sine at a peak of 0 dB has an RMS level of -3.01 dB.
 ///
-/// Of the library's noise the mean of the samples is taken away first. The library seeds its noise
-/// with the time in whole seconds, so the noise of two calls in the same second is the same.
+/// Noise is whiteNoise() of the library, with the recipe's seed in the place of the time, less the
+/// mean of its samples.
 ///
 /// Empty when the sound is silent before it is scaled.
 QVector<double> targetSound(const TargetRecipe& recipe);

@@ -1,7 +1,7 @@
 // The entry of pellion-target, which makes target sounds and looks at them.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/Version.h"
 #include "tools/CommandLine.h"
+#include "tools/Conversion.h"
 #include "tools/Inspection.h"
 #include "tools/Levels.h"
 #include "tools/Report.h"
@@ -10,6 +10,8 @@
 #include "tools/TargetSound.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
 
 #include <exception>
 #include <iostream>
@@ -18,42 +20,31 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int notDone = 1;
-constexpr int notUnderstood = 2;
-
-void say(const QString& text) {
-    std::cerr << "pellion-target: " << text.toStdString() << '\n';
-}
-
-int answer(const TextRequest& request) {
-    std::cout << request.text.toStdString();
-    return done;
-}
-
-int answer(const UsageError& error) {
-    say(error.problem);
-    say(QStringLiteral("--help tells more"));
-    return notUnderstood;
-}
-
-/// Tells what the program would do with a file that was made as it was asked for.
-void sayWhatIsOdd(const QString& fileName) {
+/// Prints what the program would do with a file that was made as it was asked for.
+void printFindings(const QString& fileName) {
     const Inspection made = inspect(fileName);
     for (const Finding& finding : made.findings)
-        say(QStringLiteral("note: %1 %2").arg(finding.what, finding.consequence));
+        complain(QStringLiteral("note: %1 %2").arg(finding.what, finding.consequence));
     for (const QString& note : made.notes)
-        say(QStringLiteral("note: %1").arg(note));
+        complain(QStringLiteral("note: %1").arg(note));
+}
+
+void printMade(const QString& fileName, const CWav& wav, const QVector<double>& samples,
+               const QString& seed = {}) {
+    std::cout << QStringLiteral("%1: %2, %3%4\n")
+                     .arg(fileName, lengthText(wav), levelsText(samples), seed)
+                     .toStdString();
 }
 
 int answer(const MakeRequest& request) {
     const QVector<double> samples = targetSound(request.recipe);
     if (samples.isEmpty()) {
-        say(QStringLiteral("the sound is silent: nothing was written"));
+        complain(QStringLiteral("the sound is silent: nothing was written"));
         return notDone;
     }
     if (const auto clipped = firstClippedSample(samples)) {
-        say(QStringLiteral("sample %1, counted from 0, would be %2 and full scale is 1: nothing "
+        complain(
+            QStringLiteral("sample %1, counted from 0, would be %2 and full scale is 1: nothing "
                            "was written; lower the level")
                 .arg(clipped->number)
                 .arg(clipped->value, 0, 'f', 6));
@@ -62,28 +53,56 @@ int answer(const MakeRequest& request) {
     const CWav wav = encodedTarget(samples, request.recipe);
     const QString problem = writeTarget(wav, request.fileName, request.existing);
     if (!problem.isEmpty()) {
-        say(problem);
+        complain(problem);
         return notDone;
     }
-    std::cout << QStringLiteral("%1: %2, %3\n")
-                     .arg(request.fileName, lengthText(wav), levelsText(samples))
-                     .toStdString();
-    if (request.recipe.kind == SoundKind::Noise)
-        say(QStringLiteral("note: noise made within the same second is the same noise"));
-    sayWhatIsOdd(request.fileName);
+    const bool isNoise = request.recipe.kind == SoundKind::Noise;
+    const QString seed = isNoise ? QStringLiteral(", seed %1").arg(request.recipe.seed) : QString();
+    printMade(request.fileName, wav, samples, seed);
+    printFindings(request.fileName);
+    return done;
+}
+
+int answer(const ConvertRequest& request) {
+    const Inspection source = inspect(request.sourceName);
+    if (!source.isOpened) {
+        complain(QStringLiteral("%1 cannot be opened as a regular file").arg(request.sourceName));
+        return notDone;
+    }
+    const Conversion conversion = convert(source, request.gainDecibels);
+    if (!conversion.problem.isEmpty()) {
+        complain(QStringLiteral("%1: %2").arg(request.sourceName, conversion.problem));
+        return notDone;
+    }
+    const QString problem = writeTarget(conversion.wav, request.fileName, request.existing);
+    if (!problem.isEmpty()) {
+        complain(problem);
+        return notDone;
+    }
+    for (const QString& step : conversion.steps)
+        std::cout << step.toStdString() << '\n';
+    printMade(request.fileName, conversion.wav, conversion.samples);
+    printFindings(request.fileName);
     return done;
 }
 
 int answer(const InfoRequest& request) {
     int good = 0;
+    QJsonArray reports;
     for (const QString& fileName : request.fileNames) {
+        const Inspection inspection = inspect(fileName);
+        good += inspection.isAsIntended() ? 1 : 0;
+        if (request.isJson) {
+            reports << jsonReport(inspection);
+            continue;
+        }
         if (&fileName != &request.fileNames.constFirst())
             std::cout << '\n';
-        const Inspection inspection = inspect(fileName);
         printReport(inspection);
-        good += inspection.isAsIntended() ? 1 : 0;
     }
-    if (request.fileNames.size() > 1)
+    if (request.isJson)
+        std::cout << QJsonDocument(reports).toJson().constData();
+    else if (request.fileNames.size() > 1)
         std::cout << "\nRead as intended: " << good << " of " << request.fileNames.size()
                   << " files\n";
     return good == request.fileNames.size() ? done : notDone;
@@ -92,22 +111,20 @@ int answer(const InfoRequest& request) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // So that the help calls the program by its name and not by where it lies.
+    // So that the help shows the program's name and not its path.
     static char name[] = "pellion-target";
     if (argc > 0)
         argv[0] = name;
     const QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QLatin1String(name));
-    QCoreApplication::setApplicationVersion(programVersion());
     try {
         const int status = std::visit([](const auto& request) { return answer(request); },
                                       parseCommandLine(QCoreApplication::arguments()));
         std::cout.flush();
         return std::cout ? status : notDone;
     } catch (const std::bad_alloc&) {
-        say(QStringLiteral("the memory does not suffice"));
+        complain(QStringLiteral("the memory does not suffice"));
     } catch (const std::exception& exception) {
-        say(QString::fromUtf8(exception.what()));
+        complain(QString::fromUtf8(exception.what()));
     }
     return notDone;
 }

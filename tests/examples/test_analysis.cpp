@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis_tables.h"
 
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "support/FileBytes.h"
 #include "support/ProgramRun.h"
 #include "support/TestTable.h"

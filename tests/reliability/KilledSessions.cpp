@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/KilledSessions.h"
 
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "support/FileBytes.h"
 
 #include <QDir>

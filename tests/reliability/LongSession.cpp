@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/LongSession.h"
 
-#include "session/ResultsText.h"
-#include "sound/PlayedSound.h"
+#include "session/ResultsFile.h"
+#include "sound/Playback.h"
 #include "subject/ResponseCode.h"
 #include "support/FileBytes.h"
 #include "support/WavBytes.h"

@@ -3,7 +3,7 @@
 #include "reliability/MixedSessions.h"
 
 #include "reliability/ResampledSounds.h"
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "support/FileBytes.h"
 #include "support/ProgramRun.h"
 #include "support/WavBytes.h"

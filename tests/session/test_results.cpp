@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_results.h"
 
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "support/TestMain.h"
 
 #include <QLineEdit>
@@ -52,7 +52,7 @@ QString generalFormat(double value) {
 
 } // namespace
 
-void TestResultsText::proposedName_data() {
+void TestResultsFile::proposedName_data() {
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("type");
     QTest::addColumn<int>("number");
@@ -75,14 +75,14 @@ void TestResultsText::proposedName_data() {
     row("beyond ASCII", "Prüfling 七", "practice", 1, "Prüfling 七_practice001.txt");
 }
 
-void TestResultsText::proposedName() {
+void TestResultsFile::proposedName() {
     QFETCH(QString, code);
     QFETCH(QString, type);
     QFETCH(int, number);
     QTEST(proposedOutputFileName(code, type, number), "name");
 }
 
-void TestResultsText::frequencyIsWrittenWithSixSignificantDigits_data() {
+void TestResultsFile::frequencyIsWrittenWithSixSignificantDigits_data() {
     QTest::addColumn<double>("frequency");
     QTest::addColumn<QString>("text");
     QTest::newRow("whole") << 640.0 << "640";
@@ -102,13 +102,13 @@ void TestResultsText::frequencyIsWrittenWithSixSignificantDigits_data() {
     QTest::newRow("negative") << -1.5 << "-1.5";
 }
 
-void TestResultsText::frequencyIsWrittenWithSixSignificantDigits() {
+void TestResultsFile::frequencyIsWrittenWithSixSignificantDigits() {
     QFETCH(double, frequency);
     QFETCH(QString, text);
     QCOMPARE(resultsText("t.wav", {frequency}).toLocal8Bit(), expectedResults("t.wav", {text}));
 }
 
-void TestResultsText::everyFrequencyReadsAsInTheGeneralFormat() {
+void TestResultsFile::everyFrequencyReadsAsInTheGeneralFormat() {
     QVector<double> frequencies;
     QStringList texts;
     for (int eighths = 0; eighths <= 8 * 1000; ++eighths)
@@ -120,12 +120,12 @@ void TestResultsText::everyFrequencyReadsAsInTheGeneralFormat() {
     QCOMPARE(resultsText("t.wav", frequencies).toLocal8Bit(), expectedResults("t.wav", texts));
 }
 
-void TestResultsText::noRequestGivesTheHeaderAlone() {
+void TestResultsFile::noRequestGivesTheHeaderAlone() {
     QCOMPARE(resultsText("File001.wav", {}),
              QStringLiteral("filename\tnTrials\tfrequency matched (Hz)\r\n"));
 }
 
-void TestResultsText::requestsAreCountedFromOneInTheirOrder() {
+void TestResultsFile::requestsAreCountedFromOneInTheirOrder() {
     QCOMPARE(resultsText("File001.wav", {500, 640, 500}),
              QStringLiteral("filename\tnTrials\tfrequency matched (Hz)\r\n"
                             "File001.wav\t1\t500\r\n"
@@ -133,7 +133,7 @@ void TestResultsText::requestsAreCountedFromOneInTheirOrder() {
                             "File001.wav\t3\t500\r\n"));
 }
 
-void TestResultsText::requestNumbersMayHaveSeveralDigits() {
+void TestResultsFile::requestNumbersMayHaveSeveralDigits() {
     const QStringList lines = resultsText("t.wav", QVector<double>(1234, 500)).split("\r\n");
     QCOMPARE(lines.size(), 1 + 1234 + 1);
     QCOMPARE(lines.at(10), QStringLiteral("t.wav\t10\t500"));
@@ -142,7 +142,7 @@ void TestResultsText::requestNumbersMayHaveSeveralDigits() {
     QCOMPARE(lines.last(), QString());
 }
 
-void TestResultsText::targetNameIsUnchangedOnEachLine_data() {
+void TestResultsFile::targetNameIsUnchangedOnEachLine_data() {
     QTest::addColumn<QString>("name");
     QTest::newRow("empty") << "";
     QTest::newRow("blanks") << " a b .wav ";
@@ -151,14 +151,14 @@ void TestResultsText::targetNameIsUnchangedOnEachLine_data() {
     QTest::newRow("beyond ASCII") << "Größe 目標.wav";
 }
 
-void TestResultsText::targetNameIsUnchangedOnEachLine() {
+void TestResultsFile::targetNameIsUnchangedOnEachLine() {
     QFETCH(QString, name);
     QCOMPARE(resultsText(name, {500, 640}).toUtf8(),
              "filename\tnTrials\tfrequency matched (Hz)\r\n" + name.toUtf8() + "\t1\t500\r\n" +
                  name.toUtf8() + "\t2\t640\r\n");
 }
 
-void TestResultsText::localeWithADecimalCommaKeepsThePoint() {
+void TestResultsFile::localeWithADecimalCommaKeepsThePoint() {
     const DefaultLocale german(QLocale(QLocale::German, QLocale::Germany));
     QCOMPARE(QLocale().toString(1234.5), QStringLiteral("1.234,5"));
     QCOMPARE(resultsText("t.wav", {1234.5, 12345}).toLocal8Bit(),
@@ -166,7 +166,7 @@ void TestResultsText::localeWithADecimalCommaKeepsThePoint() {
 }
 
 int main(int argc, char** argv) {
-    return testsupport::runWithWindows<TestResultsText, TestResultsNaming, TestResultsSaving,
+    return testsupport::runWithWindows<TestResultsFile, TestResultsNaming, TestResultsSaving,
                                        TestFileReplacement, TestResponseJournal,
                                        TestResultsNothingLost>(argc, argv);
 }

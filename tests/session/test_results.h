@@ -25,7 +25,7 @@ protected:
 };
 
 /// The name proposed and the text, without a window (test_results.cpp).
-class TestResultsText : public QObject {
+class TestResultsFile : public QObject {
     Q_OBJECT
 
 private slots:

@@ -3,7 +3,7 @@
 #include "test_session_tool.h"
 
 #include "session/ResponseJournal.h"
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "tools/session/KeptJournals.h"
 #include "tools/session/SavedState.h"
 #include "tools/session/SessionFindings.h"

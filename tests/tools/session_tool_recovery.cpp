@@ -4,7 +4,7 @@
 
 #include "examples/analysis_tables.h"
 #include "session/ResponseJournal.h"
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "support/DiskFaults.h"
 
 #include <QDateTime>

@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
+
+#include <cmath>
 
 using namespace madefiles;
 using testsupport::wavWithData;
@@ -162,6 +167,41 @@ void TestTargetInfo::namesAreQuotedForTheShell() {
     const QString fixed = name.chopped(4) + "-fixed.wav";
     QCOMPARE(folder.runWords({"info", "--", fixed}, {"LC_ALL=C.UTF-8"}).status, 0);
     QCOMPARE(folder.names().size(), 2);
+}
+
+void TestTargetInfo::jsonHoldsTheSame() {
+    const ToolFolder folder;
+    QVERIFY(folder.write("good.wav", wavWithSamples({40000, 2, 16}, {16384, 0, -16384, 0})));
+    QVERIFY(folder.write("bad.wav", wavWithSamples({400000, 1, 8}, QVector<int>(20, 255))));
+    const ToolRun run = folder.run("info --json good.wav bad.wav missing.wav");
+    QCOMPARE(run.status, 1);
+    const QJsonArray reports = QJsonDocument::fromJson(run.output).array();
+    QCOMPARE(reports.size(), 3);
+    const QJsonObject good = reports[0].toObject();
+    QCOMPARE(good["file"].toString(), QStringLiteral("good.wav"));
+    QVERIFY(good["opened"].toBool() && good["asIntended"].toBool() && good["fix"].isNull());
+    QCOMPARE(good["channels"].toInt(), 2);
+    QCOMPARE(good["samplingRate"].toInt(), 40000);
+    QCOMPARE(good["bitsPerSample"].toInt(), 16);
+    QCOMPARE(good["samples"].toInt(), 2);
+    QCOMPARE(good["durationMs"].toDouble(), 0.05);
+    QCOMPARE(good["levels"][0]["peakDb"].toDouble(), 20 * std::log10(0.5));
+    QCOMPARE(good["levels"][0]["rmsDb"].toDouble(), 20 * std::log10(0.5));
+    QVERIFY(good["levels"][1]["peakDb"].isNull() && good["levels"][1]["rmsDb"].isNull());
+    QCOMPARE(good["problems"].toArray(), QJsonArray());
+    QCOMPARE(good["notes"].toArray(),
+             QJsonArray({"The program plays the left of its two channels."}));
+    const QJsonObject bad = reports[1].toObject();
+    QVERIFY(bad["opened"].toBool() && !bad["asIntended"].toBool());
+    QCOMPARE(bad["problems"][0]["problem"].toString(),
+             QStringLiteral("Its sampling rate is 400000 Hz."));
+    QVERIFY(bad["problems"][0]["effect"].toString().startsWith("The program plays it at 40000 Hz"));
+    QCOMPARE(bad["fix"].toString(), QStringLiteral("pellion-target convert bad.wav bad-fixed.wav"));
+    const QJsonObject missing = reports[2].toObject();
+    QVERIFY(!missing["opened"].toBool() && !missing["asIntended"].toBool());
+    for (const char* key :
+         {"channels", "samplingRate", "bitsPerSample", "samples", "durationMs", "fix"})
+        QVERIFY2(missing[key].isNull(), key);
 }
 
 void TestTargetInfo::mangledFilesDoNoHarm() {

@@ -7,7 +7,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <ctime>
 #include <functional>
 
 using namespace expectedsound;
@@ -60,6 +59,8 @@ void addKinds(const AddSound& add) {
         finished(modulated(1000, 4, 1, 180)), {});
     add("sam --modulation 100 --depth 0.5", finished(modulated(440, 100, 0.5)), {});
     add("sam --depth 0", finished(tone(10000, 440)), {});
+    add("noise --seed 0", finished(noise(10000, 0)), {});
+    add("noise --seed 2147483647", finished(noise(10000, 2147483647)), {});
 }
 
 /// Levels are those of the sound before its ramps.
@@ -110,25 +111,16 @@ void TestTargetMaking::soundsAreExact() {
     QVERIFY(folder.read("x.wav") == file);
 }
 
-void TestTargetMaking::noiseIsTheLibrarysWithoutItsMean() {
+void TestTargetMaking::noiseIsMadeAgainByItsSeed() {
     const ToolFolder folder;
-    const auto earliest = uint(std::time(nullptr));
-    QCOMPARE(folder.run("make noise x.wav").status, 0);
-    const auto latest = uint(std::time(nullptr));
-    const QByteArray made = folder.read("x.wav");
-    bool isFound = false;
-    for (uint seconds = earliest; seconds <= latest; ++seconds)
-        isFound = isFound || made == wavWithSamples({}, codes(finished(noise(10000, seconds)), 16));
-    QVERIFY(isFound);
-}
-
-void TestTargetMaking::noiseOfTheSameSecondIsTheSameAndSaidToBe() {
-    const ToolFolder folder;
-    const ToolRun run = folder.run("make noise x.wav --channels 2");
-    QCOMPARE(run.errors,
-             QByteArray("pellion-target: note: noise made within the same second is the same "
-                        "noise\n"));
-    QVERIFY(!folder.run("make tone y.wav").errors.contains("noise"));
+    const ToolRun run = folder.run("make noise x.wav");
+    const QStringList words = QString::fromUtf8(run.output).trimmed().split(", seed ");
+    QCOMPARE(words.size(), 2);
+    QCOMPARE(folder.run("make noise y.wav --seed " + words[1]).output,
+             QByteArray(run.output).replace("x.wav", "y.wav"));
+    QVERIFY(folder.read("y.wav") == folder.read("x.wav"));
+    QVERIFY(folder.run("make noise z.wav").output.split(' ').last() != words[1].toUtf8() + '\n');
+    QVERIFY(!folder.run("make tone t.wav").output.contains("seed"));
 }
 
 void TestTargetMaking::headersAreCanonical_data() {

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session_tool.h"
 
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 #include "support/TestMain.h"
 
 #include <QDir>

@@ -46,8 +46,8 @@ QVector<double> tone(int count, double frequency, double phaseDegrees) {
     return sine(samplingRate, count / samplingRate, frequency, 1, phaseDegrees);
 }
 
-QVector<double> noise(int count, uint seconds) {
-    seedRandomNumbers(seconds);
+QVector<double> noise(int count, uint seed) {
+    seedRandomNumbers(seed);
     QVector<double> samples(count);
     double sum = 0;
     for (double& sample : samples)
@@ -103,6 +103,6 @@ QByteArray handmade(const testsupport::WavFormat& format, int frames) {
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    return testsupport::runAll<TestTargetMaking, TestTargetRefusals, TestTargetInfo,
-                               TestTargetParts>(argc, argv);
+    return testsupport::runAll<TestTargetMaking, TestTargetRefusals, TestTargetConversion,
+                               TestTargetInfo, TestTargetParts>(argc, argv);
 }

@@ -28,9 +28,11 @@ public:
     /// Runs it with arguments as they are, and more environment variables ("NAME=value").
     ToolRun runWords(const QStringList& arguments, const QStringList& environment = {}) const;
 
-    /// Runs a shell's command line in the folder; returns whether it succeeded.
+    /// Runs a shell's command line in the folder, which may call pellion-target by its name;
+    /// returns whether it succeeded.
     bool shell(const QString& commandLine) const {
-        return testsupport::runShell(commandLine, folder.path());
+        return testsupport::runShell(
+            "PATH=\"$(dirname '" PELLION_TARGET "'):$PATH\"; " + commandLine, folder.path());
     }
 
     QString path(const QString& name) const { return folder.filePath(name); }
@@ -48,8 +50,8 @@ private:
 namespace expectedsound {
 QVector<double> tone(int count, double frequency, double phaseDegrees = 0);
 
-/// The library's noise for a time in seconds, without its mean.
-QVector<double> noise(int count, uint seconds);
+/// The library's noise of a seed, without its mean.
+QVector<double> noise(int count, uint seed);
 
 double peak(const QVector<double>& samples);
 
@@ -80,8 +82,7 @@ class TestTargetMaking : public QObject {
 private slots:
     void soundsAreExact_data();
     void soundsAreExact();
-    void noiseIsTheLibrarysWithoutItsMean();
-    void noiseOfTheSameSecondIsTheSameAndSaidToBe();
+    void noiseIsMadeAgainByItsSeed();
     void headersAreCanonical_data();
     void headersAreCanonical();
     void namesWithPercentSignsStayAsTheyAre();
@@ -133,7 +134,25 @@ private slots:
     void severalFilesAreAllLookedAt();
     void namesAreQuotedForTheShell_data();
     void namesAreQuotedForTheShell();
+    void jsonHoldsTheSame();
     void mangledFilesDoNoHarm();
+};
+
+class TestTargetConversion : public QObject {
+    Q_OBJECT
+
+private slots:
+    void resultIsThatOfSox_data();
+    void resultIsThatOfSox();
+    void stepsAreReported_data();
+    void stepsAreReported();
+    void encodingsOf16BitsKeepTheirLength_data();
+    void encodingsOf16BitsKeepTheirLength();
+    void overshootIsReportedWithTheGainThatHelps_data();
+    void overshootIsReportedWithTheGainThatHelps();
+    void fileWithoutUsableSoundIsRefused_data();
+    void fileWithoutUsableSoundIsRefused();
+    void fileIsConvertedInPlace();
 };
 
 class TestTargetParts : public QObject {

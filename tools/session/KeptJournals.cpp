@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/KeptJournals.h"
 
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -4,7 +4,7 @@
 
 #include "session/DiskSync.h"
 #include "session/FileReplacement.h"
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 
 #include <QDir>
 #include <QFile>

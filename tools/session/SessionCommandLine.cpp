@@ -2,11 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/SessionCommandLine.h"
 
-#include "base/Version.h"
-
 #include <QCommandLineParser>
-
-#include <algorithm>
 
 namespace {
 
@@ -99,29 +95,12 @@ SessionRequest recoverRequest(const QCommandLineParser& parser) {
 } // namespace
 
 SessionRequest parseSessionCommandLine(const QStringList& arguments) {
-    const auto found =
-        std::find_if(arguments.cbegin(), arguments.cend(), [](const QString& argument) {
-            return argument == checkCommand || argument == recoverCommand;
-        });
-    const QString command = found == arguments.cend() ? QString() : *found;
     QCommandLineParser parser;
-    describe(parser, command);
-    const QCommandLineOption help({"h", "help"}, "Say what the program does.");
-    const QCommandLineOption version({"v", "version"}, "Print the program's version.");
-    parser.addOptions({help, version});
-    if (!parser.parse(arguments)) {
-        // A sentence there, and the first half of one here.
-        QString problem = parser.errorText();
-        if (problem.endsWith(u'.'))
-            problem.chop(1);
-        return UsageError{problem};
-    }
-    if (parser.isSet(help))
-        return TextRequest{parser.helpText()};
-    if (parser.isSet(version))
-        return TextRequest{QStringLiteral("pellion-session %1\n").arg(programVersion())};
-    const QStringList words = parser.positionalArguments();
-    if (words.isEmpty() || words.constFirst() != command)
-        return UsageError{QStringLiteral("the command is missing: check or recover")};
-    return command == checkCommand ? checkRequest(parser) : recoverRequest(parser);
+    const auto parsed = parseCommand(parser, arguments, {checkCommand, recoverCommand}, describe);
+    if (const auto* text = std::get_if<TextRequest>(&parsed))
+        return *text;
+    if (const auto* error = std::get_if<UsageError>(&parsed))
+        return *error;
+    return std::get<QString>(parsed) == checkCommand ? checkRequest(parser)
+                                                     : recoverRequest(parser);
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tools/Command.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -18,16 +20,6 @@ struct CheckRequest {
 struct RecoverRequest {
     QString folder; ///< Empty for a list only.
     bool isInWindow = false;
-};
-
-/// Print a text that was asked for.
-struct TextRequest {
-    QString text;
-};
-
-/// A command line that cannot be understood.
-struct UsageError {
-    QString problem; ///< In one sentence without full stop.
 };
 
 using SessionRequest = std::variant<CheckRequest, RecoverRequest, TextRequest, UsageError>;

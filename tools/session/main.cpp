@@ -21,25 +21,6 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int notDone = 1;
-constexpr int notUnderstood = 2;
-
-void complain(const QString& text) {
-    std::cerr << "pellion-session: " << text.toStdString() << '\n';
-}
-
-int answer(const TextRequest& request) {
-    std::cout << request.text.toStdString();
-    return done;
-}
-
-int answer(const UsageError& error) {
-    complain(error.problem);
-    complain(QStringLiteral("--help says more"));
-    return notUnderstood;
-}
-
 int answer(const CheckRequest& request) {
     std::optional<SavedState> goodDay;
     if (!request.compareWith.isEmpty()) {

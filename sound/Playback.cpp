@@ -1,7 +1,7 @@
 // A sound as it is played: its samples and bytes, the silence after it, the pause before it, and
 // whether it was heard to its end.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "sound/PlayedSound.h"
+#include "sound/Playback.h"
 
 #include "base/Numbers.h"
 

@@ -1,6 +1,6 @@
 // The name and the text of a results file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "session/ResultsText.h"
+#include "session/ResultsFile.h"
 
 #include <QTextStream>
 

@@ -1,0 +1,42 @@
+// What the command lines of pellion-target and pellion-session have in common.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+class QCommandLineParser;
+
+constexpr int done = 0;
+constexpr int notDone = 1;
+constexpr int notUnderstood = 2;
+
+/// Print a text that was asked for.
+struct TextRequest {
+    QString text;
+};
+
+/// A command line that cannot be understood.
+struct UsageError {
+    QString problem; ///< In one sentence without full stop.
+};
+
+/// Describes a command and its options to the parser; the program when the command is empty.
+using CommandDescriber = void (*)(QCommandLineParser& parser, const QString& command);
+
+/// Parses a command line: the program's name, one of at least two commands, and what belongs to it.
+/// Returns the command, whose options and arguments the parser then holds. --help and --version are
+/// texts.
+std::variant<QString, TextRequest, UsageError> parseCommand(QCommandLineParser& parser,
+                                                            const QStringList& arguments,
+                                                            const QStringList& commands,
+                                                            CommandDescriber describe);
+
+/// Prints a line on standard error after the program's name.
+void complain(const QString& text);
+
+/// Print a text or an error, and return the exit status.
+int answer(const TextRequest& request);
+int answer(const UsageError& error);
