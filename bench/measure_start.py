@@ -32,7 +32,7 @@ def complain(message):
     print(f"measure_start: {message}", file=sys.stderr)
 
 
-def forget_all_files():
+def empty_page_cache():
     """Empties the page cache; raises OSError where that is not allowed."""
     os.sync()
     DROP_CACHES.write_text("3\n", encoding="ascii")
@@ -175,7 +175,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         numbers["drawing"] = drawings(build, pathlib.Path(folder))
     try:
-        numbers["cold"] = starts.rounds(COLD_ROUNDS, forget_all_files)
+        numbers["cold"] = starts.rounds(COLD_ROUNDS, empty_page_cache)
     except OSError as error:
         complain(f"no cold starts, for only root can empty the page cache: {error}")
     result.write_text(json.dumps(numbers, indent=1), encoding="utf-8")

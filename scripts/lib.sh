@@ -71,11 +71,11 @@ update_package_lists() {
 }
 
 # In CI warnings are errors, because no person reads them.
-on_in_ci() { if [[ ${CI:-} == true ]]; then printf ON; else printf OFF; fi; }
+on_if_ci() { if [[ ${CI:-} == true ]]; then printf ON; else printf OFF; fi; }
 
 # configure PRESET [CMAKE-ARGUMENT...]: one of CMakePresets.json.
 configure() {
-    cmake -S "$root" --preset "$1" -DPELLION_WARNINGS_AS_ERRORS="$(on_in_ci)" "${@:2}"
+    cmake -S "$root" --preset "$1" -DPELLION_WARNINGS_AS_ERRORS="$(on_if_ci)" "${@:2}"
 }
 
 # build DIRECTORY [TARGET...]: everything where no target is named.

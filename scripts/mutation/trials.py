@@ -226,7 +226,7 @@ class Copy:
                     return "does not compile", [], []
                 if self.digest_objects() == self.original_digests:
                     return "same code", [], []
-                self.run_until_sure(tests, stops, confirmed, doubtful)
+                self.run_and_confirm(tests, stops, confirmed, doubtful)
         finally:
             path.write_text(original, encoding=ENCODING)
         return "caught" if confirmed else "survived", confirmed, doubtful
@@ -250,7 +250,7 @@ class Copy:
         command = ["cmake", "--build", PLACE / "build", "--target", *PROGRAMS, *sorted(programs)]
         return self.call(BUILDING, command).returncode == 0
 
-    def run_until_sure(self, tests, stops, confirmed, doubtful):
+    def run_and_confirm(self, tests, stops, confirmed, doubtful):
         """Runs tests; adds those that failed twice to the first list, else to the second."""
         while tests and not (confirmed and stops):
             runs = self.run(tests, stops=stops)

@@ -32,7 +32,7 @@ def wait_for(what, look, timeout=TIMEOUT_SECONDS):
         if found:
             return found
         if time.monotonic() > deadline:
-            raise Failure(f"in vain waited for: {what}")
+            raise Failure(f"timeout while waiting for: {what}")
         time.sleep(0.02)
 
 
