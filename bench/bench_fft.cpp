@@ -176,8 +176,8 @@ int main(int argc, char** argv) {
     };
     for (const NamedCodePath& named : paths)
         for (int bits = 3; bits <= 22; ++bits)
-            add(named.name, bits, [way = named.way](benchmark::State& state, int logOfLength) {
-                repeated(state, logOfLength, way);
+            add(named.name, bits, [path = named.path](benchmark::State& state, int logOfLength) {
+                repeated(state, logOfLength, path);
             });
     for (int bits = 3; bits <= 22; ++bits)
         add("once", bits, once);

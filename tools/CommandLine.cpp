@@ -204,7 +204,7 @@ Request parseCommandLine(const QStringList& arguments) {
         return *text;
     if (const auto* error = std::get_if<UsageError>(&parsed))
         return *error;
-    const QString& command = std::get<QString>(parsed);
+    const auto& command = std::get<QString>(parsed);
     if (command == makeCommand)
         return makeRequest(parser);
     if (command == convertCommand)
