@@ -3,6 +3,7 @@
 #include "session/ResponseJournal.h"
 
 #include "session/DiskSync.h"
+#include "session/JournalLock.h"
 #include "session/ResultsFile.h"
 
 #include <QDir>
@@ -43,16 +44,6 @@ QString sanitizedForFileName(QString text) {
     if (text.startsWith(u'.'))
         text[0] = u'_';
     return text;
-}
-
-/// Whether a running program holds a journal, which ResponseJournal::open() locks.
-bool isBeingWritten(const QString& path) {
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool isLocked = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    close(descriptor);
-    return isLocked;
 }
 
 /// Makes a folder and those above it, and waits until their names have reached the disk.
@@ -99,17 +90,16 @@ void reportLeftoverJournals(const QString& folder) {
     const QStringList names =
         journals.entryList({u'*' + ending()}, QDir::Files, QDir::Time | QDir::Reversed);
     for (const QString& name : names)
-        if (!isBeingWritten(journals.filePath(name)))
+        if (!JournalLock(journals.filePath(name)).isHeldElsewhere())
             print("Responses of an earlier session kept in: ", journals.filePath(name));
 }
 
 QString journalName(const QString& resultsFileName, const QDateTime& start) {
-    constexpr int maximumLength = 60;
     QString results = sanitizedForFileName(resultsFileName);
     if (results.endsWith(ending()))
         results.chop(ending().size());
-    return results.left(maximumLength) + start.toString(QStringLiteral("-yyyyMMdd-HHmmss")) +
-           ending();
+    return results.left(maximumResultsNameLength) +
+           start.toString(QStringLiteral("-yyyyMMdd-HHmmss")) + ending();
 }
 
 ResponseJournal::~ResponseJournal() {
@@ -180,6 +170,7 @@ bool ResponseJournal::open() {
     } while (descriptor < 0 && errno == EEXIST);
     if (descriptor < 0)
         return false;
+    // Succeeds, because a JournalLock leaves new empty journals alone.
     flock(descriptor, LOCK_EX | LOCK_NB);
     // Unbuffered: each response is one write, so that no line is torn when the program dies.
     if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,

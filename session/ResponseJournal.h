@@ -16,8 +16,11 @@ QString journalFolder();
 /// sessions whose results were not saved. Those that a running program still writes are skipped.
 void reportLeftoverJournals(const QString& folder);
 
+/// Of the results file's name without its ending, as much as a journal's name holds.
+constexpr int maximumResultsNameLength = 60;
+
 /// Returns the name of a journal without folder: the results file's, with what a file name cannot
-/// hold replaced by "_" and shortened to 60 characters, then the session's start, ".txt".
+/// hold replaced by "_" and cut off, then the session's start, ".txt".
 QString journalName(const QString& resultsFileName, const QDateTime& start);
 
 /// A file in the format of the results file that grows with each response, so that the responses

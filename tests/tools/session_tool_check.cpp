@@ -106,6 +106,10 @@ void TestSessionCheck::changesSinceAGoodDayAreFound_data() {
         << "changed: output: other, on the good day lab. ";
     QTest::newRow("volume") << "set-sink-volume lab 97%"
                             << "changed: volume (%): 97, on the good day 100. ";
+    QTest::newRow("volume by less than a percent")
+        << "set-sink-volume lab 65400"
+        << "changed: volume of each channel (65536 is 100 %): front-left 65400, front-right 65400, "
+           "on the good day front-left 65536, front-right 65536. ";
     QTest::newRow("nothing") << "stat" << QString();
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session_tool.h"
 
+#include "session/JournalLock.h"
 #include "session/ResponseJournal.h"
 #include "session/ResultsFile.h"
 #include "tools/session/KeptJournals.h"
@@ -15,9 +16,19 @@
 #include <QTest>
 #include <QTime>
 
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 Q_DECLARE_METATYPE(SoundState)
 
 namespace {
+
+/// Whether flock() works as on NFS, where only files that are open for writing can be locked.
+bool isNfsEmulated = false;
 
 /// Answers as pactl 16 gives them, shortened, about a sink with further values in its object.
 SoundAnswers pulseAudio(const QByteArray& sinkValues, const QByteArray& properties = {}) {
@@ -80,6 +91,8 @@ void TestSessionParts::answersOfPulseAudioAreUnderstood() {
     QCOMPARE(state.channels, 2);
     QCOMPARE(state.rate, 44100);
     QCOMPARE(state.resampler, QString("speex-float-1"));
+    QCOMPARE(state.port, QString("headphones"));
+    QCOMPARE(state.exactVolumes, QString("front-left 65536, front-right 32768"));
     QCOMPARE(state.volume, 50);
     QVERIFY(!state.isBalanced && !state.isMuted && !state.isSuspended && state.isUnplugged);
     QCOMPARE(state.suspendAfter, 5);
@@ -99,6 +112,8 @@ void TestSessionParts::answersOfPipeWireAreUnderstood() {
     QCOMPARE(state.suspendAfter, 0);
     QCOMPARE(state.streamProblem, QString("the sound server refuses sounds of 40000 Hz, one "
                                           "channel, 32-bit floats"));
+    answers.isStreamLate = true;
+    QCOMPARE(soundState(answers).streamProblem, QString("card takes long to accept a sound"));
     answers.everything.replace(R"("session.suspend-timeout-seconds":"0")", R"("a":"b")");
     QCOMPARE(soundState(answers).suspendAfter, 5);
 }
@@ -234,6 +249,9 @@ void TestSessionParts::onlyASavedStateIsReplaced() {
     QCOMPARE(writeSavedState(path, good()), QString());
     QCOMPARE(writeSavedState(path, SoundState()), QString());
     QCOMPARE(readSavedState(path).sound.volume, 0);
+    QVERIFY(testsupport::writeBytes(path, R"({"sound on a good day":{"output":"card"}})"));
+    QCOMPARE(readSavedState(path).problem, QString());
+    QCOMPARE(readSavedState(path).sound.output, QString("card"));
     for (const QByteArray& content : {QByteArray(), QByteArray("{}"), resultsHeader().toUtf8()}) {
         QVERIFY(testsupport::writeBytes(path, content));
         QCOMPARE(readSavedState(path).problem, path + " is not a file that --save has written");
@@ -267,16 +285,26 @@ void TestSessionParts::journalsAreReadAsFarAsTheyAreWhole_data() {
 void TestSessionParts::journalsAreReadAsFarAsTheyAreWhole() {
     QFETCH(QByteArray, bytes);
     QFETCH(int, responses);
+    const KeptJournal journal = readJournal("j", bytes);
+    QCOMPARE(journal.responses, responses);
+    QTEST(journal.bytesLeftOut, "bytesLeftOut");
+    QVERIFY(bytes.startsWith(journal.results));
+    QCOMPARE(journal.results.count("\r\n"),
+             responses > 0 ? responses + 1 : journal.results.size() > 0);
+    QCOMPARE(journal.target, responses > 0 ? QString("a\tb.wav") : QString());
+}
+
+void TestSessionParts::journalsOnNfsAreFound() {
     const SessionHome home;
-    QVERIFY(testsupport::writeBytes(home.path("j"), bytes));
-    const std::optional<KeptJournal> journal = readJournal(home.path("j"));
-    QVERIFY(journal.has_value());
-    QCOMPARE(journal->responses, responses);
-    QTEST(journal->bytesLeftOut, "bytesLeftOut");
-    QVERIFY(bytes.startsWith(journal->results));
-    QCOMPARE(journal->results.count("\r\n"),
-             responses > 0 ? responses + 1 : journal->results.size() > 0);
-    QCOMPARE(journal->target, responses > 0 ? QString("a\tb.wav") : QString());
+    const QString path = home.leaveJournal("SUB001_practice001", {440});
+    isNfsEmulated = true;
+    const KeptJournals kept = keptJournals(home.journals());
+    const bool isHeldElsewhere = JournalLock(path).isHeldElsewhere();
+    isNfsEmulated = false;
+    QCOMPARE(kept.inUse, 0);
+    QCOMPARE(kept.journals.size(), 1);
+    QCOMPARE(kept.journals[0].responses, 1);
+    QVERIFY(!isHeldElsewhere);
 }
 
 void TestSessionParts::namesOfJournalsAreTakenApart_data() {
@@ -289,19 +317,30 @@ void TestSessionParts::namesOfJournalsAreTakenApart_data() {
         << QStringList{"A_practice002-20200101-000000", "practice", "003"};
     QTest::newRow("code that is cut off")
         << QString(60, 'n') + "_practice001.txt" << QStringList{"", "", ""};
+    QTest::newRow("number that is cut off")
+        << QString(48, 'n') + "_practice1234.txt" << QStringList{"", "", ""};
+    QTest::newRow("longest that is not cut off")
+        << QString(47, 'n') + "_practice123.txt"
+        << QStringList{QString(47, 'n'), "practice", "123"};
     QTest::newRow("a name of one's own") << "mine.txt" << QStringList{"", "", ""};
 }
 
 void TestSessionParts::namesOfJournalsAreTakenApart() {
     QFETCH(QString, resultsName);
     const QDateTime start(QDate(2026, 3, 9), QTime(8, 5, 59));
-    const SessionHome home;
     const QString name = journalName(resultsName, start);
     for (const QString& found : {name, name.chopped(4) + "-2.txt"}) {
-        QVERIFY(testsupport::writeBytes(home.path(found), {}));
-        const std::optional<KeptJournal> journal = readJournal(home.path(found));
-        QVERIFY(journal.has_value());
-        QTEST(QStringList({journal->subject, journal->sessionType, journal->number}), "parts");
-        QCOMPARE(journal->start, start);
+        const KeptJournal journal = readJournal("folder/" + found, {});
+        QTEST(QStringList({journal.subject, journal.sessionType, journal.number}), "parts");
+        QCOMPARE(journal.start, start);
     }
+}
+
+// Replaces the system's function in the whole test program.
+extern "C" int flock(int fd, int operation) noexcept {
+    if (isNfsEmulated && (fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+        errno = EBADF;
+        return -1;
+    }
+    return static_cast<int>(syscall(SYS_flock, fd, operation));
 }

@@ -57,6 +57,7 @@ private slots:
     void onlyASavedStateIsReplaced();
     void journalsAreReadAsFarAsTheyAreWhole_data();
     void journalsAreReadAsFarAsTheyAreWhole();
+    void journalsOnNfsAreFound();
     void namesOfJournalsAreTakenApart_data();
     void namesOfJournalsAreTakenApart();
 };

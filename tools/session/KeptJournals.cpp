@@ -2,34 +2,34 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/KeptJournals.h"
 
+#include "session/JournalLock.h"
+#include "session/ResponseJournal.h"
 #include "session/ResultsFile.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <tuple>
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 namespace {
 
 /// Takes the name of a journal apart: the proposed name of the results file, the session's start,
-/// and a number where several sessions have started within one second.
+/// and a number where several sessions have started within one second. A name that was cut off may
+/// have lost digits of its file number.
 void readName(const QString& name, KeptJournal& journal) {
     static const QRegularExpression pattern(
         QStringLiteral(
-            "^(?:(.*)_(practice|experiment)(\\d{3,})|.*)-(\\d{8}-\\d{6})(?:-\\d+)?\\.txt$"),
+            "^((.*)_(practice|experiment)(\\d{3,})|.*)-(\\d{8}-\\d{6})(?:-\\d+)?\\.txt$"),
         QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = pattern.match(name);
-    journal.subject = match.captured(1);
-    journal.sessionType = match.captured(2);
-    journal.number = match.captured(3);
-    journal.start = QDateTime::fromString(match.captured(4), QStringLiteral("yyyyMMdd-HHmmss"));
+    journal.start = QDateTime::fromString(match.captured(5), QStringLiteral("yyyyMMdd-HHmmss"));
+    if (match.capturedLength(1) >= maximumResultsNameLength)
+        return;
+    journal.subject = match.captured(2);
+    journal.sessionType = match.captured(3);
+    journal.number = match.captured(4);
 }
 
 /// Finds the whole lines. A journal that could not be written to the end, or that was on a disk
@@ -58,39 +58,13 @@ void readResponses(const QByteArray& bytes, KeptJournal& journal) {
     }));
 }
 
-/// Whether a journal is so young that its session may be between making and locking it. A journal
-/// that holds something has been locked before.
-bool mayBeUnlocked(const QFileInfo& file) {
-    constexpr int enoughSeconds = 60;
-    return file.size() == 0 &&
-           file.lastModified().secsTo(QDateTime::currentDateTime()) < enoughSeconds;
-}
-
 } // namespace
 
-JournalLock::JournalLock(const QString& path) {
-    if (mayBeUnlocked(QFileInfo(path)))
-        return;
-    descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-    if (descriptor < 0 || flock(descriptor, LOCK_EX | LOCK_NB) == 0)
-        return;
-    ::close(descriptor);
-    descriptor = -1;
-}
-
-JournalLock::~JournalLock() {
-    if (descriptor >= 0)
-        ::close(descriptor);
-}
-
-std::optional<KeptJournal> readJournal(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
+KeptJournal readJournal(const QString& path, const QByteArray& bytes) {
     KeptJournal journal;
     journal.path = path;
     readName(QFileInfo(path).fileName(), journal);
-    readResponses(file.readAll(), journal);
+    readResponses(bytes, journal);
     return journal;
 }
 
@@ -99,11 +73,8 @@ KeptJournals keptJournals(const QString& folder) {
     for (const QFileInfo& file :
          QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
         const JournalLock lock(file.filePath());
-        std::optional<KeptJournal> journal;
         if (lock.isHeld())
-            journal = readJournal(file.filePath());
-        if (journal)
-            kept.journals.append(*std::move(journal));
+            kept.journals.append(readJournal(file.filePath(), lock.contents()));
         else
             ++kept.inUse;
     }

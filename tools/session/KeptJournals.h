@@ -7,8 +7,6 @@
 #include <QString>
 #include <QVector>
 
-#include <optional>
-
 /// A journal, and what can be recovered from it.
 struct KeptJournal {
     QString path;
@@ -25,25 +23,8 @@ struct KeptJournal {
     bool holdsAnything() const { return responses > 0 || bytesLeftOut > 0; }
 };
 
-/// Holds a journal of a session that is over, so that nothing else recovers it meanwhile.
-class JournalLock {
-public:
-    explicit JournalLock(const QString& path);
-    ~JournalLock();
-    JournalLock(const JournalLock&) = delete;
-    JournalLock(JournalLock&&) = delete;
-    JournalLock& operator=(const JournalLock&) = delete;
-    JournalLock& operator=(JournalLock&&) = delete;
-
-    /// False for the journal of a running session, and where that cannot be found out.
-    bool isHeld() const { return descriptor >= 0; }
-
-private:
-    int descriptor = -1;
-};
-
-/// Reads a journal; returns nothing where it cannot be read.
-std::optional<KeptJournal> readJournal(const QString& path);
+/// Returns what the name and the bytes of a journal hold.
+KeptJournal readJournal(const QString& path, const QByteArray& bytes);
 
 struct KeptJournals {
     QVector<KeptJournal> journals; ///< By the starts of their sessions.

@@ -4,6 +4,7 @@
 
 #include "session/DiskSync.h"
 #include "session/FileReplacement.h"
+#include "session/JournalLock.h"
 #include "session/ResultsFile.h"
 
 #include <QDir>
@@ -69,23 +70,22 @@ QString obstacle(const KeptJournal& journal, const QDir& folder) {
 Recovery recover(const QString& journalPath, const QString& folder) {
     Recovery recovery;
     const JournalLock lock(journalPath);
-    const std::optional<KeptJournal> journal =
-        lock.isHeld() ? readJournal(journalPath) : std::nullopt;
-    if (!journal) {
+    if (!lock.isHeld()) {
         recovery.problem = QStringLiteral("a running session holds it, or it cannot be read");
         return recovery;
     }
-    if (journal->holdsAnything()) {
-        recovery.problem = obstacle(*journal, QDir(folder));
+    const KeptJournal journal = readJournal(journalPath, lock.contents());
+    if (journal.holdsAnything()) {
+        recovery.problem = obstacle(journal, QDir(folder));
         if (recovery.problem.isEmpty())
-            copy(*journal, QDir(folder), recovery);
+            copy(journal, QDir(folder), recovery);
         // Not known to be the same session: a short one may be repeated to the hertz.
         if (recovery.wasThere)
             recovery.problem = QStringLiteral("delete it if that file is of the same session");
-        else if (recovery.problem.isEmpty() && journal->bytesLeftOut > 0)
+        else if (recovery.problem.isEmpty() && journal.bytesLeftOut > 0)
             recovery.problem = QStringLiteral("its last %1 bytes are not a whole response and were "
                                               "left out")
-                                   .arg(journal->bytesLeftOut);
+                                   .arg(journal.bytesLeftOut);
     }
     if (recovery.problem.isEmpty()) {
         if (!QFile::remove(journalPath))

@@ -40,10 +40,12 @@ SavedState readSavedState(const QString& path) {
         QJsonDocument::fromJson(file.readAll()).object().value(soundKey).toObject();
     forEachLastingValue(state.sound, [&](const char* name, auto& member) {
         const QJsonValue value = values.value(QLatin1String(name));
-        if (value.isUndefined())
-            state.problem = QStringLiteral("%1 is not a file that --save has written").arg(path);
-        read(value, member);
+        // An earlier version has saved fewer values.
+        if (!value.isUndefined())
+            read(value, member);
     });
+    if (values.isEmpty())
+        state.problem = QStringLiteral("%1 is not a file that --save has written").arg(path);
     return state;
 }
 

@@ -59,11 +59,12 @@ void addVolume(const SoundState& state, Findings& findings) {
     if (state.volume != 100)
         findings.append({volume,
                          QStringLiteral("%1 is at %2 %").arg(state.output).arg(state.volume),
-                         setVolume + ", and set the level at the amplifier. A calibrated volume "
-                                     "that is lower: save it by --save, look by --compare."});
+                         "If this is the calibrated volume, save it by --save and look by "
+                         "--compare. If not: turn the amplifier down, then " +
+                             setVolume + ", and calibrate at the amplifier."});
     if (!state.isBalanced)
         findings.append({volume, QStringLiteral("the channels of %1 differ").arg(state.output),
-                         setVolume + " makes them equal."});
+                         "Turn the amplifier down; then " + setVolume + " makes them equal."});
     const QString inTheMixer = QStringLiteral("Play a target and set Pellion's volume in the mixer "
                                               "(pavucontrol).");
     if (state.isStreamMuted)
@@ -129,7 +130,8 @@ QVector<SessionFinding> soundFindings(const SoundState& state) {
         addSuspension(state, findings);
         if (!state.streamProblem.isEmpty())
             findings.append({"sound server", state.streamProblem,
-                             "Restart it: \"systemctl --user restart pipewire-pulse\" or "
+                             "Check again. If it stays so, restart the server: \"systemctl --user "
+                             "restart pipewire-pulse\" or "
                              "\"pulseaudio -k\"."});
     }
     if (!state.otherPrograms.isEmpty())

@@ -63,6 +63,17 @@ QString deviceKind(const QJsonObject& sink) {
     return QStringLiteral("sound card");
 }
 
+/// Volumes of the channels, each as the server counts it: 65536 is 100 %.
+QString exactVolumes(const QJsonObject& object) {
+    const QJsonObject channels = object.value(QLatin1String("volume")).toObject();
+    QStringList volumes;
+    for (auto channel = channels.begin(); channel != channels.end(); ++channel)
+        volumes << QStringLiteral("%1 %2")
+                       .arg(channel.key())
+                       .arg(channel.value().toObject().value(QLatin1String("value")).toInt());
+    return volumes.join(QStringLiteral(", "));
+}
+
 /// Volumes of the channels in percent, the minimum and the maximum.
 std::pair<int, int> volumesOf(const QJsonObject& object) {
     int minimum = std::numeric_limits<int>::max();
@@ -117,13 +128,15 @@ QStringList playingPrograms(const QJsonArray& streams) {
 
 void readOutput(const QJsonObject& sink, SoundState& state) {
     state.device = deviceKind(sink);
+    state.port = text(sink, "active_port");
     const QStringList specification = text(sink, "sample_specification").split(u' ');
     state.format = specification.value(0);
     state.channels = specification.value(1).remove(QStringLiteral("ch")).toInt();
     state.rate = specification.value(2).remove(QStringLiteral("Hz")).toInt();
-    const auto [lowest, highest] = volumesOf(sink);
-    state.volume = lowest;
-    state.isBalanced = lowest == highest;
+    state.exactVolumes = exactVolumes(sink);
+    const auto [minimum, maximum] = volumesOf(sink);
+    state.volume = minimum;
+    state.isBalanced = minimum == maximum;
     state.isMuted = sink.value(QLatin1String("mute")).toBool();
     state.isUnplugged = isUnplugged(sink);
     state.isSuspended = text(sink, "state") == QLatin1String("SUSPENDED");
@@ -148,9 +161,11 @@ void readStream(const SoundAnswers& answers, const QJsonObject& sink, SoundState
             state.streamVolume = 100;
         return;
     }
-    state.streamProblem = QStringLiteral("the sound server refuses sounds of %1 Hz, one channel, "
-                                         "32-bit floats")
-                              .arg(playedRate);
+    state.streamProblem =
+        answers.isStreamLate
+            ? QStringLiteral("%1 takes long to accept a sound").arg(state.output)
+            : QStringLiteral("the sound server refuses sounds of %1 Hz, one channel, 32-bit floats")
+                  .arg(playedRate);
 }
 
 } // namespace

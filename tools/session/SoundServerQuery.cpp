@@ -3,7 +3,7 @@
 #include "base/Numbers.h"
 #include "tools/session/SoundAnswers.h"
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -20,12 +20,13 @@ QProcessEnvironment inEnglish() {
 }
 
 /// Runs pactl; returns whether it succeeded.
-bool ask(const QStringList& question, SoundAnswers& answers, QByteArray& answer) {
+bool ask(const QStringList& question, QDeadlineTimer deadline, SoundAnswers& answers,
+         QByteArray& answer) {
     QProcess process;
     process.setProcessEnvironment(inEnglish());
     process.start(QStringLiteral("pactl"), QStringList{QStringLiteral("--format=json")} + question);
     process.closeWriteChannel();
-    const bool isFinished = process.waitForFinished(limitMs);
+    const bool isFinished = process.waitForFinished(int(deadline.remainingTime()));
     if (process.error() == QProcess::FailedToStart) {
         answers.problem = QStringLiteral("pactl is not installed");
         answers.remedy = QStringLiteral("Install pulseaudio-utils.");
@@ -46,12 +47,10 @@ bool ask(const QStringList& question, SoundAnswers& answers, QByteArray& answer)
 }
 
 /// Waits until pacat reports that its stream is there; returns whether it is.
-bool waitForStream(QProcess& pacat) {
-    QElapsedTimer clock;
-    clock.start();
+bool waitForStream(QProcess& pacat, QDeadlineTimer deadline) {
     QByteArray messages;
-    while (pacat.state() != QProcess::NotRunning && clock.elapsed() < limitMs) {
-        pacat.waitForReadyRead(int(limitMs - clock.elapsed()));
+    while (pacat.state() != QProcess::NotRunning && !deadline.hasExpired()) {
+        pacat.waitForReadyRead(int(deadline.remainingTime()));
         messages += pacat.readAllStandardError();
         if (messages.contains("Connected to device"))
             return true;
@@ -63,8 +62,9 @@ bool waitForStream(QProcess& pacat) {
 
 SoundAnswers askSoundServer() {
     SoundAnswers answers;
-    if (!ask({QStringLiteral("info")}, answers, answers.server) ||
-        !ask({QStringLiteral("list")}, answers, answers.everything))
+    const QDeadlineTimer deadline(limitMs);
+    if (!ask({QStringLiteral("info")}, deadline, answers, answers.server) ||
+        !ask({QStringLiteral("list")}, deadline, answers, answers.everything))
         return answers;
     const QString output = QJsonDocument::fromJson(answers.server)
                                .object()
@@ -79,12 +79,13 @@ SoundAnswers askSoundServer() {
                  QStringLiteral("--device=") + output, QStringLiteral("--client-name=Pellion"),
                  QStringLiteral("--rate=%1").arg(playedRate), QStringLiteral("--channels=1"),
                  QStringLiteral("--format=float32le")});
-    if (pacat.waitForStarted(limitMs) && waitForStream(pacat) &&
-        ask({QStringLiteral("list"), QStringLiteral("sink-inputs")}, answers, answers.withStream))
+    SoundAnswers aboutStream;
+    if (waitForStream(pacat, deadline) &&
+        ask({QStringLiteral("list"), QStringLiteral("sink-inputs")}, deadline, aboutStream,
+            answers.withStream))
         answers.streamProcess = pacat.processId();
-    pacat.terminate();
-    if (!pacat.waitForFinished(limitMs))
-        pacat.kill();
+    answers.isStreamLate = deadline.hasExpired();
+    pacat.kill();
     pacat.waitForFinished();
     return answers;
 }

@@ -14,12 +14,14 @@ struct SoundState {
     QString server; ///< Name and version, such as "PulseAudio 16.1" or "PipeWire 1.4.2".
     QString output; ///< Name of the default sink; empty when there is none.
     QString
-        device; ///< "sound card", or what is not one: "HDMI", "Bluetooth", "null sink", "filter".
+        device;   ///< "sound card", or what is not one: "HDMI", "Bluetooth", "null sink", "filter".
+    QString port; ///< The device's jack, such as "analog-output-headphones".
     QString format; ///< Of the samples that the device takes, such as "s16le".
     int channels = 0;
     int rate = 0;           ///< Hz.
     QString resampler;      ///< For the program's sounds; empty where nothing is resampled.
-    int volume = 0;         ///< Percent; of several channels the lowest.
+    QString exactVolumes;   ///< Of each channel, "front-left 65536, front-right 65536" being 100 %.
+    int volume = 0;         ///< Percent; of several channels the minimum.
     bool isBalanced = true; ///< Whether all channels have the same volume.
     bool isMuted = false;
     bool isUnplugged = false; ///< Whether the device says that nothing is plugged in.
@@ -40,11 +42,13 @@ void forEachLastingValue(State& state, Function&& call) {
     call("sound server", state.server);
     call("output", state.output);
     call("device", state.device);
+    call("port", state.port);
     call("sample format", state.format);
     call("channels", state.channels);
     call("sampling rate (Hz)", state.rate);
     call("resampler", state.resampler);
     call("volume (%)", state.volume);
+    call("volume of each channel (65536 is 100 %)", state.exactVolumes);
     call("same volume in all channels", state.isBalanced);
     call("muted", state.isMuted);
     call("suspended after (s)", state.suspendAfter);

@@ -1,0 +1,57 @@
+// Whether a running session holds a journal, and keeping others from it.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "session/JournalLock.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace {
+
+/// Whether a journal is so young that its session may be between making and locking it. A journal
+/// that holds something has been locked before.
+bool mayBeUnlocked(const QFileInfo& file) {
+    constexpr int minimumSeconds = 60;
+    return file.exists() && file.size() == 0 &&
+           file.lastModified().secsTo(QDateTime::currentDateTime()) < minimumSeconds;
+}
+
+/// NFS locks only what is open for writing; a disk with errors may be read-only by now.
+int openJournal(const QString& path) {
+    const QByteArray name = QFile::encodeName(path);
+    const int descriptor = ::open(name.constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
+    if (descriptor >= 0 || (errno != EROFS && errno != EACCES))
+        return descriptor;
+    return ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+}
+
+} // namespace
+
+JournalLock::JournalLock(const QString& path) : heldElsewhere(mayBeUnlocked(QFileInfo(path))) {
+    if (heldElsewhere)
+        return;
+    descriptor = openJournal(path);
+    if (descriptor < 0 || flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+        return;
+    heldElsewhere = errno == EWOULDBLOCK;
+    ::close(descriptor);
+    descriptor = -1;
+}
+
+JournalLock::~JournalLock() {
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
+QByteArray JournalLock::contents() const {
+    QFile file;
+    if (!file.open(descriptor, QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}

@@ -1,0 +1,32 @@
+// Whether a running session holds a journal, and keeping others from it.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// Holds the journal of a session that is over while it lives, so that nothing else recovers it.
+class JournalLock {
+public:
+    /// Locks a journal, if it can be opened and no running session holds it.
+    explicit JournalLock(const QString& path);
+    ~JournalLock();
+    JournalLock(const JournalLock&) = delete;
+    JournalLock(JournalLock&&) = delete;
+    JournalLock& operator=(const JournalLock&) = delete;
+    JournalLock& operator=(JournalLock&&) = delete;
+
+    bool isHeld() const { return descriptor >= 0; }
+
+    /// Whether another process holds the journal, or is a session that may be about to. False also
+    /// where the journal cannot be opened, or where its file system has no locks.
+    bool isHeldElsewhere() const { return heldElsewhere; }
+
+    /// Returns the bytes of a held journal. They are read through the lock: where locks are
+    /// mandatory, even this process could not read the file again.
+    QByteArray contents() const;
+
+private:
+    int descriptor = -1;
+    bool heldElsewhere = false;
+};
