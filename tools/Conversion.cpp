@@ -121,7 +121,8 @@ QString conversionProblem(const CWav& sound) {
         return QStringLiteral("it holds samples that are not numbers or beyond %1")
             .arg(maximumMagnitude);
     const qint64 count = resampledCount(samples, samplingRate);
-    if (count < 1 || count > maximumSampleCount - maximumPadding)
+    // Decoding stops at the largest count, too.
+    if (count < 1 || std::max(count, samples) > maximumSampleCount - maximumPadding)
         return QStringLiteral("%1 samples at %2 Hz are too few or too many")
             .arg(samples)
             .arg(samplingRate);

@@ -129,9 +129,8 @@ void TestSessionRecovery::aRunningSessionIsLeftAlone() {
     journal.begin("SUB001_practice001.txt", QDateTime::currentDateTime());
     journal.record("t.wav", {500});
     const SessionToolRun run = home.run({"recover", home.desktop()});
-    QCOMPARE(run.errors, QString("pellion-session: there is nothing to recover\n"
-                                 "pellion-session: left alone, as running sessions hold them or "
-                                 "they cannot be read: 1\n"));
+    QCOMPARE(run.errors, QString("pellion-session: a journal was left alone: a running session "
+                                 "holds it, or it cannot be read\n"));
     QCOMPARE(SessionHome::namesIn(home.desktop()), QStringList());
     journal.record("t.wav", {500, 501});
     journal.keep();

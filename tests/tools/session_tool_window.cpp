@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/RecoveryWindow.h"
 
+#include "session/ResponseJournal.h"
 #include "session/ResultsFile.h"
 #include "support/FileBytes.h"
 #include "support/ManagedWindows.h"
 
+#include <QDateTime>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
@@ -19,6 +21,7 @@ class TestRecoveryWindow : public QObject {
     Q_OBJECT
 
 private slots:
+    void runningSessionIsMentioned();
     void journalsAreShownAndSaved();
     void whatCannotBeSavedIsSaid();
     void nothingToRecoverIsSaid();
@@ -59,6 +62,19 @@ void TestRecoveryWindow::programOpensTheWindowAndEndsWithIt() {
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
     QCOMPARE(program.readAllStandardError(), QByteArray());
+}
+
+void TestRecoveryWindow::runningSessionIsMentioned() {
+    const QTemporaryDir journals;
+    const QTemporaryDir folder;
+    ResponseJournal journal(journals.path());
+    journal.begin("SUB001_practice001.txt", QDateTime::currentDateTime());
+    journal.record("t.wav", {500});
+    const RecoveryWindow window(journals.path(), folder.path());
+    QCOMPARE(widget<QLabel>(window, "labelMessage")->text(),
+             QString("Please note: a journal was left alone: a running session holds it, or it "
+                     "cannot be read."));
+    QVERIFY(!widget<QPushButton>(window, "pushButtonSave")->isEnabled());
 }
 
 void TestRecoveryWindow::journalsAreShownAndSaved() {

@@ -68,6 +68,12 @@ KeptJournal readJournal(const QString& path, const QByteArray& bytes) {
     return journal;
 }
 
+QString inUseText(const KeptJournals& kept) {
+    return QStringLiteral("%1 left alone: a running session holds it, or it cannot be read")
+        .arg(kept.inUse == 1 ? QStringLiteral("a journal was")
+                             : QStringLiteral("%1 journals were").arg(kept.inUse));
+}
+
 KeptJournals keptJournals(const QString& folder) {
     KeptJournals kept;
     for (const QFileInfo& file :

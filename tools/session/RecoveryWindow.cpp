@@ -83,7 +83,9 @@ void RecoveryWindow::fillTable() {
     }
     tableJournals->resizeColumnsToContents();
     pushButtonSave->setEnabled(!kept.journals.isEmpty());
-    if (kept.journals.isEmpty())
+    if (kept.inUse > 0)
+        labelMessage->setText(QStringLiteral("Please note: %1.").arg(inUseText(kept)));
+    else if (kept.journals.isEmpty())
         labelMessage->setText(QStringLiteral("There are no responses to recover."));
 }
 

@@ -83,12 +83,10 @@ int answer(const RecoverRequest& request) {
         return notUnderstood;
     }
     const KeptJournals kept = keptJournals(journalFolder());
-    if (kept.journals.isEmpty())
-        complain(QStringLiteral("there is nothing to recover"));
     if (kept.inUse > 0)
-        complain(QStringLiteral("left alone, as running sessions hold them or they cannot be read: "
-                                "%1")
-                     .arg(kept.inUse));
+        complain(inUseText(kept));
+    else if (kept.journals.isEmpty())
+        complain(QStringLiteral("there is nothing to recover"));
     if (request.folder.isEmpty()) {
         list(kept);
         if (!kept.journals.isEmpty())
