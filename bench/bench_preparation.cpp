@@ -1,11 +1,11 @@
 // Preparing a target: what each step costs, from the chosen file to the painted charts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Each iteration prepares a target twice in a new main window, with huge pages, and twice in another
-// one without them; the steps of the very first preparation are timed one by one. Then Qt draws the
-// same points in a window that has done nothing else. Counters are medians over the iterations:
-// milliseconds, page faults, bytes; shares are those of the sums. Loading is compared with
-// libsndfile's reading of the same file into doubles.
+// Each iteration prepares a target twice in a new main window, with huge pages, and twice in
+// another one without them; the steps of the very first preparation are timed one by one. Then Qt
+// draws the same points in a window that has done nothing else. Counters are medians over the
+// iterations: milliseconds, page faults, bytes; shares are those of the sums. Loading is compared
+// with libsndfile's reading of the same file into doubles.
 #include "app/MainWindow.h"
 
 #include "Cost.h"
@@ -227,9 +227,9 @@ struct Preparation {
     Cost painting;
 };
 
-/// Separates what the program does in one go, by doing parts of it again: "buffers", "transform" and
-/// "chart update" are the remainder. "Own" is all but Qt's updating and painting of charts.
-/// The texts and the trend's reset, which prepareTarget() sees to as well, are not timed.
+/// Separates what the program does in one go, by doing parts of it again: "buffers", "transform"
+/// and "chart update" are the remainder. "Own" is all but Qt's updating and painting of charts. The
+/// texts and the trend's reset, which prepareTarget() sees to as well, are not timed.
 void separate(const Preparation& preparation, PreparedWindow& window, const QString& cutPath,
               Steps& steps) {
     const Cost pairing = pairAndFindRanges(window);
@@ -261,8 +261,7 @@ struct Target {
 
 /// Prepares a target in a new window, twice. The vectors of earlier windows are gone and their
 /// memory is given back, so that the first preparation is what it is in a fresh process.
-void prepareTwice(const Target& target, bool hasHugePages, Steps& steps,
-                  benchmark::State& state) {
+void prepareTwice(const Target& target, bool hasHugePages, Steps& steps, benchmark::State& state) {
     const std::string pages = hasHugePages ? "huge pages" : "small pages";
     prctl(PR_SET_THP_DISABLE, hasHugePages ? 0 : 1, 0, 0, 0);
     PreparedWindow window;
