@@ -44,6 +44,15 @@
 
 namespace {
 
+/// What the charts of a prepared window show.
+struct DrawnPoints {
+    QVector<QPointF> waveform;
+    QVector<QPointF> spectrum;
+    double plottedMs;
+    QVector<double> waveformRange; ///< Minimum and maximum.
+    QVector<double> spectrumRange; ///< Minimum and maximum.
+};
+
 /// The window whose preparation is timed, step by step as prepareTarget() takes them.
 class PreparedWindow : public testsupport::InspectedMainWindow {
 public:
@@ -81,19 +90,22 @@ public:
         }
     }
 
-    /// Draws what another window shows by Qt's calls alone.
-    Cost drawPointsOf(const PreparedWindow& other) {
-        // Of its own: shared ones would be copied first.
-        QVector<QPointF> waveform = other.pointsWav;
-        QVector<QPointF> spectrum = other.pointsFFT;
-        waveform.detach();
-        spectrum.detach();
+    /// Copies, which are not shared with the charts.
+    [[nodiscard]] DrawnPoints drawnPoints() const {
+        DrawnPoints points{pointsWav, pointsFFT, axisXWav->max(), rangeWav, rangeFFT};
+        points.waveform.detach();
+        points.spectrum.detach();
+        return points;
+    }
+
+    /// By Qt's calls alone.
+    Cost draw(const DrawnPoints& points) {
         return costOf([&] {
-            seriesWav->replace(waveform);
-            axisXWav->setRange(other.axisXWav->min(), other.axisXWav->max());
-            axisYWav->setRange(other.rangeWav[0], other.rangeWav[1]);
-            seriesFFT->replace(spectrum);
-            axisYFFT->setRange(other.rangeFFT[0], other.rangeFFT[1]);
+            seriesWav->replace(points.waveform);
+            axisXWav->setRange(0, points.plottedMs);
+            axisYWav->setRange(points.waveformRange[0], points.waveformRange[1]);
+            seriesFFT->replace(points.spectrum);
+            axisYFFT->setRange(points.spectrumRange[0], points.spectrumRange[1]);
             paintEverything();
         });
     }
@@ -261,7 +273,8 @@ struct Target {
 
 /// Prepares a target in a new window, twice. The vectors of earlier windows are gone and their
 /// memory is given back, so that the first preparation is what it is in a fresh process.
-void prepareTwice(const Target& target, bool hasHugePages, Steps& steps, benchmark::State& state) {
+DrawnPoints prepareTwice(const Target& target, bool hasHugePages, Steps& steps,
+                         benchmark::State& state) {
     const std::string pages = hasHugePages ? "huge pages" : "small pages";
     prctl(PR_SET_THP_DISABLE, hasHugePages ? 0 : 1, 0, 0, 0);
     PreparedWindow window;
@@ -273,15 +286,20 @@ void prepareTwice(const Target& target, bool hasHugePages, Steps& steps, benchma
     const double peak = statusBytes("VmHWM:") - before;
     steps[pages + ", first"].push_back(first.whole());
     steps[pages + ", second"].push_back(Preparation(window).whole());
-    if (!hasHugePages)
-        return;
-    // The same in each iteration, within some pages.
-    state.counters["peak bytes"] = peak;
-    state.counters["required bytes"] = requiredBytes(window);
-    separate(first, window, target.cutPath, steps);
-    PreparedWindow other;
+    if (hasHugePages) {
+        // The same in each iteration, within some pages.
+        state.counters["peak bytes"] = peak;
+        state.counters["required bytes"] = requiredBytes(window);
+        separate(first, window, target.cutPath, steps);
+    }
+    prctl(PR_SET_THP_DISABLE, 0, 0, 0, 0);
+    return window.drawnPoints();
+}
+
+Cost drawAlone(const DrawnPoints& points) {
+    PreparedWindow window;
     malloc_trim(0);
-    steps["Qt alone"].push_back(other.drawPointsOf(window));
+    return window.draw(points);
 }
 
 void prepare(benchmark::State& state, Format format) {
@@ -290,12 +308,11 @@ void prepare(benchmark::State& state, Format format) {
     bool hasHugePages = true;
     for ([[maybe_unused]] auto _ : state) {
         prepareTwice(target, hasHugePages, steps, state);
-        prepareTwice(target, !hasHugePages, steps, state);
+        steps["Qt alone"].push_back(drawAlone(prepareTwice(target, !hasHugePages, steps, state)));
         // The one that begins changes.
         hasHugePages = !hasHugePages;
         state.SetIterationTime(steps["huge pages, first"].back().elapsed * 1e-3);
     }
-    prctl(PR_SET_THP_DISABLE, 0, 0, 0, 0);
     for (const auto& [name, costs] : steps) {
         state.counters[name] = medianOf(costs, &Cost::elapsed);
         state.counters[name + ": system"] = medianOf(costs, &Cost::system);

@@ -13,6 +13,7 @@ import math
 import os
 import pathlib
 import platform
+import re
 import shlex
 import shutil
 import statistics
@@ -27,6 +28,7 @@ WARM_ROUNDS, COLD_ROUNDS, DIVIDING_ROUNDS = (1, 1, 1) if IS_TRIAL else (7, 3, 7)
 # By the seconds of the target.
 DRAWING_ROUNDS = {0.25: 1, 5: 1} if IS_TRIAL else {0.25: 7, 5: 7, 60: 5, 600: 3}
 SAMPLING_RATE = 40000
+HUGE_PAGES = pathlib.Path("/sys/kernel/mm/transparent_hugepage/enabled")
 DROP_CACHES = pathlib.Path("/proc/sys/vm/drop_caches")
 
 
@@ -57,6 +59,13 @@ def processor():
     model = next((line.split(":")[1].strip() for line in lines if line.startswith("model name")),
                  platform.machine())
     return f"{model}, {os.cpu_count()} processors"
+
+
+def huge_pages():
+    """Returns for whom the kernel has huge pages: "always", "madvise" or "never"."""
+    if not HUGE_PAGES.exists():
+        return "never"
+    return re.search(r"\[(\w+)\]", HUGE_PAGES.read_text(encoding="ascii"))[1]
 
 
 def answer_first_questions(home):
@@ -171,7 +180,7 @@ def main():
     build, folder = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
     starts = Starts(build, pathlib.Path.home())
     numbers = {"processor": processor(), "date": str(datetime.date.today()),
-               "beside": processes_with_qt()}
+               "huge pages": huge_pages(), "beside": processes_with_qt()}
     if numbers["beside"]:
         complain(f"Qt is in use and in memory: {', '.join(numbers['beside'])}")
     starts.rounds(1)

@@ -17,7 +17,7 @@ TEMPLATE = pathlib.Path(__file__).with_name("performance.md.in")
 PLACE = re.compile(r"\{(\w+)(?: ([\d.]+))?\}")
 RESPONSES_TITLE = "## Many sessions, many responses"
 PAUSE_MS = 750
-# What the first section gives, and the measured files are of more than one.
+# The format whose figures tables without details give.
 FIRST_FORMAT = "mono16"
 STEPS = ["read", "convert", "buffers", "points, ranges", "transform", "amplitudes, phases",
          "chart update", "painting"]
@@ -52,7 +52,7 @@ def read_run(folder):
 
 def measured(runs, value):
     """Returns a value of each run as one."""
-    return Measured(value(run) for run in runs)
+    return Measured(map(value, runs))
 
 
 def duration(milliseconds):
@@ -82,7 +82,7 @@ class Preparations:
     @staticmethod
     def label(name):
         _, form, milliseconds = name.split("/")
-        return f"{form}, {duration(milliseconds)}"
+        return f"{form} {duration(milliseconds)}"
 
     def memory(self, name):
         """Returns the peak over the buffers; of small targets it says nothing about them."""
@@ -120,11 +120,11 @@ class Preparations:
 
     def pages_table(self):
         rows = []
-        for target in self.targets:
+        for target in (name for name in self.targets if FIRST_FORMAT in name):
             for order in ("first", "second"):
                 both = [f"{pages}, {order}" for pages in ("huge pages", "small pages")]
                 kinds = {"": "", ": system": "", ": faults": ".0f"}
-                rows.append([self.label(target), order, *self.cells(target, {
+                rows.append([duration(target.split("/")[2]), order, *self.cells(target, {
                     pages + kind: spec for kind, spec in kinds.items() for pages in both}),
                     f"{self.ratio(target, *both):.2f}"])
         return table(["target", "preparation", "with (ms)", "without (ms)", "kernel, with (ms)",
@@ -248,8 +248,18 @@ def machines(runs):
     for run in runs:
         found.setdefault(run["programs"]["processor"], []).append(run["programs"]["date"])
     return "; ".join(
-        f"{processor} ({len(dates)} run{'s' if len(dates) > 1 else ''}, "
-        f"{' and '.join(sorted(set(dates)))})" for processor, dates in found.items())
+        f"{processor} ({len(dates)} on {' and '.join(sorted(set(dates)))})"
+        for processor, dates in found.items())
+
+
+def runs_text(count):
+    """A few runs say little about the spread."""
+    return f"{'only ' if count < 5 else ''}{count} run{'s' if count != 1 else ''}"
+
+
+def huge_pages_text(runs):
+    return " or ".join(f"`{setting}`" for setting in sorted(
+        {run["programs"]["huge pages"] for run in runs}))
 
 
 def beside_text(runs):
@@ -264,8 +274,9 @@ def main():
     transforms, preparations, programs = Transforms(runs), Preparations(runs), Programs(runs)
     rows = responses((docs / "reliability.md").read_text(encoding="utf-8"))
     texts = {
-        "machines": machines(runs), "runs": str(len(runs)), "beside": beside_text(runs),
+        "machines": machines(runs), "runs": runs_text(len(runs)), "beside": beside_text(runs),
         "load": f"{measured(runs, lambda run: run['load']):.1f}",
+        "huge_pages": huge_pages_text(runs),
         "qt": version("libqt5core5a"), "fftw": version("libfftw3-dev"),
         "gsl": version("libgsl-dev"), "kissfft": version("libkissfft-dev"),
         "sndfile": version("libsndfile1-dev"), "praat": version("praat"),

@@ -37,18 +37,21 @@ def table(titles, rows):
 
 def judge(values, limit):
     """Reports by their ranges whether values, by a label each, are within a limit."""
-    missed = [label for label, value in values.items() if value.low > limit]
-    unclear = [label for label, value in values.items() if value.low <= limit < value.high]
-    return "; ".join(f"{verdict} {', '.join(filter(None, labels))}".strip()
-                     for verdict, labels in (("**missed**", missed),
-                                             ("cannot be told", unclear)) if labels) or "met"
+    verdicts = {"**missed**": [label for label, value in values.items() if value.low > limit],
+                "cannot be told": [label for label, value in values.items()
+                                   if value.low <= limit < value.high]}
+    return "; ".join(verdict + at(", ".join(labels))
+                     for verdict, labels in verdicts.items() if labels) or "met"
+
+
+def at(label):
+    return f" at {label}" if label else ""
 
 
 def goal_cells(values, limit, spec):
     """Returns the cells of a goal's row: aimed at, the largest of the values, the verdict."""
-    limit = float(limit)
+    aimed = f"{Measured([float(limit)]):{spec}}"
     if not values:
-        return f"{limit:{spec}} | not measured |"
-    label, worst = max(values.items(), key=lambda pair: pair[1])
-    aimed = f"{limit:{spec}}".replace("%", " %")
-    return f"{aimed} | {worst:{spec}}{', ' if label else ''}{label} | {judge(values, limit)}"
+        return f"{aimed} | not measured |"
+    label, largest = max(values.items(), key=lambda pair: pair[1].high)
+    return f"{aimed} | {largest:{spec}}{at(label)} | {judge(values, float(limit))}"
