@@ -165,11 +165,12 @@ void once(benchmark::State& state, int bits) {
 } // namespace
 
 int main(int argc, char** argv) {
-    for (const auto& [name, function] : {std::pair{"repeated", repeated}, {"once", once}}) {
+    using Function = void (*)(benchmark::State&, int);
+    for (const auto& [name, function] :
+         {std::pair<std::string, Function>("repeated/", repeated), {"once/", once}}) {
         for (int bits = 3; bits <= 22; ++bits) {
             const int turns = bits <= 16 ? 101 : bits <= 19 ? 31 : 11;
-            benchmark::RegisterBenchmark((name + ("/" + std::to_string(bits))).c_str(), function,
-                                         bits)
+            benchmark::RegisterBenchmark((name + std::to_string(bits)).c_str(), function, bits)
                 ->Iterations(rounds(turns))
                 ->UseManualTime();
         }
