@@ -48,7 +48,7 @@ namespace {
 /// SSE code then takes twice as long, until something clears them, as the transform does.
 void clearUpperHalves() {
 #ifdef __x86_64__
-    if (__builtin_cpu_supports("avx") != 0)
+    if (__builtin_cpu_supports("avx"))
         asm volatile("vzeroupper" ::: "memory");
 #endif
 }
@@ -114,6 +114,7 @@ public:
             seriesWav->replace(points.waveform);
             axisXWav->setRange(0, points.plottedMs);
             axisYWav->setRange(points.waveformRange[0], points.waveformRange[1]);
+            clearUpperHalves();
             seriesFFT->replace(points.spectrum);
             axisYFFT->setRange(points.spectrumRange[0], points.spectrumRange[1]);
             paintEverything();
