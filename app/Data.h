@@ -15,8 +15,8 @@
 struct Data {
     double samplingRate = playedRate; ///< Hz, of everything generated and played.
     double soundDuration = 0.25;      ///< Seconds, of one sound.
-    /// Samples of one sound: floor(soundDuration x samplingRate); from a target's loading to "Go",
-    /// which reads the fields again, those of its file.
+    /// Samples of one sound: floor(soundDuration x samplingRate). After loading a target those of
+    /// its file, until "Go" reads the fields again.
     int nSamples = 10000;
     double plotDuration = 0.25;      ///< Seconds of the waveform that are drawn.
     int nPointsToPlot = 10000;       ///< Samples of the waveform that are drawn, at most nSamples.

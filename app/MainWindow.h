@@ -104,11 +104,11 @@ public:
     // 4 Session control: session/MainWindowSession.cpp
 
     /// Prepares a session: reads the controls, lets the experimenter choose a target, loads and
-    /// draws it and empties the trend. Where no target could be had, charts, trend and texts
-    /// stay as they are and nFiles is 0.
+    /// draws it and empties the trend. Without a usable target, charts, trend and texts stay as
+    /// they are and nFiles is 0.
     void getReadyToGo();
 
-    /// Draws the order of the targets afresh: nRepetitions x nFiles entries.
+    /// Draws a new random order of the targets: nRepetitions x nFiles entries.
     void genRandomSequence();
 
     /// Saves the results, if wanted, and advances the file number, without freeing the window.
@@ -175,8 +175,8 @@ public:
     /// Draws the spectrum up to fftMaxFrequency; the y axis spans all of its bins.
     void displayFFT();
 
-    /// Adds the match of the first record to the trend, and with it to what journal and results
-    /// file will hold.
+    /// Adds the match of the first record to the trend, whose frequencies journal and results file
+    /// hold.
     void updateTrend();
 
     /// Empties the trend. Its x axis stays until the next response.
@@ -215,7 +215,7 @@ public slots:
 
     // 4 Session control: session/MainWindowSession.cpp
 
-    /// Does nothing; holds its place among the slots.
+    /// Does nothing; keeps the indices of the later slots.
     void doNothing();
 
     // 8 Playback: sound/MainWindowPlayback.cpp

@@ -54,7 +54,7 @@ void MainWindow::showSettings() {
 
 void MainWindow::sizeBuffers() {
     soundsPerPresentation = 1;
-    targetSamples.resize(data.nPointsToPlot); // the count before it is computed anew: deliberate
+    targetSamples.resize(data.nPointsToPlot); // the count before it is recomputed: deliberate
     trendTrials.clear();
     trendFrequencies.clear();
     data.nPointsToPlot = sampleCount(data.plotDuration, data.samplingRate);

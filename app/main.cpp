@@ -1,4 +1,4 @@
-// The program's entry.
+// The main function of the program.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 #include "base/Version.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The same drawing in every size that the program carries.
+/// Returns the icon in every size among the program's resources.
 QIcon programIcon() {
     QIcon icon;
     for (const QFileInfo& picture : QDir(QStringLiteral(":/icons")).entryInfoList())

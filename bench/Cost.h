@@ -1,4 +1,4 @@
-// What a step costs: the elapsed time, the kernel's part of it, and page faults.
+// The cost of a step: elapsed time, time in the kernel, and page faults.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -22,10 +22,10 @@ inline double median(std::vector<double> values) {
     return *middle;
 }
 
-/// What a step has cost, or the whole process by now.
+/// The cost of a step, or of the process until now.
 struct Cost {
     double elapsed = 0; ///< Milliseconds of the steady clock.
-    double system = 0;  ///< Milliseconds in the kernel, which some systems count in ticks.
+    double system = 0;  ///< Milliseconds in the kernel; some systems count in ticks.
     double faults = 0;  ///< Minor page faults: pages of fresh memory, mostly.
 
     static Cost now() {

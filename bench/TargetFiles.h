@@ -1,4 +1,4 @@
-// The targets that are prepared and loaded, as files.
+// The target files of the benchmarks.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -1,8 +1,8 @@
 // The real FFT beside FFTW, GSL and KISS FFT, as ratios of times taken in turns.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// For each length, all of them transform in turns of about half a millisecond, so that whatever
-// else the machine does affects them alike. The counters are medians over the turns: of the
+// For each length, all of them transform in turns of about half a millisecond, so that other load
+// on the machine affects them equally. The counters are medians over the turns: of the
 // microseconds of each transform, and of the ratios of each two of them in the same turn,
 // "ours / fftw measure" for instance, which is below 1 where ours is faster. Run it on one idle
 // processor, and more than once, because the place of the arrays in memory is random.
@@ -36,11 +36,11 @@ namespace {
 
 using Plan = std::unique_ptr<fftw_plan_s, decltype(&fftw_destroy_plan)>;
 
-/// What all of them transform, and into what. Allocated once a length, not counted.
+/// Inputs and outputs of all libraries. Allocated once for each length, outside of the timing.
 struct Arrays {
     explicit Arrays(std::size_t length) : x(length), f(length), bins(length / 2 + 1) {}
 
-    /// FFTW_MEASURE transforms to make its plan, and leaves anything in the arrays.
+    /// To be called after planning: FFTW_MEASURE overwrites the arrays.
     void fill() {
         for (std::size_t n = 0; n < x.size(); ++n)
             x[n] = std::sin(0.37 * static_cast<double>(n)) + 0.1 * static_cast<double>(n % 7);
@@ -57,7 +57,7 @@ struct Arrays {
     std::vector<std::complex<double>> bins;
 };
 
-/// One of the transforms that are compared.
+/// A library's transform, or one of our code paths.
 struct Runner {
     std::string name;
     std::function<void()> transform;
@@ -80,7 +80,7 @@ double medianRatio(const std::vector<double>& times, const std::vector<double>& 
     return median(ratios);
 }
 
-/// Lets all of them transform in turns, round after round.
+/// Times all of them in turns, round after round.
 void takeTurns(benchmark::State& state, const std::vector<Runner>& runners) {
     std::vector<int> repetitions;
     for (const Runner& runner : runners) {
@@ -108,7 +108,7 @@ void takeTurns(benchmark::State& state, const std::vector<Runner>& runners) {
 void repeated(benchmark::State& state, int bits) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);
-    // Wisdom would let the estimating planner take over what the measuring one has found.
+    // With wisdom, FFTW_ESTIMATE would reuse measured plans of earlier lengths.
     fftw_forget_wisdom();
     const Plan estimate = arrays.newPlan(FFTW_ESTIMATE);
     // Measuring takes minutes for longer ones.
@@ -143,7 +143,7 @@ void repeated(benchmark::State& state, int bits) {
 }
 
 /// Tables and a single transform, beside FFTW with a new plan each time, once without and once with
-/// what the planner has learnt ("warm").
+/// the planner's accumulated knowledge ("warm").
 void once(benchmark::State& state, int bits) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);

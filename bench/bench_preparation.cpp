@@ -1,4 +1,4 @@
-// Preparing a target: what each step costs, from the chosen file to the painted charts.
+// Preparing a target: the cost of each step, from the chosen file to the painted charts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Each iteration prepares a target twice in a new main window, with huge pages, and twice in
@@ -53,7 +53,7 @@ void clearUpperHalves() {
 #endif
 }
 
-/// What the charts of a prepared window show.
+/// The contents of a prepared window's charts.
 struct DrawnPoints {
     QVector<QPointF> waveform;
     QVector<QPointF> spectrum;
@@ -70,7 +70,7 @@ public:
         for (QWidget* viewport : viewports())
             viewport->installEventFilter(this);
         paintEverything();
-        // What the window manager has painted once more is not to be taken for the target's charts.
+        // Repaints caused by the window manager must not count as painting of the target's charts.
         QTest::qWait(20);
     }
 
@@ -90,8 +90,8 @@ public:
     void paintEverything() {
         for (QWidget* viewport : viewports())
             unpainted.insert(viewport);
-        constexpr int mostMilliseconds = 60000;
-        const QDeadlineTimer deadline(mostMilliseconds);
+        constexpr int timeoutMs = 60000;
+        const QDeadlineTimer deadline(timeoutMs);
         while (!unpainted.empty()) {
             if (deadline.hasExpired())
                 qFatal("the charts are not painted");
@@ -107,7 +107,7 @@ public:
         return points;
     }
 
-    /// By Qt's calls alone.
+    /// Draws by Qt's calls alone.
     Cost draw(const DrawnPoints& points) {
         return costOf([&] {
             clearUpperHalves();
@@ -129,7 +129,7 @@ private:
     std::set<QObject*> unpainted;
 };
 
-/// Returns a number of KiB out of /proc/self/status in bytes.
+/// Returns a field of /proc/self/status, which is in KiB, in bytes.
 double statusBytes(const QByteArray& field) {
     QFile file("/proc/self/status");
     if (!file.open(QIODevice::ReadOnly))
@@ -140,8 +140,8 @@ double statusBytes(const QByteArray& field) {
     return 0;
 }
 
-/// Sets the system's record of the most memory that the process has had back to the present.
-void forgetPeakMemory() {
+/// Resets the system's record of the process's peak memory.
+void resetPeakMemory() {
     QFile file("/proc/self/clear_refs");
     if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1)
         qFatal("the peak of memory cannot be set back");
@@ -172,8 +172,8 @@ Cost sumOf(const std::vector<Cost>& costs) {
     return std::accumulate(costs.begin(), costs.end(), Cost());
 }
 
-// Parts of a preparation that is over, once more on the same data and in memory that has been
-// written to before, so that none of them asks the system for any.
+// Parts of a finished preparation are repeated on the same data, in memory that is already mapped,
+// so that none of them needs memory from the system.
 
 /// Reads the file, and converts it, each on its own.
 void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
@@ -181,7 +181,7 @@ void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
     wav.LoadWav(cutPath.toStdString());
     reading = costOf([&] { wav.LoadWav(cutPath.toStdString()); });
     const bool isReadOnly = wav.samples.empty() && !wav.rawData.empty();
-    // From here on the header declares what is there.
+    // From here on the header declares the data that exist.
     wav.header.dataSize = static_cast<std::uint32_t>(wav.rawData.size());
     wav.numberOfSamples = wav.header.dataSize / (wav.header.bitsPerSample / 8U);
     wav.ConvertData();
@@ -190,9 +190,9 @@ void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
         qFatal("reading and converting have not been separated");
 }
 
-/// What the program does to draw the vectors of a window, without the charts.
+/// The program's own part in drawing the vectors of a window, without the charts.
 Cost pairAndFindRanges(const PreparedWindow& window) {
-    // Not the window's, which the charts share and which would be copied first.
+    // The window's points are shared with the charts and would be copied first.
     QVector<QPointF> pointsWav(window.pointsWav.size());
     QVector<QPointF> pointsFFT(window.pointsFFT.size());
     QVector<double> range(2);
@@ -250,9 +250,10 @@ struct Preparation {
     Cost painting;
 };
 
-/// Separates what the program does in one go, by doing parts of it again: "buffers", "transform"
-/// and "chart update" are the remainder. "Own" is all but Qt's updating and painting of charts. The
-/// texts and the trend's reset, which prepareTarget() sees to as well, are not timed.
+/// Separates steps that the program does not separate, by repeating parts of them: "buffers",
+/// "transform" and "chart update" are the remainders. "Own" is all but Qt's updating and painting
+/// of charts. The texts and the trend's reset, which also part of prepareTarget(), are not
+/// timed.
 void separate(const Preparation& preparation, PreparedWindow& window, const QString& cutPath,
               Steps& steps) {
     const Cost pairing = pairAndFindRanges(window);
@@ -282,8 +283,8 @@ struct Target {
     QString cutPath;
 };
 
-/// Prepares a target in a new window, twice. The vectors of earlier windows are gone and their
-/// memory is given back, so that the first preparation is what it is in a fresh process.
+/// Prepares a target in a new window, twice. The memory of earlier windows is freed before,
+/// so that the first preparation is like that of a new process.
 DrawnPoints prepareTwice(const Target& target, bool hasHugePages, Steps& steps,
                          benchmark::State& state) {
     const std::string pages = hasHugePages ? "huge pages" : "small pages";
@@ -291,7 +292,7 @@ DrawnPoints prepareTwice(const Target& target, bool hasHugePages, Steps& steps,
     PreparedWindow window;
     window.choose(target.path);
     malloc_trim(0);
-    forgetPeakMemory();
+    resetPeakMemory();
     const double before = statusBytes("VmRSS:");
     const Preparation first(window);
     const double peak = statusBytes("VmHWM:") - before;
@@ -341,7 +342,7 @@ void readBySndfile(const std::string& path) {
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
     const auto count =
         static_cast<std::size_t>(info.frames) * static_cast<std::size_t>(info.channels);
-    // Not a vector, which would write zeros first.
+    // A vector would write zeros first.
     const std::unique_ptr<double[]> samples(new double[count]);
     benchmark::DoNotOptimize(sf_readf_double(file, samples.get(), info.frames));
     sf_close(file);

@@ -1,12 +1,12 @@
-// Takes the program's start step by step and reports how long each step takes.
+// Repeats the program's start step by step and reports the duration of each step.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 //     divide_start NANOSECONDS
 //
-// NANOSECONDS is what the system's monotonic clock said when this process was launched. Prints one
-// JSON object of milliseconds. The steps are those of the program's main() in its order, but for
-// two that the window's constructor would take: fonts and sound device are looked up before, and
-// the second time costs next to nothing.
+// NANOSECONDS is the time of the system's monotonic clock when this process was launched. Prints
+// one JSON object of milliseconds. The steps are those of the program's main() in its order, but
+// for two that the window's constructor would take: fonts and sound device are looked up before,
+// and the second time costs next to nothing.
 #include "app/MainWindow.h"
 
 #include "session/ResponseJournal.h"
@@ -59,7 +59,7 @@ private:
     std::set<QObject*> unpainted;
 };
 
-/// What has taken how many milliseconds, each step from the end of the one before.
+/// The steps and their milliseconds, each from the end of the step before.
 class Steps {
 public:
     explicit Steps(Clock::time_point launch) : last(launch) {}
@@ -105,8 +105,8 @@ void lookUpSoundDevice() {
 }
 
 void waitForPainting(const WatchedWindow& window) {
-    constexpr int mostMilliseconds = 30000;
-    const QDeadlineTimer deadline(mostMilliseconds);
+    constexpr int timeoutMs = 30000;
+    const QDeadlineTimer deadline(timeoutMs);
     while (!window.isPainted()) {
         if (deadline.hasExpired())
             fail("the charts are not painted");
@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
     // The steady clock is the system's monotonic one.
     Steps steps(Clock::time_point(std::chrono::nanoseconds(std::strtoll(argv[1], nullptr, 10))));
     steps.end("libraries");
-    // What the program sets before anything else.
+    // The environment variables that the program sets first.
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     const QApplication application(argc, argv);
     steps.end("screen");

@@ -1,4 +1,4 @@
-// Draws a target's waveform and spectrum in the main window's charts and keeps them as a picture:
+// Draws a target's waveform and spectrum in the main window's charts and saves them as a picture:
 // draw_target TARGET PICTURE.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
@@ -20,13 +20,13 @@ class DrawnTarget : public MainWindow {
 public:
     DrawnTarget() {
         setAttribute(Qt::WA_DontShowOnScreen);
-        // What the window covers of a screen of 1920 x 1080 pixels.
+        // The window's size on a screen of 1920 x 1080 pixels.
         resize(1536, 972);
         show();
     }
 
-    /// Prepares a practice session as "Practice" does, but for the dialog. Returns false where the
-    /// file is no target.
+    /// Prepares a practice session as "Practice" does, without the dialog. Returns false if the
+    /// file is not a usable target.
     bool prepare(const QFileInfo& target) {
         nRepetitions = nRepetitionsPractice;
         getParameters();
@@ -44,7 +44,7 @@ public:
         chartViewWav->QWidget::render(&painter);
         chartViewFFT->QWidget::render(&painter, QPoint(0, chartViewWav->height()));
         painter.end();
-        // Packed lightly: the picture is wanted, not a small file.
+        // Low compression: speed matters more than the file's size.
         constexpr int quality = 80;
         return picture.save(path, "PNG", quality);
     }
@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
     }
     DrawnTarget window;
     bool isPrepared = false;
-    // Between the two, the charts lay out what they have been given.
+    // In between, the charts lay out the new points.
     QTimer::singleShot(0, &window,
                        [&] { isPrepared = window.prepare(QFileInfo(QFile::decodeName(argv[1]))); });
     QTimer::singleShot(0, &window, [&] {

@@ -1,5 +1,5 @@
-# Draws the first quarter of a second of a target and its spectrum up to 2000 Hz, and keeps them as
-# a picture of as many pixels as the program's two charts have on a screen of 1920 x 1080.
+# Draws the first quarter of a second of a target and its spectrum up to 2000 Hz, and saves them as
+# a picture of the size of the program's two charts on a screen of 1920 x 1080.
 # SPDX-License-Identifier: GPL-3.0-or-later
 form Draw a target
     sentence Target target.wav

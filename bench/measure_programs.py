@@ -36,7 +36,7 @@ def complain(message):
     print(f"measure_programs: {message}", file=sys.stderr)
 
 
-def forget_all_files():
+def empty_page_cache():
     """Empties the page cache; raises OSError where that is not allowed."""
     os.sync()
     DROP_CACHES.write_text("3\n", encoding="ascii")
@@ -80,7 +80,7 @@ def answer_first_questions(home):
 
 
 def end_earlier_praat(home):
-    """Praat hands over to an earlier one that has not left as a person leaves it."""
+    """A new Praat hands over to an earlier process unless that has quit properly."""
     (home / ".praat-dir" / "pid").unlink(missing_ok=True)
 
 
@@ -189,7 +189,7 @@ def main():
     with tempfile.TemporaryDirectory() as temporary:
         numbers["drawing"] = drawings(build, pathlib.Path(temporary))
     try:
-        numbers["cold"] = starts.rounds(COLD_ROUNDS, forget_all_files)
+        numbers["cold"] = starts.rounds(COLD_ROUNDS, empty_page_cache)
     except OSError as error:
         complain(f"no cold starts, for only root can empty the page cache: {error}")
     (folder / "programs.json").write_text(json.dumps(numbers, indent=1), encoding="utf-8")

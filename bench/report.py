@@ -1,8 +1,8 @@
 """Turns the runs of the benchmarks into a page: report.py RUNS DOCS PAGE.
 
 RUNS is a folder with a folder for each run. The text is bench/performance.md.in: {NAME} is
-replaced by a table or a figure, {NAME LIMIT} by the cells of a goal. What a response costs is taken
-over from DOCS/reliability.md. PAGE, and the picture in pictures/ beside it, are written.
+replaced by a table or a figure, {NAME LIMIT} by the cells of a goal. The cost of a response is
+taken from DOCS/reliability.md. PAGE, and the picture in pictures/ beside it, are written.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
 import json
@@ -35,8 +35,8 @@ START_MEASURES = {"painted_ms": "painted (ms)", "cpu_ms": "computing (ms)",
 
 
 def benchmarks(path):
-    """Returns the counters of a benchmark by its name without what Google Benchmark adds, and what
-    is known of the machine."""
+    """Returns the counters of a benchmark by its name without Google Benchmark's additions, and the
+    machine's data."""
     document = json.loads(path.read_text(encoding="utf-8"))
     found = {re.sub(r"/iterations.*", "", run["name"]): run for run in document["benchmarks"]}
     return found, document["context"]
@@ -61,7 +61,7 @@ def duration(milliseconds):
 
 
 class Preparations:
-    """What the runs' results of bench_preparation give, by the benchmarks' names."""
+    """The results of bench_preparation by the benchmarks' names."""
 
     def __init__(self, runs):
         self.runs = runs
@@ -85,7 +85,7 @@ class Preparations:
         return f"{form} {duration(milliseconds)}"
 
     def memory(self, name):
-        """Returns the peak over the buffers; of small targets it says nothing about them."""
+        """Returns the ratio of peak and buffers; None for small targets: it is meaningless."""
         is_large = self.value(name, "required bytes") > 1e8
         return self.ratio(name, "peak bytes", "required bytes") if is_large else None
 
@@ -137,7 +137,7 @@ class Preparations:
                      [[self.label(file), *self.cells(file, counters)] for file in self.files])
 
     def in_transforms(self, target):
-        """Returns what the program's own work takes in transforms of 2^18 values by FFTW."""
+        """Returns the program's own work in transforms of 2^18 values by FFTW."""
         return measured(self.runs, lambda run: (
             1000 * run["preparation"][target]["own"] / run["fft"]["repeated/18"]["fftw estimate"]))
 
@@ -154,7 +154,7 @@ class Preparations:
 
 
 class Programs:
-    """What the runs' results of measure_programs.py give."""
+    """The results of measure_programs.py."""
 
     def __init__(self, runs):
         self.runs = [run["programs"] for run in runs]
@@ -253,7 +253,7 @@ def machines(runs):
 
 
 def runs_text(count):
-    """A few runs say little about the spread."""
+    """Marks a number of runs that is too small for a range."""
     return f"{'only ' if count < 5 else ''}{count} run{'s' if count != 1 else ''}"
 
 

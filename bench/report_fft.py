@@ -9,7 +9,7 @@ HIGHEST_RATIO = 2.5
 
 
 class Transforms:
-    """What the runs' results of bench_fft give for each length."""
+    """The results of bench_fft by length."""
 
     def __init__(self, runs):
         self.runs = [run["fft"] for run in runs]

@@ -1,4 +1,4 @@
-"""What the parts of the report share: measured values, goals and tables."""
+"""Measured values, goals and tables, shared by the parts of the report."""
 # SPDX-License-Identifier: GPL-3.0-or-later
 import statistics
 import subprocess

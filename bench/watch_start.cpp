@@ -1,4 +1,4 @@
-// Starts a program and watches the screen until its windows are open with something in them.
+// Starts a program and watches the screen until its windows are open and painted.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 //     watch_start WINDOWS PROGRAM

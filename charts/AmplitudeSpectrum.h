@@ -18,8 +18,8 @@ struct SpectrumSizing {
 /// maxFrequency (Hz). A count below 1 is sized as 1.
 SpectrumSizing spectrumSizing(int nSamples, double samplingRate, double maxFrequency);
 
-/// Returns about the bytes that the spectrum of nSamples takes: input, output, scratch and bit
-/// reversal of the transform, its cosines, and the three vectors that are filled.
+/// Returns the approximate number of bytes that the spectrum of nSamples takes: input, output,
+/// scratch and bit reversal of the transform, its cosines, and the three vectors that are filled.
 qint64 spectrumMemory(int nSamples);
 
 /// The window by which a sound is multiplied before its transform. Any other number zeroes the

@@ -1,5 +1,5 @@
-# What makes an error of memory end the program instead of changing a measurement, and hard to
-# misuse by a prepared file: for whatever is shipped, as Debian builds its own programs.
+# Hardening flags of all shipped programs, as Debian uses them: a memory error ends the program
+# instead of changing a measurement, and is hard to exploit by a prepared file.
 # SPDX-License-Identifier: GPL-3.0-or-later
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
@@ -8,7 +8,7 @@ include(CheckPIESupported)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 check_pie_supported()
 
-# pellion_harden(compile|link FLAG): where the compiler knows it.
+# pellion_harden(compile|link FLAG): adds the flag if the compiler knows it.
 function(pellion_harden kind flag)
     # The variable's name is what the configuration's output shows.
     string(MAKE_C_IDENTIFIER "PELLION_HAS_${flag}" is_known)

@@ -1,9 +1,8 @@
-# What every target of the tree is compiled with, as one interface target: warnings, semantics and
-# paths.
+# The compiler options of every target, as one interface target: warnings, semantics and paths.
 # SPDX-License-Identifier: GPL-3.0-or-later
 option(PELLION_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 
-# Where the tree is must not change a program. A compiler cache makes paths relative to the build.
+# The tree's location must not change a program. A compiler cache makes paths relative to the build.
 file(RELATIVE_PATH source_from_build ${CMAKE_BINARY_DIR} ${PROJECT_SOURCE_DIR})
 
 add_library(pellion_options INTERFACE)

@@ -1,4 +1,4 @@
-// A whole session without hands: what a newcomer sees first.
+// A whole session that runs by itself, to show a newcomer the program.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "demo/Demonstration.h"
 
@@ -41,7 +41,7 @@ QStringList listenerControls() {
             "pushButtonDone"};
 }
 
-/// Where the program's dialog looks for it first.
+/// In the folder in which the program's dialog opens.
 QString targetPath() {
     return desktopFolder() + u'/' + QLatin1String(targetName);
 }
@@ -60,8 +60,8 @@ QByteArray outputOf(const QString& program, const QStringList& arguments) {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
-    constexpr int patienceMs = 30000;
-    const bool hasSucceeded = process.waitForFinished(patienceMs) && process.exitCode() == 0;
+    constexpr int timeoutMs = 30000;
+    const bool hasSucceeded = process.waitForFinished(timeoutMs) && process.exitCode() == 0;
     return hasSucceeded && process.isReadable() ? process.readAllStandardOutput() : QByteArray();
 }
 

@@ -1,4 +1,4 @@
-// A whole session without hands: what a newcomer sees first.
+// A whole session that runs by itself, to show a newcomer the program.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -15,15 +15,15 @@ namespace testsupport {
 class SessionDriver;
 }
 
-/// Runs a practice session on the real windows, with a target file made on the spot, a simulated
-/// listener and a recorder at the sound device; says what it does on standard output, and checks
-/// what it got.
+/// Runs a practice session on the real windows, with a new target file, a simulated listener and a
+/// recorder at the sound device. Reports each step on standard output, and checks results and
+/// sounds.
 class Demonstration {
 public:
     /// The folder takes pictures, results file and recording; it must exist.
     explicit Demonstration(const QString& folderPath);
 
-    /// Returns whether everything came out right; what did not is said on standard output.
+    /// Returns whether everything succeeded; failures are reported on standard output.
     bool run();
 
 private:

@@ -20,7 +20,7 @@ QPixmap numberedPicture(QWidget& window, const QStringList& controls) {
         const auto* control = window.findChild<QWidget*>(name);
         if (control == nullptr || !control->isVisible())
             qFatal("the window shows no %s", qPrintable(name));
-        // Above a low control rather than on its text, but within the picture.
+        // Above a control of little height rather than on its text, but within the picture.
         const QPoint corner = control->mapTo(&window, QPoint(control->width() - radius / 2, 0));
         const QPoint center(corner.x(), std::max(corner.y() - radius / 2, radius));
         const QRect disc(center - QPoint(radius, radius), QSize(2 * radius, 2 * radius));

@@ -1,4 +1,4 @@
-// A listener who homes in on a target's pitch.
+// A simulated listener who approaches a target's pitch.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -1,4 +1,4 @@
-// The demonstration's entry: pellion_demo FOLDER.
+// The demonstration's main function: pellion_demo FOLDER.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "demo/Demonstration.h"
 
@@ -10,7 +10,7 @@
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    // Else it is chance whether a picture shows the text cursor.
+    // Otherwise a picture shows the blinking text cursor by chance.
     QApplication::setCursorFlashTime(0);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 2 || !QDir(arguments.last()).exists()) {

@@ -1,4 +1,4 @@
-// What the fuzzers share: a file in memory, checks that end the program, streams without a reader.
+// Shared by the fuzzers: a file in memory, checks that end the program, muted streams.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -17,11 +17,11 @@
 
 namespace fuzzing {
 
-/// Ends the program, which is what the fuzzer calls a finding, unless `condition` holds.
+/// Ends the program, which is a finding of the fuzzer, unless `condition` holds.
 inline void require(bool condition, const char* expectation) {
     if (condition)
         return;
-    // Not by std::cerr, which may be muted.
+    // std::cerr may be muted.
     std::fprintf(stderr, "This does not hold: %s\n", expectation);
     std::abort();
 }
@@ -60,7 +60,7 @@ private:
     int descriptor;
 };
 
-/// Takes everything and keeps only how much it was.
+/// Discards all characters and counts them.
 class CountingBuffer : public std::streambuf {
 public:
     std::size_t count = 0;
@@ -76,8 +76,8 @@ protected:
     }
 };
 
-/// Mutes both standard streams, whose lines would be most of a fuzzer's work; returns what takes
-/// their place.
+/// Mutes both standard streams, whose output would take most of the time; returns their
+/// replacement.
 inline CountingBuffer& muteStreams() {
     static CountingBuffer buffer;
     std::cout.rdbuf(&buffer);

@@ -1,15 +1,15 @@
 // Fuzzes the whole preparation of a session by a target of arbitrary bytes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// The road is the program's own: "Practice" is pressed in a real main window (offscreen, never
-// shown), the file dialog answers with the input, and the target is loaded, sized, transformed and
-// handed to the charts' series and axes, which are in no chart that would draw them. Calling the
-// plain functions instead would be faster, but what connects them (the order, the sizes kept from
-// one to the next, what a refused target may not touch) is where a file could do harm, and the
-// window manages hundreds of small inputs a second. It is built once and put back to its beginning
-// before each input, so that a finding does not depend on earlier ones.
+// The code path is that of the program: "Practice" is pressed in a real main window (offscreen,
+// never shown), the file dialog answers with the input, and the target is loaded, sized,
+// transformed and handed to the charts' series and axes, which are in no chart that would draw
+// them. Calling the plain functions instead would be faster, but a file could do harm in the code
+// between them: their order, the sizes passed on, the state after a refused target. The window
+// handles hundreds of small inputs a second. It is built once and reset before each input, so that
+// a finding does not depend on earlier ones.
 //
-// Each input is prepared twice, first in a window without a target, then after a good one.
+// Each input is prepared twice, first in a window without a target, then after a valid one.
 #include "app/MainWindow.h"
 
 #include "base/Numbers.h"
@@ -34,13 +34,13 @@ using testsupport::PlainReading;
 
 namespace {
 
-/// What the experimenter chooses next.
+/// The file that the dialog returns next.
 QString& chosenFile() {
     static QString path;
     return path;
 }
 
-/// What a refused target may not change.
+/// The state that a refused target must not change.
 struct Shown {
     QVector<double> target, timeAxisMs, frequencies, amplitudes, phases;
     QVector<QPointF> wavPoints, spectrumPoints;
@@ -66,7 +66,7 @@ public:
         takeOffCharts();
     }
 
-    /// Forgets every target.
+    /// Resets the window to its state without a target.
     void startAfresh() {
         chosenFile().clear();
         data = initialData;
@@ -120,28 +120,28 @@ public:
                 lineEditWavFileName->text()};
     }
 
-    /// What holds of every target that was accepted.
+    /// Checks every accepted target.
     void checkPrepared(const PlainReading& file) {
         checkTarget(file);
         checkSpectrum();
         checkCharts();
-        // As "Go" does: the duration shown has to give a sound that can be played.
+        // As "Go" does: the duration shown must give a playable sound.
         getParameters();
         require(data.nSamples >= 1 && data.nSamples <= maximumSampleCount,
                 "the sound can be played");
-        require(data.nPointsToPlot <= data.nSamples, "no more is drawn than there is");
+        require(data.nPointsToPlot <= data.nSamples, "only existing samples are drawn");
     }
 
 private:
-    /// Leaves series and axes by themselves: nobody looks, and laying out the charts at each change
-    /// of these would take nearly all of the time.
+    /// Separates series and axes from the charts, whose layout at each change would take nearly all
+    /// of the time.
     void takeOffCharts() {
         for (const auto& [chart, series] : {std::pair(chartWav, seriesWav), {chartFFT, seriesFFT}})
             chart->removeSeries(series);
         for (QtCharts::QChart* chart : {chartWav, chartFFT})
             for (QtCharts::QAbstractAxis* axis : chart->axes())
                 chart->removeAxis(axis);
-        // What has drawn the axes listens to them until then.
+        // Until then the items that draw the axes are connected to them.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
@@ -166,7 +166,7 @@ private:
                 "the transform has the smallest power of two that holds the target");
         for (const QVector<double>* bins : {&fftFrequencies, &fftAmplitudes, &fftPhases})
             require(bins->size() == fftLength / 2, "there are half as many bins");
-        // One sample is divided by half its number, that is by zero.
+        // For one sample the amplitude is divided by zero, half the count in integers.
         const bool isFinite =
             data.nSamples < 2 ||
             std::all_of(fftAmplitudes.cbegin(), fftAmplitudes.cend(),
@@ -209,7 +209,7 @@ bool prepareInAFreshWindow(FuzzedWindow& window, const MemoryFile& file,
     return isPrepared;
 }
 
-void prepareBehindAGoodTarget(FuzzedWindow& window, const MemoryFile& file,
+void prepareAfterAValidTarget(FuzzedWindow& window, const MemoryFile& file,
                               const PlainReading& content, bool isUsable) {
     constexpr std::string_view fourSamples("RIFF\x28\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x9c\0\0"
                                            "\x40\x9c\0\0\1\0\x08\0data\4\0\0\0\x10\xc0\x40\xff",
@@ -220,15 +220,15 @@ void prepareBehindAGoodTarget(FuzzedWindow& window, const MemoryFile& file,
     require(window.prepare(earlierFile.path()), "a good target is accepted");
     window.checkPrepared(earlier);
     const Shown before = window.shown();
-    require(window.prepare(file.path()), "a file that is no target leaves the earlier in use");
-    require(window.isChosenInUse() == isUsable, "the earlier target stays where it has to");
+    require(window.prepare(file.path()), "an unusable file keeps the earlier target");
+    require(window.isChosenInUse() == isUsable, "the usable one of both targets is in use");
     if (isUsable)
         window.checkPrepared(content);
     else
         require(window.shown() == before, "the earlier target stays");
 }
 
-/// Messages of Qt about what it was asked to do are findings, as they are in the tests.
+/// Qt's warnings are findings, as they are in the tests.
 void endOnWarning(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
     require(type == QtDebugMsg || type == QtInfoMsg, qPrintable("Qt has no objection: " + text));
 }
@@ -237,7 +237,7 @@ FuzzedWindow& theWindow() {
     static int argumentCount = 1;
     static char name[] = "fuzz_preparation";
     static char* arguments[] = {name, nullptr};
-    // Neither is deleted: Qt objects to being destroyed after main().
+    // Neither is deleted: Qt warns when it is destroyed after main().
     static auto* const window = [] {
         new QApplication(argumentCount, arguments);
         return new FuzzedWindow;
@@ -247,7 +247,7 @@ FuzzedWindow& theWindow() {
 
 } // namespace
 
-// Qt's dialog would wait for a person; this definition takes its place.
+// Replaces Qt's dialog, which would wait for a person.
 QString QFileDialog::getOpenFileName(QWidget* /*parent*/, const QString& /*caption*/,
                                      const QString& /*dir*/, const QString& /*filter*/,
                                      QString* /*selectedFilter*/, Options /*options*/) {
@@ -256,7 +256,7 @@ QString QFileDialog::getOpenFileName(QWidget* /*parent*/, const QString& /*capti
 
 extern "C" int LLVMFuzzerInitialize(int* /*argumentCount*/, char*** /*arguments*/) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Neither the user's sound server nor a wait for one.
+    // Prevents connecting to a sound server, or waiting for one.
     qputenv("PULSE_SERVER", "unix:/dev/null");
     fuzzing::muteStreams();
     theWindow();
@@ -270,8 +270,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     file.replace(content);
     const PlainReading reading(content, maximumSampleCount);
     const bool isUsable = prepareInAFreshWindow(theWindow(), file, reading);
-    prepareBehindAGoodTarget(theWindow(), file, reading, isUsable);
-    // What is still held would have the whole memory searched for leaks after every input.
+    prepareAfterAValidTarget(theWindow(), file, reading, isUsable);
+    // Memory that is still allocated would start a search for leaks after every input.
     theWindow().startAfresh();
     QCoreApplication::sendPostedEvents();
     return 0;

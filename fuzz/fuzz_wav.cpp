@@ -1,9 +1,9 @@
 // Fuzzes the WAV class: loads, converts, prints and writes back files of arbitrary bytes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// An input is the content of a file. Besides crashes and errors of memory, findings are whatever
-// differs from a plain reading of the same bytes: header, data and samples after loading, after
-// conversions of a header that a caller has changed, and in the files written back.
+// An input is the content of a file. Findings are crashes, memory errors and every difference from
+// a plain reading of the same bytes: header, data and samples after loading, after conversions of a
+// header that a caller has changed, and in the files written back.
 #include "base/Numbers.h"
 #include "fuzz/Harness.h"
 #include "sound/CWav.h"
@@ -20,7 +20,7 @@ using testsupport::plainSamples;
 
 namespace {
 
-/// Printing more samples than this would test nothing new and take most of the time.
+/// Printing more samples would test nothing new and take most of the time.
 constexpr std::size_t maximumPrintedSamples = 2048;
 
 std::string headerImage(const CWav& wav) {
@@ -61,8 +61,8 @@ CWav loaded(const MemoryFile& file, const PlainReading& expected) {
     return wav;
 }
 
-/// What a file gives an object that holds another: where it ends within the header, the rest of
-/// that is the other's.
+/// The expected reading of a file into an object that holds another: a short header keeps the rest
+/// of the earlier one.
 PlainReading readingAfter(std::string_view earlier, std::string_view content) {
     std::string bytes(content);
     if (content.size() < testsupport::headerSize)
@@ -72,7 +72,7 @@ PlainReading readingAfter(std::string_view earlier, std::string_view content) {
     return reading;
 }
 
-/// A file that gives nothing leaves the samples of the one before.
+/// A file without data keeps the samples of the earlier one.
 void checkReuse(const MemoryFile& file, std::string_view content) {
     constexpr std::string_view twoSamples("RIFF\x28\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x9c\0\0"
                                           "\x80\x38\1\0\2\0\x10\0data\4\0\0\0\1\0\0\x40",
@@ -88,7 +88,7 @@ void checkReuse(const MemoryFile& file, std::string_view content) {
             "data are replaced or stay");
 }
 
-/// The samples that a caller's settings of the header give, however many were read.
+/// Checks the samples after a caller has changed the header.
 void checkConversion(CWav& wav, unsigned bitsPerSample, bool hasLimit) {
     wav.header.bitsPerSample = static_cast<std::uint16_t>(bitsPerSample);
     wav.ConvertData();
@@ -103,7 +103,7 @@ void checkConversion(CWav& wav, unsigned bitsPerSample, bool hasLimit) {
 void checkConversions(CWav wav) {
     for (const unsigned bits : {8U, 16U, 24U, 32U, 0U, 0xFFFFU})
         checkConversion(wav, bits, true);
-    // As many as there are bytes for, whatever the counts say.
+    // As many samples as the bytes hold, regardless of the counts.
     wav.numberOfSamples = std::numeric_limits<std::uint32_t>::max();
     const auto held = static_cast<std::uint32_t>(wav.rawData.size());
     for (const std::uint32_t dataSize : {held, held + 1, held / 2, 0xFFFFFFFFU}) {
@@ -114,7 +114,7 @@ void checkConversions(CWav wav) {
     }
 }
 
-/// Every copy is appended, and gives what a plain reading of the bytes so far gives.
+/// Every copy is appended, and reads like a plain reading of the bytes so far.
 void checkWritingBack(const CWav& wav, const PlainReading& original) {
     const std::string copy = original.header + original.data;
     const MemoryFile file;
@@ -133,12 +133,12 @@ void checkPrinting(const CWav& wav, const fuzzing::CountingBuffer& output) {
     constexpr std::size_t shortestHeaderText = std::size_t{12} * 30;
     const std::size_t before = output.count;
     wav.DisplayHeader();
-    const std::size_t behindHeader = output.count;
-    require(behindHeader >= before + shortestHeaderText, "twelve lines are printed");
+    const std::size_t countAfterHeader = output.count;
+    require(countAfterHeader >= before + shortestHeaderText, "twelve lines are printed");
     if (wav.samples.size() > maximumPrintedSamples)
         return;
     wav.DisplayData();
-    require(output.count >= behindHeader + 2 * wav.samples.size(), "every sample is printed");
+    require(output.count >= countAfterHeader + 2 * wav.samples.size(), "every sample is printed");
 }
 
 } // namespace

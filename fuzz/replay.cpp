@@ -6,7 +6,7 @@
 #include <iterator>
 #include <string>
 
-// What libFuzzer calls; the first is there only where something has to be set up.
+// The functions that libFuzzer calls; the first exists only in fuzzers that need a set-up.
 extern "C" int LLVMFuzzerInitialize(int* argumentCount, char*** arguments) __attribute__((weak));
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 

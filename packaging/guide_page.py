@@ -32,7 +32,7 @@ a {{ color: #14509d; }}
 {body}</body>
 </html>
 """
-# As packaging/CMakeLists.txt has them.
+# The same as in packaging/CMakeLists.txt.
 INSTALLED = re.compile(r"(guide|listener-card|sound-chain|technician)\.md(#.*)?")
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>", re.DOTALL)
 LINK = re.compile(r'<a href="([^"]*)">(.*?)</a>', re.DOTALL)

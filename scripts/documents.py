@@ -70,7 +70,7 @@ def dead_links(name):
 
 
 def other_versions():
-    """Returns which manual pages give another version than the program, and both versions."""
+    """Returns the manual pages whose version is not the program's, and both versions."""
     version = f"v{int(VERSION.search(read('CMakeLists.txt'))[1]):03}"
     for name in MANUAL_PAGES:
         found = PAGE_VERSION.search(read(name))

@@ -1,4 +1,4 @@
-# What this tree's commands share: the package lists, installing, configuring, building, testing.
+# Shared by this tree's commands: package lists, installing, configuring, building, testing.
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash disable=SC2034 # the arrays are for the commands
 
@@ -32,8 +32,8 @@ root=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }
 complain() { say "$@" >&2; }
 
-# need_packages NAME...: installs those that are missing. Where that cannot be done it says so and
-# returns 0 all the same: another system may have the same things under other names.
+# need_packages NAME...: installs those that are missing. If it cannot, it reports that and returns
+# 0: another system may have the same packages under other names.
 need_packages() {
     local missing=() name
     for name in "$@"; do
@@ -55,8 +55,8 @@ need_packages() {
     fi
     say "installing ${missing[*]} (this may take minutes)"
     update_package_lists
-    # Not a single package of the user's desktop may go: PulseAudio's server, for one, would push
-    # out PipeWire's.
+    # No package of the user's desktop may be removed: PulseAudio's server, for example, would
+    # replace PipeWire's.
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-remove \
         --no-install-recommends "${missing[@]}" </dev/null >/dev/null ||
         complain "could not install all of ${missing[*]}; going on with what is here"
@@ -70,12 +70,12 @@ update_package_lists() {
         complain "no fresh package lists to be had; trying the old ones"
 }
 
-# In CI, where nobody reads warnings, they are errors.
-on_in_ci() { if [[ ${CI:-} == true ]]; then printf ON; else printf OFF; fi; }
+# In CI warnings are errors, because no person reads them.
+on_if_ci() { if [[ ${CI:-} == true ]]; then printf ON; else printf OFF; fi; }
 
 # configure PRESET [CMAKE-ARGUMENT...]: one of CMakePresets.json.
 configure() {
-    cmake -S "$root" --preset "$1" -DPELLION_WARNINGS_AS_ERRORS="$(on_in_ci)" "${@:2}"
+    cmake -S "$root" --preset "$1" -DPELLION_WARNINGS_AS_ERRORS="$(on_if_ci)" "${@:2}"
 }
 
 # build DIRECTORY [TARGET...]: everything where no target is named.
@@ -85,7 +85,7 @@ build() {
     cmake --build "$root/$1" --parallel "$(nproc)" "${targets[@]}"
 }
 
-# Why a test may be skipped in CI: what a machine may lack, and what the sanitizers need themselves.
+# Accepted reasons for skipping a test in CI: what a machine may lack, and limits of the sanitizers.
 accepted_skips=(
     "This machine has no fused multiply-add."
     "This system has no huge pages to ask for."
@@ -95,8 +95,8 @@ accepted_skips=(
 )
 
 # run_tests DIRECTORY [CTEST-ARGUMENT...]: fails where a test does, in CI also where one is skipped
-# for a reason that is not accepted. One more at once than there are processors: most of their time
-# goes by in waiting for sounds.
+# for a reason that is not accepted. One job more than there are processors: most of the time is
+# waiting for sounds.
 run_tests() {
     local status=0 jobs=$(($(nproc) + 1))
     (cd -- "$root/$1" && ctest --output-on-failure -j"$jobs" --no-tests=error "${@:2}") || status=$?

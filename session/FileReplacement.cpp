@@ -14,8 +14,8 @@ namespace {
 
 constexpr QIODevice::OpenMode textMode = QIODevice::WriteOnly | QIODevice::Text;
 
-/// Whether a new file can be made beside a file and renamed over it. Anything
-/// but a regular file has to be written as it is: a device would be replaced by a file.
+/// Whether a new file can be made beside a file and renamed over it. Anything but a regular file
+/// has to be written in place: a device would be replaced by a file.
 bool canBeReplaced(const QFileInfo& file) {
     return (!file.exists() || file.isFile()) && QFileInfo(file.path()).isWritable();
 }

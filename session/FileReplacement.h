@@ -12,7 +12,7 @@ enum class FileReplacement {
 };
 
 /// Makes a file hold the given bytes. A file that exists stays as it was until the new one is
-/// complete, then the new one takes its place with its permissions. Where that cannot be (the
-/// folder takes no further file, or the path names a device), it is written in place, which an
-/// error leaves incomplete. A FIFO is not opened.
+/// complete, then the new one takes its place with its permissions. Where that is impossible (the
+/// folder takes no further file, or the path names a device), it is written in place, and an error
+/// leaves it incomplete. A FIFO is not opened.
 FileReplacement replaceFile(const QString& path, const QByteArray& bytes);

@@ -20,8 +20,8 @@ enum SessionType : int { Practice = 0, Experiment = 1 };
 
 void MainWindow::on_pushButtonPractice_clicked() {
     prepareSession(nRepetitionsPractice, Practice);
-    // A prepared practice locks the experiment out until it is over, a prepared experiment does
-    // not lock out practice: deliberate.
+    // A prepared practice disables "Experiment" until it is over; a prepared experiment does not
+    // disable "Practice": deliberate.
     pushButtonPractice->setEnabled(true);
     pushButtonExperiment->setEnabled(false);
     pushButtonGo->setEnabled(nFiles >= 1);
@@ -98,8 +98,8 @@ void MainWindow::on_pushButtonGo_clicked() {
 }
 
 void MainWindow::refreshMainWindow() {
-    // The listener may have closed the window while a sound was pending or playing: nothing may
-    // sound after the session, and nothing stale may reach the next.
+    // The listener may have closed the window while a sound was pending or playing: no sound may
+    // follow the session, and no stale event may reach the next.
     cancelPresentation();
     saveResultsAndAdvanceFileNumber();
     setEnabled(true);

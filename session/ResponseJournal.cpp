@@ -26,7 +26,7 @@ QString ending() {
     return QStringLiteral(".txt");
 }
 
-/// The names to try for a journal, should the first ones be taken.
+/// Returns the name to try for a journal at an attempt: the first ones may be taken.
 QString numbered(const QString& name, int attempt) {
     if (attempt == 1)
         return name;
@@ -34,7 +34,7 @@ QString numbered(const QString& name, int attempt) {
 }
 
 /// Replaces what some file system refuses in a name, and what hides a file.
-QString asPartOfAFileName(QString text) {
+QString sanitizedForFileName(QString text) {
     const QString refused = QStringLiteral("/\\:*?\"<>|");
     for (QChar& character : text) {
         if (!character.isPrint() || refused.contains(character))
@@ -104,11 +104,11 @@ void reportLeftoverJournals(const QString& folder) {
 }
 
 QString journalName(const QString& resultsFileName, const QDateTime& start) {
-    constexpr int longestPart = 60;
-    QString results = asPartOfAFileName(resultsFileName);
+    constexpr int maximumLength = 60;
+    QString results = sanitizedForFileName(resultsFileName);
     if (results.endsWith(ending()))
         results.chop(ending().size());
-    return results.left(longestPart) + start.toString(QStringLiteral("-yyyyMMdd-HHmmss")) +
+    return results.left(maximumLength) + start.toString(QStringLiteral("-yyyyMMdd-HHmmss")) +
            ending();
 }
 
@@ -121,7 +121,7 @@ void ResponseJournal::begin(const QString& resultsFileName, const QDateTime& sta
     name = journalName(resultsFileName, start);
     responses = 0;
     wholeLines = 0;
-    hasComplained = false;
+    hasReportedFailure = false;
 }
 
 void ResponseJournal::record(const QString& targetFileName,
@@ -132,10 +132,10 @@ void ResponseJournal::record(const QString& targetFileName,
     if (responses == 0)
         lines.prepend(resultsHeader());
     if (!open() || !append(lines.toLocal8Bit()))
-        return complain();
+        return reportFailure();
     responses = frequenciesMatched.size();
     if (!syncToDisk(file))
-        complain();
+        reportFailure();
 }
 
 void ResponseJournal::discard(const QString& resultsPath) {
@@ -144,7 +144,7 @@ void ResponseJournal::discard(const QString& resultsPath) {
         return;
     const std::optional<Identity> found = identityOf(path);
     const bool isResultsFile = found.has_value() && found == identityOf(resultsPath);
-    // Something else when the file has been replaced.
+    // False when another file has replaced the journal.
     const bool isJournal = found == identityOf(file.handle());
     file.close();
     if (isResultsFile)
@@ -205,8 +205,8 @@ bool ResponseJournal::append(const QByteArray& lines) {
     return false;
 }
 
-void ResponseJournal::complain() {
-    if (!hasComplained)
+void ResponseJournal::reportFailure() {
+    if (!hasReportedFailure)
         print("Responses cannot be kept in: ", path);
-    hasComplained = true;
+    hasReportedFailure = true;
 }

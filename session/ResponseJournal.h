@@ -22,7 +22,7 @@ QString journalName(const QString& resultsFileName, const QDateTime& start);
 
 /// A file in the format of the results file that grows with each response, so that the responses
 /// survive the end of the program, a failed results file, and a crash of the machine. The first
-/// problem of a session is reported by one line on standard error; nothing else follows from it.
+/// problem of a session is reported by one line on standard error and has no other effect.
 ///
 /// begin(), then record() with each response, then discard() or keep(); the destructor keeps.
 class ResponseJournal {
@@ -55,7 +55,7 @@ public:
 private:
     bool open();
     bool append(const QByteArray& lines);
-    void complain();
+    void reportFailure();
 
     QString folder;
     QString name;          ///< Empty between sessions.
@@ -63,5 +63,5 @@ private:
     QFile file;            ///< Open from the first response on; only its owner may read it.
     int responses = 0;     ///< Held by the file.
     qint64 wholeLines = 0; ///< Bytes of the file that are these responses.
-    bool hasComplained = false;
+    bool hasReportedFailure = false;
 };

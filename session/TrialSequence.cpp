@@ -10,8 +10,8 @@
 
 namespace {
 
-/// A seed from the system's random device, closed again at once. Where it cannot be opened the
-/// clock has to do: an order that could be guessed is better than a session that cannot be held.
+/// A seed from the system's random device, closed again at once. If it cannot be opened the clock
+/// is the seed: a predictable order is better than no session.
 std::uint32_t randomSeed() {
     try {
         std::random_device device("/dev/urandom");

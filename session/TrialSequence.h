@@ -23,6 +23,6 @@ template <typename Generator> void shuffleTrials(QVector<int>& trials, Generator
     }
 }
 
-/// Returns orderedTrials() in an order drawn afresh from the system's random device. It cannot be
-/// replayed.
+/// Returns orderedTrials() in an order seeded by the system's random device, which cannot be
+/// repeated.
 QVector<int> randomTrials(int nRepetitions, int nFiles);

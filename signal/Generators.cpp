@@ -18,7 +18,7 @@ QVector<double> whiteNoise(int nPoints) {
         return {};
     QVector<double> samples(nPoints);
     for (double& sample : samples)
-        sample = nextRandomNumber() / static_cast<double>(largestRandomNumber);
+        sample = nextRandomNumber() / static_cast<double>(maximumRandomNumber);
     return samples;
 }
 

@@ -9,8 +9,8 @@
 // order in which they are written and without contraction (-ffp-contract=off). Sines and cosines
 // are the C library's.
 //
-// Warnings (WarningReport.h) report and never stop anything: the routine goes on once the box is
-// closed or the line written. Vectors that memory cannot hold end in std::bad_alloc.
+// Warnings (WarningReport.h) never stop a routine: it continues once the box is closed or the line
+// written. Vectors that memory cannot hold end in std::bad_alloc.
 //
 //   Generators.cpp       whiteNoise, sine, sam
 //   Ramps.cpp            cosRamp, cos2Ramp, linearRamp
@@ -58,13 +58,13 @@ QVector<double> sam(double samplingRate, double durationSeconds, double carrierF
 
 // The ramps fade the first nPoints samples in and, as their mirror image, the last nPoints out.
 // For i = 0 .. nPoints - 1 sample i and then sample size - 1 - i are multiplied by the gain g(i),
-// so that the first and the last sample become 0 (or -0) and the gain stays below 1. What lies
-// between the ramps keeps its values.
+// so that the first and the last sample become 0 (or -0) and the gain stays below 1. Samples
+// between the ramps keep their values.
 //
 // A signal with less than 2 x nPoints samples is reported ("Vector size must be at least twice of
-// nPoints") and ramped all the same: samples in the overlap receive both gains, one that is its
-// own mirror image the same gain twice, and indices outside of the signal are passed over.
-// nPoints < 1 changes nothing.
+// nPoints") and still ramped: samples in the overlap receive both gains, one that is its own mirror
+// image the same gain twice, and indices outside of the signal are passed over. nPoints < 1 changes
+// nothing.
 //
 // Each ramp has a form that returns a ramped copy and one that ramps the caller's vector, which
 // must not be null. Both compute the same values.
@@ -85,26 +85,26 @@ QVector<double> linearRamp(QVector<double> signal, int nPoints);
 void linearRamp(QVector<double>* signal, int nPoints);
 
 /// Returns min + (next number of the thread's generator mod (max - min + 1)), a value from min to
-/// max inclusive with the slight bias of a plain remainder. The generator is not seeded: it goes on
-/// from its state.
+/// max inclusive with the slight bias of a plain remainder. The generator is not seeded: it
+/// continues from its state.
 ///
 /// max < min is reported ("min cannot be larger than max") and, other than in randomIntegers(),
 /// deliberately not corrected: the range is then negative and the remainder, whose sign is that of
 /// the number drawn, gives a value from min to min + (min - max - 2).
 ///
-/// The caller sees to it that max - min + 1 and the values that may come out fit an int, and that
-/// max is not min - 1, which would divide by zero.
+/// The caller ensures that max - min + 1 and the possible values fit an int, and that max is not
+/// min - 1, which would divide by zero.
 int randomInteger(int min, int max);
 
 /// Returns n values from min to max inclusive, each (next number of the thread's generator mod
 /// (max + 1 - min)) + min; empty for n < 1. min > max is reported ("min cannot be larger than max;
 /// force min = max"), then every value is max. After that, and for any n, the generator is seeded
 /// with the time in whole seconds: two calls in the same second return the same values,
-/// deliberately. Of a range of more than 2^31 values only the lower 2^31 come up.
+/// deliberately. Of a range of more than 2^31 values only the lower 2^31 occur.
 QVector<int> randomIntegers(int n, int min, int max);
 
 /// Returns the root of the mean of the squared samples, summed in index order; NaN for an empty
-/// vector. Integers are squared and summed exactly, in 64 bits; a sum beyond those, for which it
-/// takes 131072 samples of 24 bits at full scale, goes on in doubles.
+/// vector. Integers are squared and summed exactly, in 64 bits; a sum beyond those, which takes
+/// 131072 samples of 24 bits at full scale, continues in doubles.
 double rms(QVector<int> signal);
 double rms(QVector<double> signal);

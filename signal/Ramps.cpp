@@ -25,7 +25,7 @@ double linear(double position) {
 void ramp(QVector<double>& signal, int nPoints, Gain gain, int times) {
     if (signal.size() < 2 * qint64(nPoints))
         reportWarning(QStringLiteral("Vector size must be at least twice of nPoints"));
-    // Past the signal's one end, a ramp's mirror image is past the other one.
+    // A point beyond one end of the signal has its mirror image beyond the other end.
     const int within = std::min(nPoints, signal.size());
     if (within < 1)
         return;

@@ -10,12 +10,11 @@
 // chosen by the caller, repeat the numbers is part of the library's contract. The deprecation
 // warnings are switched off here, and everything else goes through these functions.
 //
-// Each thread has a generator of its own. Seeding one leaves the numbers of the others alone, and
-// a thread that has not been seeded draws as after seedRandomNumbers(1), whatever was done
-// elsewhere.
+// Each thread has a generator of its own. Seeding one does not affect the others, and a thread that
+// has not been seeded draws as after seedRandomNumbers(1), independently of other threads.
 
-/// The numbers lie from 0 to this.
-constexpr int largestRandomNumber = 2147483647;
+/// The numbers range from 0 to this.
+constexpr int maximumRandomNumber = 2147483647;
 
 /// Restarts the thread's numbers: the same seed gives the same ones.
 inline void seedRandomNumbers(uint seed) {

@@ -1,4 +1,4 @@
-// How the signal library reports calls with arguments that it warns of.
+// How the signal library reports calls with questionable arguments.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

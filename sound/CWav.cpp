@@ -80,7 +80,7 @@ void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) 
     std::size_t obtained = 0;
     while (hasRoom && obtained < wanted && file) {
         std::size_t block = std::min(wanted - obtained, bytesPerBlock);
-        if (bytes.capacity() > obtained) // the room there is first, before any more is asked for
+        if (bytes.capacity() > obtained) // fill the reserved room before growing
             block = std::min(block, bytes.capacity() - obtained);
         hasRoom = tryAllocating([&] { bytes.resize(obtained + block); });
         if (hasRoom) {
@@ -97,9 +97,9 @@ bool refuse(std::string_view problem, const std::filesystem::path& path) {
     return false;
 }
 
-/// Calls a function with a stream in its default format, whatever the program has set for
-/// std::cout, and prints the result to standard output.
-template <typename Function> void printPlainly(Function&& function) {
+/// Calls a function with a stream in its default format, independent of that of std::cout, and
+/// prints the result to standard output.
+template <typename Function> void printInDefaultFormat(Function&& function) {
     std::ostream output(std::cout.rdbuf());
     output.imbue(std::locale::classic());
     std::forward<Function>(function)(output);
@@ -209,7 +209,7 @@ std::uint16_t CWav::GetAudioFormat() const {
 }
 
 void CWav::DisplayHeader() const {
-    printPlainly([this](std::ostream& output) {
+    printInDefaultFormat([this](std::ostream& output) {
         output << "RIFF header                : " << textOf(header.riffIdentifier) << '\n'
                << "WAVE header                : " << textOf(header.format) << '\n'
                << "FMT                        : " << textOf(header.formatChunkIdentifier)
@@ -228,7 +228,7 @@ void CWav::DisplayHeader() const {
 }
 
 void CWav::DisplayData() const {
-    printPlainly([this](std::ostream& output) {
+    printInDefaultFormat([this](std::ostream& output) {
         for (const double sample : samples)
             output << sample << '\n';
     });

@@ -10,8 +10,8 @@
 #include <type_traits>
 #include <vector>
 
-/// The first 44 bytes of a canonical WAV file, field by field as they lie in the file. The numbers
-/// there are little-endian, and identifiers are four characters without a terminating zero.
+/// The first 44 bytes of a canonical WAV file, field by field in the order of the file. The numbers
+/// are little-endian, and identifiers are four characters without a terminating zero.
 struct WavHeader {
     std::array<char, 4> riffIdentifier;        ///< "RIFF", not checked
     std::uint32_t riffChunkSize;               ///< bytes of the file after this field
@@ -59,18 +59,18 @@ public:
     ///
     /// Returns whether it is a regular file whose header says WAVE, PCM and 8, 16 or 24 bits.
     /// A file that cannot be opened changes nothing here; any other overwrites the header as far as
-    /// it reaches, also when it is refused. The header of a file shorter than 44 bytes goes on with
-    /// what was there before. A file that ends before the data size counts as loaded, with the
-    /// bytes it has and no samples; a data size of 0 leaves data and samples as they were.
+    /// it reaches, also when it is refused. Where a file is shorter than 44 bytes, the rest of the
+    /// header keeps its earlier values. A file that ends before the data size counts as loaded,
+    /// with the bytes it has and no samples; a data size of 0 leaves data and samples as they were.
     bool LoadWav(std::string fileName);
 
-    /// Replaces the samples by what the data bytes give at the header's bits per sample; by nothing
-    /// when not exactly as many bytes were read as the header's data size says, or at other sizes
-    /// than 8, 16 and 24 bits, which are named on standard error.
+    /// Converts the data bytes at the header's bits per sample and replaces the samples. There are
+    /// none unless exactly the header's data size was read, nor at sizes other than 8, 16 and 24
+    /// bits, which are reported on standard error.
     void ConvertData();
 
     /// Appends the header and the data bytes, as they were read, to a file, which is created where
-    /// there is none. Returns false when it cannot be opened or is no regular file; errors while
+    /// there is none. Returns false if it cannot be opened or is not a regular file; errors while
     /// writing are not reported.
     bool WriteWav(std::string fileName) const;
 
@@ -96,7 +96,7 @@ public:
     double* samplePointer = nullptr; ///< first of `samples`, null if there are none
     std::vector<double> samples;     ///< full scale -1 to +1, channels interleaved
 
-    /// Files that declare more samples than this are not worth reading to the caller: they count as
+    /// The data of files that declare more samples than this are not read: such files count as
     /// files that end before their data.
     std::uint64_t maximumSamplesPerChannel = std::numeric_limits<std::uint32_t>::max();
 

@@ -69,7 +69,7 @@ void MainWindow::playOneSound() {
 }
 
 void MainWindow::startAudioOutput(const QVector<double>& samples, int length) {
-    // Still alive when a sound is asked for out of turn, or when the last one stopped with an
+    // Still alive when a sound is requested while another plays, or the last one stopped with an
     // error.
     releaseAudioOutput();
     audioBytes = std::make_unique<QByteArray>(soundBytes(samples, length));
@@ -97,8 +97,8 @@ void MainWindow::releaseAudioOutput() {
     audioOutput = nullptr;
 }
 
-/// Deletes at once what releaseAudioOutput() has put off. An output's destructor processes events,
-/// and would meet the deferred deletion of itself or of another output there.
+/// Deletes at once what releaseAudioOutput() has deferred. An output's destructor processes events,
+/// which would include the deferred deletion of itself or of another output.
 void MainWindow::deleteReleasedOutputs() {
     const auto outputs = findChildren<QAudioOutput*>(QString(), Qt::FindDirectChildrenOnly);
     for (QAudioOutput* output : outputs)
@@ -112,8 +112,8 @@ void MainWindow::handleStateChanged(QAudio::State audioState) {
             qWarning() << "Audio stopped unexpectedly";
     } else if (audioState == QAudio::IdleState) {
         if (audioOutput != nullptr &&
-            !isHeardWhole(audioBuffer->pos(), audioBytes->size(), audioClock.elapsed(),
-                          audioFormat.durationForBytes(audioBytes->size()) / 1000))
+            !isHeardCompletely(audioBuffer->pos(), audioBytes->size(), audioClock.elapsed(),
+                               audioFormat.durationForBytes(audioBytes->size()) / 1000))
             qWarning() << "Audio ended early";
         releaseAudioOutput();
         if (soundsPlayed == soundsPerPresentation)

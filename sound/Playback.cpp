@@ -44,6 +44,6 @@ PresentationPause presentationPause(double soundDuration, double silentInterval)
     return {milliseconds, milliseconds < coarseFrom ? Qt::PreciseTimer : Qt::CoarseTimer};
 }
 
-bool isHeardWhole(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs) {
+bool isHeardCompletely(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs) {
     return bytesHandedOver >= bytes && elapsedMs >= durationMs;
 }

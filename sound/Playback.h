@@ -26,7 +26,7 @@ QByteArray soundBytes(const QVector<double>& samples, int length);
 constexpr qint64 silenceAfterSound = 250000;
 
 /// Hands out the bytes of an array, and then `tailBytes` zero bytes, which the array does not hold.
-/// For one reading from start to end: going back does not bring the tail back.
+/// Can be read once from start to end: seeking back does not restore the tail.
 class TailedBuffer : public QBuffer {
 public:
     TailedBuffer(QByteArray* bytes, qint64 tailBytes) : QBuffer(bytes), tailLeft(tailBytes) {}
@@ -55,4 +55,4 @@ PresentationPause presentationPause(double soundDuration, double silentInterval)
 /// Returns whether the listener can have heard all of a sound when its output goes idle: it has
 /// been handed over to the last byte, and at least its duration has passed since the output was
 /// started. Otherwise the server ran out of samples, as on an overloaded computer.
-bool isHeardWhole(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs);
+bool isHeardCompletely(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs);

@@ -10,7 +10,7 @@ class RegularFile {
 public:
     enum class Purpose { Reading, Appending };
 
-    /// Appending makes a file that does not exist.
+    /// Appending creates a file that does not exist.
     RegularFile(const std::filesystem::path& name, Purpose purpose);
     ~RegularFile();
     RegularFile(const RegularFile&) = delete;

@@ -19,7 +19,7 @@ bool isPlayableCount(double count) {
     return count >= 1.0 && count <= maximumSampleCount;
 }
 
-/// About the bytes that preparing and playing a target take.
+/// The approximate number of bytes that preparing and playing a target take.
 qint64 bytesToPrepare(int samplesLoaded, int samplesPlayed) {
     constexpr auto bytesPerDouble = qint64(sizeof(double));
     const qint64 target = samplesLoaded * bytesPerDouble;

@@ -17,11 +17,10 @@ double durationSeconds(const CWav& wav);
 /// Returns whether a file can be prepared, shown and played as a target at the given sampling rate
 /// of the settings (Hz).
 ///
-/// It cannot when it has no channels, no sampling rate or no samples; when its number of samples,
-/// as loaded or as the duration shown in milliseconds with two decimals gives it again when
-/// a session starts, is below 1 or beyond what a vector holds (an output that gets nothing to
-/// play never reports that it is idle); or when there is no memory to prepare and
-/// play it.
+/// It cannot if it has no channels, no sampling rate or no samples, or if memory is lacking to
+/// prepare and play it. Nor can it if its number of samples is below 1 or beyond what a vector
+/// holds: as loaded, or as "Go" computes it from the duration shown in milliseconds with two
+/// decimals. (An output that gets nothing to play never reports that it is idle.)
 bool isUsableTarget(const CWav& wav, double samplingRate);
 
 /// Copies up to `count` (0 or more) samples of one channel into the beginning of `target`, which is

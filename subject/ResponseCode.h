@@ -1,4 +1,4 @@
-// What the listener's window and the main window say to each other.
+// The codes of the signals between the listener's window and the main window.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -151,17 +151,17 @@ void SubjectWindow::placeWidgets() {
 }
 
 void SubjectWindow::sizeWidgets() {
-    constexpr int lowestSpinBox = 200;
-    constexpr int narrowestSlider = 100;
-    constexpr int lowestDone = 100;
+    constexpr int minimumSpinBoxHeight = 200;
+    constexpr int minimumSliderWidth = 100;
+    constexpr int minimumDoneHeight = 100;
     for (QPushButton* button : {pushButtonPlayTarget, pushButtonPlaySinusoid, pushButtonIAmReady})
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     spinBoxFrequency->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    spinBoxFrequency->setMinimumHeight(lowestSpinBox);
+    spinBoxFrequency->setMinimumHeight(minimumSpinBoxHeight);
     spinBoxFrequency->setStyleSheet(spinBoxStyle());
-    sliderFrequency->setMinimumWidth(narrowestSlider);
+    sliderFrequency->setMinimumWidth(minimumSliderWidth);
     sliderFrequency->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-    pushButtonDone->setMinimumHeight(lowestDone);
+    pushButtonDone->setMinimumHeight(minimumDoneHeight);
     pushButtonDone->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     labelCurrentValue->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
 }
@@ -313,7 +313,7 @@ void SubjectWindow::closeEvent(QCloseEvent* event) {
 
 void SubjectWindow::hideEvent(QHideEvent* event) {
     QMainWindow::hideEvent(event);
-    // Not at once: the close event, or the mouse event of "Done", still needs the window.
+    // Queued: the close event, or the mouse event of "Done", still needs the window.
     QMetaObject::invokeMethod(this, &SubjectWindow::releaseHiddenWindow, Qt::QueuedConnection);
 }
 

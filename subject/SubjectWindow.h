@@ -61,8 +61,8 @@ public slots:
     void enableAllChoiceButtons();
 
     /// Takes over the frequencies that can be set, in Hz. They are not checked; the spin box and
-    /// the slider limit what they are given. (The names are those of the
-    /// meta-object; in the definition they would hide the members.)
+    /// the slider limit them. (The parameters have their names in the meta-object; in the
+    /// definition these would hide the members.)
     // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
     void receiveParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
                            int frequencyStepSize);
@@ -75,10 +75,10 @@ public slots:
     void on_pushButtonPlaySinusoid_clicked();
 
 protected:
-    /// Asks for confirmation; closing goes on only with Yes.
+    /// Asks for confirmation; only Yes closes the window.
     void closeEvent(QCloseEvent* event) override;
 
-    /// Has releaseHiddenWindow() called afterwards.
+    /// Queues a call of releaseHiddenWindow().
     void hideEvent(QHideEvent* event) override;
 
     void createWidgets();
@@ -95,7 +95,7 @@ protected:
     void unlock();
 
     /// Destroys the platform window and the backing store (4.4 MiB) of a hidden window: one window
-    /// stays for each session until the program ends. Showing it creates both anew. Must not be
+    /// stays for each session until the program ends. Showing it creates both again. Must not be
     /// called from within an event of the window system.
     void releaseHiddenWindow();
 
@@ -120,8 +120,8 @@ protected:
     // Colours, read by nothing: the style sheets name their own.
     std::array<int, 3> colourGrey = {240, 240, 240};
     std::array<int, 3> colourWhite = {255, 255, 255};
-    int colourLeast = 0;
-    int colourMost = 255;
+    int colourMinimum = 0;
+    int colourMaximum = 255;
 
     bool isCentered = true;
     double widthRatio = 0.7;  ///< Of the available screen.

@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr double leastDecibels = -200;
-constexpr double mostDecibels = 100;
+constexpr double minimumDecibels = -200;
+constexpr double maximumDecibels = 100;
 
 const QString makeCommand = QStringLiteral("make");
 const QString convertCommand = QStringLiteral("convert");
@@ -102,12 +102,12 @@ TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberRe
     recipe.modulationFrequency = values.number("modulation", 0.001, mostHertz);
     recipe.modulationDepth = values.number("depth", 0, 1);
     recipe.modulationPhaseDegrees = values.number("modulation-phase", -mostDegrees, mostDegrees);
-    recipe.seed = parser.isSet("seed") ? values.integer("seed", 0, largestRandomNumber)
-                                       : QRandomGenerator::system()->bounded(largestRandomNumber);
+    recipe.seed = parser.isSet("seed") ? values.integer("seed", 0, maximumRandomNumber)
+                                       : QRandomGenerator::system()->bounded(maximumRandomNumber);
     recipe.durationMs = values.number("duration", 0.001, mostMilliseconds);
     recipe.levelKind = parser.isSet("rms") ? LevelKind::Rms : LevelKind::Peak;
     recipe.levelDecibels =
-        values.number(parser.isSet("rms") ? "rms" : "peak", leastDecibels, mostDecibels);
+        values.number(parser.isSet("rms") ? "rms" : "peak", minimumDecibels, maximumDecibels);
     constexpr RampKind ramps[] = {RampKind::None, RampKind::Cosine, RampKind::CosineSquared,
                                   RampKind::Linear};
     recipe.rampKind = ramps[values.choice("ramp", {"none", "cos", "cos2", "linear"})];
@@ -164,7 +164,7 @@ Request convertRequest(const QCommandLineParser& parser) {
     if (words.size() != 3 || words[1].isEmpty() || words[2].isEmpty())
         return UsageError{QStringLiteral("convert takes the names of two files")};
     NumberReader values(parser);
-    const double gain = values.number("gain", leastDecibels, mostDecibels);
+    const double gain = values.number("gain", minimumDecibels, maximumDecibels);
     if (!values.problem().isEmpty())
         return UsageError{values.problem()};
     return ConvertRequest{words[1], gain, words[2], existingFile(parser)};
@@ -204,7 +204,7 @@ Request parseCommandLine(const QStringList& arguments) {
         return *text;
     if (const auto* error = std::get_if<UsageError>(&parsed))
         return *error;
-    const QString& command = std::get<QString>(parsed);
+    const auto& command = std::get<QString>(parsed);
     if (command == makeCommand)
         return makeRequest(parser);
     if (command == convertCommand)

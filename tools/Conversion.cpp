@@ -95,13 +95,13 @@ void encode(Conversion& conversion, int bitsPerSample) {
     TargetRecipe format;
     format.bitsPerSample = bitsPerSample;
     const auto lowest = std::count(conversion.samples.cbegin(), conversion.samples.cend(), -1.0);
-    const bool isLowestCodeUsed = bitsPerSample != 24;
-    if (lowest > 0 && !isLowestCodeUsed)
+    const bool isMinimumCodeUsed = bitsPerSample != 24;
+    if (lowest > 0 && !isMinimumCodeUsed)
         conversion.steps << QStringLiteral("lowest code of 24 bits, which Pellion reads as +1, "
                                            "raised by one step: %1 times")
                                 .arg(lowest);
     conversion.wav = encodedTarget(conversion.samples, format,
-                                   isLowestCodeUsed ? LowestCode::Used : LowestCode::Avoided);
+                                   isMinimumCodeUsed ? MinimumCode::Used : MinimumCode::Avoided);
 }
 
 } // namespace

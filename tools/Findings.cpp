@@ -95,7 +95,7 @@ void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
              .arg(samples - played)});
 }
 
-void judgeLowestCodes(Inspection& inspection) {
+void judgeMinimumCodes(Inspection& inspection) {
     const qint64 count = lowestCodesOf24Bits(inspection.intended);
     if (count == 0)
         return;
@@ -124,7 +124,7 @@ void judgeSound(Inspection& inspection) {
         inspection.notes << QStringLiteral("It is silent.");
     judgeChannels(inspection, header.numberOfChannels);
     judgeRate(inspection, samples, header.samplingRate);
-    judgeLowestCodes(inspection);
+    judgeMinimumCodes(inspection);
     judgeLength(inspection, samples, header.samplingRate);
     if (inspection.findings.isEmpty() && !isReadAlike(inspection))
         inspection.findings.append(

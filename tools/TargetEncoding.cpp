@@ -35,10 +35,10 @@ WavHeader headerOf(const TargetRecipe& recipe, quint32 dataSize) {
     return header;
 }
 
-int codeOf(double sample, int bitsPerSample, LowestCode lowest) {
+int codeOf(double sample, int bitsPerSample, MinimumCode minimumCode) {
     const double scale = std::ldexp(1.0, bitsPerSample - 1);
-    const double least = lowest == LowestCode::Used ? -scale : 1 - scale;
-    const double code = std::clamp(std::round(sample * scale), least, scale - 1);
+    const double minimum = minimumCode == MinimumCode::Used ? -scale : 1 - scale;
+    const double code = std::clamp(std::round(sample * scale), minimum, scale - 1);
     constexpr int zeroAt8Bits = 128;
     return static_cast<int>(code) + (bitsPerSample == bitsPerByte ? zeroAt8Bits : 0);
 }
@@ -53,13 +53,14 @@ std::optional<ClippedSample> firstClippedSample(const QVector<double>& samples) 
     return ClippedSample{static_cast<int>(clipped - samples.cbegin()), *clipped};
 }
 
-CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe, LowestCode lowest) {
+CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe,
+                   MinimumCode minimumCode) {
     CWav wav;
     const auto sampleCount = static_cast<std::size_t>(samples.size() * qint64(recipe.channelCount));
     const auto bytesPerSample = static_cast<std::size_t>(recipe.bitsPerSample / bitsPerByte);
     wav.rawData.reserve(sampleCount * bytesPerSample);
     for (const double sample : samples) {
-        const auto code = static_cast<unsigned>(codeOf(sample, recipe.bitsPerSample, lowest));
+        const auto code = static_cast<unsigned>(codeOf(sample, recipe.bitsPerSample, minimumCode));
         for (int channel = 0; channel < recipe.channelCount; ++channel)
             for (int shift = 0; shift < recipe.bitsPerSample; shift += bitsPerByte)
                 wav.rawData.push_back(static_cast<char>((code >> unsigned(shift)) & 0xFFU));

@@ -17,7 +17,7 @@ struct ClippedSample {
 std::optional<ClippedSample> firstClippedSample(const QVector<double>& samples);
 
 /// Whether the code of -1 is written where a sample is -1.
-enum class LowestCode { Avoided, Used };
+enum class MinimumCode { Avoided, Used };
 
 /// Returns a canonical WAV file of the recipe's rate, bits and channels, each channel of which
 /// holds the samples. Its samples are not converted back.
@@ -27,4 +27,4 @@ enum class LowestCode { Avoided, Used };
 /// negative of that, unless the lowest code may be used, which the program reads as +1 at 24 bits:
 /// +1 and -1 are thus one step within full scale.
 CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe,
-                   LowestCode lowest = LowestCode::Avoided);
+                   MinimumCode minimumCode = MinimumCode::Avoided);

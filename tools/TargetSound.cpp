@@ -42,7 +42,7 @@ QVector<double> centredNoise(int count, int seed) {
     seedRandomNumbers(static_cast<uint>(seed));
     QVector<double> noise(count);
     for (double& sample : noise)
-        sample = nextRandomNumber() / static_cast<double>(largestRandomNumber);
+        sample = nextRandomNumber() / static_cast<double>(maximumRandomNumber);
     const double mean = std::accumulate(noise.cbegin(), noise.cend(), 0.0) / noise.size();
     for (double& sample : noise)
         sample -= mean;

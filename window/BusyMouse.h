@@ -8,13 +8,13 @@
 #include <QTimer>
 #include <QWidget>
 
-/// Shows the wait cursor while it lives and until what has changed by then is on the screen:
+/// Shows the wait cursor while it lives and until the changes made by then are on the screen:
 /// minutes of sound take the charts seconds to draw.
 class WaitCursor {
 public:
     WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
     ~WaitCursor() {
-        // Drawing waits among the events; a timer comes when these have been handled.
+        // Painting is queued as events; the timer fires after them.
         QTimer::singleShot(0, qApp, [] { QApplication::restoreOverrideCursor(); });
     }
     WaitCursor(const WaitCursor&) = delete;
@@ -24,9 +24,9 @@ public:
 };
 
 /// Discards presses of the mouse that were made on a disabled widget while the program was busy.
-/// They wait in the queue of the window system until the widget may have been enabled.
+/// The window system may deliver them only after the widget has been enabled.
 ///
-/// They are known by their time: X servers and Wayland compositors on the same computer stamp input
+/// Their time identifies them: X servers and Wayland compositors on the same computer stamp input
 /// with the monotonic clock in milliseconds. Where another clock is used, nothing is discarded.
 class StaleClicks : public QObject {
 public:

@@ -30,9 +30,8 @@ void placeOnPrimaryScreen(QWidget& window, bool center, double widthFraction,
                           double heightFraction);
 
 /// Gives a window that was closed by its frame a platform window again; to be called before its
-/// QWindow is deleted. Closing by the frame destroys the platform window, and without one a QWindow
-/// that is deleted stays what Qt 5.15 takes for the window under the mouse: the next modal dialog
-/// crashes.
+/// QWindow is deleted. Closing by the frame destroys the platform window. Qt 5.15 then keeps a
+/// deleted QWindow as the window under the mouse, and the next modal dialog crashes.
 inline void restorePlatformWindow(const QWidget& window) {
     QWindow* const handle = window.windowHandle();
     if (handle != nullptr && handle->handle() == nullptr)

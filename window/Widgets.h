@@ -18,7 +18,7 @@ Widget* named(const char* memberName, Arguments&&... arguments) {
     return widget;
 }
 
-/// Sets what screen readers say of a widget: its name and what it is for.
+/// Sets the texts of a widget for screen readers: its name and its purpose.
 inline void describe(QWidget* widget, const QString& name, const QString& description) {
     widget->setAccessibleName(name);
     widget->setAccessibleDescription(description);
@@ -34,7 +34,7 @@ inline void setTabOrder(std::initializer_list<QWidget*> widgets) {
     }
 }
 
-/// Deletes an object and forgets it.
+/// Deletes an object and sets its pointer to null.
 template <typename Object> void deleteAndForget(Object*& object) {
     delete object;
     object = nullptr;

@@ -14,7 +14,7 @@ import shlex
 from clang.cindex import Cursor, CursorKind, Diagnostic, Index, TranslationUnitLoadError
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-# Everything else that is compiled is the product.
+# All other compiled folders are the product.
 NOT_PRODUCT = re.compile(r"\.|build|(bench|demo|examples|fuzz|tests)/")
 WRITTEN_BY_HAND = "tests/mutants.txt"
 ENCODING = "latin-1"  # one character for each byte, as clang counts
@@ -42,7 +42,7 @@ PARENTHESIS_OR_TEXT = re.compile(r'R"\(.*?\)"|"(?:\\.|[^"\\])*"|' r"'(?:\\.|[^'\
 
 
 class Problem(Exception):
-    """What stops the whole run, in words for the person who started it."""
+    """An error that stops the whole run, as a text for the user."""
 
 
 @dataclasses.dataclass(frozen=True, order=True)
@@ -75,7 +75,7 @@ class Mutant:
 
 
 class Source:
-    """The text of a file, and what lies where in it."""
+    """The text of a file and the positions in it."""
 
     def __init__(self, file):
         self.file = file
@@ -147,7 +147,7 @@ class Finder:
                     self.statements.add((start, end))
 
     def negate_condition(self, condition):
-        """Where another operator does not do the same: "<" becomes ">=" anyway, and "!" nothing."""
+        """Only where no other operator does the same: "<" becomes ">=", "!" is left out."""
         children = list(condition.get_children())
         is_relation = len(children) == 2 and self.operator_between(*children)[0] in RELATIONAL
         text = self.source.text_of(condition)
@@ -348,7 +348,7 @@ def read_product():
 
 
 def read_written_mutants(product):
-    """Returns the mutants written by hand, and what is wrong with those that do not fit."""
+    """Returns the mutants written by hand, and the problems of those that do not fit."""
     mutants, problems = [], []
     text = (ROOT / WRITTEN_BY_HAND).read_text(encoding="utf-8")
     text = re.sub("^#.*\n", "", text, flags=re.MULTILINE)
@@ -370,7 +370,7 @@ def read_written_mutants(product):
 
 
 def places_in_scopes(product, file, scope, snippet):
-    """Returns begin and end of each occurrence, wherever its lines are broken."""
+    """Returns begin and end of each occurrence, regardless of line breaks."""
     if file not in product:
         return set()
     text = (ROOT / file).read_text(encoding=ENCODING)

@@ -13,20 +13,20 @@ import time
 from mutation.mutants import ENCODING, ROOT, Problem
 
 WORK_FOLDER = ROOT / "build-mutants"
-# Where each copy finds itself, so that what has been built for one is good for the others.
+# The path of every copy in its sandbox, so that the compiler cache serves all copies.
 PLACE = WORK_FOLDER / "copy"
-# With a table of processes of its own, so that no compiler goes on after an interruption.
+# With a separate process namespace, so that no compiler continues after an interruption.
 BUILDING = shlex.split("bwrap --die-with-parent --unshare-pid --bind / / --dev-bind /dev /dev "
                        "--proc /proc")
-# A mutant may write anywhere, and leave processes behind: here it has only /tmp and its copy to
-# write to, and no network.
+# A mutant may write anywhere and leave processes: here it can write only to /tmp and its copy, and
+# has no network.
 TESTING = shlex.split("bwrap --die-with-parent --unshare-pid --unshare-ipc --unshare-net "
                       "--ro-bind / / --dev /dev --proc /proc --perms 1777 --tmpfs /tmp")
 FUNCTION_LIMIT_SECONDS = 60
 FIXTURE_FUNCTIONS = {"init", "cleanup", "initTestCase", "cleanupTestCase"}
-# Where they are not named like the product's.
+# Those whose names differ from the product's.
 TEST_FOLDERS = {"base": "app", "window": "app", "xResources": "fft"}
-# The tools are programs of their own: no other test runs what is in tools/.
+# The tools are programs of their own: no other test runs the code of tools/.
 RELEVANT_TESTS = {"tools": "_tool|example_targets|try_kills|analysis"}
 PROGRAMS = ["pellion", "pellion-session", "pellion-target"]
 
@@ -57,7 +57,7 @@ class Test:
         command = ["env", *self.properties.get("ENVIRONMENT", []), *self.command]
         if self.is_qt_test:
             command += ["-v1", *functions]
-        # Qt ends a function that hangs; a machine that is busy must not be taken for a mutant.
+        # Qt ends a function that hangs; a busy machine must not count as a caught mutant.
         limit = int(60 + 10 * self.seconds) if self.seconds else 300
         judge = f"[[ $? == 0 || $? == {self.properties.get('SKIP_RETURN_CODE', 0)} ]]"
         for expression in self.properties.get("PASS_REGULAR_EXPRESSION", []):
@@ -71,7 +71,7 @@ class Test:
 
 @dataclasses.dataclass
 class Run:
-    """What a test said."""
+    """The result of a test."""
 
     test: Test
     passed: bool
@@ -83,8 +83,8 @@ class Run:
 
 
 def failed_functions(log, has_ended_well):
-    """The functions of a Qt test that failed. Where it ended without a word about the function that
-    was under way, that one has failed."""
+    """The functions of a Qt test that failed. If it ended without a result of the running function,
+    that one has failed."""
     failed, under_way = [], ""
     for word, function in re.findall(r"^([A-Z!]+) *: (\w+::\w+)\(", log, re.MULTILINE):
         if word in ("FAIL!", "XPASS", "QFATAL") and function not in failed:
@@ -226,7 +226,7 @@ class Copy:
                     return "does not compile", [], []
                 if self.digest_objects() == self.original_digests:
                     return "same code", [], []
-                self.run_until_sure(tests, stops, confirmed, doubtful)
+                self.run_and_confirm(tests, stops, confirmed, doubtful)
         finally:
             path.write_text(original, encoding=ENCODING)
         return "caught" if confirmed else "survived", confirmed, doubtful
@@ -250,7 +250,7 @@ class Copy:
         command = ["cmake", "--build", PLACE / "build", "--target", *PROGRAMS, *sorted(programs)]
         return self.call(BUILDING, command).returncode == 0
 
-    def run_until_sure(self, tests, stops, confirmed, doubtful):
+    def run_and_confirm(self, tests, stops, confirmed, doubtful):
         """Runs tests; adds those that failed twice to the first list, else to the second."""
         while tests and not (confirmed and stops):
             runs = self.run(tests, stops=stops)

@@ -1,4 +1,4 @@
-// Both windows as they are used without a mouse or without eyes.
+// Both windows used by the keyboard alone or with a screen reader.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Returns the widgets that a person works with or reads, not the parts that they are made of.
+/// Returns the widgets that a person uses or reads, without their internal child widgets.
 QList<QWidget*> controlsOf(QWidget& window) {
     QList<QWidget*> controls;
     for (QWidget* widget : window.findChildren<QWidget*>()) {
@@ -34,7 +34,7 @@ QString textOf(QWidget* widget, QAccessible::Text kind) {
     return QAccessible::queryAccessibleInterface(widget)->text(kind);
 }
 
-/// Presses the tab key until it has gone round; returns the object names of what it reached.
+/// Presses the tab key for one full cycle; returns the object names of the widgets reached.
 QStringList tabbedThrough(QWidget& window, QWidget* first) {
     for (QWidget* control : controlsOf(window)) {
         control->setEnabled(true);
@@ -52,8 +52,8 @@ QStringList tabbedThrough(QWidget& window, QWidget* first) {
     return names;
 }
 
-/// Returns the labels and buttons of a window on a screen of 1366 x 768 that have less room than
-/// their text takes, and those of which a part lies outside of the window.
+/// Returns the labels and buttons of a window on a screen of 1366 x 768 that are smaller than their
+/// text, and those that are partly outside of the window.
 QStringList cutOffTexts(QWidget& window) {
     window.show();
     window.resize(1092, 691); // the part of the screen that both windows take
@@ -95,7 +95,7 @@ void compareBuddies(QWidget& window, const QMap<QString, QString>& expected) {
 
 } // namespace
 
-void TestAccess::mainWindowsControlsHaveNamesAndDescriptions() {
+void TestAccess::controlsOfTheMainWindowHaveNamesAndDescriptions() {
     MainWindow& window = fixture->window();
     compareNames(window, {{"chartViewFFT", "Amplitude Spectrum"},
                           {"chartViewTrend", "Response Trend"},
@@ -117,7 +117,7 @@ void TestAccess::mainWindowsControlsHaveNamesAndDescriptions() {
                           {"spinBoxFileNumber", "File number"}});
 }
 
-void TestAccess::mainWindowsLabelsNameTheirFields() {
+void TestAccess::labelsOfTheMainWindowNameTheirFields() {
     MainWindow& window = fixture->window();
     compareBuddies(window, {{"WAV filepath", "lineEditWavFilePath"},
                             {"WAV filename", "lineEditWavFileName"},
@@ -131,7 +131,7 @@ void TestAccess::mainWindowsLabelsNameTheirFields() {
                             {"Frequency matched (Hz)", "lineEditFrequencyMatched"}});
 }
 
-void TestAccess::tabKeyGoesThroughTheMainWindowAsTheEyeDoes() {
+void TestAccess::tabOrderOfTheMainWindowFollowsTheLayout() {
     fixture->session();
     MainWindow& window = fixture->window();
     QVERIFY(QTest::qWaitForWindowActive(&window));
@@ -146,7 +146,7 @@ void TestAccess::tabKeyGoesThroughTheMainWindowAsTheEyeDoes() {
                      "chartViewFFT", "chartViewTrend"}));
 }
 
-void TestAccess::subjectWindowsControlsHaveNamesAndDescriptions() {
+void TestAccess::controlsOfTheSubjectWindowHaveNamesAndDescriptions() {
     SubjectWindow window;
     compareNames(window, {{"pushButtonDone", "Done"},
                           {"pushButtonIAmReady", "I am ready"},
@@ -157,7 +157,7 @@ void TestAccess::subjectWindowsControlsHaveNamesAndDescriptions() {
     compareBuddies(window, {{"Current Value", "spinBoxFrequency"}});
 }
 
-void TestAccess::tabKeyGoesThroughTheSubjectWindowAsTheEyeDoes() {
+void TestAccess::tabOrderOfTheSubjectWindowFollowsTheLayout() {
     SubjectWindow window;
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
@@ -167,13 +167,13 @@ void TestAccess::tabKeyGoesThroughTheSubjectWindowAsTheEyeDoes() {
                           "pushButtonPlaySinusoid", "sliderFrequency", "pushButtonDone"}));
 }
 
-void TestAccess::textsHaveTheRoomTheyTake_data() {
+void TestAccess::textsFitAtEveryTextSize_data() {
     QTest::addColumn<int>("percent");
     for (const int percent : {100, 150, 200})
         QTest::newRow(QByteArray::number(percent) + " %") << percent;
 }
 
-void TestAccess::textsHaveTheRoomTheyTake() {
+void TestAccess::textsFitAtEveryTextSize() {
     QFETCH(int, percent);
     const QFont usual = QApplication::font();
     QFont scaled = usual;
@@ -187,7 +187,7 @@ void TestAccess::textsHaveTheRoomTheyTake() {
     QApplication::setFont(usual);
     QCOMPARE(cutOffInMain, QStringList());
     QCOMPARE(cutOffInSubject, QStringList());
-    // The writing was really enlarged.
+    // The text size was really changed.
     const int usualHeight = QFontMetrics(usual).height();
     QVERIFY(std::abs(textHeight - usualHeight * percent / 100) <= 2);
 }

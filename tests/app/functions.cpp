@@ -11,10 +11,10 @@
 #include <limits>
 
 namespace {
-constexpr int leastInt = std::numeric_limits<int>::min();
-constexpr int mostInt = std::numeric_limits<int>::max();
+constexpr int minimumInt = std::numeric_limits<int>::min();
+constexpr int maximumInt = std::numeric_limits<int>::max();
 // A vector's bytes and the 24 of its header fit an int.
-constexpr int mostInVector = 268435452;
+constexpr int maximumInVector = 268435452;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 } // namespace
@@ -69,7 +69,7 @@ void TestAppFunctions::hertzHaveSixSignificantDigits() {
     QTEST(hertzText(hertz), "text");
 }
 
-void TestAppFunctions::textsKeepThePointWhereOthersWriteAComma() {
+void TestAppFunctions::textsKeepTheDecimalPointInEveryLocale() {
     const QLocale earlier;
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     const QString milliseconds = millisecondsText(1.2345);
@@ -86,14 +86,14 @@ void TestAppFunctions::conversionsToIntAreLimited_data() {
     QTest::addColumn<int>("converted");
     QTest::newRow("fraction dropped") << 819.9999 << 819;
     QTest::newRow("negative towards zero") << -1.9 << -1;
-    QTest::newRow("largest") << 2147483647.0 << mostInt;
-    QTest::newRow("just within") << 2147483646.9 << mostInt - 1;
-    QTest::newRow("too large") << 2147483648.0 << mostInt;
-    QTest::newRow("much too large") << 1e300 << mostInt;
-    QTest::newRow("smallest") << -2147483648.0 << leastInt;
-    QTest::newRow("too small") << -2147483649.0 << leastInt;
-    QTest::newRow("infinite") << infinity << mostInt;
-    QTest::newRow("infinitely small") << -infinity << leastInt;
+    QTest::newRow("largest") << 2147483647.0 << maximumInt;
+    QTest::newRow("just within") << 2147483646.9 << maximumInt - 1;
+    QTest::newRow("too large") << 2147483648.0 << maximumInt;
+    QTest::newRow("much too large") << 1e300 << maximumInt;
+    QTest::newRow("smallest") << -2147483648.0 << minimumInt;
+    QTest::newRow("too small") << -2147483649.0 << minimumInt;
+    QTest::newRow("infinite") << infinity << maximumInt;
+    QTest::newRow("minus infinity") << -infinity << minimumInt;
     QTest::newRow("not a number") << notANumber << 0;
 }
 
@@ -108,17 +108,17 @@ void TestAppFunctions::samplesOfADurationAreRoundedDown_data() {
     QTest::addColumn<int>("count");
     QTest::newRow("default") << 0.25 << 40000.0 << 10000;
     QTest::newRow("short sound") << 0.1 << 40000.0 << 4000;
-    // 0.043 is a little less than it looks, and so is its product.
+    // The double nearest to 0.043 is below 0.043, so the product is below 1720.
     QTest::newRow("the last sample lost") << 0.043 << 40000.0 << 1719;
     QTest::newRow("fraction of a sample") << 0.99 << 1.0 << 0;
     QTest::newRow("below zero") << -0.5 << 40000.0 << 0;
     QTest::newRow("no duration") << 0.0 << 40000.0 << 0;
     QTest::newRow("no rate") << 0.25 << 0.0 << 0;
-    QTest::newRow("as many as a vector holds") << 268435452.0 << 1.0 << mostInVector;
-    QTest::newRow("one more") << 268435453.0 << 1.0 << mostInVector;
-    QTest::newRow("beyond an int") << 1e6 << 40000.0 << mostInVector;
-    QTest::newRow("infinite rate") << 0.25 << infinity << mostInVector;
-    QTest::newRow("nothing of the infinite") << 0.0 << infinity << 0;
+    QTest::newRow("as many as a vector holds") << 268435452.0 << 1.0 << maximumInVector;
+    QTest::newRow("one more") << 268435453.0 << 1.0 << maximumInVector;
+    QTest::newRow("beyond an int") << 1e6 << 40000.0 << maximumInVector;
+    QTest::newRow("infinite rate") << 0.25 << infinity << maximumInVector;
+    QTest::newRow("no duration, infinite rate") << 0.0 << infinity << 0;
     QTest::newRow("no number") << notANumber << 40000.0 << 0;
 }
 
@@ -150,7 +150,7 @@ void TestAppFunctions::windowIsPlacedOnTheAvailableScreen_data() {
         << screen << anywhere << true << 1.5 << 1e300 << QRect(0, 0, 1920, 1080);
     QTest::newRow("each fraction on its own")
         << screen << anywhere << true << 2.0 << 0.5 << QRect(0, 270, 1920, 540);
-    QTest::newRow("no fractions at all")
+    QTest::newRow("both fractions 0")
         << screen << anywhere << true << notANumber << notANumber << QRect(960, 540, 0, 0);
     QTest::newRow("stays where it is")
         << screen << anywhere << false << 0.5 << 0.25 << QRect(700, 300, 960, 270);

@@ -45,7 +45,7 @@ void TestMainWindowLayout::placementIsFourFifthsByNineTenthsCentered() {
                    size.width(), size.height()));
 }
 
-void TestMainWindowLayout::controlsLieInTheirRows() {
+void TestMainWindowLayout::controlsAreInTheirRows() {
     const QStringList rows[] = {
         {"labelSoundFileInformation"},
         {"labelWavFilePath", "lineEditWavFilePath"},
@@ -71,7 +71,7 @@ void TestMainWindowLayout::controlsLieInTheirRows() {
     }
 }
 
-void TestMainWindowLayout::controlsAndChartsStandSideBySide() {
+void TestMainWindowLayout::controlsAndChartsAreSideBySide() {
     const QGridLayout& outer = *window->layoutOuter;
     QCOMPARE(outer.count(), 2);
     QCOMPARE(cellOf(outer, window->layoutControls), QRect(0, 0, 1, 1));
@@ -92,7 +92,7 @@ void TestMainWindowLayout::elevenRowsAndThreeGridsAreAllInUse() {
         QVERIFY(grids.contains(grid));
 }
 
-void TestMainWindowLayout::headingIsCenteredLowAndAtLeast100Wide() {
+void TestMainWindowLayout::headingIsCenteredWithFixedHeightAndMinimumWidth100() {
     const auto* heading = find<QLabel>(*window, "labelSoundFileInformation");
     QCOMPARE(heading->alignment() & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
     QCOMPARE(heading->sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
@@ -100,7 +100,7 @@ void TestMainWindowLayout::headingIsCenteredLowAndAtLeast100Wide() {
     QCOMPARE(heading->minimumWidth(), 100);
 }
 
-void TestMainWindowLayout::fileNumberTakesTheWidthThatIsLeft() {
+void TestMainWindowLayout::fileNumberTakesTheRemainingWidth() {
     const auto* fileNumber = window->spinBoxFileNumber;
     QCOMPARE(fileNumber->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
     QCOMPARE(fileNumber->sizePolicy().verticalPolicy(), QSizePolicy::Fixed);

@@ -25,16 +25,16 @@ using testsupport::ManagedWindow;
 
 namespace {
 
-/// The program in a process of its own, called by another name than its own so that whatever it
-/// calls itself comes from its code.
+/// The program in a process of its own, started under another file name, so that the name that it
+/// uses comes from its code.
 class RunningProgram {
 public:
     explicit RunningProgram(const QProcessEnvironment& environment) {
         const QString alias = folder.filePath(QStringLiteral("alias"));
         QFile::link(QStringLiteral(PELLION_PROGRAM), alias);
         process.setProcessEnvironment(environment);
-        // The window manager may take its time to forget a window of an earlier test.
-        if (!QTest::qWaitFor([] { return testsupport::managedWindows().isEmpty(); }, patienceMs))
+        // The window manager may still list a window of an earlier test.
+        if (!QTest::qWaitFor([] { return testsupport::managedWindows().isEmpty(); }, timeoutMs))
             qWarning("a window of an earlier test is still managed");
         process.start(alias, QStringList());
     }
@@ -54,7 +54,7 @@ public:
                 opened = testsupport::managedWindows();
                 return opened.size() == 1 && !opened.first().title.isEmpty();
             },
-            patienceMs);
+            timeoutMs);
         return opened.size() == 1 ? opened.first() : ManagedWindow();
     }
 
@@ -66,7 +66,7 @@ public:
     QProcess process;
 
 private:
-    static constexpr int patienceMs = 20000;
+    static constexpr int timeoutMs = 20000;
     QTemporaryDir folder;
 };
 
@@ -78,7 +78,7 @@ void TestMainWindowLife::openingAndDestroyingWritesNothingOnTheLog() {
     QCOMPARE(fixture->log.all(), QStringList());
 }
 
-void TestMainWindowLife::destructorLeavesNothingBehind() {
+void TestMainWindowLife::destructorDeletesEverything() {
     const QWidgetList before = QApplication::allWidgets();
     const InspectedMainWindow& window = fixture->window();
     QVector<QPointer<QObject>> parts{
@@ -124,14 +124,14 @@ void TestMainWindowLife::destructorDeletesTheChartsInTheirOrder() {
     QCOMPARE(deleted, expected);
 }
 
-void TestMainWindowLife::programLoadsNoDriverThatItDoesNotDrawWith_data() {
+void TestMainWindowLife::openGlDriverIsLoadedOnlyOnRequest_data() {
     QTest::addColumn<QString>("integration");
     QTest::addColumn<bool>("isLoaded");
-    QTest::newRow("nothing is said") << QString() << false;
-    QTest::newRow("a person's own choice") << QStringLiteral("xcb_glx") << true;
+    QTest::newRow("default") << QString() << false;
+    QTest::newRow("set by the user") << QStringLiteral("xcb_glx") << true;
 }
 
-void TestMainWindowLife::programLoadsNoDriverThatItDoesNotDrawWith() {
+void TestMainWindowLife::openGlDriverIsLoadedOnlyOnRequest() {
     QFETCH(QString, integration);
     QFETCH(bool, isLoaded);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -185,7 +185,7 @@ void TestMainWindowLife::programOpensTheWindowAndEndsWithIt() {
     QCOMPARE(program.process.exitCode(), 0);
 }
 
-void TestMainWindowLife::programOpensWithoutASoundDeviceAndSaysSo() {
+void TestMainWindowLife::programReportsAMissingSoundDevice() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
     RunningProgram program(environment);
@@ -197,7 +197,7 @@ void TestMainWindowLife::programOpensWithoutASoundDeviceAndSaysSo() {
     QCOMPARE(lines.count("Raw audio format not supported by backend, cannot play audio."), 1);
 }
 
-void TestMainWindowLife::programNamesTheResponsesThatWereNotSaved() {
+void TestMainWindowLife::programReportsLeftoverJournals() {
     const QString folder = fixture->pathOf(QStringLiteral(".local/share/pellion/journal"));
     QVERIFY(QDir().mkpath(folder));
     const QString journal = folder + QStringLiteral("/SUB001_practice001-20260309-080559.txt");

@@ -11,7 +11,7 @@ void TestMainWindowMembers::setUp() {
     window = &fixture->window();
 }
 
-void TestMainWindowMembers::membersStartAsTheyShould() {
+void TestMainWindowMembers::membersHaveTheirInitialValues() {
     compare("currentTargetPath", window->currentTargetPath, "");
     compare("sequencePosition", window->sequencePosition, 0);
     compare("currentFileIndex", window->currentFileIndex, 0);
@@ -27,7 +27,7 @@ void TestMainWindowMembers::membersStartAsTheyShould() {
     compare("audioBuffer", window->audioBuffer == nullptr, true);
     compare("audioBytes", window->audioBytes == nullptr, true);
     compare("subjectWindow", window->subjectWindow == nullptr, true);
-    // From here on as the settings have it: 2^14 is the smallest power of two for 10000 samples.
+    // From here on by the settings: 2^14 is the smallest power of two for 10000 samples.
     compare("fftLength", window->fftLength, qint64(16384));
     compare("fftFrameDuration", window->fftFrameDuration, 0.4096);
     compare("frequencyResolution", window->frequencyResolution, 1.6666666666666667);
@@ -84,7 +84,7 @@ void TestMainWindowMembers::initialPlotIsNotLimitedToTheSound() {
     QCOMPARE(window->data.nPointsToPlot, 20000);
     QVERIFY(window->data.plotDuration == 0.5);
     QCOMPARE(window->pointsWav.size(), 20000);
-    // Sized before the count is computed anew.
+    // Sized before the count is recomputed.
     QCOMPARE(window->targetSamples.size(), 10000);
 }
 

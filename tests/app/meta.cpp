@@ -13,14 +13,14 @@ using testsupport::InspectedMainWindow;
 
 namespace {
 
-/// QObject keeps the count of receivers to those who derive from it.
+/// Opens QObject's protected count of receivers.
 struct ReceiverCount : QObject {
     static int of(const QObject& sender, const QByteArray& codedSignal) {
         return (sender.*(&ReceiverCount::receivers))(codedSignal.constData());
     }
 };
 
-/// As the macros SIGNAL and SLOT write them.
+/// Returns a signature in the form of the macros SIGNAL and SLOT.
 QByteArray coded(int code, const char* signature) {
     return QByteArray::number(code) + signature;
 }
@@ -103,10 +103,10 @@ void TestMainWindowConnections::everySignalIsConnectedOnce() {
     QObject* widget = senderNamed(*window, sender);
     QVERIFY(widget);
     const int receivers = ReceiverCount::of(*widget, signal);
-    // Takes away every connection of this pair.
+    // Removes every connection of this pair.
     QVERIFY(QObject::disconnect(widget, signal.constData(), window, slot.constData()));
     QCOMPARE(ReceiverCount::of(*widget, signal), receivers - 1);
-    // And no other signal or slot of the two was joined.
+    // No other signal or slot of the two was connected.
     QVERIFY(!QObject::disconnect(widget, nullptr, window, nullptr));
 }
 

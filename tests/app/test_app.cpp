@@ -79,7 +79,7 @@ void TestSettings::everyFieldOfARecordHasItsDefault() {
     compare("reserved2", record.reserved2, qint64(0));
 }
 
-void TestSettings::settingsLieInTheirOrder() {
+void TestSettings::settingsKeepTheirOrder() {
     const Data d;
     QVERIFY(isAscending({&d.samplingRate,     &d.soundDuration,    &d.nSamples,
                          &d.plotDuration,     &d.nPointsToPlot,    &d.fftMaxFrequency,
@@ -93,13 +93,13 @@ void TestSettings::settingsLieInTheirOrder() {
                          &d.nResponses,       &d.reserved,         &d.saveDataToFile}));
 }
 
-void TestSettings::fieldsOfARecordLieInTheirOrder() {
+void TestSettings::fieldsOfARecordKeepTheirOrder() {
     const Record r;
     QVERIFY(
         isAscending({&r.filePath, &r.fileName, &r.frequencyMatched, &r.reserved1, &r.reserved2}));
 }
 
-void TestSettings::foldersAreThoseThatTheUserHasSet() {
+void TestSettings::foldersFollowTheUserConfiguration() {
     const QTemporaryDir configuration;
     const QString folder = configuration.path() + QStringLiteral("/Schreibtisch %1 ä");
     QVERIFY(testsupport::writeBytes(configuration.filePath(QStringLiteral("user-dirs.dirs")),

@@ -7,7 +7,7 @@
 
 #include <QVariant>
 
-/// Tests that a field or member has the type and the value that it should have.
+/// Tests that a field or member has its type and value.
 void compare(const char* field, const QVariant& actual, const QVariant& expected);
 
 /// The settings and the records (test_app.cpp).
@@ -17,9 +17,9 @@ class TestSettings : public QObject {
 private slots:
     void everySettingHasItsDefault();
     void everyFieldOfARecordHasItsDefault();
-    void settingsLieInTheirOrder();
-    void fieldsOfARecordLieInTheirOrder();
-    void foldersAreThoseThatTheUserHasSet();
+    void settingsKeepTheirOrder();
+    void fieldsOfARecordKeepTheirOrder();
+    void foldersFollowTheUserConfiguration();
     void writingToCopiedRecordsLeavesTheOriginals();
 };
 
@@ -34,7 +34,7 @@ private slots:
     void millisecondsAreReadAsSeconds();
     void hertzHaveSixSignificantDigits_data();
     void hertzHaveSixSignificantDigits();
-    void textsKeepThePointWhereOthersWriteAComma();
+    void textsKeepTheDecimalPointInEveryLocale();
     void conversionsToIntAreLimited_data();
     void conversionsToIntAreLimited();
     void samplesOfADurationAreRoundedDown_data();
@@ -43,19 +43,19 @@ private slots:
     void windowIsPlacedOnTheAvailableScreen();
 };
 
-/// What the main window is when it opens (window.cpp).
+/// The main window as it opens (window.cpp).
 class TestMainWindowStart : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void everyWidgetCarriesItsMembersName();
+    void everyWidgetHasTheNameOfItsMember();
     void labelsHaveTheirTexts();
     void fieldsShowTheSettings();
-    void buttonsAreAsTheyShouldBe();
+    void buttonsHaveTheirTextsAndStates();
     void saveDataBoxIsCheckedAndEnabled();
     void hiddenSelectionsAreFilledAndOutOfTheWindow();
     void hiddenLabelsAreOutOfTheWindow();
-    void fileNumberRunsFromOneToTheLastButOneInt();
+    void fileNumberRangesFromOneToMaximumIntMinusOne();
 
 private:
     void setUp() override;
@@ -70,11 +70,11 @@ class TestMainWindowLayout : public testsupport::FixtureTest {
 private slots:
     void titleIsExact();
     void placementIsFourFifthsByNineTenthsCentered();
-    void controlsLieInTheirRows();
-    void controlsAndChartsStandSideBySide();
+    void controlsAreInTheirRows();
+    void controlsAndChartsAreSideBySide();
     void elevenRowsAndThreeGridsAreAllInUse();
-    void headingIsCenteredLowAndAtLeast100Wide();
-    void fileNumberTakesTheWidthThatIsLeft();
+    void headingIsCenteredWithFixedHeightAndMinimumWidth100();
+    void fileNumberTakesTheRemainingWidth();
     void bothWindowsArePlacedTheSameWay_data();
     void bothWindowsArePlacedTheSameWay();
 
@@ -89,7 +89,7 @@ class TestMainWindowMembers : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void membersStartAsTheyShould();
+    void membersHaveTheirInitialValues();
     void vectorsAreSizedForTheSettings();
     void fontsAreNormalAndInPixels();
     void audioFormatIsOneChannelOfFloats();
@@ -126,27 +126,27 @@ class TestMainWindowLife : public testsupport::FixtureTest {
 
 private slots:
     void openingAndDestroyingWritesNothingOnTheLog();
-    void destructorLeavesNothingBehind();
+    void destructorDeletesEverything();
     void destructorDeletesTheChartsInTheirOrder();
-    void programLoadsNoDriverThatItDoesNotDrawWith_data();
-    void programLoadsNoDriverThatItDoesNotDrawWith();
+    void openGlDriverIsLoadedOnlyOnRequest_data();
+    void openGlDriverIsLoadedOnlyOnRequest();
     void quitClosesTheWindow();
     void windowManagerClosesOnlyTheEnabledWindow();
     void programOpensTheWindowAndEndsWithIt();
-    void programOpensWithoutASoundDeviceAndSaysSo();
-    void programNamesTheResponsesThatWereNotSaved();
+    void programReportsAMissingSoundDevice();
+    void programReportsLeftoverJournals();
 };
 
-/// Use without a mouse or without eyes (access.cpp).
+/// Use by the keyboard or with a screen reader (access.cpp).
 class TestAccess : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void mainWindowsControlsHaveNamesAndDescriptions();
-    void mainWindowsLabelsNameTheirFields();
-    void tabKeyGoesThroughTheMainWindowAsTheEyeDoes();
-    void subjectWindowsControlsHaveNamesAndDescriptions();
-    void tabKeyGoesThroughTheSubjectWindowAsTheEyeDoes();
-    void textsHaveTheRoomTheyTake_data();
-    void textsHaveTheRoomTheyTake();
+    void controlsOfTheMainWindowHaveNamesAndDescriptions();
+    void labelsOfTheMainWindowNameTheirFields();
+    void tabOrderOfTheMainWindowFollowsTheLayout();
+    void controlsOfTheSubjectWindowHaveNamesAndDescriptions();
+    void tabOrderOfTheSubjectWindowFollowsTheLayout();
+    void textsFitAtEveryTextSize_data();
+    void textsFitAtEveryTextSize();
 };

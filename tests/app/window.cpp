@@ -1,4 +1,4 @@
-// What the main window's controls are when it opens.
+// The main window's controls as it opens.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_app.h"
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Returns a line for each child of a window that has a name of its own, sorted.
+/// Returns a sorted line for each named child of a window.
 template <typename Widget, typename Describe>
 QStringList described(const QWidget& window, Describe&& describe) {
     QStringList lines;
@@ -31,7 +31,7 @@ void TestMainWindowStart::setUp() {
     window = &fixture->window();
 }
 
-void TestMainWindowStart::everyWidgetCarriesItsMembersName() {
+void TestMainWindowStart::everyWidgetHasTheNameOfItsMember() {
     const QStringList widgets = described<QWidget>(*window, [](const QWidget& widget) {
         return widget.metaObject()->className() + QString(widget.isVisible() ? "" : ", hidden");
     });
@@ -82,7 +82,7 @@ void TestMainWindowStart::fieldsShowTheSettings() {
                           "lineEditWavFilePath: " + desktop}));
 }
 
-void TestMainWindowStart::buttonsAreAsTheyShouldBe() {
+void TestMainWindowStart::buttonsHaveTheirTextsAndStates() {
     const auto describe = [](const QPushButton& button) {
         return QStringLiteral("%1, %2%3")
             .arg(button.text())
@@ -132,7 +132,7 @@ void TestMainWindowStart::hiddenLabelsAreOutOfTheWindow() {
                                   "labelMainParameter: Main parameter"}));
 }
 
-void TestMainWindowStart::fileNumberRunsFromOneToTheLastButOneInt() {
+void TestMainWindowStart::fileNumberRangesFromOneToMaximumIntMinusOne() {
     const auto* fileNumber = window->spinBoxFileNumber;
     QCOMPARE(fileNumber->value(), 1);
     QCOMPARE(fileNumber->minimum(), 1);

@@ -47,8 +47,8 @@ double norm(const QVector<double>& samples) {
     return std::sqrt(std::inner_product(samples.cbegin(), samples.cend(), samples.cbegin(), 0.0));
 }
 
-/// What a bin may be off: the transform's relative error in the sense of least squares is at most
-/// 1e-15 x log2(length), which a single bin may have all to itself.
+/// The bound of a bin's error: the transform's relative L2 error is at most 1e-15 x log2(length),
+/// which a single bin may have alone.
 double tolerance(const QVector<double>& samples, int length) {
     return 1e-15 * std::log2(length) * std::sqrt(length) * norm(samples);
 }
@@ -128,7 +128,7 @@ void TestAmplitudeSpectrum::everyBinIsComputedFromItsSlotsOfTheTransform() {
     }
 }
 
-void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart_data() {
+void TestAmplitudeSpectrum::binZeroTakesTheNyquistComponentAsImaginaryPart_data() {
     const auto row = columns<QVector<double>, double, double>("samples", "amplitude", "phase");
     const double quarter = std::atan2(1.0, 0.0);
     row("constant", QVector<double>(8, 1.0), 2, std::atan2(-0.0, 8.0));
@@ -142,7 +142,7 @@ void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart_data() {
     row("both", {1, 0, 1, 0, 1, 0, 1, 0}, std::sqrt(32.0) / 4, std::atan2(-4.0, 4.0));
 }
 
-void TestAmplitudeSpectrum::binZeroTakesTheHighestForItsImaginaryPart() {
+void TestAmplitudeSpectrum::binZeroTakesTheNyquistComponentAsImaginaryPart() {
     QFETCH(QVector<double>, samples);
     QFETCH(double, amplitude);
     QFETCH(double, phase);
@@ -190,7 +190,7 @@ void TestAmplitudeSpectrum::kilohertzPeaksBetweenTwoBins() {
     std::partial_sort(bins.begin(), bins.begin() + 2, bins.end(), [&spectrum](int a, int b) {
         return spectrum.amplitudes[a] > spectrum.amplitudes[b];
     });
-    // 410 lies nearer to 1000 Hz.
+    // Bin 410 is nearer to 1000 Hz.
     QCOMPARE(bins.mid(0, 2), (QVector<int>{410, 409}));
     QVERIFY(spectrum.amplitudes[410] < 0.5);
 }

@@ -14,7 +14,7 @@ using testsupport::InspectedMainWindow;
 
 namespace {
 
-/// As if a target had been loaded: its samples and the times of those that are drawn.
+/// Sets the samples and plotted times as if a target had been loaded.
 void setTarget(InspectedMainWindow& window, const QVector<double>& samples) {
     window.targetSamples = samples;
     window.data.nSamples = samples.size();
@@ -71,7 +71,7 @@ void TestChartDrawing::waveformShowsEverySampleOfTheStretch() {
     QCOMPARE(window->rangeWav, (Range{-0.5, samples.last()}));
 }
 
-void TestChartDrawing::shortSoundShortensTheAxisForGood() {
+void TestChartDrawing::shortSoundShortensTheAxisPermanently() {
     setTarget(*window, ramp(4000));
     window->displayWav();
     QCOMPARE(window->data.nPointsToPlot, 4000);
@@ -86,9 +86,9 @@ void TestChartDrawing::shortSoundShortensTheAxisForGood() {
     QCOMPARE(rangeOf(window->axisXWav), (Range{0, 100}));
 }
 
-void TestChartDrawing::roundingMayCostAShortSoundItsLastPoint() {
-    // The stretch is counted anew, now from the duration of three samples: a little less than
-    // three of them.
+void TestChartDrawing::roundingMayDropTheLastPointOfAShortSound() {
+    // The count is recomputed from the duration of three samples, which gives slightly less than
+    // three.
     setTarget(*window, {0.5, -0.5, 0.25});
     window->updateNPointsToPlot();
     QCOMPARE(window->data.nPointsToPlot, 3);
@@ -120,7 +120,7 @@ void TestChartDrawing::constantSoundCollapsesTheRange() {
     setTarget(*window, QVector<double>(20000, value));
     window->displayWav();
     QCOMPARE(window->rangeWav, (Range{value, value}));
-    // What Qt makes of it, it makes here as well.
+    // The expected value is that of a plain Qt axis.
     QValueAxis plain;
     plain.setRange(value, value);
     QCOMPARE(rangeOf(window->axisYWav), rangeOf(&plain));
@@ -205,7 +205,7 @@ void TestChartDrawing::spectrumIsThatOfTheWindowedTarget() {
     QCOMPARE(window->seriesFFT->count(), 0);
 }
 
-void TestChartDrawing::spectrumIsDrawnUpToTheHighestFrequencyShown() {
+void TestChartDrawing::spectrumIsDrawnUpToTheMaximumFrequency() {
     setTarget(*window, sinusoidOf4096(0.5, 100));
     sizeSpectrumFor4096(*window);
     window->genFFT();
@@ -240,7 +240,7 @@ void TestChartDrawing::strongComponentBeyondTheAxisSetsItsTop() {
     QVERIFY(std::abs(window->axisYFFT->max() - 0.75) < 1e-14);
 }
 
-void TestChartDrawing::spectrumLeavesItsFrequencyAxis() {
+void TestChartDrawing::spectrumKeepsItsFrequencyAxis() {
     window->data.fftMaxFrequency = 500;
     setTarget(*window, sinusoidOf4096(0.5, 100));
     sizeSpectrumFor4096(*window);
@@ -249,7 +249,7 @@ void TestChartDrawing::spectrumLeavesItsFrequencyAxis() {
     QCOMPARE(rangeOf(window->axisXFFT), (Range{0, 2000}));
 }
 
-void TestChartDrawing::lengthOneLeavesTheSpectrum() {
+void TestChartDrawing::lengthOneKeepsTheSpectrum() {
     setTarget(*window, {0.5});
     window->fftLength = 1;
     window->fftFrequencies = {1, 2};

@@ -48,7 +48,7 @@ void TestChartFunctions::countsBelowOneAreSizedAsOne() {
     }
 }
 
-void TestChartFunctions::pointsReachTheHighestFrequencyShown_data() {
+void TestChartFunctions::pointsReachTheMaximumFrequency_data() {
     const auto row =
         columns<int, double, double, int>("nSamples", "samplingRate", "maxFrequency", "points");
     row("default", 10000, 40000, 2000, 819);        // 819.2
@@ -61,7 +61,7 @@ void TestChartFunctions::pointsReachTheHighestFrequencyShown_data() {
     row("beyond an int", 10000, 1e-6, 2000, 8192);
     row("less than one", 4, 40000, 2000, 0);
     row("two samples, all", 2, 40000, 40000, 1);
-    row("no half of one", 1, 40000, 40000, 0);
+    row("half of one in integers", 1, 40000, 40000, 0);
     row("rate 0", 10000, 0, 2000, 8192);
     row("rate and frequency 0", 10000, 0, 0, 0);
     row("rate not a number", 10000, notANumber, 2000, 0);
@@ -72,7 +72,7 @@ void TestChartFunctions::pointsReachTheHighestFrequencyShown_data() {
     row("negative rate", 10000, -40000, 2000, 0);
 }
 
-void TestChartFunctions::pointsReachTheHighestFrequencyShown() {
+void TestChartFunctions::pointsReachTheMaximumFrequency() {
     QFETCH(int, nSamples);
     QFETCH(double, samplingRate);
     QFETCH(double, maxFrequency);
@@ -118,7 +118,7 @@ void TestChartFunctions::pointsPairTimesAndValues_data() {
     row("few values", {1, 2, 3}, {4, 5}, 1000000, {{1, 4}, {2, 5}});
     row("no times", {}, {4, 5}, 1000000, {});
     row("none wanted", {7, 8}, {9, 10}, 0, earlierPoints);
-    row("fewer than none", {7, 8}, {9, 10}, -1, earlierPoints);
+    row("negative count", {7, 8}, {9, 10}, -1, earlierPoints);
     row("far fewer", {7, 8}, {9, 10}, std::numeric_limits<int>::min(), earlierPoints);
 }
 
@@ -149,7 +149,7 @@ void TestChartFunctions::rangeSpansTheExtremes() {
 }
 
 int main(int argc, char** argv) {
-    return testsupport::runWithWindows<TestChartFunctions, TestAmplitudeSpectrum,
-                                       TestChartScaffolding, TestChartDrawing, TestTrendChart,
-                                       TestChartsOfTargets>(argc, argv);
+    return testsupport::runWithWindows<TestChartFunctions, TestAmplitudeSpectrum, TestEmptyCharts,
+                                       TestChartDrawing, TestTrendChart, TestChartsOfTargets>(argc,
+                                                                                              argv);
 }

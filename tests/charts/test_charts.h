@@ -15,7 +15,7 @@ inline Range rangeOf(const QtCharts::QValueAxis* axis) {
     return {axis->min(), axis->max()};
 }
 
-/// A sinusoid of so many periods in `length` samples, phase in radians.
+/// A sinusoid of `periods` periods in `length` samples, phase in radians.
 QVector<double> sinusoid(int count, double amplitude, double periods, int length, double phase);
 
 /// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
@@ -26,8 +26,8 @@ private slots:
     void lengthIsTheNextPowerOfTwo_data();
     void lengthIsTheNextPowerOfTwo();
     void countsBelowOneAreSizedAsOne();
-    void pointsReachTheHighestFrequencyShown_data();
-    void pointsReachTheHighestFrequencyShown();
+    void pointsReachTheMaximumFrequency_data();
+    void pointsReachTheMaximumFrequency();
     void frameLastsAsLongAsItsSamples();
     void stretchIsLimitedToTheSound_data();
     void stretchIsLimitedToTheSound();
@@ -47,8 +47,8 @@ private slots:
     void otherWindowsKeepTheSoundOrZeroIt();
     void everyBinIsComputedFromItsSlotsOfTheTransform_data();
     void everyBinIsComputedFromItsSlotsOfTheTransform();
-    void binZeroTakesTheHighestForItsImaginaryPart_data();
-    void binZeroTakesTheHighestForItsImaginaryPart();
+    void binZeroTakesTheNyquistComponentAsImaginaryPart_data();
+    void binZeroTakesTheNyquistComponentAsImaginaryPart();
     void sinusoidOnABinShowsItsAmplitude_data();
     void sinusoidOnABinShowsItsAmplitude();
     void kilohertzPeaksBetweenTwoBins();
@@ -57,13 +57,13 @@ private slots:
     void elementsBeyondHalfTheLengthStay();
 };
 
-/// The three charts as the window opens (scaffolding.cpp).
-class TestChartScaffolding : public testsupport::FixtureTest {
+/// The three charts as the window opens (empty_charts.cpp).
+class TestEmptyCharts : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void propertiesAreAsTheyShouldBe_data();
-    void propertiesAreAsTheyShouldBe();
+    void chartsHaveTheirProperties_data();
+    void chartsHaveTheirProperties();
     void chartOwnsItsSeriesAndAxes_data();
     void chartOwnsItsSeriesAndAxes();
     void chartsAreVisibleBelowEachOther_data();
@@ -71,7 +71,7 @@ private slots:
     void secondCallCreatesNothing_data();
     void secondCallCreatesNothing();
     void onlyWhatIsMissingIsCreated();
-    void spectrumAxisEndsAtTheSettingOfItsTime();
+    void spectrumAxisIsSetAtItsCreation();
     void deletedChartsAreForgotten();
 
 private:
@@ -86,8 +86,8 @@ class TestChartDrawing : public testsupport::FixtureTest {
 
 private slots:
     void waveformShowsEverySampleOfTheStretch();
-    void shortSoundShortensTheAxisForGood();
-    void roundingMayCostAShortSoundItsLastPoint();
+    void shortSoundShortensTheAxisPermanently();
+    void roundingMayDropTheLastPointOfAShortSound();
     void loudestSampleAfterTheStretchSetsTheRange();
     void constantSoundCollapsesTheRange_data();
     void constantSoundCollapsesTheRange();
@@ -97,10 +97,10 @@ private slots:
     void countingPointsDrawsNothing();
     void spectrumIsThatOfTheWindowedTarget_data();
     void spectrumIsThatOfTheWindowedTarget();
-    void spectrumIsDrawnUpToTheHighestFrequencyShown();
+    void spectrumIsDrawnUpToTheMaximumFrequency();
     void strongComponentBeyondTheAxisSetsItsTop();
-    void spectrumLeavesItsFrequencyAxis();
-    void lengthOneLeavesTheSpectrum();
+    void spectrumKeepsItsFrequencyAxis();
+    void lengthOneKeepsTheSpectrum();
     void withoutAmplitudesTheRangeStays();
 
 private:

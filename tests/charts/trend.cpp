@@ -11,7 +11,7 @@ void TestTrendChart::setUp() {
     window->resetTrend();
 }
 
-/// A request of the listener when so many sinusoids have been played.
+/// A request of the listener after `count` sinusoids have been played.
 void TestTrendChart::respond(int count, double frequency) {
     window->data.nResponses = count;
     window->data.records[0].frequencyMatched = frequency;
@@ -54,7 +54,7 @@ void TestTrendChart::equalResponsesCollapseTheRange() {
     respond(0, 640);
     respond(1, 640);
     QCOMPARE(window->rangeTrend, (Range{640, 640}));
-    // What Qt makes of it, it makes here as well.
+    // The expected value is that of a plain Qt axis.
     QtCharts::QValueAxis plain;
     plain.setRange(0, 4);
     plain.setRange(640, 640);

@@ -11,11 +11,11 @@ class TestAnalysisOfSessions : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void whatTheProgramWroteIsRead_data() { addLanguages(); }
-    void whatTheProgramWroteIsRead();
+    void resultsOfTheProgramAreRead_data() { addLanguages(); }
+    void resultsOfTheProgramAreRead();
 };
 
-void TestAnalysisOfSessions::whatTheProgramWroteIsRead() {
+void TestAnalysisOfSessions::resultsOfTheProgramAreRead() {
     QFETCH(QStringList, command);
     const QString target = fixture->writeTone("tone 440.wav");
     const QVector<QVector<int>> requests{{300, 441}, {438}, {}};

@@ -1,4 +1,4 @@
-// What the tests of the example analyses share.
+// Expected tables and runs, for the tests of the example analyses.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "analysis_tables.h"
 
@@ -48,7 +48,7 @@ QString line(QStringList fields) {
     return fields.join(u'\t') + u'\n';
 }
 
-/// What an analysis computes from one session.
+/// The values that an analysis computes from one session.
 struct Computed {
     double targetHertz = 0;
     QVector<double> cents; ///< Of the requests.

@@ -1,11 +1,11 @@
-// What the tests of the example analyses share.
+// Expected tables and runs, for the tests of the example analyses.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QStringList>
 #include <QVector>
 
-/// One session, and what the analyses should say about it.
+/// One session and the values that the analyses should report.
 struct AnalysedSession {
     QString subject;
     QString type;
@@ -13,12 +13,12 @@ struct AnalysedSession {
     QString target;
     QVector<double> frequencies; ///< Hz, of the requests.
     double targetHertz = 0;      ///< In a table of targets; 0 when not there.
-    QString file = {};           ///< Its name, when it is not the one that the program proposes.
+    QString file = {};           ///< Its name, if it is not the program's proposal.
 
     QString fileName() const;
 };
 
-/// What a run of an analysis has left.
+/// The results of a run of an analysis.
 struct AnalysisRun {
     int status = -1;
     QString output;

@@ -25,8 +25,8 @@ const QString simulated = QStringLiteral(PELLION_ANALYSIS "/simulated");
 const QByteArray header = "filename\tnTrials\tfrequency matched (Hz)\r\n";
 const QByteArray one = header + "t.wav\t1\t440\r\n";
 
-/// Writes sessions as the program does; under another name as a journal, which a failed write may
-/// have ended in empty lines.
+/// Writes sessions as the program does. One with a file name is written as a journal, which a
+/// failed write may have ended in empty lines.
 bool writeSessions(const QTemporaryDir& folder, const QVector<AnalysedSession>& sessions) {
     bool isWritten = true;
     for (const AnalysedSession& session : sessions) {
@@ -114,8 +114,8 @@ class TestAnalysis : public QObject {
 private slots:
     void manySessionsAreSummarised_data() { addLanguages(); }
     void manySessionsAreSummarised();
-    void namesAreTakenApart_data() { addLanguages(); }
-    void namesAreTakenApart();
+    void namesAreParsed_data() { addLanguages(); }
+    void namesAreParsed();
     void targetsComeFromATable_data();
     void targetsComeFromATable();
     void targetsOutsideTheTableHaveNoCents_data() { addLanguages(); }
@@ -137,7 +137,7 @@ private slots:
     void functionsCanBeCalled_data() { addLanguages(); }
     void functionsCanBeCalled();
     void pictureHasEveryRequest();
-    void pictureHasEverySessionsColour();
+    void pictureHasAColourForEachSession();
 };
 
 void TestAnalysis::manySessionsAreSummarised() {
@@ -165,7 +165,7 @@ void TestAnalysis::manySessionsAreSummarised() {
     QCOMPARE(run.status, 0);
 }
 
-void TestAnalysis::namesAreTakenApart() {
+void TestAnalysis::namesAreParsed() {
     QFETCH(QStringList, command);
     const QTemporaryDir folder;
     const QVector<AnalysedSession> sessions = oddlyNamedSessions();
@@ -286,7 +286,7 @@ void TestAnalysis::duplicatesAreReported() {
         {"S", "practice", 1, "t.wav", {440}},
     };
     QVERIFY(writeSessions(folder, sessions));
-    // That a file was given twice is not worth a word.
+    // A file that is given twice is not reported.
     const QString given = folder.filePath(sessions[1].fileName());
     const AnalysisRun run = analyse(command, {"--target", "440", folder.path(), given});
     QCOMPARE(run.output, expectedTables(sessions, 440));
@@ -452,7 +452,7 @@ void TestAnalysis::pictureHasEveryRequest() {
     QVERIFY(!texts.contains("practice 2"));
 }
 
-void TestAnalysis::pictureHasEverySessionsColour() {
+void TestAnalysis::pictureHasAColourForEachSession() {
     if (!isThere(statisticsLanguage()))
         QSKIP("Rscript is not installed");
     const QTemporaryDir folder;

@@ -1,4 +1,4 @@
-// Every value of the real FFT against FFTW, within what rounding does.
+// Every value of the real FFT against FFTW, within bounds of rounding errors.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_fft.h"
 
@@ -67,7 +67,7 @@ std::vector<double> fftwTransform(const std::vector<double>& x) {
     return f;
 }
 
-/// What rounding may add up to, as a relative L2 error, for a transform of 2^bits values.
+/// The bound of rounding errors, as a relative L2 error, for a transform of 2^bits values.
 ///
 /// Up to 13 bits: with u = 2^-53, a butterfly adds at most 4 sqrt(2) u by its operations, and its
 /// cosine, whose argument below pi/2 is rounded twice (pi, and the product), less than 4 u:
@@ -76,10 +76,10 @@ std::vector<double> fftwTransform(const std::vector<double>& x) {
 /// for each of all passes.
 ///
 /// Above, pass p turns an oscillator 2^(p - 1) times, and each step may add u / 2 by the rounded
-/// constants, always the same way, and sqrt(2) u by its own operations, either way. Were it all one
-/// way, the last position would be wrong by 2^p u, 9e-13 for pass 13. What is found is a tenth of
-/// that, 1e-13 at 2^14 values and about twice as much with each doubling; half of it is allowed
-/// on top.
+/// constants, always the same way, and sqrt(2) u by its own operations, either way. If all had one
+/// direction, the last position would be wrong by 2^p u, 9e-13 for pass 13. The measured error is a
+/// tenth of that, 1e-13 at 2^14 values, and doubles with the length; the bound is 1.5 times as
+/// large.
 double boundOfL2(int bits) {
     const double tableOnly = 1e-15 * bits;
     return bits <= 13 ? tableOnly : tableOnly + std::ldexp(1.5e-13, bits - 14);

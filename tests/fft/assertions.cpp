@@ -46,7 +46,7 @@ Ending endingOf(const Action& action) {
     if (child == 0) {
         const rlimit none = {0, 0};
         setrlimit(RLIMIT_CORE, &none);
-        // The test library catches fatal signals to report them; here they have to end the child.
+        // QtTest catches fatal signals to report them; here they must end the child.
         signal(SIGABRT, SIG_DFL);
         signal(SIGALRM, SIG_DFL);
         alarm(20);
@@ -85,7 +85,7 @@ struct Misuse {
     const char* file;
 };
 
-/// One case for each length that is none.
+/// One case for each kind of invalid length.
 QVector<Misuse> lengths() {
     const char* const negative = "size >= 0";
     const char* const zero = "x > 0";
@@ -118,7 +118,7 @@ QVector<Misuse> lengths() {
     };
 }
 
-/// The five checks of the arrays, at both doors, and in their order where two are violated.
+/// The five checks of the arrays, in both functions, and their order where two are violated.
 QVector<Misuse> arrays() {
     using Door = void (OpenFft::*)(double*, const double*) const;
     struct NamedDoor {
@@ -240,7 +240,7 @@ private slots:
     void misuseAbortsWithItsText_data();
     void misuseAbortsWithItsText();
     void properUseReportsNothing();
-    void theLineIsThatOfTheAssertion();
+    void reportedLineIsThatOfTheAssertion();
 };
 
 void TestFftAssertions::misuseAbortsWithItsText_data() {
@@ -284,7 +284,7 @@ void TestFftAssertions::properUseReportsNothing() {
     QCOMPARE(ending.reported, QByteArray());
 }
 
-void TestFftAssertions::theLineIsThatOfTheAssertion() {
+void TestFftAssertions::reportedLineIsThatOfTheAssertion() {
     const int line = __LINE__ + 1;
     const Ending ending = endingOf([] { FFTREAL_ASSERT(1 > 2, "one  >  two"); });
     QVERIFY(WIFSIGNALED(ending.status));

@@ -17,7 +17,7 @@ class TestFftFused : public QObject {
     Q_OBJECT
 
 private slots:
-    void theCompilerFusesWhatItMay();
+    void compilerFusesOrdinaryCode();
     void theTransformIsNotFused_data();
     void theTransformIsNotFused();
 };
@@ -30,7 +30,7 @@ bool canFuse() {
 
 } // namespace
 
-void TestFftFused::theCompilerFusesWhatItMay() {
+void TestFftFused::compilerFusesOrdinaryCode() {
     if (!canFuse())
         QSKIP("This machine has no fused multiply-add.");
     // (1 + e)(1 - e) is 1 - e^2, which is 1 once it is rounded.

@@ -1,9 +1,9 @@
-// What is compiled with leave to fuse multiplications and additions.
+// Functions compiled with permission to fuse multiplications and additions.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// No type of the transform's appears here: the rest of the program is compiled without that leave,
-// and what both parts instantiate would be one of the two.
+// No type of the transform appears here: the rest of the program is compiled without that
+// permission, and the linker would keep one of two instantiations.
 
 /// Transforms 2^bits values of x into f.
 using TransformInto = void (*)(int bits, double* f, const double* x);

@@ -1,4 +1,4 @@
-// The real FFT compiled with leave to fuse multiplications and additions.
+// The real FFT compiled with permission to fuse multiplications and additions.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fused.h"
 

@@ -1,4 +1,4 @@
-// Compiles the real FFT's header as a compiler without vectors sees it, for every type of value.
+// Compiles the real FFT's header without vectors, for every value type.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #define FFTREAL_VECTORS 0
 #include "FFTReal.h"

@@ -1,4 +1,4 @@
-// What the tests of the real FFT transform: always the same values, whatever the library.
+// The inputs of the tests of the real FFT: the same values with every standard library.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -24,7 +24,7 @@ using testsupport::OpenFft;
 
 namespace {
 
-/// An element that has something to give back, and how many of them there are.
+/// An element with a destructor and memory of its own; the elements are counted.
 struct Element {
     Element() { ++count; }
     ~Element() { --count; }
@@ -40,7 +40,7 @@ struct alignas(256) WideElement {
 
 } // namespace
 
-void TestFftParts::typesAreAsTheirUsersExpect() {
+void TestFftParts::interfaceHasItsTypes() {
     static_assert(std::has_virtual_destructor_v<FFTReal<double>>);
     static_assert(!std::is_copy_constructible_v<FFTReal<double>>);
     static_assert(!std::is_copy_assignable_v<FFTReal<double>>);
@@ -96,7 +96,7 @@ void TestFftParts::sizesOfTheTables() {
     QVERIFY(fft.use_buffer() == &fft._work_buf[0]);
 }
 
-void TestFftParts::cosineLevelsLieBackToBack() {
+void TestFftParts::cosineLevelsAreContiguous() {
     const double pi = 3.14159265358979323846;
     const OpenFft fft(1 << 15);
     std::int64_t index = 0;
@@ -160,7 +160,7 @@ void TestFftParts::resizingLosesContentsAndZeroChangesNothing() {
     array[0].set_angle_step(1.0);
     const RotationOsc* const old = &array[0];
 
-    // The new array is there before the old one goes, so the two cannot share an address.
+    // The new array is allocated before the old one is freed, so their addresses differ.
     array.resize(5);
     QCOMPARE(qint64{array.size()}, qint64{5});
     QVERIFY(&array[0] != old);
@@ -186,15 +186,15 @@ void TestFftParts::elementsAreDestroyedWithTheirArray() {
     }
 }
 
-void TestFftParts::elementsBeginWhereTheirTypeDemands() {
+void TestFftParts::elementsAreAlignedForTheirType() {
     for (const std::int64_t size : {1, 3, 8, 100, 10000}) {
         const DynArray<WideElement> array(size);
         QCOMPARE(reinterpret_cast<std::uintptr_t>(&array[0]) % 256, std::uintptr_t{0});
     }
 }
 
-void TestFftParts::longArraysBeginAtALine() {
-    // Several of each, lest an unaligned one happens to begin there.
+void TestFftParts::longArraysAreAlignedToCacheLines() {
+    // Several of each, because one could be aligned by chance.
     for (const std::int64_t size : {256, 1000, 4096, 1 << 17, 1 << 18, 300000}) {
         std::array<DynArray<double>, 5> arrays;
         for (DynArray<double>& array : arrays) {
@@ -222,14 +222,14 @@ void TestFftParts::transformCallsNoSineAndNoCosine() {
         const std::vector<double> x(static_cast<std::size_t>(length), 0.5);
         std::vector<double> f(x.size());
         const long built = testsupport::trigonometricCalls();
-        // The tables take some, or nothing would be counted here.
+        // The tables need calls: this verifies that calls are counted.
         QCOMPARE(built > before, length > 8);
         fft.do_fft(f.data(), x.data());
         QCOMPARE(testsupport::trigonometricCalls(), built);
     }
 }
 
-void TestFftParts::memoryIsWhatTheTablesNeed() {
+void TestFftParts::memoryMatchesTheTables() {
     for (int bits = 0; bits <= 19; ++bits) { // from 18 on, on large pages
         const Allocations made =
             allocationsOf([bits] { const FFTReal<double> fft(std::int64_t{1} << bits); });

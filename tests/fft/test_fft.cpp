@@ -46,6 +46,6 @@ void TestFftValues::oneObjectServesManyTransforms() {
 }
 
 int main(int argc, char** argv) {
-    return testsupport::runAll<TestFftValues, TestFftParts, TestFftWays, TestFftAccuracy>(argc,
-                                                                                          argv);
+    return testsupport::runAll<TestFftValues, TestFftParts, TestFftCodePaths, TestFftAccuracy>(
+        argc, argv);
 }

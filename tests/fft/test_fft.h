@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-/// What a transform of its own gives for a sequence.
+/// Returns the transform of a sequence by a new object.
 inline std::vector<double> transformed(const std::vector<double>& x) {
     const FFTReal<double> fft(static_cast<std::int64_t>(x.size()));
     std::vector<double> f(x.size());
@@ -32,25 +32,25 @@ class TestFftParts : public QObject {
     Q_OBJECT
 
 private slots:
-    void typesAreAsTheirUsersExpect();
+    void interfaceHasItsTypes();
     void powersOfTwoAreRecognised();
     void sizesOfTheTables_data();
     void sizesOfTheTables();
-    void cosineLevelsLieBackToBack();
+    void cosineLevelsAreContiguous();
     void oscillatorsStepByTheUnitOfTheirPass();
     void oscillatorTurnsAndResets();
     void arrayKeepsWhatIsWritten();
     void resizingLosesContentsAndZeroChangesNothing();
     void elementsAreDestroyedWithTheirArray();
-    void elementsBeginWhereTheirTypeDemands();
-    void longArraysBeginAtALine();
+    void elementsAreAlignedForTheirType();
+    void longArraysAreAlignedToCacheLines();
     void transformAllocatesNothing();
     void transformCallsNoSineAndNoCosine();
-    void memoryIsWhatTheTablesNeed();
+    void memoryMatchesTheTables();
     void arraysAreFreedInOrder();
 };
 
-/// Every value against another transform, within what rounding does (accuracy.cpp).
+/// Every value against another transform, within bounds of rounding errors (accuracy.cpp).
 class TestFftAccuracy : public QObject {
     Q_OBJECT
 
@@ -59,12 +59,12 @@ private slots:
     void agreesWithFftw();
 };
 
-/// Every way to a transform, to the last bit (ways.cpp).
-class TestFftWays : public QObject {
+/// Every code path of the transform, to the last bit (code_paths.cpp).
+class TestFftCodePaths : public QObject {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void everyWayEqualsThePlainPasses_data();
-    void everyWayEqualsThePlainPasses();
+    void everyCodePathEqualsThePlainPasses_data();
+    void everyCodePathEqualsThePlainPasses();
 };

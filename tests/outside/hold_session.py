@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Holds a session with the real program by the accessibility bus, as two people who do not see it.
+"""Holds a session with the real program by the accessibility bus, as blind users would.
 
 hold_session.py FOLDER PROGRAM [--pictures]: starts the program, a file or a desktop entry that is
 installed beside it, and checks what a screen reader finds in both windows, what the window manager
@@ -25,7 +25,7 @@ import window_texts
 
 SAMPLING_RATE = 40000
 TARGET_SAMPLES = 4000
-# Those of a listener who comes to the pitch of the target from above and from below.
+# Requests of a listener who approaches the target's pitch from above and from below.
 REQUESTS_HZ = [616, 338, 440]
 
 
@@ -46,7 +46,7 @@ def sinusoid(frequency_hz, amplitude=1.0):
 
 
 def write_target(path):
-    """Writes a short tone and returns it as it should be heard."""
+    """Writes a short tone and returns the samples that should be heard."""
     values = array.array("h", (round(32767 * x) for x in sinusoid(440, 0.5)))
     with wave.open(str(path), "wb") as file:
         file.setnchannels(1)
@@ -68,7 +68,7 @@ class Recorder:
         wait_for("sound device to record", lambda: path.stat().st_size)
 
     def stop(self):
-        """Returns the samples, once what is still on its way has arrived."""
+        """Returns the samples, once the last ones have arrived."""
         before = len(self.samples())
         silent = SAMPLING_RATE * 3 // 10
         wait_for("silence at the sound device",
@@ -101,7 +101,7 @@ def compare_sounds(recording, sounds):
 
 
 def compare_frame(title):
-    """Compares what the window manager knows: the program's class, and its icon in each size."""
+    """Compares the program's class and icon sizes as the window manager reads them."""
     found = subprocess.run(["xprop", "-len", "10000000", "-notype", "-name", title,
                             "32c", "_NET_WM_ICON", "WM_CLASS"],
                            check=True, stdout=subprocess.PIPE, encoding="utf-8").stdout
@@ -118,7 +118,7 @@ def compare_frame(title):
 
 
 def compare_sound_mixer():
-    """Compares under which name the sound server knows the program."""
+    """Compares the program's name at the sound server."""
     found = subprocess.run(["pactl", "list", "clients"], check=True, stdout=subprocess.PIPE,
                            encoding="utf-8").stdout
     client = next((client for client in found.split("\n\n")
@@ -140,7 +140,7 @@ class Session:
         self.sounds = []
 
     def hold(self):
-        """Goes all the way from the start of the program to its end."""
+        """Runs all steps from the program's start to its end."""
         self.look_at_main_window()
         recorder = Recorder(self.folder / "heard.f32")
         self.prepare()
@@ -152,7 +152,7 @@ class Session:
         compare("exit status", self.program.await_end(), 0)
 
     def look(self, window, name):
-        """Looks where the controls of a window are, and takes a picture of the screen if asked."""
+        """Checks the places of a window's controls, and takes a picture if requested."""
         if self.takes_pictures:
             time.sleep(0.5)
             subprocess.run(["import", "-window", "root", self.folder / f"{name}.png"], check=True)
@@ -161,7 +161,7 @@ class Session:
             raise Failure(f"{name}: {misplaced}")
 
     def look_at_main_window(self):
-        """Before anything was touched."""
+        """Checks the main window before any input."""
         compare("main window", self.main.controls(), window_texts.MAIN)
         self.look(self.main, "main-window-start")
         compare_frame(window_texts.MAIN_TITLE)
@@ -234,7 +234,7 @@ class Session:
 
 
 def command_of(program):
-    """Returns what a desktop starts for a desktop entry, found beside it; or the program itself."""
+    """Returns the command of a desktop entry, found beside it; or the program itself."""
     if program.suffix != ".desktop":
         return [str(program)]
     prefix = program.parents[2]

@@ -1,4 +1,4 @@
-"""A program as a screen reader meets it: by the accessibility bus alone."""
+"""A program as a screen reader uses it: by the accessibility bus alone."""
 # SPDX-License-Identifier: GPL-3.0-or-later
 import collections
 import itertools
@@ -11,28 +11,28 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-PATIENCE_SECONDS = 15
+TIMEOUT_SECONDS = 15
 
-# What a person hears of a control; "label" is the text of the label that names it, if one does.
+# The texts that a person hears of a control; "label" is that of the label that names it, if any.
 Control = collections.namedtuple("Control", "role name description label", defaults=[""])
 
 
 class Failure(Exception):
-    """Something that a person would have waited for in vain, or that reads otherwise."""
+    """A control that does not appear, or a text that differs."""
 
 
-def wait_for(what, look, patience=PATIENCE_SECONDS):
-    """Returns what look() finds, once it is true; fails with `what` where that never comes."""
-    deadline = time.monotonic() + patience
+def wait_for(what, look, timeout=TIMEOUT_SECONDS):
+    """Returns the result of look() once it is true; fails with `what` after the timeout."""
+    deadline = time.monotonic() + timeout
     while True:
         try:
             found = look()
         except GLib.Error:
-            found = None  # It went away while it was looked at.
+            found = None  # It disappeared meanwhile.
         if found:
             return found
         if time.monotonic() > deadline:
-            raise Failure(f"in vain waited for: {what}")
+            raise Failure(f"timeout while waiting for: {what}")
         time.sleep(0.02)
 
 
@@ -81,8 +81,7 @@ class Window:
                         label_of(node)) for node in self._seen() if node.get_name()]
 
     def misplaced(self):
-        """Returns what is wrong with the places of the controls: nothing where each is inside the
-        window and covers no other."""
+        """Returns the misplaced controls: those that leave the window or cover another."""
         def place(node):
             box = node.get_extents(Atspi.CoordType.SCREEN)
             return (box.x, box.y, box.x + box.width, box.y + box.height)
@@ -129,7 +128,7 @@ class Window:
     def text(self, name, role="text"):
         """Returns what a field shows."""
         field = self.find(role, name)
-        # By the interface: newer libraries have another get_text() for any node.
+        # By the interface: newer libraries have another get_text() for every node.
         return Atspi.Text.get_text(field, 0, Atspi.Text.get_character_count(field))
 
     def set_number(self, name, number):
@@ -145,8 +144,8 @@ class Program:
     """A program that was started to be read by a screen reader."""
 
     def __init__(self, command, **options):
-        # Before the program, which would ask for the bus once and for all. What it says must be
-        # asked anew each time: nobody here waits for the events that report changes.
+        # Before the program, which looks for the bus only once. No cache: nothing here handles the
+        # events that report changes.
         self.desktop = Atspi.get_desktop(0)
         self.desktop.set_cache_mask(Atspi.Cache.NONE)
         self.desktop.get_child_count()
@@ -171,7 +170,7 @@ class Program:
 
     def await_end(self):
         """Returns the exit status."""
-        return self.process.wait(PATIENCE_SECONDS)
+        return self.process.wait(TIMEOUT_SECONDS)
 
     def stop(self):
         """Ends the program where it has not ended by itself."""

@@ -1,4 +1,4 @@
-"""What a screen reader finds in both windows, in the order in which it comes to it."""
+"""The controls that a screen reader finds in both windows, in their order."""
 # SPDX-License-Identifier: GPL-3.0-or-later
 from screen_reader import Control
 

@@ -1,4 +1,4 @@
-// Sessions that are killed, and what they leave on the disk.
+// Sessions that are killed, and their files on the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/KilledSessions.h"
 
@@ -41,14 +41,14 @@ public:
         return false;
     }
 
-    void goOnFor(int milliseconds) {
+    void runFor(int milliseconds) {
         QElapsedTimer clock;
         clock.start();
         while (clock.elapsed() < milliseconds)
             read(int(milliseconds - clock.elapsed()));
     }
 
-    /// Returns whether it had to be killed: it should not have ended by itself.
+    /// Returns whether it was still running: it should not have ended by itself.
     bool kill() {
         const bool isRunning = process.state() == QProcess::Running;
         process.kill();
@@ -92,63 +92,63 @@ QByteArray journalOf(const KilledSession& session, const QDir& journals) {
 }
 
 void count(const KilledSession& session, const QDir& folder, const QDir& journals,
-           Remains& remains) {
+           KillResult& result) {
     const QByteArray results = testsupport::readBytes(folder.filePath(session.resultsName));
     const QByteArray journal = journalOf(session, journals);
     for (const Response& response : session.acknowledged) {
         const bool isInResults = holds(results, response);
         const bool isInJournal = holds(journal, response);
-        ++remains.responses;
-        remains.inBoth += int(isInResults && isInJournal);
-        remains.inResultsOnly += int(isInResults && !isInJournal);
-        remains.inJournalOnly += int(isInJournal && !isInResults);
+        ++result.responses;
+        result.inBoth += int(isInResults && isInJournal);
+        result.inResultsOnly += int(isInResults && !isInJournal);
+        result.inJournalOnly += int(isInJournal && !isInResults);
         if (isInResults || isInJournal)
             continue;
-        ++remains.lost;
-        remains.faults.append(QStringLiteral("%1: response %2 (%3 Hz) is lost")
-                                  .arg(session.resultsName)
-                                  .arg(response.number)
-                                  .arg(QString::fromUtf8(response.frequency)));
+        ++result.lost;
+        result.faults.append(QStringLiteral("%1: response %2 (%3 Hz) is lost")
+                                 .arg(session.resultsName)
+                                 .arg(response.number)
+                                 .arg(QString::fromUtf8(response.frequency)));
     }
 }
 
-void inspectLines(const QDir& folder, bool mayBeEmpty, Remains& remains) {
+void inspectLines(const QDir& folder, bool mayBeEmpty, KillResult& result) {
     for (const QString& name : folder.entryList({"*.txt"}, QDir::Files)) {
         const QByteArray file = testsupport::readBytes(folder.filePath(name));
         if (!hasWholeLines(file) && !(mayBeEmpty && file.isEmpty()))
-            remains.faults.append(name + ": its lines are not whole");
+            result.faults.append(name + ": its lines are not whole");
     }
 }
 
 } // namespace
 
-Remains killSessions(const QString& endlessSessions, const Moment& moment,
-                     const Aftermath& aftermath) {
+KillResult killSessions(const QString& endlessSessions, const Moment& moment,
+                        const Aftermath& afterKill) {
     Program program(endlessSessions);
     const bool isUnderWay = program.waitFor(moment.isWhileSaving ? "done" : "prepare");
-    program.goOnFor(moment.delayMs);
-    Remains remains;
+    program.runFor(moment.delayMs);
+    KillResult result;
     if (!program.kill() || !isUnderWay)
-        remains.faults.append("the sessions did not go on until they were killed:\n" +
-                              testsupport::readBytes(program.folder.filePath("log")));
+        result.faults.append("the sessions did not go on until they were killed:\n" +
+                             testsupport::readBytes(program.folder.filePath("log")));
     const QDir folder(program.folder.path());
     const QDir journals(folder.filePath("data/pellion/journal"));
     const QList<KilledSession> sessions = sessionsOf(program.events);
     for (const KilledSession& session : sessions)
-        count(session, folder, journals, remains);
-    inspectLines(folder, false, remains);
+        count(session, folder, journals, result);
+    inspectLines(folder, false, result);
     // Killed between making the file and the first response's line.
-    inspectLines(journals, true, remains);
-    remains.sessions = sessions.size();
-    remains.halfFiles = folder.entryList({"*.txt.*"}, QDir::Files).size();
+    inspectLines(journals, true, result);
+    result.sessions = sessions.size();
+    result.incompleteFiles = folder.entryList({"*.txt.*"}, QDir::Files).size();
     if (!program.events.isEmpty())
-        remains.lastEvent = program.events.last().split(' ').first();
-    aftermath(folder.path(), sessions, remains);
-    return remains;
+        result.lastEvent = program.events.last().split(' ').first();
+    afterKill(folder.path(), sessions, result);
+    return result;
 }
 
 bool hasWholeLines(const QByteArray& file) {
-    // What the fields hold, written anew, gives the same file.
+    // Writing the parsed fields again gives the same file.
     QVector<double> frequencies;
     const QList<QByteArray> lines = file.split('\n');
     for (int i = 1; i < lines.size() - 1; ++i)

@@ -1,4 +1,4 @@
-// Sessions that are killed, and what they leave on the disk.
+// Sessions that are killed, and their files on the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -21,34 +21,35 @@ struct KilledSession {
     QList<Response> acknowledged;
 };
 
-/// What became of a run of sessions that was killed.
-struct Remains {
+/// The result of killing a run of sessions.
+struct KillResult {
     QByteArray lastEvent;  ///< What was reported last before the end.
     int sessions = 0;      ///< That were begun.
     int responses = 0;     ///< Acknowledged: their presentation had started.
     int inResultsOnly = 0; ///< How many of them each file holds.
     int inJournalOnly = 0;
     int inBoth = 0;
-    int recovered = 0;  ///< In their session's results file, after pellion-session recover.
-    int lost = 0;       ///< In no file.
-    int halfFiles = 0;  ///< Files beside a results file that were to take its place.
-    QStringList faults; ///< Lines that are not whole, and what else is wrong.
+    int recovered = 0;       ///< In their session's results file, after pellion-session recover.
+    int lost = 0;            ///< In no file.
+    int incompleteFiles = 0; ///< Files beside a results file that were to take its place.
+    QStringList faults;      ///< Lines that are not whole, and what else is wrong.
 };
 
-/// When to kill: `delayMs` after the first session has begun, or after the listener is done with
-/// a session, so that the program is about to save.
+/// When to kill: `delayMs` after the first session has begun, or after the listener has finished a
+/// session, when the program is about to save.
 struct Moment {
     bool isWhileSaving = false;
     int delayMs = 0;
 };
 
-/// What else is to be done with a folder of results files and the sessions in it.
-using Aftermath = std::function<void(const QString& folder, const QList<KilledSession>&, Remains&)>;
+/// A further step with a folder of results files and the sessions in it.
+using Aftermath =
+    std::function<void(const QString& folder, const QList<KilledSession>&, KillResult&)>;
 
 /// Starts a program that holds sessions until it is killed, kills it (SIGKILL) at the given moment
-/// and looks at what it has left, then calls `aftermath`. To be called from any thread.
-Remains killSessions(const QString& endlessSessions, const Moment& moment,
-                     const Aftermath& aftermath);
+/// and inspects its files, then calls `afterKill`. To be called from any thread.
+KillResult killSessions(const QString& endlessSessions, const Moment& moment,
+                        const Aftermath& afterKill);
 
 /// Whether a file holds the beginning of a results file, in whole lines.
 bool hasWholeLines(const QByteArray& file);

@@ -1,4 +1,4 @@
-// A session of very many responses, and what each of them costs.
+// A session of very many responses, and the cost of each.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/LongSession.h"
 
@@ -53,7 +53,7 @@ double DetachedWindow::respond(int frequency) {
     updateMainwindow(PlaySinusoid, frequency);
     const double answeringMs = processorMs() - beforeAnsweringMs;
     cancelPresentation();
-    // As playOneSound() does once the pause is over, but for the output.
+    // Like playOneSound() after the pause, without the output.
     const double beforePlayingMs = processorMs();
     updateFrequencyMatched();
     ++data.nResponses;
@@ -78,7 +78,7 @@ bool LongSession::beginNext() {
     if (!session.begin(target, pauseMs))
         return false;
     SubjectWindow* const listener = session.listener();
-    // Noted before the window's own slots run, which are connected to clicked(), and after them.
+    // Recorded before and after the window's own slots run, which are connected to clicked().
     QObject::connect(testsupport::find<QPushButton>(*listener, "pushButtonPlaySinusoid"),
                      &QPushButton::released, [this] { click.start(); });
     QObject::connect(listener, &SubjectWindow::subjectResponded, [this](int response) {
@@ -90,10 +90,10 @@ bool LongSession::beginNext() {
 }
 
 bool LongSession::respond() {
-    constexpr int lowest = 10;
-    constexpr int stride = 613; // So that each frequency comes before one comes again.
+    constexpr int minimumHz = 10;
+    constexpr int stride = 613; // So that every frequency occurs before one repeats.
     constexpr int count = 991;
-    const int frequency = lowest + frequencies.size() * stride % count;
+    const int frequency = minimumHz + frequencies.size() * stride % count;
     frequencies.append(frequency);
     costs.append(ResponseCost());
     application.forgetEvents();

@@ -1,4 +1,4 @@
-// A session of very many responses, and what each of them costs.
+// A session of very many responses, and the cost of each.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -11,9 +11,9 @@
 #include <QTemporaryDir>
 #include <QVector>
 
-/// A window whose trend belongs to no chart: Qt keeps its points and ticks and neither
-/// lays out nor draws anything, so that answering a response takes what the program itself needs.
-/// Its sounds last a quarter of a second; none is played.
+/// A window whose trend belongs to no chart: Qt keeps its points and ticks but lays out and draws
+/// nothing, so that answering a response takes only the program's own time. Its sounds last a
+/// quarter of a second; none is played.
 class DetachedWindow : public testsupport::InspectedMainWindow {
 public:
     /// Prepares a session with such a target, which is made in a folder.

@@ -22,7 +22,7 @@ namespace {
 constexpr double pauseMs = 20; // From a request to its sound.
 const char* const targetName = "target.wav";
 
-/// A 16-bit target unlike any other, without a silent sample.
+/// A unique 16-bit target without a silent sample.
 QVector<int> noise(int count, std::mt19937& generator) {
     std::uniform_int_distribution<int> loudness(1, 32767);
     QVector<int> codes(count);
@@ -31,14 +31,14 @@ QVector<int> noise(int count, std::mt19937& generator) {
     return codes;
 }
 
-/// Lowest, highest, and then each of the frequencies between them before one comes again.
+/// Minimum, maximum, and then each frequency between them before one repeats.
 int frequencyOf(int sinusoid) {
-    constexpr int lowest = 10;
-    constexpr int highest = 1000;
+    constexpr int minimumHz = 10;
+    constexpr int maximumHz = 1000;
     if (sinusoid < 2)
-        return sinusoid == 0 ? lowest : highest;
+        return sinusoid == 0 ? minimumHz : maximumHz;
     constexpr int stride = 613; // Has no factor in common with the number of frequencies.
-    return lowest + int(qint64(sinusoid) * stride % (highest - lowest + 1));
+    return minimumHz + int(qint64(sinusoid) * stride % (maximumHz - minimumHz + 1));
 }
 
 bool isDeviceSuspended() {
@@ -55,8 +55,8 @@ MixedSessions::MixedSessions(const SoundRecorder& deviceRecorder, std::chrono::s
 }
 
 bool MixedSessions::hold(int count) {
-    // 100 ms to a second. The longer ones do not fit the output's buffer, which holds a quarter of
-    // a second: the program has to hand on the rest in time.
+    // 100 ms to a second. The longer ones exceed the output's buffer of a quarter of a second: the
+    // program must deliver the rest in time.
     constexpr std::array<int, 7> lengths{10000, 4000, 40000, 6000, 20000, 5000, 8000};
     const QVector<int> codes = noise(lengths[std::size_t(sessions) % lengths.size()], generator);
     const QString path = folder.filePath(targetName);
@@ -86,7 +86,7 @@ bool MixedSessions::present(bool isSinusoid) {
         presentation.sound = target;
     }
     const bool isPlayed =
-        note(presentation) &&
+        registerPresentation(presentation) &&
         (isSinusoid ? session.playSinusoid(presentation.frequency) : session.playTarget());
     if (isPlayed && isSinusoid)
         presentations.last().isShownAsMatched =
@@ -95,9 +95,9 @@ bool MixedSessions::present(bool isSinusoid) {
     return isPlayed && (!hasControl || playControl());
 }
 
-/// Notes a presentation that is asked for next, once everything before has been recorded and the
-/// device has been idle for long enough.
-bool MixedSessions::note(const PresentedSound& presentation) {
+/// Registers the next presentation, once everything before it has been recorded and the device has
+/// been idle for long enough.
+bool MixedSessions::registerPresentation(const PresentedSound& presentation) {
     constexpr int silenceMs = 100;
     if (!recorder.waitForSilence(silenceMs))
         return false;
@@ -118,14 +118,14 @@ bool MixedSessions::playControl() {
     const QString path = folder.filePath("control.raw");
     if (!testsupport::writeBytes(path, QByteArray(reinterpret_cast<const char*>(played.constData()),
                                                   played.size() * int(sizeof(float)))) ||
-        !note(control))
+        !registerPresentation(control))
         return false;
     QProcess pacat;
     pacat.setProcessChannelMode(QProcess::ForwardedChannels);
     pacat.start("pacat", {"--raw", "--rate=40000", "--channels=1", "--format=float32le", path});
-    constexpr int patienceMs = 30000;
+    constexpr int timeoutMs = 30000;
     return pacat.waitForStarted() &&
-           QTest::qWaitFor([&] { return pacat.state() == QProcess::NotRunning; }, patienceMs) &&
+           QTest::qWaitFor([&] { return pacat.state() == QProcess::NotRunning; }, timeoutMs) &&
            pacat.exitStatus() == QProcess::NormalExit && pacat.exitCode() == 0;
 }
 

@@ -14,23 +14,23 @@
 #include <chrono>
 #include <random>
 
-/// A sound that the listener asked for, or the same sound played by another program.
+/// A sound that the listener requested, or the same sound played by another program.
 struct PresentedSound {
     bool isSinusoid = false;
     bool isControl = false;        ///< Played by another program.
-    int frequency = 0;             ///< Asked for, Hz; of a sinusoid only.
+    int frequency = 0;             ///< Requested, Hz; of a sinusoid only.
     QVector<float> sound;          ///< As it should be heard.
-    int recordedBefore = 0;        ///< Samples recorded when it was asked for.
-    bool wasSuspended = false;     ///< Whether the device was suspended when it was asked for.
-    testsupport::HeardSound heard; ///< What became of it.
-    bool isShownAsMatched = true;  ///< Whether a sinusoid stood in the window once it had sounded.
+    int recordedBefore = 0;        ///< Samples recorded at its request.
+    bool wasSuspended = false;     ///< Whether the device was suspended at its request.
+    testsupport::HeardSound heard; ///< How much of it was heard.
+    bool isShownAsMatched = true;  ///< Whether the window showed a sinusoid's frequency after it.
 };
 
 /// Real sessions, by the widgets that a person clicks.
 class MixedSessions {
 public:
-    /// Before each presentation nothing happens for `idle`. With a control, pacat plays each sound
-    /// once more, with the same silence after it, when the program has presented it.
+    /// Each presentation is preceded by `idle` without activity. With a control, pacat repeats each
+    /// sound after the program has presented it, with the same silence after it.
     MixedSessions(const testsupport::SoundRecorder& deviceRecorder, std::chrono::seconds idle,
                   bool isControlled);
 
@@ -40,18 +40,18 @@ public:
     bool hold(int count);
 
     /// Compares every presentation with what was recorded. Returns how many stretches of the
-    /// recording hold something that was not asked for.
+    /// recording hold an unexpected sound.
     int compare();
 
     QVector<PresentedSound> presentations;
     int sessions = 0;
-    int wrongResultsFiles = 0; ///< That do not hold just the requests.
+    int wrongResultsFiles = 0; ///< Files that do not hold exactly the requests.
     testsupport::LogLines log;
 
 private:
     bool present(bool isSinusoid);
     bool playControl();
-    bool note(const PresentedSound& presentation);
+    bool registerPresentation(const PresentedSound& presentation);
     bool areResultsRight(int firstPresentation) const;
 
     const testsupport::SoundRecorder& recorder;
@@ -62,5 +62,5 @@ private:
     MainWindow window;
     testsupport::SessionDriver session{window};
     QVector<float> target; ///< Of the running session, as it should be heard.
-    int sinusoids = 0;     ///< Asked for so far, in all sessions.
+    int sinusoids = 0;     ///< Requested so far, in all sessions.
 };

@@ -1,4 +1,4 @@
-// What a program holds of the system's memory, files and threads.
+// The memory, files and threads that a process holds.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/ProcessResources.h"
 
@@ -33,19 +33,19 @@ ProcessResources ownResources() {
     const struct mallinfo2 heap = mallinfo2();
     resources.allocatedMiB =
         double(heap.uordblks + heap.hblkhd) / kibibytesInMebibyte / kibibytesInMebibyte;
-    // The folder that is being read is one of them each time.
+    // The descriptor of the folder being read is among them.
     resources.descriptors = entriesOf("/proc/self/fd");
     resources.threads = entriesOf("/proc/self/task");
     return resources;
 }
 
-void rest() {
-    constexpr int restMs = 200;
-    QTest::qWait(restMs);
+void handleDeferredEvents() {
+    constexpr int durationMs = 200;
+    QTest::qWait(durationMs);
 }
 
 ProcessResources resourcesAtRest() {
-    rest();
+    handleDeferredEvents();
     malloc_trim(0);
     return ownResources();
 }

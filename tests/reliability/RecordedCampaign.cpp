@@ -1,4 +1,4 @@
-// What the campaigns that listen to the sound device share.
+// The common part of the campaigns that record the sound device.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/RecordedCampaign.h"
 

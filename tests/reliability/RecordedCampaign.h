@@ -1,4 +1,4 @@
-// What the campaigns that listen to the sound device share.
+// The common part of the campaigns that record the sound device.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -6,8 +6,8 @@
 
 #include <QTextStream>
 
-/// A campaign NAME COUNT: what it is asked for, where it reports what it finds, and the recording
-/// of the sound device "lab".
+/// A campaign NAME COUNT: its arguments, the stream of its report, and the recording of the sound
+/// device "lab".
 class RecordedCampaign {
 public:
     /// Starts to record if `count` is `minimumCount` or more.

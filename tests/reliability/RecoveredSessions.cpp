@@ -1,4 +1,4 @@
-// What pellion-session recovers of sessions that were killed.
+// The recovery of killed sessions by pellion-session.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/RecoveredSessions.h"
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-void recoverInto(const QString& folder, Remains& remains) {
+void recoverInto(const QString& folder, KillResult& result) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_DATA_HOME", folder + "/data");
@@ -19,14 +19,14 @@ void recoverInto(const QString& folder, Remains& remains) {
     process.start(QStringLiteral(PELLION_SESSION), {"recover", folder});
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit ||
         process.exitCode() > 1)
-        remains.faults.append("pellion-session: " + process.readAllStandardError());
-    // One stays that was just made and holds nothing, and one whose session had been saved when it
-    // was killed.
+        result.faults.append("pellion-session: " + process.readAllStandardError());
+    // A journal that was just created and is empty stays, and so does one whose session was already
+    // saved.
     const QList<QByteArray> results = testsupport::contentsOf(folder);
     for (const QByteArray& journal : testsupport::contentsOf(folder + "/data/pellion/journal"))
         if (!journal.isEmpty() && !results.contains(journal))
-            remains.faults.append("a journal was not recovered: " + journal +
-                                  process.readAllStandardOutput());
+            result.faults.append("a journal was not recovered: " + journal +
+                                 process.readAllStandardOutput());
 }
 
 /// The beginning of the line that the analyses should print of a session, by its file.
@@ -46,18 +46,18 @@ QString expectedLine(const KilledSession& session, const QByteArray& file) {
 } // namespace
 
 void recoverSessions(const QString& folder, const QList<KilledSession>& sessions,
-                     Remains& remains) {
-    recoverInto(folder, remains);
+                     KillResult& result) {
+    recoverInto(folder, result);
     QStringList expected;
     for (const KilledSession& session : sessions) {
         const QByteArray file = testsupport::readBytes(folder + '/' + session.resultsName);
         for (const Response& response : session.acknowledged)
             if (holds(file, response))
-                ++remains.recovered;
+                ++result.recovered;
             else
-                remains.faults.append(QStringLiteral("%1: response %2 is not recovered")
-                                          .arg(session.resultsName)
-                                          .arg(response.number));
+                result.faults.append(QStringLiteral("%1: response %2 is not recovered")
+                                         .arg(session.resultsName)
+                                         .arg(response.number));
         if (!file.isEmpty())
             expected.append(expectedLine(session, file));
     }
@@ -69,7 +69,7 @@ void recoverSessions(const QString& folder, const QList<KilledSession>& sessions
         for (QString& line : lines)
             line = line.section('\t', 0, 5);
         if (run.status != 0 || !run.errors.isEmpty() || lines != expected)
-            remains.faults.append(language + QStringLiteral(" reads otherwise: ") + run.errors +
-                                  run.output);
+            result.faults.append(language + QStringLiteral(" reads otherwise: ") + run.errors +
+                                 run.output);
     });
 }

@@ -1,4 +1,4 @@
-// What a sound device of another rate received of a sound that was presented.
+// A presented sound in the recording of a sound device of another rate.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/ResampledSounds.h"
 
@@ -6,8 +6,8 @@
 #include <cmath>
 #include <vector>
 
-using testsupport::Fate;
 using testsupport::HeardSound;
+using testsupport::Outcome;
 
 namespace {
 
@@ -22,7 +22,7 @@ public:
     FilteredSignal(const QVector<float>& signal, double signalRate)
         : samples(signal), rate(signalRate) {}
 
-    /// The value at a time (s) by a sinc filter under a Blackman window; silence lies around.
+    /// The value at a time (s) by a sinc filter with a Blackman window, with silence around it.
     double at(double seconds) const {
         const int first = std::max(int(std::ceil((seconds - halfWidthSeconds) * rate)), 0);
         const int last =
@@ -65,7 +65,7 @@ public:
         : recording(stretch, deviceRate), rate(soundRate), count(sound.size()),
           block(int(blockSeconds * soundRate)) {
         const FilteredSignal source(sound, soundRate);
-        // What the filter spreads beyond both ends belongs to the sound.
+        // The filter's ringing beyond both ends belongs to the sound.
         for (int i = -block; i < count + block; ++i)
             expected.append(source.at(i / rate));
         double squares = 0;
@@ -107,7 +107,7 @@ public:
     HeardSound judge(double delay) const {
         constexpr double tolerance = 0.01;
         HeardSound heard;
-        heard.fate = Fate::Complete;
+        heard.outcome = Outcome::Complete;
         heard.start = int(std::lround(delay * rate));
         for (int first = 0; first < expected.size(); first += block) {
             double errors = 0;
@@ -123,8 +123,8 @@ public:
                 heard.firstWrong = first - block;
             heard.samplesMissing += block;
             const bool isSilent = std::sqrt(received / block) <= tolerance * level;
-            if (heard.fate != Fate::Gaps)
-                heard.fate = isSilent ? Fate::Gaps : Fate::Different;
+            if (heard.outcome != Outcome::Gaps)
+                heard.outcome = isSilent ? Outcome::Gaps : Outcome::Different;
         }
         return heard;
     }

@@ -1,4 +1,4 @@
-// What a sound device of another rate received of a sound that was presented.
+// A presented sound in the recording of a sound device of another rate.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

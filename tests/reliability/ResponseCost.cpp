@@ -1,4 +1,4 @@
-// What the responses of a session cost.
+// The costs of the responses of a session.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/ResponseCost.h"
 

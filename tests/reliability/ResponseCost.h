@@ -1,14 +1,14 @@
-// What the responses of a session cost.
+// The costs of the responses of a session.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QString>
 #include <QVector>
 
-/// What one response costs, in ms.
+/// The costs of one response, in ms.
 struct ResponseCost {
-    /// The program's own share: match, synthesis, trend, bytes to be played. It waits for nothing:
-    /// time of the processor, so that what else the machine does is not in it.
+    /// The program's own share: match, synthesis, trend, bytes to be played. Processor time, which
+    /// excludes other load on the machine.
     double own = 0;
     double journal = 0; ///< The journal, with its way to the disk.
     double click = 0;   ///< From the listener's click until it has been answered.

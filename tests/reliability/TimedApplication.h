@@ -1,4 +1,4 @@
-// An application that knows how long it was busy.
+// An application that measures how long it was busy.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-/// Adds up the time that events take: clicks, timers, layout, painting, all but waiting. Events
-/// sent while another is handled belong to that one.
+/// Adds up the time of handling events: clicks, timers, layout, painting, without waiting. Events
+/// sent while another is handled count as part of it.
 class TimedApplication : public QApplication {
 public:
     using QApplication::QApplication;
@@ -27,7 +27,7 @@ public:
         return isHandled;
     }
 
-    /// Both begin again at 0.
+    /// Resets both to 0.
     void forgetEvents() { busy = longest = 0; }
 
     double busyMs() const { return busy; }       ///< All events together.

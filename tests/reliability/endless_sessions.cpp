@@ -16,8 +16,8 @@ using testsupport::SessionDriver;
 
 namespace {
 
-/// Reports on standard output what happens, one event a line. A line is out before its event can
-/// go on, whatever ends the program.
+/// Reports on standard output what happens, one event a line. A line is written before its event
+/// continues, so that no end of the program loses it.
 void report(const QString& event) {
     const QByteArray line = event.toUtf8() + '\n';
     if (::write(STDOUT_FILENO, line.constData(), size_t(line.size())) != line.size())
@@ -52,8 +52,8 @@ public:
         report("go");
         if (!session.playTarget())
             return false;
-        constexpr int mostRequests = 8;
-        for (int left = randomNumber(1, mostRequests); left > 0; --left)
+        constexpr int maximumRequests = 8;
+        for (int left = randomNumber(1, maximumRequests); left > 0; --left)
             if (!request())
                 return false;
         report("done");

@@ -40,7 +40,7 @@ class MeasuredSessions {
 public:
     MeasuredSessions() {
         QObject::connect(&window, &MainWindow::soundPlaying, [this](int index) {
-            // Not for the target that opens the next session.
+            // Not for the target at the start of the next session.
             if (index == 1 && !presentations.isEmpty() && presentations.last().startedMs == 0)
                 presentations.last().startedMs = SoundRecorder::nowMs();
         });
@@ -55,7 +55,7 @@ public:
             return false;
         auto* const button =
             testsupport::find<QPushButton>(*session.listener(), "pushButtonPlaySinusoid");
-        // Noted before the window's own slots run, for those are connected to clicked().
+        // Recorded before the window's own slots run, which are connected to clicked().
         QObject::connect(button, &QPushButton::released, [this, isJournaled] {
             presentations.append({isJournaled, SoundRecorder::nowMs()});
         });
@@ -78,7 +78,7 @@ private:
     SessionDriver session{window};
 };
 
-/// Finds the sinusoids; returns what the device received otherwise than they should be.
+/// Finds the sinusoids; returns the difference between them and the recording.
 QString findOnsets(const SoundRecorder& recording, QVector<MeasuredPause>& presentations) {
     QVector<QVector<float>> sinusoids;
     for (int i = 0; i < presentations.size(); ++i)
@@ -145,7 +145,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     QTextStream& out = campaign.out;
     MeasuredSessions sessions;
-    // Both kinds in turn, so that whatever else the machine does meets them alike.
+    // Both kinds in turn, so that other load on the machine affects them equally.
     for (int held = 0; held < count; held += presentationsPerSession)
         for (const bool isJournaled : {true, false})
             if (!sessions.hold(isJournaled)) {

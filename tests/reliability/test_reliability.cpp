@@ -1,4 +1,4 @@
-// What the long campaigns judge recordings, files and costs by.
+// Tests of the functions by which the long campaigns judge recordings, files and costs.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/KilledSessions.h"
 #include "reliability/ProcessResources.h"
@@ -12,8 +12,8 @@
 #include <cmath>
 
 using testsupport::columns;
-using testsupport::Fate;
 using testsupport::HeardSound;
+using testsupport::Outcome;
 
 namespace {
 
@@ -21,86 +21,86 @@ const QByteArray header = "filename\tnTrials\tfrequency matched (Hz)\r\n";
 
 } // namespace
 
-Q_DECLARE_METATYPE(testsupport::Fate)
+Q_DECLARE_METATYPE(testsupport::Outcome)
 
 class TestReliability : public QObject {
     Q_OBJECT
 
 private slots:
-    void fates_data();
-    void fates();
-    void fatesOfResampledSounds_data();
-    void fatesOfResampledSounds();
+    void outcomes_data();
+    void outcomes();
+    void outcomesOfResampledSounds_data();
+    void outcomesOfResampledSounds();
     void wholeLinesAreRecognised_data();
     void wholeLinesAreRecognised();
     void responsesAreFoundInFiles_data();
     void responsesAreFoundInFiles();
-    void growthOfMemoryIsThatOfTheBestLine_data();
-    void growthOfMemoryIsThatOfTheBestLine();
+    void growthOfMemoryIsTheSlopeOfTheBestLine_data();
+    void growthOfMemoryIsTheSlopeOfTheBestLine();
     void medianAndMaximumOfValues_data();
     void medianAndMaximumOfValues();
 };
 
-void TestReliability::fates_data() {
-    const auto addRow = columns<QVector<float>, Fate, int, int, bool>(
-        "stretch", "fate", "start", "missing", "isFollowedByMore");
-    const auto row = [addRow](const char* name, const QVector<float>& stretch, Fate fate,
+void TestReliability::outcomes_data() {
+    const auto addRow = columns<QVector<float>, Outcome, int, int, bool>(
+        "stretch", "outcome", "start", "missing", "isFollowedByMore");
+    const auto row = [addRow](const char* name, const QVector<float>& stretch, Outcome outcome,
                               int start = -1, int missing = 0, bool isFollowedByMore = false) {
-        addRow(name, stretch, fate, start, missing, isFollowedByMore);
+        addRow(name, stretch, outcome, start, missing, isFollowedByMore);
     };
     // The sound is 0, 1, 2, 0, 3, 4.
-    row("alone", {0, 1, 2, 0, 3, 4}, Fate::Complete, 0);
-    row("between silence", {0, 0, 0, 1, 2, 0, 3, 4, 0, 0}, Fate::Complete, 2);
-    row("with its first zero outside", {1, 2, 0, 3, 4}, Fate::Gaps);
-    row("twice", {0, 1, 2, 0, 3, 4, 0, 1, 2, 0, 3, 4}, Fate::Complete, 0, 0, true);
-    row("click after it", {0, 1, 2, 0, 3, 4, 0, 5}, Fate::Complete, 0, 0, true);
-    row("click before", {5, 0, 1, 2, 0, 3, 4}, Fate::Different);
-    row("silence", {0, 0, 0, 0, 0, 0, 0, 0}, Fate::Missing, -1, 4);
-    row("nothing", {}, Fate::Missing, -1, 4);
-    row("end cut off", {0, 0, 1, 2, 0, 3, 0, 0}, Fate::CutAtEnd, -1, 1);
-    row("end of the recording", {0, 0, 1, 2, 0, 3}, Fate::CutAtEnd, -1, 1);
-    row("end cut off after a gap", {0, 1, 0, 0, 0, 2, 0, 0}, Fate::CutAtEnd, -1, 2);
-    row("start cut off", {0, 0, 0, 0, 3, 4, 0, 0}, Fate::CutAtStart, -1, 2);
-    row("piece missing", {0, 1, 0, 3, 4, 0, 0}, Fate::CutInside, -1, 1);
-    row("piece replaced by silence", {0, 1, 0, 0, 3, 4, 0, 0}, Fate::CutInside, -1, 1);
-    row("gap", {0, 1, 0, 0, 0, 2, 0, 3, 4}, Fate::Gaps);
-    row("longer silence in the middle", {0, 1, 2, 0, 0, 3, 4}, Fate::Gaps);
-    row("missing silence in the middle", {0, 1, 2, 3, 4, 0, 0}, Fate::Gaps);
-    row("one sample wrong", {0, 1, 2, 0, 3, 5}, Fate::Different);
-    row("another sound", {0, 5, 6, 7, 8, 9, 10}, Fate::Different);
-    row("in another order", {0, 2, 1, 0, 3, 4}, Fate::Different);
-    row("half of another sound", {0, 5, 6, 0, 0, 0}, Fate::Different, -1, 2);
-    row("wrong and cut", {0, 1, 5, 4, 0, 0}, Fate::Different, -1, 1);
+    row("alone", {0, 1, 2, 0, 3, 4}, Outcome::Complete, 0);
+    row("between silence", {0, 0, 0, 1, 2, 0, 3, 4, 0, 0}, Outcome::Complete, 2);
+    row("with its first zero outside", {1, 2, 0, 3, 4}, Outcome::Gaps);
+    row("twice", {0, 1, 2, 0, 3, 4, 0, 1, 2, 0, 3, 4}, Outcome::Complete, 0, 0, true);
+    row("click after it", {0, 1, 2, 0, 3, 4, 0, 5}, Outcome::Complete, 0, 0, true);
+    row("click before", {5, 0, 1, 2, 0, 3, 4}, Outcome::Different);
+    row("silence", {0, 0, 0, 0, 0, 0, 0, 0}, Outcome::Missing, -1, 4);
+    row("nothing", {}, Outcome::Missing, -1, 4);
+    row("end cut off", {0, 0, 1, 2, 0, 3, 0, 0}, Outcome::CutAtEnd, -1, 1);
+    row("end of the recording", {0, 0, 1, 2, 0, 3}, Outcome::CutAtEnd, -1, 1);
+    row("end cut off after a gap", {0, 1, 0, 0, 0, 2, 0, 0}, Outcome::CutAtEnd, -1, 2);
+    row("start cut off", {0, 0, 0, 0, 3, 4, 0, 0}, Outcome::CutAtStart, -1, 2);
+    row("piece missing", {0, 1, 0, 3, 4, 0, 0}, Outcome::CutInside, -1, 1);
+    row("piece replaced by silence", {0, 1, 0, 0, 3, 4, 0, 0}, Outcome::CutInside, -1, 1);
+    row("gap", {0, 1, 0, 0, 0, 2, 0, 3, 4}, Outcome::Gaps);
+    row("longer silence in the middle", {0, 1, 2, 0, 0, 3, 4}, Outcome::Gaps);
+    row("missing silence in the middle", {0, 1, 2, 3, 4, 0, 0}, Outcome::Gaps);
+    row("one sample wrong", {0, 1, 2, 0, 3, 5}, Outcome::Different);
+    row("another sound", {0, 5, 6, 7, 8, 9, 10}, Outcome::Different);
+    row("reordered", {0, 2, 1, 0, 3, 4}, Outcome::Different);
+    row("half of another sound", {0, 5, 6, 0, 0, 0}, Outcome::Different, -1, 2);
+    row("wrong and cut", {0, 1, 5, 4, 0, 0}, Outcome::Different, -1, 1);
 }
 
-void TestReliability::fates() {
+void TestReliability::outcomes() {
     QFETCH(QVector<float>, stretch);
     const HeardSound heard = testsupport::findSound(stretch, {0, 1, 2, 0, 3, 4});
-    QTEST(heard.fate, "fate");
+    QTEST(heard.outcome, "outcome");
     QTEST(heard.start, "start");
     QTEST(heard.samplesMissing, "missing");
     QTEST(heard.isFollowedByMore, "isFollowedByMore");
 }
 
-void TestReliability::fatesOfResampledSounds_data() {
-    const auto row = columns<int, int, double, Fate>("cutFrom", "cutLength", "level", "fate");
-    row("complete", 0, 0, 1, Fate::Complete);
-    row("as quiet as a wrong volume makes it", 0, 0, 0.97, Fate::Different);
-    row("a quantum missing", 4000, 614, 1, Fate::Gaps);
-    row("end cut off", 11000, 1000, 1, Fate::Gaps);
-    row("start cut off", 0, 1000, 1, Fate::Gaps);
-    row("a click", 5000, 10, 1, Fate::Different);
-    row("nothing", 0, 12000, 1, Fate::Missing);
+void TestReliability::outcomesOfResampledSounds_data() {
+    const auto row = columns<int, int, double, Outcome>("cutFrom", "cutLength", "level", "outcome");
+    row("complete", 0, 0, 1, Outcome::Complete);
+    row("as quiet as a wrong volume makes it", 0, 0, 0.97, Outcome::Different);
+    row("a quantum missing", 4000, 614, 1, Outcome::Gaps);
+    row("end cut off", 11000, 1000, 1, Outcome::Gaps);
+    row("start cut off", 0, 1000, 1, Outcome::Gaps);
+    row("a click", 5000, 10, 1, Outcome::Different);
+    row("nothing", 0, 12000, 1, Outcome::Missing);
 }
 
 /// A sum of tones of 40000 Hz that a device of 48000 Hz receives 37.3 samples late.
-void TestReliability::fatesOfResampledSounds() {
+void TestReliability::outcomesOfResampledSounds() {
     QFETCH(int, cutFrom);
     QFETCH(int, cutLength);
     QFETCH(double, level);
     constexpr double samplingRate = 40000;
     constexpr double deviceRate = 48000;
-    constexpr double lateBy = 37.3; // Samples of the device.
+    constexpr double delaySamples = 37.3; // Samples of the device.
     constexpr int count = 10000;
     const auto at = [=](double seconds) {
         const double edge = std::min(seconds, count / samplingRate - seconds);
@@ -113,14 +113,14 @@ void TestReliability::fatesOfResampledSounds() {
         sound[i] = float(at(i / samplingRate));
     QVector<float> stretch(14000);
     for (int i = 0; i < stretch.size(); ++i) {
-        const double sample = i - lateBy;
+        const double sample = i - delaySamples;
         const bool isCut = sample >= cutFrom && sample < cutFrom + cutLength;
         stretch[i] = isCut ? 0 : float(level * at(sample / deviceRate));
     }
     const HeardSound heard = findResampledSound(stretch, deviceRate, sound, samplingRate);
-    QTEST(heard.fate, "fate");
+    QTEST(heard.outcome, "outcome");
     QCOMPARE(heard.isFollowedByMore, false);
-    QCOMPARE(heard.samplesMissing > 0, heard.fate != Fate::Complete);
+    QCOMPARE(heard.samplesMissing > 0, heard.outcome != Outcome::Complete);
 }
 
 void TestReliability::wholeLinesAreRecognised_data() {
@@ -175,7 +175,7 @@ void TestReliability::responsesAreFoundInFiles() {
     QTEST(holds(header + lines, {2, "640"}), "isHeld");
 }
 
-void TestReliability::growthOfMemoryIsThatOfTheBestLine_data() {
+void TestReliability::growthOfMemoryIsTheSlopeOfTheBestLine_data() {
     const auto row = columns<QVector<double>, int, double>("mebibytes", "firstIndex", "growth");
     row("none", {7, 7, 7, 7}, 0, 0);
     row("as a line", {1, 3, 5, 7, 9}, 0, 2);
@@ -186,7 +186,7 @@ void TestReliability::growthOfMemoryIsThatOfTheBestLine_data() {
     row("uneven", {0, 2, 1, 5}, 0, 1.4);
 }
 
-void TestReliability::growthOfMemoryIsThatOfTheBestLine() {
+void TestReliability::growthOfMemoryIsTheSlopeOfTheBestLine() {
     QFETCH(QVector<double>, mebibytes);
     QFETCH(int, firstIndex);
     QVector<ProcessResources> held;

@@ -1,4 +1,4 @@
-// Holds many sessions in one run, then one of very many responses, and reports what they cost:
+// Holds many sessions in one run, then one of very many responses, and reports their costs:
 // try_endurance SESSIONS RESPONSES.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/LongSession.h"
@@ -18,15 +18,15 @@ namespace {
 constexpr int fewResponses = 10;
 constexpr double kibibytesInMebibyte = 1024;
 
-/// What a session may leave besides (MiB): widgets of its listener's window, and what Qt makes
-/// once, dialogs for example.
-constexpr double leftBesidesMiB = 1;
+/// Other memory that a session may keep (MiB): widgets of its listener's window, and objects that
+/// Qt creates once, such as dialogs.
+constexpr double otherGrowthMiB = 1;
 
 QString mebibytes(double number) {
     return QString::number(number, 'f', 1);
 }
 
-/// Prints what was held after sessions; returns whether it grew only as it should.
+/// Prints the resources held after sessions; returns whether their growth is within its limits.
 bool reportSessions(QTextStream& out, const QVector<ProcessResources>& held) {
     out << "| sessions held | memory (MiB) | of these private (MiB) | open files | threads |\n"
         << "|---|---|---|---|---|\n";
@@ -38,13 +38,13 @@ bool reportSessions(QTextStream& out, const QVector<ProcessResources>& held) {
                 << mebibytes(held[i].privateMiB) << " | " << held[i].descriptors << " | "
                 << held[i].threads << " |\n";
     }
-    // What is made once, with the first sessions, is not growth.
+    // Objects that the first sessions create once are not growth.
     constexpr int firstSession = 5;
-    constexpr int fewestSessions = 20;
+    constexpr int minimumSessions = 20;
     bool isMemoryKept = true;
-    if (held.size() >= fewestSessions) {
+    if (held.size() >= minimumSessions) {
         const double growth = growthOfMemory(held, firstSession);
-        // The widgets of its listener's window, but not the picture of it, which takes 4.4 MiB.
+        // The widgets of its listener's window, without its backing store, which takes 4.4 MiB.
         constexpr double maximumGrowthMiB = 0.3;
         isMemoryKept = growth <= maximumGrowthMiB;
         out << "\nEach session from the sixth on left " << QString::number(growth, 'f', 2)
@@ -61,12 +61,13 @@ bool reportSessions(QTextStream& out, const QVector<ProcessResources>& held) {
     return isMemoryKept && isRestKept;
 }
 
-/// What the last responses cost: 50 of them, of few responses 10.
+/// The costs of the last 50 responses, or of the last 10 of few responses.
 class LastResponses {
 public:
     explicit LastResponses(const QVector<ResponseCost>& all) {
-        constexpr int mostResponses = 50;
-        costs = all.mid(all.size() - (all.size() <= mostResponses ? fewResponses : mostResponses));
+        constexpr int maximumResponses = 50;
+        costs = all.mid(all.size() -
+                        (all.size() <= maximumResponses ? fewResponses : maximumResponses));
     }
 
     template <typename Cost> MedianAndMaximum share(Cost cost) const {
@@ -160,7 +161,7 @@ public:
         if (!session.finish())
             return isWrong("the results are not what was asked for");
         const ProcessResources finished = resourcesAtRest();
-        // The trend's axis keeps its labels until it is asked for at least two.
+        // The trend's axis keeps its labels until at least two responses need ticks.
         if (!session.beginNext() || !session.respond() || !session.respond())
             return isWrong("the next session went wrong");
         const ProcessResources next = resourcesAtRest();
@@ -174,7 +175,7 @@ public:
 
 private:
     struct Moment {
-        QString name; ///< Of what has just happened.
+        QString name; ///< Of the step before.
         ProcessResources held;
     };
 
@@ -189,8 +190,7 @@ private:
             first = held;
         reportResponses(out, LastResponses(session.costs), number, held);
         const double limitMs = number == fewResponses ? 2 : 20;
-        // Not in the middle only: each single one has to be quick. The journal waits for a disk,
-        // which takes as long as it takes.
+        // Every response counts. The journal has no limit: it waits for a disk.
         const bool isQuick = std::all_of(
             session.costs.cbegin(), session.costs.cend(),
             [limitMs](const ResponseCost& response) { return response.own <= limitMs; });
@@ -209,15 +209,15 @@ private:
             out << "\nThe own share is too large, or open files or threads grew.\n";
     }
 
-    /// What the program has asked for is more exact about what it keeps than what is resident.
+    /// Allocated memory shows growth more exactly than resident memory.
     void checkMemory(const ProcessResources& last, const ProcessResources& next) {
-        constexpr double mostGrownKibibytes = 24;  // A label of the trend's axis takes 19.
-        constexpr double maximumKeptKibibytes = 1; // Qt's lists keep their room.
+        constexpr double maximumGrowthKibibytes = 24; // A label of the trend's axis takes 19.
+        constexpr double maximumKeptKibibytes = 1;    // Qt's lists keep their room.
         const double kibiResponses = (count - fewResponses) / kibibytesInMebibyte;
         const double grown = last.allocatedMiB - first.allocatedMiB;
         const double kept = next.allocatedMiB - first.allocatedMiB;
-        isMemoryKept = grown <= kibiResponses * mostGrownKibibytes + leftBesidesMiB &&
-                       kept <= kibiResponses * maximumKeptKibibytes + leftBesidesMiB;
+        isMemoryKept = grown <= kibiResponses * maximumGrowthKibibytes + otherGrowthMiB &&
+                       kept <= kibiResponses * maximumKeptKibibytes + otherGrowthMiB;
         if (!isMemoryKept)
             out << "\nA session keeps more memory than it should.\n";
     }

@@ -1,4 +1,4 @@
-// Kills running sessions, counts what is lost and recovered: try_kills ENDLESS_SESSIONS COUNT.
+// Kills running sessions, counts lost and recovered responses: try_kills ENDLESS_SESSIONS COUNT.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "reliability/RecoveredSessions.h"
 
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Every fourth kill strikes a session that is about to be saved, the others some moment of the
+/// Every fourth kill is at a session that is about to be saved, the others at random moments of the
 /// first few sessions.
 std::vector<Moment> randomMoments(int count, quint32 seed) {
     constexpr int everyFourth = 4;
@@ -26,13 +26,13 @@ std::vector<Moment> randomMoments(int count, quint32 seed) {
     std::vector<Moment> moments(static_cast<std::size_t>(count));
     for (std::size_t i = 0; i < moments.size(); ++i) {
         moments[i].isWhileSaving = i % everyFourth == everyFourth - 1;
-        const int mostMs = moments[i].isWhileSaving ? savingMs : sessionsMs;
-        moments[i].delayMs = std::uniform_int_distribution<int>(0, mostMs)(generator);
+        const int maximumDelayMs = moments[i].isWhileSaving ? savingMs : sessionsMs;
+        moments[i].delayMs = std::uniform_int_distribution<int>(0, maximumDelayMs)(generator);
     }
     return moments;
 }
 
-/// What sessions report, in their order, and what it is called in the summary.
+/// An event that sessions report, and its name in the summary.
 struct Event {
     const char* name;
     const char* text;
@@ -46,29 +46,29 @@ constexpr std::array<Event, 8> events{{{"", "nothing"},
                                        {"done", "\"Done\""},
                                        {"saved", "saved"}}};
 
-/// Adds up what became of all the kills.
+/// Adds up the results of all kills.
 class Summary {
 public:
-    void add(const Remains& remains) {
+    void add(const KillResult& result) {
         const std::lock_guard<std::mutex> guard(mutex);
         ++kills;
-        ++killsAfter[remains.lastEvent];
-        total.sessions += remains.sessions;
-        total.responses += remains.responses;
-        total.inResultsOnly += remains.inResultsOnly;
-        total.inJournalOnly += remains.inJournalOnly;
-        total.inBoth += remains.inBoth;
-        total.recovered += remains.recovered;
-        total.lost += remains.lost;
-        total.halfFiles += remains.halfFiles;
-        for (const QString& fault : remains.faults)
+        ++killsAfter[result.lastEvent];
+        total.sessions += result.sessions;
+        total.responses += result.responses;
+        total.inResultsOnly += result.inResultsOnly;
+        total.inJournalOnly += result.inJournalOnly;
+        total.inBoth += result.inBoth;
+        total.recovered += result.recovered;
+        total.lost += result.lost;
+        total.incompleteFiles += result.incompleteFiles;
+        for (const QString& fault : result.faults)
             total.faults.append(QStringLiteral("kill %1: %2").arg(kills).arg(fault));
     }
 
-    /// Whether nothing was lost, and there was something to lose.
+    /// Whether there were responses and none was lost.
     bool isFlawless() const { return total.faults.isEmpty() && total.responses > 0; }
 
-    /// A table in Markdown, and what went wrong, line by line.
+    /// A table in Markdown, then the faults, one a line.
     QString text() const {
         QString text;
         QTextStream stream(&text);
@@ -81,7 +81,8 @@ public:
                << total.recovered << " |\n| **lost** | **" << total.lost
                << "** |\n| lines that were not whole, and other faults | "
                << total.faults.size() - total.lost
-               << " |\n| unfinished files beside a results file | " << total.halfFiles << " |\n";
+               << " |\n| unfinished files beside a results file | " << total.incompleteFiles
+               << " |\n";
         for (const QString& fault : total.faults)
             stream << fault << '\n';
         return text;
@@ -97,17 +98,17 @@ private:
     }
 
     std::mutex mutex;
-    Remains total;
+    KillResult total;
     int kills = 0;
     QMap<QByteArray, int> killsAfter;
 };
 
 void killAll(const QString& endlessSessions, const std::vector<Moment>& moments, Summary& summary) {
-    // Sessions mostly wait.
-    constexpr std::size_t atATime = 3;
+    // More than the processors: sessions mostly wait.
+    constexpr std::size_t parallelKills = 3;
     std::atomic<std::size_t> next{0};
     std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < atATime; ++i)
+    for (std::size_t i = 0; i < parallelKills; ++i)
         threads.emplace_back([&] {
             for (std::size_t kill = next++; kill < moments.size(); kill = next++)
                 summary.add(killSessions(endlessSessions, moments[kill], recoverSessions));

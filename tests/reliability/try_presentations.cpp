@@ -15,7 +15,7 @@
 #include <chrono>
 #include <cstdlib>
 
-using testsupport::Fate;
+using testsupport::Outcome;
 
 namespace {
 
@@ -27,17 +27,17 @@ struct Options {
     std::chrono::seconds idle;
 };
 
-struct NamedFate {
-    Fate fate;
+struct NamedOutcome {
+    Outcome outcome;
     const char* name;
 };
-constexpr std::array<NamedFate, 7> namedFates{{{Fate::Complete, "complete"},
-                                               {Fate::Missing, "missing"},
-                                               {Fate::CutAtStart, "start cut off"},
-                                               {Fate::CutAtEnd, "end cut off"},
-                                               {Fate::CutInside, "piece missing inside"},
-                                               {Fate::Gaps, "all there, with gaps"},
-                                               {Fate::Different, "different otherwise"}}};
+constexpr std::array<NamedOutcome, 7> namedOutcomes{{{Outcome::Complete, "complete"},
+                                                     {Outcome::Missing, "missing"},
+                                                     {Outcome::CutAtStart, "start cut off"},
+                                                     {Outcome::CutAtEnd, "end cut off"},
+                                                     {Outcome::CutInside, "piece missing inside"},
+                                                     {Outcome::Gaps, "all there, with gaps"},
+                                                     {Outcome::Different, "different otherwise"}}};
 
 using Presentations = QVector<PresentedSound>;
 
@@ -68,20 +68,20 @@ void countingRow(QTextStream& out, const char* name, const Presentations& presen
             control);
 }
 
-/// What the program itself had to say of sounds.
+/// Counts the program's own warnings about sounds.
 int warningsOfSound(const QStringList& warnings) {
     return int(std::count_if(warnings.cbegin(), warnings.cend(),
                              [](const QString& line) { return line.contains("Audio"); }));
 }
 
-/// Names every sound that is incomplete, and what the program said.
+/// Lists every incomplete sound and the program's warnings.
 void nameFaults(QTextStream& out, const Presentations& presentations, const QStringList& warnings) {
     // Its control follows each presentation.
     const bool hasControl = presentations.size() > 1 && presentations[1].isControl;
     for (int i = 0; i < presentations.size(); ++i)
-        for (const NamedFate& named : namedFates)
+        for (const NamedOutcome& named : namedOutcomes)
             if (const PresentedSound& presentation = presentations[i];
-                named.fate == presentation.heard.fate && named.fate != Fate::Complete)
+                named.outcome == presentation.heard.outcome && named.outcome != Outcome::Complete)
                 out << "presentation " << (hasControl ? i / 2 : i) + 1 << ", "
                     << (presentation.isControl    ? "control"
                         : presentation.isSinusoid ? "sinusoid"
@@ -93,13 +93,13 @@ void nameFaults(QTextStream& out, const Presentations& presentations, const QStr
         out << "warning: " << warning << '\n';
 }
 
-/// Prints a table of what became of the sounds.
-void printFates(QTextStream& out, const Presentations& presentations) {
+/// Prints a table of the sounds' outcomes.
+void printOutcomes(QTextStream& out, const Presentations& presentations) {
     countingRow(out, "presentations (targets + sinusoids)", presentations,
                 [](const PresentedSound&) { return true; });
-    for (const NamedFate& named : namedFates)
+    for (const NamedOutcome& named : namedOutcomes)
         countingRow(out, named.name, presentations, [&](const PresentedSound& presentation) {
-            return presentation.heard.fate == named.fate;
+            return presentation.heard.outcome == named.outcome;
         });
 }
 
@@ -112,11 +112,12 @@ bool report(QTextStream& out, const MixedSessions& sessions, const Options& opti
         return int(std::count_if(presentations.cbegin(), presentations.cend(), condition));
     };
     const int presented = number([](const auto& sound) { return !sound.isControl; });
-    const int complete = number(
-        [](const auto& sound) { return !sound.isControl && sound.heard.fate == Fate::Complete; });
+    const int complete = number([](const auto& sound) {
+        return !sound.isControl && sound.heard.outcome == Outcome::Complete;
+    });
     const int notSuspended = number([](const auto& sound) { return !sound.wasSuspended; });
     const int wronglyShown = number([](const auto& sound) { return !sound.isShownAsMatched; });
-    printFates(out, presentations);
+    printOutcomes(out, presentations);
     row(out, "sessions", QString::number(sessions.sessions));
     row(out, "unexpected sounds", QString::number(unexpectedSounds));
     row(out, "warnings of the program about sounds", QString::number(warningsOfSound(warnings)));
@@ -147,7 +148,7 @@ int main(int argc, char** argv) {
     QTextStream& out = campaign.out;
     MixedSessions sessions(campaign.recording, options.idle, options.hasControl);
     for (int left = options.count; left > 0;) {
-        // Never one that would leave a single presentation, which no session is made of.
+        // Never leaves a single presentation for the last session, which needs two.
         const int size = left <= presentationsPerSession + 1 ? left : presentationsPerSession;
         if (!sessions.hold(size)) {
             out << "a session went wrong\n";

@@ -37,7 +37,7 @@ QString nameOfJournal() {
     return QStringLiteral("SUB001_practice001-20260309-080559.txt");
 }
 
-/// A results file that has nothing to do with the journal.
+/// The path of a results file that is not the journal.
 QString resultsPath() {
     return QStringLiteral("/tmp/SUB001_practice001.txt");
 }
@@ -100,7 +100,7 @@ void TestResponseJournal::namesFitIntoAnyFolder() {
     }
 }
 
-void TestResponseJournal::folderLiesInTheApplicationsData() {
+void TestResponseJournal::folderIsInTheApplicationData() {
     qunsetenv("XDG_DATA_HOME");
     QCOMPARE(journalFolder(), QDir::homePath() + "/.local/share/" +
                                   QCoreApplication::applicationName() + "/journal");
@@ -140,7 +140,7 @@ void TestResponseJournal::eachResponseIsSynced() {
     journal.begin(results(), start());
     QCOMPARE(syncs.count, 0);
     journal.record("t.wav", {500});
-    // The name in its folder and the file.
+    // The folder's entry and the file.
     QCOMPARE(syncs.count, 2);
     QCOMPARE(syncs.bytesSynced, expectedResults("t.wav", {"500"}).size());
     journal.record("t.wav", {500, 640});
@@ -185,13 +185,13 @@ void TestResponseJournal::savedResponsesLeaveNoJournal() {
     QCOMPARE(filesIn(folder->path()), QStringList());
 }
 
-void TestResponseJournal::resultsInTheJournalsPlaceStay_data() {
+void TestResponseJournal::resultsSavedOverTheJournalAreKept_data() {
     QTest::addColumn<QString>("way");
     for (const char* way : {"by its path", "by a link", "by a link to its folder", "in place"})
         QTest::newRow(way) << way;
 }
 
-void TestResponseJournal::resultsInTheJournalsPlaceStay() {
+void TestResponseJournal::resultsSavedOverTheJournalAreKept() {
     QFETCH(QString, way);
     const QTemporaryDir elsewhere;
     const QString path = folder->filePath(nameOfJournal());
@@ -225,7 +225,7 @@ void TestResponseJournal::savingOverAHardLinkRemovesTheJournal() {
     QCOMPARE(readBytes(chosen), QByteArray("the results"));
 }
 
-void TestResponseJournal::fileThatHasTakenTheJournalsPlaceStays() {
+void TestResponseJournal::fileThatReplacesTheJournalIsKept() {
     const QString path = folder->filePath(nameOfJournal());
     StartedJournal journal(folder->path());
     QCOMPARE(replaceFile(path, "the results of another program"), FileReplacement::Written);
@@ -233,7 +233,7 @@ void TestResponseJournal::fileThatHasTakenTheJournalsPlaceStays() {
     QCOMPARE(readBytes(path), QByteArray("the results of another program"));
 }
 
-void TestResponseJournal::journalThatCannotBeRemovedIsNamed() {
+void TestResponseJournal::journalThatCannotBeRemovedIsReported() {
     const QString path = folder->filePath(nameOfJournal());
     const auto setMode = [&](mode_t mode) {
         return ::chmod(folder->path().toLocal8Bit().constData(), mode) == 0;
@@ -249,7 +249,7 @@ void TestResponseJournal::journalThatCannotBeRemovedIsNamed() {
     QCOMPARE(readBytes(path), expectedResults("t.wav", {"500"}));
 }
 
-void TestResponseJournal::keptResponsesAreNamed() {
+void TestResponseJournal::keptJournalIsReported() {
     {
         StartedJournal journal(folder->path());
         journal.keep();
@@ -260,7 +260,7 @@ void TestResponseJournal::keptResponsesAreNamed() {
     QCOMPARE(readBytes(folder->filePath(nameOfJournal())), expectedResults("t.wav", {"500"}));
 }
 
-void TestResponseJournal::responsesAreKeptWhenTheJournalGoes() {
+void TestResponseJournal::destructorKeepsTheJournal() {
     { StartedJournal journal(folder->path()); }
     QCOMPARE(fixture->takePrinted(),
              QStringList("Responses kept in: " + folder->filePath(nameOfJournal())));
@@ -280,7 +280,7 @@ void TestResponseJournal::responsesOfAnEarlierSessionAreKept() {
     QCOMPARE(filesIn(folder->path()), QStringList(nameOfJournal()));
 }
 
-void TestResponseJournal::sessionsOfTheSameSecondHaveTheirOwn() {
+void TestResponseJournal::sessionsInTheSameSecondHaveSeparateJournals() {
     ResponseJournal first(folder->path());
     ResponseJournal second(folder->path());
     ResponseJournal third(folder->path());
@@ -300,10 +300,10 @@ void TestResponseJournal::sessionsOfTheSameSecondHaveTheirOwn() {
         journal->discard(resultsPath());
 }
 
-void TestResponseJournal::fullDiskCostsOneLineAndIsMadeUpFor() {
+void TestResponseJournal::fullDiskIsReportedOnceAndResponsesAreWrittenLater() {
     const testsupport::SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path(nameOfJournal());
     disk.fill();
     ResponseJournal journal(disk.path());
@@ -348,7 +348,7 @@ void TestResponseJournal::lineIsWrittenWholeOrNotAtAll() {
     journal.discard(resultsPath());
 }
 
-void TestResponseJournal::tornLineThatCannotBeTakenBackIsNoResponse() {
+void TestResponseJournal::tornLineThatCannotBeTruncatedIsNoResponse() {
     const QString path = folder->filePath(nameOfJournal());
     const QByteArray one = expectedResults("t.wav", {"500"});
     const int torn = int(qstrlen("t.wav\t2\t64"));
@@ -360,7 +360,7 @@ void TestResponseJournal::tornLineThatCannotBeTakenBackIsNoResponse() {
         journal.record("t.wav", {500, 640});
     }
     QCOMPARE(fixture->takePrinted(), QStringList("Responses cannot be kept in: " + path));
-    // Not 64 Hz.
+    // Without a torn "64" that would read as a frequency.
     QCOMPARE(readBytes(path), one + QByteArray(torn, '\n'));
     journal.record("t.wav", {500, 640});
     QCOMPARE(readBytes(path), expectedResults("t.wav", {500, 640}));
@@ -369,7 +369,7 @@ void TestResponseJournal::tornLineThatCannotBeTakenBackIsNoResponse() {
     journal.discard(resultsPath());
 }
 
-void TestResponseJournal::folderThatCannotBeMadeCostsOneLine() {
+void TestResponseJournal::folderThatCannotBeCreatedIsReportedOnce() {
     QVERIFY(testsupport::writeBytes(folder->filePath("file"), "in the way"));
     const QString path = folder->filePath("file/journal");
     {
@@ -384,12 +384,12 @@ void TestResponseJournal::folderThatCannotBeMadeCostsOneLine() {
     QCOMPARE(readBytes(folder->filePath("file")), QByteArray("in the way"));
 }
 
-void TestResponseJournal::failedSyncCostsOneLineAndRepeatsNothing() {
+void TestResponseJournal::failedSyncIsReportedOnceAndRepeatsNothing() {
     const QString path = folder->filePath(nameOfJournal());
     SyncCalls syncs;
     ResponseJournal journal(folder->path());
     journal.begin(results(), start());
-    // A disk that cannot be asked is no failure.
+    // A file system without fsync is no failure.
     syncs.failure = EINVAL;
     journal.record("t.wav", {500});
     syncs.failure = EIO;
@@ -400,7 +400,7 @@ void TestResponseJournal::failedSyncCostsOneLineAndRepeatsNothing() {
     journal.discard(resultsPath());
 }
 
-void TestResponseJournal::keptJournalsAreNamedOldestFirst() {
+void TestResponseJournal::leftoverJournalsAreReportedOldestFirst() {
     reportLeftoverJournals(folder->filePath("missing"));
     reportLeftoverJournals(folder->path());
     const QDateTime now = QDateTime::currentDateTime();
@@ -417,7 +417,7 @@ void TestResponseJournal::keptJournalsAreNamedOldestFirst() {
     QCOMPARE(fixture->takePrinted(), QStringList({line + "c.txt", line + "a.txt", line + "b.txt"}));
 }
 
-void TestResponseJournal::journalOfARunningSessionIsNotNamed() {
+void TestResponseJournal::journalOfARunningSessionIsNotReported() {
     StartedJournal journal(folder->path());
     reportLeftoverJournals(folder->path());
     journal.keep();

@@ -53,7 +53,7 @@ void TestResultsNaming::eachInputRenamesTheFile() {
     QFETCH(QString, name);
     auto& window = fixture->window();
     const Data& data = window.data;
-    // What neither field nor setting may keep.
+    // A value that must be replaced in the field and in the setting.
     window.lineEditOutputFileName->setText("stale.txt");
     window.data.outputFileName = "stale.txt";
     input(window);
@@ -87,7 +87,7 @@ void TestResultsNaming::numberAfterASession() {
     QTEST(window.lineEditOutputFileName->text(), "nextName");
 }
 
-void TestResultsNaming::numberAfterTheLastOneStillFits() {
+void TestResultsNaming::numberAfterTheMaximumStillFits() {
     auto& window = fixture->window();
     window.checkBoxSaveData->setChecked(false);
     window.spinBoxFileNumber->setValue(2147483646);
@@ -95,7 +95,7 @@ void TestResultsNaming::numberAfterTheLastOneStillFits() {
     window.refreshMainWindow();
     QCOMPARE(window.data.fileNumber, 2147483647);
     QCOMPARE(window.spinBoxFileNumber->value(), 2147483646);
-    // Once more without reading the field in between.
+    // Again, without reading the field in between.
     window.finishIt();
     QCOMPARE(window.data.fileNumber, 2147483647);
 }

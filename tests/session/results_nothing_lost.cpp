@@ -1,4 +1,4 @@
-// The results file: sessions whose responses must outlive what happens.
+// The results file: sessions whose responses must survive failures.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_results.h"
 
@@ -43,7 +43,7 @@ void TestResultsNothingLost::journalHoldsEveryResponseOfTheSession() {
     QStringList texts;
     for (const int frequency : {500, 640, 10, 1000}) {
         emit fixture->session().listener()->subjectResponded(4, frequency);
-        // Before the presentation, and before anything else happens.
+        // Before the presentation and any other event.
         texts.append(QString::number(frequency));
         QCOMPARE(Fixture::journals().size(), 1);
         QCOMPARE(readBytes(Fixture::journals().first()), expectedResults("target.wav", texts));
@@ -72,7 +72,7 @@ void TestResultsNothingLost::savedSessionLeavesNoJournal() {
              expectedResults("target.wav", {"640"}));
 }
 
-void TestResultsNothingLost::resultsSavedOnTheirJournalStay() {
+void TestResultsNothingLost::resultsSavedOverTheirJournalAreKept() {
     QVERIFY(start());
     respond(640);
     QCOMPARE(Fixture::journals().size(), 1);
@@ -124,12 +124,12 @@ void TestResultsNothingLost::unsavedSessionLeavesItsJournal() {
     QCOMPARE(readBytes(Fixture::journals().first()), expectedResults("target.wav", {640, 523}));
     QCOMPARE(printedBeforeTheWarning,
              QStringList("Responses kept in: " + Fixture::journals().first()));
-    // The session has ended as ever.
+    // The session has ended normally.
     QVERIFY(fixture->window().isEnabled());
     QCOMPARE(fixture->window().data.fileNumber, 2);
 }
 
-void TestResultsNothingLost::windowThatGoesLeavesItsJournal() {
+void TestResultsNothingLost::destroyedWindowLeavesItsJournal() {
     QVERIFY(start());
     respond(640);
     fixture->destroyWindow();
@@ -139,7 +139,7 @@ void TestResultsNothingLost::windowThatGoesLeavesItsJournal() {
              QStringList("Responses kept in: " + Fixture::journals().first()));
 }
 
-void TestResultsNothingLost::sessionThatIsNotToBeSavedHasNoJournal() {
+void TestResultsNothingLost::sessionWithoutSavingHasNoJournal() {
     fixture->window().checkBoxSaveData->setChecked(false);
     QVERIFY(start());
     respond(640);
@@ -154,7 +154,7 @@ void TestResultsNothingLost::sessionWithoutAResponseHasNoJournal() {
     QVERIFY(!QFileInfo::exists(journalFolder()));
 }
 
-void TestResultsNothingLost::nextSessionHasAJournalOfItsOwn() {
+void TestResultsNothingLost::nextSessionHasASeparateJournal() {
     for (const int frequency : {300, 400}) {
         QVERIFY(start());
         respond(frequency);
@@ -180,7 +180,7 @@ void TestResultsNothingLost::targetRequestsAreNotRecorded() {
     fixture->finish();
 }
 
-void TestResultsNothingLost::slowDiskTakesNothingFromThePause() {
+void TestResultsNothingLost::slowDiskDoesNotLengthenThePause() {
     constexpr int pauseMs = 600;
     testsupport::SyncCalls syncs;
     QVERIFY(QDir().mkpath(journalFolder()));
@@ -191,7 +191,7 @@ void TestResultsNothingLost::slowDiskTakesNothingFromThePause() {
         if (index == 1)
             pause = sinceTheRequest.elapsed();
     });
-    // The first response waits for its file's name as well.
+    // The first response also waits for the sync of its folder.
     syncs.delayMs = pauseMs / 3;
     sinceTheRequest.start();
     respond(640);

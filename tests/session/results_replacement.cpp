@@ -32,7 +32,7 @@ QByteArray newBytes() {
     return "a later session, which is longer\r\n";
 }
 
-/// A folder that anybody can reach.
+/// A folder that every user can access.
 class OpenFolder {
 public:
     OpenFolder() { setMode(0777); }
@@ -100,7 +100,7 @@ void TestFileReplacement::existingFileIsReplacedWithItsPermissions() {
     QCOMPARE(folder.names(), QStringList("old.txt"));
 }
 
-void TestFileReplacement::nothingToWriteGivesAnEmptyFile() {
+void TestFileReplacement::emptyContentGivesAnEmptyFile() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     QCOMPARE(replaceFile(path, {}), FileReplacement::Written);
@@ -108,7 +108,7 @@ void TestFileReplacement::nothingToWriteGivesAnEmptyFile() {
     QVERIFY(QFileInfo::exists(path));
 }
 
-void TestFileReplacement::fileThatCannotGrowKeepsTheEarlierOne() {
+void TestFileReplacement::fileSizeLimitKeepsTheEarlierFile() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     FileReplacement outcome = FileReplacement::Written;
@@ -121,7 +121,7 @@ void TestFileReplacement::fileThatCannotGrowKeepsTheEarlierOne() {
     QCOMPARE(folder.names(), QStringList("old.txt"));
 }
 
-void TestFileReplacement::newFileThatCannotGrowLeavesNothing() {
+void TestFileReplacement::fileSizeLimitLeavesNoNewFile() {
     const OpenFolder folder;
     FileReplacement outcome = FileReplacement::Written;
     {
@@ -135,7 +135,7 @@ void TestFileReplacement::newFileThatCannotGrowLeavesNothing() {
 void TestFileReplacement::fullDiskKeepsTheEarlierFile() {
     const SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path("old.txt");
     QVERIFY(writeBytes(path, earlierBytes()));
     disk.fill();
@@ -148,10 +148,10 @@ void TestFileReplacement::fullDiskKeepsTheEarlierFile() {
     QCOMPARE(readBytes(path), newBytes());
 }
 
-void TestFileReplacement::diskWithoutRoomForAFurtherFileKeepsTheEarlierOne() {
+void TestFileReplacement::diskWithoutRoomForANewFileKeepsTheEarlierOne() {
     const SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path("old.txt");
     QVERIFY(writeBytes(path, earlierBytes()));
     for (int others = 0; writeBytes(disk.path(QString::number(others)), {}); ++others)
@@ -164,7 +164,7 @@ void TestFileReplacement::diskWithoutRoomForAFurtherFileKeepsTheEarlierOne() {
 void TestFileReplacement::readOnlyDiskIsNotOpened() {
     const SmallDisk disk;
     if (!disk.isThere())
-        QSKIP("a disk of one's own takes the right to mount");
+        QSKIP("mounting a small disk requires root");
     const QString path = disk.path("old.txt");
     QVERIFY(writeBytes(path, earlierBytes()));
     QVERIFY(disk.makeReadOnly());
@@ -173,7 +173,7 @@ void TestFileReplacement::readOnlyDiskIsNotOpened() {
     QCOMPARE(readBytes(path), earlierBytes());
 }
 
-void TestFileReplacement::folderThatTakesNoFileHasItsFileWrittenInPlace() {
+void TestFileReplacement::fileInAReadOnlyFolderIsWrittenInPlace() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     const ino_t earlier = statusOf(path).st_ino;
@@ -192,9 +192,9 @@ void TestFileReplacement::folderThatTakesNoFileHasItsFileWrittenInPlace() {
     QCOMPARE(folder.names(), QStringList("old.txt"));
 }
 
-void TestFileReplacement::otherUsersFileInASharedFolderIsWrittenInPlace() {
+void TestFileReplacement::fileOfAnotherUserInASharedFolderIsWrittenInPlace() {
     if (::getuid() != 0)
-        QSKIP("another user's file takes the administrator to make");
+        QSKIP("a file of another user requires root");
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     const ino_t earlier = statusOf(path).st_ino;
@@ -270,9 +270,9 @@ void TestFileReplacement::deviceStaysADevice() {
 void TestFileReplacement::fifoIsNotOpened_data() {
     QTest::addColumn<bool>("isLink");
     QTest::addColumn<bool>("isRead");
-    QTest::newRow("that nobody reads") << false << false;
-    QTest::newRow("that nobody reads, by a link") << true << false;
-    QTest::newRow("that another process reads") << false << true;
+    QTest::newRow("without a reader") << false << false;
+    QTest::newRow("without a reader, by a link") << true << false;
+    QTest::newRow("with a reader") << false << true;
 }
 
 void TestFileReplacement::fifoIsNotOpened() {
@@ -300,7 +300,7 @@ void TestFileReplacement::bytesAndNameAreSynced() {
     QCOMPARE(syncs.bytesSynced, newBytes().size());
 }
 
-void TestFileReplacement::diskThatFailsWhenItIsSyncedKeepsTheEarlierFile() {
+void TestFileReplacement::failedSyncKeepsTheEarlierFile() {
     const OpenFolder folder;
     const QString path = folder.makeFile("old.txt");
     testsupport::SyncCalls syncs;

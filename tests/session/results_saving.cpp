@@ -21,7 +21,7 @@ QString warningText(const QString& path, const QString& name) {
 
 } // namespace
 
-void TestResultsSaving::dialogIsAsItShouldBe() {
+void TestResultsSaving::dialogHasItsProperties() {
     QStringList filters;
     QVariantList facts;
     fixture->dialogs.expect("Save a file", [&](QWidget* widget) {
@@ -52,7 +52,7 @@ void TestResultsSaving::dialogIsTranslated() {
     save({500});
 }
 
-void TestResultsSaving::proposalIsFolderSlashName_data() {
+void TestResultsSaving::proposalIsFolderAndName_data() {
     QTest::addColumn<QString>("subfolder");
     QTest::addColumn<QString>("name");
     const auto row = [](const char* name, const QString& subfolder, const QString& file) {
@@ -64,7 +64,7 @@ void TestResultsSaving::proposalIsFolderSlashName_data() {
     row("no ending", "results", "a");
 }
 
-void TestResultsSaving::proposalIsFolderSlashName() {
+void TestResultsSaving::proposalIsFolderAndName() {
     QFETCH(QString, subfolder);
     QFETCH(QString, name);
     const QString folder = fixture->pathOf(subfolder);
@@ -132,7 +132,7 @@ void TestResultsSaving::existingFileIsOverwrittenWithoutAQuestion() {
     QCOMPARE(readBytes(path), expectedResults("File001.wav", {"500"}));
 }
 
-void TestResultsSaving::namesBeyondAsciiFollowTheLocalesEncoding() {
+void TestResultsSaving::namesBeyondAsciiFollowTheLocaleEncoding() {
     const QString target = QStringLiteral("Größe 目標.wav");
     fixture->window().data.records[0].fileName = target;
     const QString path = fixture->pathOf("Prüfling 七.txt");
@@ -144,14 +144,14 @@ void TestResultsSaving::namesBeyondAsciiFollowTheLocalesEncoding() {
     QVERIFY(bytes.contains("\r\n" + target.toLocal8Bit() + "\t1\t500\r\n"));
 }
 
-void TestResultsSaving::missingFolderBecomesADirectoryOfTheFilesOwnPath_data() {
+void TestResultsSaving::missingFolderBecomesADirectoryAtTheFilePath_data() {
     QTest::addColumn<QString>("name");
     QTest::newRow("one level") << "missing/mine.txt";
     QTest::newRow("two levels") << "missing/deeper/mine.txt";
     QTest::newRow("beyond ASCII") << "fehlt für 七/mine.txt";
 }
 
-void TestResultsSaving::missingFolderBecomesADirectoryOfTheFilesOwnPath() {
+void TestResultsSaving::missingFolderBecomesADirectoryAtTheFilePath() {
     QFETCH(QString, name);
     const QString path = fixture->pathOf(name);
     fixture->dialogs.saveAs(path);
@@ -175,7 +175,7 @@ void TestResultsSaving::cancelledDialogEmptiesPathAndNameAndWarns() {
     QCOMPARE(QDir::current().entryList(), before);
 }
 
-void TestResultsSaving::warningIsAsItShouldBe() {
+void TestResultsSaving::warningHasItsProperties() {
     fixture->dialogs.saveAs("/proc/mine.txt");
     QVariantList facts;
     fixture->dialogs.expect("Warning", [&](QWidget* widget) {

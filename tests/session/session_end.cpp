@@ -1,4 +1,4 @@
-// The end of a session: saving, the next file number, and nothing that sounds afterwards.
+// The end of a session: saving, the next file number, and no sound afterwards.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ExpectedResults.h"
 #include "support/FileBytes.h"

@@ -1,4 +1,4 @@
-// "Practice" and "Experiment": the choice of a target, and what it resets, shows and enables.
+// "Practice" and "Experiment": the choice of a target, and the resets, texts and buttons after it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session.h"
 
@@ -15,7 +15,7 @@ using Slot = void (MainWindow::*)();
 constexpr Slot practice = &MainWindow::on_pushButtonPractice_clicked;
 constexpr Slot experiment = &MainWindow::on_pushButtonExperiment_clicked;
 
-/// Looks at the window while the dialog for the target is open, then cancels the dialog.
+/// Calls `look` while the dialog for the target is open, then cancels the dialog.
 QStringList lookWhileChoosing(testsupport::Fixture& fixture, const std::function<void()>& look) {
     fixture.dialogs.expect(QStringLiteral("Select a target sound file"), [look](QWidget* dialog) {
         look();
@@ -53,7 +53,7 @@ void TestSessionPreparation::buttonsAfterPreparing() {
     window.nRepetitionsPractice = 3;
     window.nRepetitionsExperiment = 2;
     window.comboBoxSesType->setCurrentIndex(1 - sessionTypeIndex);
-    // Each button gets its state, whatever it had.
+    // Each button gets its state regardless of the earlier one.
     window.pushButtonPractice->setEnabled(false);
     window.pushButtonExperiment->setEnabled(sessionTypeIndex == 0);
     window.pushButtonGo->setEnabled(!isChosen);

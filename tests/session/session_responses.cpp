@@ -1,4 +1,4 @@
-// The listener's requests: what is stored, generated, scheduled, logged and reported.
+// The listener's requests: storing, generating, scheduling, logging and reporting.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session.h"
 
@@ -13,8 +13,8 @@
 
 namespace {
 
-/// The sound of these tests lasts 20 ms, and so does the silence: when nothing has started after
-/// this time, nothing will.
+/// Sound and silence of these tests last 20 ms each: a sound that has not started after this time
+/// will not start.
 constexpr int longAfterTheSoundMs = 150;
 
 } // namespace
@@ -154,7 +154,7 @@ void TestSessionResponses::theMatchIsAlwaysInTheFirstRecord() {
     QCOMPARE(window.lineEditFrequencyMatched->text(), QStringLiteral("500"));
 }
 
-void TestSessionResponses::noRecordNoMatch() {
+void TestSessionResponses::withoutARecordThereIsNoMatch() {
     testsupport::InspectedMainWindow& window = fixture->window();
     QVERIFY(window.data.records.isEmpty());
     window.updateMainwindow(4, 640);
@@ -166,12 +166,12 @@ void TestSessionResponses::noRecordNoMatch() {
     QCOMPARE(window.data.frequencyCurrent, 640);
 }
 
-void TestSessionResponses::aLaterPositionIsAnsweredToo() {
+void TestSessionResponses::requestAtALaterPositionIsAnswered() {
     preparePractice();
     go();
     testsupport::InspectedMainWindow& window = fixture->window();
     QSignalSpy sounds(&window, &MainWindow::soundPlaying);
-    // Behind the sequence nothing is presented, but the next request is answered again.
+    // After the end of the sequence nothing is presented, but the next request is answered again.
     window.sequencePosition = window.trialSequence.size();
     window.updateMainwindow(2, 0);
     QVERIFY(!sounds.wait(longAfterTheSoundMs));

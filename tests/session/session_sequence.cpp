@@ -33,7 +33,7 @@ QVector<int> sorted(QVector<int> entries) {
     return entries;
 }
 
-/// Counts how often each order came; an order is known by its digits.
+/// Counts the occurrences of each order; an order is identified by its digits.
 class OrderCounts {
 public:
     void add(const QVector<int>& order) {
@@ -45,7 +45,7 @@ public:
 
     int differentOrders() const { return counts.size(); }
 
-    /// Pearson's sum of squared deviations from an equal share for each order that came.
+    /// Pearson's chi-squared statistic of the counts, against equal shares.
     double chiSquared(int drawn) const {
         const double share = double(drawn) / counts.size();
         double sum = 0;
@@ -154,8 +154,8 @@ void TestTrialSequence::everyOrderOfAShuffleIsEquallyLikely() {
 void TestTrialSequence::everyOrderOfRandomTrialsIsEquallyLikely() {
     constexpr int orders = 6;
     constexpr int sequences = 3000;
-    // The tail of the few degrees of freedom here is longer than the normal one: 60 is exceeded
-    // once in 10^11 times.
+    // With few degrees of freedom the tail is longer than the normal one: 60 is exceeded once in
+    // 10^11 times.
     constexpr double limit = 60;
     OrderCounts counts;
     for (int i = 0; i < sequences; ++i)
@@ -183,7 +183,7 @@ void TestTrialSequence::twoRandomSequencesDiffer() {
     QVERIFY(first != orderedTrials(1, files));
 }
 
-void TestTrialSequence::withoutARandomDeviceTheClockServesAndTheLogTells() {
+void TestTrialSequence::missingRandomDeviceIsReplacedByTheClockAndLogged() {
     constexpr int files = 50;
     rlimit before{};
     QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
@@ -191,7 +191,7 @@ void TestTrialSequence::withoutARandomDeviceTheClockServesAndTheLogTells() {
     QVector<int> others;
     const testsupport::LogLines log;
     {
-        // No descriptor is left for the device.
+        // No file descriptor is free for the device.
         const rlimit none{0, before.rlim_max};
         QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
         trials = randomTrials(1, files);

@@ -1,4 +1,4 @@
-// What the main window reads from its controls, and what its controls store by themselves.
+// Settings that the main window reads from its controls, and those that the controls store.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_session.h"
 
@@ -119,7 +119,7 @@ void TestSessionSettings::countsFollowFromDurationAndRate_data() {
                                           << "500.00" << 0.25 << 20000 << 10000 << 0.25;
     QTest::newRow("shorter than the plot") << "40000"
                                            << "100.00" << 0.25 << 4000 << 4000 << 0.1;
-    // 0.043 x 40000 is a trifle below 1720 in doubles.
+    // 0.043 x 40000 is slightly below 1720 in doubles.
     QTest::newRow("a last sample lost") << "40000"
                                         << "43.00" << 0.25 << 1719 << 1719 << 1719 / 40000.0;
     QTest::newRow("fraction of a sample") << "40000"

@@ -36,7 +36,7 @@ int spinBoxValue(SubjectWindow& listener) {
 
 } // namespace
 
-void TestSessionStart::theMainWindowIsDisabledAndTheListenersShown() {
+void TestSessionStart::theMainWindowIsDisabledAndTheSubjectWindowShown() {
     preparePractice();
     QVERIFY(fixture->window().isEnabled());
     const SubjectWindow* listener = go();

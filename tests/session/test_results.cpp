@@ -30,7 +30,7 @@ void SavingTest::save(const QVector<double>& frequenciesMatched) {
 
 namespace {
 
-/// The locale of Qt's own conversions, set back when this goes.
+/// Sets the locale of Qt's own conversions; the destructor restores it.
 class DefaultLocale {
 public:
     explicit DefaultLocale(const QLocale& locale) { QLocale::setDefault(locale); }
@@ -133,7 +133,7 @@ void TestResultsFile::requestsAreCountedFromOneInTheirOrder() {
                             "File001.wav\t3\t500\r\n"));
 }
 
-void TestResultsFile::requestsBeyondNineAndNinetyNineAreCountedOn() {
+void TestResultsFile::requestNumbersMayHaveSeveralDigits() {
     const QStringList lines = resultsText("t.wav", QVector<double>(1234, 500)).split("\r\n");
     QCOMPARE(lines.size(), 1 + 1234 + 1);
     QCOMPARE(lines.at(10), QStringLiteral("t.wav\t10\t500"));
@@ -142,7 +142,7 @@ void TestResultsFile::requestsBeyondNineAndNinetyNineAreCountedOn() {
     QCOMPARE(lines.last(), QString());
 }
 
-void TestResultsFile::targetNameStandsOnEachLineAsItIs_data() {
+void TestResultsFile::targetNameIsUnchangedOnEachLine_data() {
     QTest::addColumn<QString>("name");
     QTest::newRow("empty") << "";
     QTest::newRow("blanks") << " a b .wav ";
@@ -151,7 +151,7 @@ void TestResultsFile::targetNameStandsOnEachLineAsItIs_data() {
     QTest::newRow("beyond ASCII") << "Größe 目標.wav";
 }
 
-void TestResultsFile::targetNameStandsOnEachLineAsItIs() {
+void TestResultsFile::targetNameIsUnchangedOnEachLine() {
     QFETCH(QString, name);
     QCOMPARE(resultsText(name, {500, 640}).toUtf8(),
              "filename\tnTrials\tfrequency matched (Hz)\r\n" + name.toUtf8() + "\t1\t500\r\n" +

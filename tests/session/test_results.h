@@ -10,8 +10,8 @@ using testsupport::expectedResults;
 using testsupport::readBytes;
 using testsupport::writeBytes;
 
-/// Tests of a main window on the screen whose results belong into the fixture's folder. The
-/// session's target is File001.wav.
+/// Tests of a visible main window whose results go to the fixture's folder. The session's target is
+/// File001.wav.
 class SavingTest : public testsupport::FixtureTest {
 protected:
     void setUp() override;
@@ -36,9 +36,9 @@ private slots:
     void everyFrequencyReadsAsInTheGeneralFormat();
     void noRequestGivesTheHeaderAlone();
     void requestsAreCountedFromOneInTheirOrder();
-    void requestsBeyondNineAndNinetyNineAreCountedOn();
-    void targetNameStandsOnEachLineAsItIs_data();
-    void targetNameStandsOnEachLineAsItIs();
+    void requestNumbersMayHaveSeveralDigits();
+    void targetNameIsUnchangedOnEachLine_data();
+    void targetNameIsUnchangedOnEachLine();
     void localeWithADecimalCommaKeepsThePoint();
 };
 
@@ -51,7 +51,7 @@ private slots:
     void eachInputRenamesTheFile();
     void numberAfterASession_data();
     void numberAfterASession();
-    void numberAfterTheLastOneStillFits();
+    void numberAfterTheMaximumStillFits();
 };
 
 /// Saving through the real dialog, and saving that fails (results_saving.cpp).
@@ -59,20 +59,20 @@ class TestResultsSaving : public SavingTest {
     Q_OBJECT
 
 private slots:
-    void dialogIsAsItShouldBe();
+    void dialogHasItsProperties();
     void dialogIsTranslated();
-    void proposalIsFolderSlashName_data();
-    void proposalIsFolderSlashName();
+    void proposalIsFolderAndName_data();
+    void proposalIsFolderAndName();
     void fileHoldsHeaderAndOneLineForEachRequest();
     void firstRecordNamesTheTarget();
     void noRecordGivesAnEmptyFile();
     void pathAndNameOfTheChosenFileAreStoredAndNoFieldIsWritten();
     void existingFileIsOverwrittenWithoutAQuestion();
-    void namesBeyondAsciiFollowTheLocalesEncoding();
-    void missingFolderBecomesADirectoryOfTheFilesOwnPath_data();
-    void missingFolderBecomesADirectoryOfTheFilesOwnPath();
+    void namesBeyondAsciiFollowTheLocaleEncoding();
+    void missingFolderBecomesADirectoryAtTheFilePath_data();
+    void missingFolderBecomesADirectoryAtTheFilePath();
     void cancelledDialogEmptiesPathAndNameAndWarns();
-    void warningIsAsItShouldBe();
+    void warningHasItsProperties();
     void failedSavingKeepsTheDataAndDoesNotAskAgain();
     void secondSavingProposesTheDoubledPath();
     void secondSavingAfterACancelledOneProposesNothing();
@@ -89,14 +89,14 @@ private slots:
     void newFileHoldsTheBytes();
     void existingFileIsReplacedWithItsPermissions_data();
     void existingFileIsReplacedWithItsPermissions();
-    void nothingToWriteGivesAnEmptyFile();
-    void fileThatCannotGrowKeepsTheEarlierOne();
-    void newFileThatCannotGrowLeavesNothing();
+    void emptyContentGivesAnEmptyFile();
+    void fileSizeLimitKeepsTheEarlierFile();
+    void fileSizeLimitLeavesNoNewFile();
     void fullDiskKeepsTheEarlierFile();
-    void diskWithoutRoomForAFurtherFileKeepsTheEarlierOne();
+    void diskWithoutRoomForANewFileKeepsTheEarlierOne();
     void readOnlyDiskIsNotOpened();
-    void folderThatTakesNoFileHasItsFileWrittenInPlace();
-    void otherUsersFileInASharedFolderIsWrittenInPlace();
+    void fileInAReadOnlyFolderIsWrittenInPlace();
+    void fileOfAnotherUserInASharedFolderIsWrittenInPlace();
     void fileWithoutPermissionIsNotOpened();
     void linkIsFollowed_data();
     void linkIsFollowed();
@@ -105,7 +105,7 @@ private slots:
     void fifoIsNotOpened_data();
     void fifoIsNotOpened();
     void bytesAndNameAreSynced();
-    void diskThatFailsWhenItIsSyncedKeepsTheEarlierFile();
+    void failedSyncKeepsTheEarlierFile();
     void pathThatCannotBeAFileIsNotOpened_data();
     void pathThatCannotBeAFileIsNotOpened();
     void longestNamesAreWritten_data();
@@ -120,29 +120,29 @@ private slots:
     void nameComesFromTheResultsFileAndTheStart_data();
     void nameComesFromTheResultsFileAndTheStart();
     void namesFitIntoAnyFolder();
-    void folderLiesInTheApplicationsData();
+    void folderIsInTheApplicationData();
     void thereIsNoFileBeforeTheFirstResponse();
     void eachResponseIsInTheFileAtOnce();
     void eachResponseIsSynced();
     void onlyTheOwnerMayReadIt();
     void nothingIsRecordedOutsideOfASession();
     void savedResponsesLeaveNoJournal();
-    void resultsInTheJournalsPlaceStay_data();
-    void resultsInTheJournalsPlaceStay();
+    void resultsSavedOverTheJournalAreKept_data();
+    void resultsSavedOverTheJournalAreKept();
     void savingOverAHardLinkRemovesTheJournal();
-    void fileThatHasTakenTheJournalsPlaceStays();
-    void journalThatCannotBeRemovedIsNamed();
-    void keptResponsesAreNamed();
-    void responsesAreKeptWhenTheJournalGoes();
+    void fileThatReplacesTheJournalIsKept();
+    void journalThatCannotBeRemovedIsReported();
+    void keptJournalIsReported();
+    void destructorKeepsTheJournal();
     void responsesOfAnEarlierSessionAreKept();
-    void sessionsOfTheSameSecondHaveTheirOwn();
-    void fullDiskCostsOneLineAndIsMadeUpFor();
+    void sessionsInTheSameSecondHaveSeparateJournals();
+    void fullDiskIsReportedOnceAndResponsesAreWrittenLater();
     void lineIsWrittenWholeOrNotAtAll();
-    void tornLineThatCannotBeTakenBackIsNoResponse();
-    void folderThatCannotBeMadeCostsOneLine();
-    void failedSyncCostsOneLineAndRepeatsNothing();
-    void keptJournalsAreNamedOldestFirst();
-    void journalOfARunningSessionIsNotNamed();
+    void tornLineThatCannotBeTruncatedIsNoResponse();
+    void folderThatCannotBeCreatedIsReportedOnce();
+    void failedSyncIsReportedOnceAndRepeatsNothing();
+    void leftoverJournalsAreReportedOldestFirst();
+    void journalOfARunningSessionIsNotReported();
     void newFoldersAreSynced();
 
 private:
@@ -159,20 +159,20 @@ private slots:
     void initTestCase();
     void journalHoldsEveryResponseOfTheSession();
     void savedSessionLeavesNoJournal();
-    void resultsSavedOnTheirJournalStay();
+    void resultsSavedOverTheirJournalAreKept();
     void unsavedSessionLeavesItsJournal_data();
     void unsavedSessionLeavesItsJournal();
-    void windowThatGoesLeavesItsJournal();
-    void sessionThatIsNotToBeSavedHasNoJournal();
+    void destroyedWindowLeavesItsJournal();
+    void sessionWithoutSavingHasNoJournal();
     void sessionWithoutAResponseHasNoJournal();
-    void nextSessionHasAJournalOfItsOwn();
+    void nextSessionHasASeparateJournal();
     void targetRequestsAreNotRecorded();
-    void slowDiskTakesNothingFromThePause();
+    void slowDiskDoesNotLengthenThePause();
     void journalThatCannotBeWrittenChangesNothing();
 
 private:
     bool start(int pauseMs = 10);
     void respond(int frequency);
 
-    std::unique_ptr<QTemporaryDir> devices; ///< That the tests may break.
+    std::unique_ptr<QTemporaryDir> devices; ///< Devices that the tests may damage.
 };

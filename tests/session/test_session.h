@@ -13,7 +13,7 @@ protected:
     /// Presses "Go". Returns the listener's window.
     SubjectWindow* go();
 
-    /// Everything that a session could change in the main window, one line a value.
+    /// Returns everything that a session could change in the main window, one line a value.
     QStringList state();
 };
 
@@ -33,7 +33,7 @@ private slots:
     void randomTrialsHoldEveryFileOncePerRepetition_data();
     void randomTrialsHoldEveryFileOncePerRepetition();
     void twoRandomSequencesDiffer();
-    void withoutARandomDeviceTheClockServesAndTheLogTells();
+    void missingRandomDeviceIsReplacedByTheClockAndLogged();
 };
 
 /// The settings as "Practice", "Experiment" and "Go" read them (session_settings.cpp).
@@ -66,7 +66,7 @@ class TestSessionStart : public SessionTest {
     Q_OBJECT
 
 private slots:
-    void theMainWindowIsDisabledAndTheListenersShown();
+    void theMainWindowIsDisabledAndTheSubjectWindowShown();
     void theControlsAreReadAgain();
     void theFourConnectionsAreMadeOnceAndInOrder();
     void eachConnectionWorks();
@@ -88,8 +88,8 @@ private slots:
     void soundsPlayedIsResetByEveryResponse_data();
     void soundsPlayedIsResetByEveryResponse();
     void theMatchIsAlwaysInTheFirstRecord();
-    void noRecordNoMatch();
-    void aLaterPositionIsAnsweredToo();
+    void withoutARecordThereIsNoMatch();
+    void requestAtALaterPositionIsAnswered();
 };
 
 /// The end of a session (session_end.cpp).

@@ -18,7 +18,7 @@ namespace {
 /// The states that a session passes through, in their order.
 enum class State { Idle, Prepared, Waiting, TargetRequired, Pausing, Playing, Adjusting, Matched };
 
-/// Presses the close button and waits until the window has dealt with it.
+/// Presses the close button and waits until the window has handled it.
 bool closeAndWait(QWidget& window) {
     const CloseEvents events(window);
     return pressCloseButton(window) && QTest::qWaitFor([&] { return events.count() == 1; });
@@ -28,8 +28,8 @@ bool closeAndWait(QWidget& window) {
 
 Q_DECLARE_METATYPE(State)
 
-/// Both windows closed by their frame's button. What the question's answers do is the business of
-/// the listener's window; how sounds are cut short, of the tests of playing.
+/// Both windows closed by their frame's button. The answers of the question are tested with the
+/// listener's window, and cancelled sounds with playing.
 class TestCloseButtons : public testsupport::FixtureTest {
     Q_OBJECT
 
@@ -39,8 +39,8 @@ private slots:
     void theMainWindowStaysDuringASession_data();
     void theMainWindowStaysDuringASession();
     void theMainWindowStaysWhileTheListenerIsAsked();
-    void theListenersWindowClosesWithYes_data();
-    void theListenersWindowClosesWithYes();
+    void theSubjectWindowClosesWithYes_data();
+    void theSubjectWindowClosesWithYes();
 
 private:
     void setUp() override { fixture->record(); }
@@ -52,7 +52,7 @@ private:
 bool TestCloseButtons::reach(State state) {
     if (state == State::Idle)
         return fixture->session().listener() == nullptr;
-    // So long that a close button is pressed well within a pause or a sound, where it is to be.
+    // Long enough to press a close button within a pause or a sound.
     constexpr int longMs = 500;
     const bool isLong = state == State::Pausing || state == State::Playing;
     fixture->prepare(fixture->writeTone("tone.wav", isLong ? longMs : 50));
@@ -74,7 +74,7 @@ bool TestCloseButtons::reach(State state) {
            QTest::qWaitFor([this] { return fixture->soundSignals == QVector<int>{1}; });
 }
 
-/// Ends a session; tests that it has one match or none on the disk and has left nothing else.
+/// Ends a session; tests that its only file on the disk holds one match or none.
 void TestCloseButtons::endByCloseButton(State state) {
     const auto& window = fixture->window();
     fixture->dialogs.answerClosing(QMessageBox::Yes);
@@ -120,7 +120,7 @@ void TestCloseButtons::theMainWindowStaysDuringASession() {
     QVERIFY(closeAndWait(fixture->window()));
     QVERIFY(fixture->window().isVisible() && !fixture->window().isEnabled());
     QVERIFY(fixture->session().listener()->isVisible());
-    // The sound plays to its end as if nothing had happened.
+    // The sound plays to its end.
     if (state == State::Pausing || state == State::Playing) {
         QTRY_COMPARE(fixture->soundSignals, (QVector<int>{1, -1}));
         fixture->expectSound(fixture->expectedTarget());
@@ -136,7 +136,7 @@ void TestCloseButtons::theMainWindowStaysWhileTheListenerIsAsked() {
     bool wasVisible = false;
     fixture->dialogs.expectClosing([&](QWidget* dialog) {
         isRequested = pressCloseButton(fixture->window());
-        // The question blocks the window, so no event of it reports that the request has come.
+        // The question blocks the window, so no event reports that the request has arrived.
         constexpr int enoughMs = 200;
         QTest::qWait(enoughMs);
         wasVisible = fixture->window().isVisible();
@@ -149,7 +149,7 @@ void TestCloseButtons::theMainWindowStaysWhileTheListenerIsAsked() {
     endByCloseButton(State::Adjusting);
 }
 
-void TestCloseButtons::theListenersWindowClosesWithYes_data() {
+void TestCloseButtons::theSubjectWindowClosesWithYes_data() {
     QTest::addColumn<State>("state");
     QTest::newRow("waiting for the listener") << State::Waiting;
     QTest::newRow("target required") << State::TargetRequired;
@@ -157,7 +157,7 @@ void TestCloseButtons::theListenersWindowClosesWithYes_data() {
     QTest::newRow("adjusting, done shown") << State::Matched;
 }
 
-void TestCloseButtons::theListenersWindowClosesWithYes() {
+void TestCloseButtons::theSubjectWindowClosesWithYes() {
     QFETCH(State, state);
     QVERIFY(reach(state));
     endByCloseButton(state);

@@ -45,8 +45,7 @@ QVector<int> triangleOf24Bits(int sampleCount) {
     return samples;
 }
 
-/// Makes a target by a program that is called with these arguments, the path of the file among
-/// them as "FILE"; returns the path.
+/// Makes a target by a command line in which "FILE" stands for the file's path; returns the path.
 QString targetBy(const Fixture& fixture, const QString& name, const QString& commandLine) {
     QString path = fixture.pathOf(name);
     QStringList words = commandLine.split(u' ');
@@ -57,7 +56,7 @@ QString targetBy(const Fixture& fixture, const QString& name, const QString& com
     return path;
 }
 
-/// Targets each of which is unlike the one before: in length, channels, depth, rate.
+/// Each target differs from the one before: in length, channels, bit depth, rate.
 QVector<PlannedSession> plannedSessions(const Fixture& fixture) {
     const QString mono = targetBy(fixture, "mono.wav",
                                   "sox -D -n -r 40000 -b 16 -c 1 FILE synth 0.1 sine 440 vol 0.5");
@@ -73,7 +72,7 @@ QVector<PlannedSession> plannedSessions(const Fixture& fixture) {
         targetBy(fixture, "cd.wav",
                  "sox -D -n -r 44100 -b 16 -c 2 FILE synth 0.05 sine 441 sine 882 vol 0.4");
     const QString three = fixture.write("three.wav", QVector<int>(3000, 99), {40000, 3, 16});
-    // The plotted stretch never grows again.
+    // The plotted stretch stays shortened.
     return {
         {practice, mono, {300, 1000, 640}, "SUB001_practice001.txt", "100.00", 4000, 4000},
         {experiment, stereo, {10, 611}, "SUB001_experiment002.txt", "200.00", 8000, 4000},
@@ -84,7 +83,7 @@ QVector<PlannedSession> plannedSessions(const Fixture& fixture) {
     };
 }
 
-/// Holds one session and checks all that it leaves on the screen and on the disk.
+/// Holds one session and checks its results on the screen and on the disk.
 void hold(Fixture& fixture, const PlannedSession& planned) {
     const auto& window = fixture.window();
     fixture.prepare(planned.target, planned.kind);
@@ -121,20 +120,20 @@ void hold(Fixture& fixture, const PlannedSession& planned) {
 
 } // namespace
 
-/// Sessions as they should go.
+/// Regular sessions.
 class TestWholeSessions : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void theDeskIsTheOneAskedFor();
+    void deskMatchesItsSettings();
     void bothWindowsFitTheScreen();
     void manySessionsInOneRun();
     void preparationsAreReplacedBeforeGo();
     void namesWithSpacesUmlautsCjkAndEmoji();
 };
 
-void TestWholeSessions::theDeskIsTheOneAskedFor() {
-    // These tests also run on smaller screens and in other languages: see that they do.
+void TestWholeSessions::deskMatchesItsSettings() {
+    // These tests also run on smaller screens and in other locales: verify the settings.
     if (qEnvironmentVariableIsSet("DESK_SCREEN")) {
         const QSize size = QGuiApplication::primaryScreen()->size();
         QVERIFY(qEnvironmentVariable("DESK_SCREEN")

@@ -19,7 +19,7 @@ namespace {
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// One component's angle in radians at a point, in the order that the formula lays down.
+/// A component's angle in radians at a point, in the formula's order of operations.
 double angle(double frequency, int point, double samplingRate, double phaseDegrees) {
     const double step = frequency * 6.283185307179586;
     const double turned = step * static_cast<double>(point) / samplingRate;
@@ -35,7 +35,7 @@ void TestSignalGenerators::pointsOfASignalAreRoundedDown_data() {
     row("fraction of a point", 40000, 0.00001, 0);
     row("one point", 10, 0.1, 1);
     row("fraction dropped", 10, 0.99, 9);
-    // 0.043 is a little less than it looks, and so is its product.
+    // The double nearest to 0.043 is below 0.043, so the product is below 1720.
     row("the last point lost", 40000, 0.043, 1719);
     row("no duration", 40000, 0, 0);
     row("no rate", 0, 0.5, 0);
@@ -53,7 +53,7 @@ void TestSignalGenerators::pointsOfASignalAreRoundedDown() {
     QCOMPARE(log.all(), QStringList());
 }
 
-void TestSignalGenerators::noCountIsOneLineOnTheLogAndNoSignal_data() {
+void TestSignalGenerators::invalidCountGivesEmptySignalAndOneLogLine_data() {
     const auto row = columns<double, double, QString>("samplingRate", "seconds", "line");
     row("not a number", 40000, notANumber, "no signal has nan samples (40000 Hz x nan s)");
     row("infinite", infinity, 0.5, "no signal has inf samples (inf Hz x 0.5 s)");
@@ -62,7 +62,7 @@ void TestSignalGenerators::noCountIsOneLineOnTheLogAndNoSignal_data() {
     row("much too many", 40000, 1e300, "no signal has 4e+304 samples (40000 Hz x 1e+300 s)");
 }
 
-void TestSignalGenerators::noCountIsOneLineOnTheLogAndNoSignal() {
+void TestSignalGenerators::invalidCountGivesEmptySignalAndOneLogLine() {
     QFETCH(double, samplingRate);
     QFETCH(double, seconds);
     QFETCH(QString, line);
@@ -74,7 +74,7 @@ void TestSignalGenerators::noCountIsOneLineOnTheLogAndNoSignal() {
     QCOMPARE(log.all().size(), 3);
 }
 
-void TestSignalGenerators::noiseIsTheGeneratorsNumbersInOrder() {
+void TestSignalGenerators::noiseFollowsTheRandomNumbers() {
     QVector<double> noise;
     int next = 0;
     seedRandomNumbers(1);
@@ -90,14 +90,14 @@ void TestSignalGenerators::noiseIsTheGeneratorsNumbersInOrder() {
     QCOMPARE(next, nextRandomNumber());
 }
 
-void TestSignalGenerators::noiseWithoutAPointReseeds_data() {
+void TestSignalGenerators::emptyNoiseReseeds_data() {
     const auto row = columns<int>("points");
     row("none", 0);
     row("below none", -5);
-    row("far below none", minimumInt);
+    row("minimum int", minimumInt);
 }
 
-void TestSignalGenerators::noiseWithoutAPointReseeds() {
+void TestSignalGenerators::emptyNoiseReseeds() {
     QFETCH(int, points);
     int next = 0;
     const uint second = testsupport::inOneSecond([&] {

@@ -22,9 +22,9 @@ using testsupport::StreamCapture;
 
 namespace {
 
-constexpr int longest = 40;
+constexpr int maximumLength = 40;
 
-/// A ramp and the formula that it follows, written out once more.
+/// A ramp and its formula, implemented independently.
 struct Ramp {
     RampOfCopy ofCopy = nullptr;
     RampInPlace inPlace = nullptr;
@@ -51,8 +51,8 @@ QVector<double> unevenSignal(int size) {
     return signal;
 }
 
-/// What a ramp should make of a signal, sample by sample: each looks for the points of the two
-/// ramps that fall on it, the earlier point first.
+/// Returns a signal as a ramp should change it, sample by sample: each finds the points of the two
+/// ramps that apply to it, the earlier point first.
 QVector<double> expectedRamp(const Ramp& ramp, QVector<double> signal, int length) {
     const int size = signal.size();
     for (int sample = 0; sample < size; ++sample)
@@ -70,8 +70,8 @@ void addRamps() {
     row("linearRamp", {linearRamp, linearRamp, linearGain, 1});
 }
 
-/// Samples with room for more after them that is filled with marks, and with the vector's own
-/// counts in front.
+/// A vector with spare capacity, which is filled with marks, so that writing before or after the
+/// samples is noticed.
 class FencedSignal {
 public:
     explicit FencedSignal(int size) {
@@ -79,12 +79,12 @@ public:
         samples.resize(size);
         std::iota(samples.begin(), samples.end(), 1.0);
         std::fill_n(samples.data() + size, fence, mark);
-        before = counts();
+        before = headerBytes();
     }
 
     bool isWhole() const {
         const double* after = samples.constData() + samples.size();
-        return counts() == before &&
+        return headerBytes() == before &&
                std::all_of(after, after + fence, [](double value) { return value == mark; });
     }
 
@@ -95,7 +95,7 @@ private:
     static constexpr double mark = -77;
 
     /// The bytes of the vector's header, which its first sample follows.
-    std::vector<char> counts() const {
+    std::vector<char> headerBytes() const {
         std::vector<char> bytes(sizeof(QArrayData));
         std::memcpy(bytes.data(),
                     reinterpret_cast<const char*>(samples.constData()) - sizeof(QArrayData),
@@ -123,7 +123,7 @@ void TestSignalRamps::tenOnesWithTwoRampPoints() {
     const QVector<double> ramped = ramp(QVector<double>(10, 1.0), 2);
     const QVector<double> expected{0, gain, 1, 1, 1, 1, 1, 1, gain, 0};
     QCOMPARE(ramped.size(), 10);
-    // Half way the raised cosine is 2^-54 short of one half.
+    // In the middle the raised cosine is 2^-54 below one half.
     for (int i = 0; i < 10; ++i)
         QVERIFY2(std::abs(ramped[i] - expected[i]) <= std::ldexp(1, -54),
                  qPrintable(QString::number(ramped[i], 'g', 17)));
@@ -137,8 +137,8 @@ void TestSignalRamps::bothFormsFollowTheFormula() {
     QFETCH(Ramp, ramp);
     const StreamCapture standardError(std::cerr);
     std::string warnings;
-    for (int size = 0; size <= longest; ++size)
-        for (int length = 0; length <= longest; ++length) {
+    for (int size = 0; size <= maximumLength; ++size)
+        for (int length = 0; length <= maximumLength; ++length) {
             const QVector<double> expected = expectedRamp(ramp, unevenSignal(size), length);
             QVector<double> inPlace = unevenSignal(size);
             ramp.inPlace(&inPlace, length);
@@ -160,8 +160,9 @@ void TestSignalRamps::nothingOutsideTheSignalIsTouched_data() {
 void TestSignalRamps::nothingOutsideTheSignalIsTouched() {
     QFETCH(Ramp, ramp);
     const StreamCapture standardError(std::cerr);
-    for (int size = 0; size <= longest; ++size)
-        for (const int length : {1, 2, size / 2, size, size + 1, size + 2, longest, maximumInt}) {
+    for (int size = 0; size <= maximumLength; ++size)
+        for (const int length :
+             {1, 2, size / 2, size, size + 1, size + 2, maximumLength, maximumInt}) {
             FencedSignal fenced(size);
             const double* const place = fenced.samples.constData();
             ramp.inPlace(&fenced.samples, length);
@@ -183,18 +184,18 @@ void TestSignalRamps::noRampChangesNothing() {
             const QVector<double> original = unevenSignal(size);
             QVector<double> inPlace = original;
             ramp.inPlace(&inPlace, length);
-            // Not even the storage that vectors share until they are written.
+            // Vectors share their storage until one is written: it stays shared.
             QVERIFY(inPlace.constData() == original.constData());
             QVERIFY(ramp.ofCopy(original, length).constData() == original.constData());
         }
     QCOMPARE(standardError.text(), std::string());
 }
 
-void TestSignalRamps::othersKeepTheirSamples_data() {
+void TestSignalRamps::copiesKeepTheirSamples_data() {
     addRamps();
 }
 
-void TestSignalRamps::othersKeepTheirSamples() {
+void TestSignalRamps::copiesKeepTheirSamples() {
     QFETCH(Ramp, ramp);
     const QVector<double> original(10, 1.0);
     QVector<double> signal = original;

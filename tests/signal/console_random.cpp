@@ -26,14 +26,14 @@ QVector<int> numbersAfter(uint seed, int count) {
     return numbers;
 }
 
-/// Runs an action in a thread of its own, to its end.
+/// Runs an action in another thread and waits for its end.
 template <typename Action> void inAnotherThread(Action action) {
     std::thread(action).join();
 }
 
 } // namespace
 
-void TestSignalRandom::numbersAreTheToolkits() {
+void TestSignalRandom::numbersAreThoseOfQrand() {
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
     qsrand(4711);
@@ -45,20 +45,20 @@ void TestSignalRandom::numbersAreTheToolkits() {
     QT_WARNING_POP
     QVERIFY(first != second);
     for (const int number : numbersAfter(3, 1000))
-        QVERIFY(number >= 0 && number <= largestRandomNumber);
+        QVERIFY(number >= 0 && number <= maximumRandomNumber);
 }
 
-void TestSignalRandom::everyThreadHasItsOwnNumbers() {
+void TestSignalRandom::randomNumbersAreSeparateForEachThread() {
     const QVector<int> ofDefaultSeed = numbersAfter(1, 2);
     const QVector<int> here = numbersAfter(4711, 3);
     seedRandomNumbers(4711);
     QCOMPARE(nextRandomNumber(), here[0]);
     QVector<int> unseeded;
     inAnotherThread([&unseeded] { unseeded = {nextRandomNumber(), nextRandomNumber()}; });
-    // The seed given here does not reach a new thread, which begins with the default one ...
+    // A seed set here does not affect a new thread, which begins with the default one ...
     QCOMPARE(unseeded, ofDefaultSeed);
     QCOMPARE(nextRandomNumber(), here[1]);
-    // ... and seeding there, by noise for example, leaves the numbers here as they were.
+    // ... and seeding there, by noise for example, does not affect the numbers here.
     inAnotherThread([] { whiteNoise(5); });
     inAnotherThread([] { randomIntegers(5, 1, 6); });
     QCOMPARE(nextRandomNumber(), here[2]);
@@ -113,7 +113,7 @@ void TestSignalRandom::integersFollowTheFormula() {
     });
     QCOMPARE(integers.size(), 200);
     seedRandomNumbers(second);
-    // Of reversed bounds the upper one is taken for both.
+    // With reversed bounds the upper one is used for both.
     const qint64 lower = std::min(min, max);
     const qint64 values = min > max ? 1 : qint64(max) + 1 - lower;
     for (const int integer : qAsConst(integers))
@@ -121,14 +121,14 @@ void TestSignalRandom::integersFollowTheFormula() {
     QCOMPARE(next, nextRandomNumber());
 }
 
-void TestSignalRandom::noIntegersAreEmptyAndReseed_data() {
+void TestSignalRandom::countBelowOneGivesEmptyVectorAndReseeds_data() {
     const auto row = columns<int>("count");
     row("none", 0);
     row("below none", -3);
-    row("far below none", minimumInt);
+    row("minimum int", minimumInt);
 }
 
-void TestSignalRandom::noIntegersAreEmptyAndReseed() {
+void TestSignalRandom::countBelowOneGivesEmptyVectorAndReseeds() {
     QFETCH(int, count);
     int next = 0;
     const uint second = testsupport::inOneSecond([&] {

@@ -19,10 +19,10 @@ void TestSignalRms::integers_data() {
     row("16 bits", Samples(1000, -32768), 32768);
     row("24 bits", Samples(1000, 8388607), 8388607);
     row("32 bits", {maximumInt}, 2147483647);
-    row("24 bits, the last sum that fits into 64", Samples(131071, -8388608), 8388608);
+    row("24 bits, largest sum that fits 64 bits", Samples(131071, -8388608), 8388608);
     row("24 bits, one more", Samples(131072, -8388608), 8388608);
     row("24 bits, many more", Samples(400000, -8388608), 8388608);
-    row("32 bits, more than one", Samples(5, minimumInt), 2147483648.0);
+    row("32 bits, sum beyond 64 bits", Samples(5, minimumInt), 2147483648.0);
 }
 
 void TestSignalRms::integers() {
@@ -45,13 +45,13 @@ void TestSignalRms::doubles() {
     QVERIFY2(rms(signal) == value, qPrintable(QString::number(rms(signal), 'g', 17)));
 }
 
-void TestSignalRms::emptyVectorsAreNotANumber() {
+void TestSignalRms::emptyVectorGivesNaN() {
     QVERIFY(std::isnan(rms(QVector<int>())));
     QVERIFY(std::isnan(rms(QVector<double>())));
 }
 
 void TestSignalRms::integersAreSummedExactly() {
-    // In doubles each of the ones would be lost beside 2^60.
+    // In doubles each one would be rounded away when added to 2^60.
     QVector<int> signal(1000001, 1);
     signal[0] = 1 << 30;
     const qint64 sum = (qint64(1) << 60) + 1000000;
@@ -60,7 +60,7 @@ void TestSignalRms::integersAreSummedExactly() {
 }
 
 void TestSignalRms::doublesAreSummedInOrder() {
-    // Ones are lost beside 2^60, unless they are summed up first.
+    // Ones are rounded away when added to 2^60, unless they are summed first.
     QVector<double> largeFirst(1000001, 1.0);
     largeFirst.first() = 1 << 30;
     QVector<double> largeLast(1000001, 1.0);

@@ -26,7 +26,7 @@ QString warningTitle() {
     return QStringLiteral("Warning");
 }
 
-/// What a person sees of a message box, and what it blocks.
+/// A message box's visible properties and its modality.
 QStringList described(const QMessageBox& box) {
     QStringList lines{box.windowTitle(), box.text(), box.informativeText(), box.detailedText()};
     for (const QAbstractButton* button : box.buttons())
@@ -43,7 +43,7 @@ void clickOk(QWidget* dialog) {
 
 } // namespace
 
-/// The boxes that the library shows in a program with widgets.
+/// The boxes of the library in a program with widgets.
 class TestSignalBoxes : public QObject {
     Q_OBJECT
 
@@ -51,16 +51,16 @@ private slots:
     void init();
     void cleanup();
 
-    void aWarningIsOneBox_data();
-    void aWarningIsOneBox();
-    void nothingToWarnOfShowsNoBox_data();
-    void nothingToWarnOfShowsNoBox();
-    void theRampWaitsForTheBoxAndGoesOn_data();
-    void theRampWaitsForTheBoxAndGoesOn();
-    void aBoxClosedByItsFrameGoesOnAsWell();
-    void oneNumberIsDrawnAfterTheBox();
-    void manyNumbersAreSeededAfterTheBox();
-    void outsideTheWindowsThreadAWarningIsALine();
+    void warningShowsOneBox_data();
+    void warningShowsOneBox();
+    void validCallShowsNoBox_data();
+    void validCallShowsNoBox();
+    void rampIsAppliedAfterTheBoxCloses_data();
+    void rampIsAppliedAfterTheBoxCloses();
+    void rampIsAppliedAfterTheBoxIsClosedByItsFrame();
+    void integerIsDrawnAfterTheBoxCloses();
+    void integersAreSeededAfterTheBoxCloses();
+    void warningOutsideTheGuiThreadIsPrinted();
 
 private:
     std::unique_ptr<testsupport::DialogDriver> dialogs;
@@ -76,11 +76,11 @@ void TestSignalBoxes::cleanup() {
     QCOMPARE(complaints.join(u'\n'), QString());
 }
 
-void TestSignalBoxes::aWarningIsOneBox_data() {
+void TestSignalBoxes::warningShowsOneBox_data() {
     testsupport::addCallsThatWarn();
 }
 
-void TestSignalBoxes::aWarningIsOneBox() {
+void TestSignalBoxes::warningShowsOneBox() {
     QFETCH(SignalCall, call);
     QFETCH(QString, text);
     QStringList box;
@@ -96,17 +96,17 @@ void TestSignalBoxes::aWarningIsOneBox() {
     QCOMPARE(standardError.text(), std::string());
 }
 
-void TestSignalBoxes::nothingToWarnOfShowsNoBox_data() {
+void TestSignalBoxes::validCallShowsNoBox_data() {
     testsupport::addCallsThatDoNotWarn();
 }
 
-void TestSignalBoxes::nothingToWarnOfShowsNoBox() {
+void TestSignalBoxes::validCallShowsNoBox() {
     QFETCH(SignalCall, call);
     call();
     QCOMPARE(dialogs->seen(), QStringList());
 }
 
-void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn_data() {
+void TestSignalBoxes::rampIsAppliedAfterTheBoxCloses_data() {
     const auto row = testsupport::columns<RampInPlace, double>("ramp", "middle");
     const double gain = (1 - std::cos(0.5 * 3.141592653589793)) * 0.5;
     row("cosRamp", cosRamp, 8 * gain * gain);
@@ -114,7 +114,7 @@ void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn_data() {
     row("linearRamp", linearRamp, 2);
 }
 
-void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn() {
+void TestSignalBoxes::rampIsAppliedAfterTheBoxCloses() {
     QFETCH(RampInPlace, ramp);
     QFETCH(double, middle);
     QVector<double> signal{8, 8, 8};
@@ -130,12 +130,12 @@ void TestSignalBoxes::theRampWaitsForTheBoxAndGoesOn() {
     QVERIFY(signal[2] == 0);
 }
 
-void TestSignalBoxes::aBoxClosedByItsFrameGoesOnAsWell() {
+void TestSignalBoxes::rampIsAppliedAfterTheBoxIsClosedByItsFrame() {
     dialogs->expect(warningTitle(), [](QWidget* dialog) { dialog->close(); });
     QCOMPARE(linearRamp({8, 8, 8}, 2), (QVector<double>{0, 2, 0}));
 }
 
-void TestSignalBoxes::oneNumberIsDrawnAfterTheBox() {
+void TestSignalBoxes::integerIsDrawnAfterTheBoxCloses() {
     const uint seed = 4711;
     seedRandomNumbers(seed);
     const int first = nextRandomNumber();
@@ -147,8 +147,8 @@ void TestSignalBoxes::oneNumberIsDrawnAfterTheBox() {
     QCOMPARE(randomInteger(100, 0), 100 + first % -99);
 }
 
-void TestSignalBoxes::manyNumbersAreSeededAfterTheBox() {
-    // A seed between box and draws would show: it is not the time's.
+void TestSignalBoxes::integersAreSeededAfterTheBoxCloses() {
+    // This seed is not the time's: numbers that followed it would differ.
     int next = 0;
     const uint second = testsupport::inOneSecond([&] {
         dialogs->expect(warningTitle(), [](QWidget* dialog) {
@@ -164,14 +164,14 @@ void TestSignalBoxes::manyNumbersAreSeededAfterTheBox() {
     QCOMPARE(next, nextRandomNumber());
 }
 
-void TestSignalBoxes::outsideTheWindowsThreadAWarningIsALine() {
+void TestSignalBoxes::warningOutsideTheGuiThreadIsPrinted() {
     const StreamCapture standardError(std::cerr);
     QVector<double> ramped;
     const std::unique_ptr<QThread> thread(QThread::create([&ramped] {
         ramped = linearRamp({8, 8, 8}, 2);
     }));
     thread->start();
-    // A box would be shown, and answered, from here.
+    // A box would be shown and answered in this thread.
     QTRY_VERIFY(thread->isFinished());
     QCOMPARE(standardError.text(), std::string("Vector size must be at least twice of nPoints\n"));
     QCOMPARE(ramped, (QVector<double>{0, 2, 0}));

@@ -20,7 +20,7 @@ using testsupport::StreamCapture;
 
 namespace {
 
-/// Calls with standard error taken over, and compares what has been written to it.
+/// Captures standard error during a call and compares what was written to it.
 void compareStandardError(const SignalCall& call, const QString& expected) {
     const StreamCapture standardError(std::cerr);
     call();
@@ -34,7 +34,7 @@ quint64 bits(double value) {
     return bits;
 }
 
-/// The arguments of a program that has no need of a screen.
+/// The arguments of a program that needs no screen.
 struct Arguments {
     std::string program = "tool";
     std::string option = "-platform";
@@ -57,7 +57,7 @@ QString difference(const QVector<double>& actual, const QVector<double>& expecte
     return {};
 }
 
-void TestSignalLibrary::interfaceIsAsItsUsersExpect() {
+void TestSignalLibrary::interfaceHasItsSignatures() {
     using Samples = QVector<double>;
     QVERIFY(std::is_empty_v<OstrelClasses>);
     QVERIFY(std::is_default_constructible_v<OstrelClasses>);
@@ -75,22 +75,22 @@ void TestSignalLibrary::interfaceIsAsItsUsersExpect() {
     QVERIFY(static_cast<RmsOfIntegers>(&rms) != nullptr);
 }
 
-void TestSignalLibrary::withoutAnApplicationAWarningIsALine_data() {
+void TestSignalLibrary::warningWithoutAnApplicationIsPrinted_data() {
     testsupport::addCallsThatWarn();
 }
 
-void TestSignalLibrary::withoutAnApplicationAWarningIsALine() {
+void TestSignalLibrary::warningWithoutAnApplicationIsPrinted() {
     QFETCH(SignalCall, call);
     QFETCH(QString, text);
     QVERIFY(QCoreApplication::instance() == nullptr);
     compareStandardError(call, text + u'\n');
 }
 
-void TestSignalLibrary::inAProgramWithoutWidgetsAWarningIsALine_data() {
+void TestSignalLibrary::warningWithoutWidgetsIsPrinted_data() {
     testsupport::addCallsThatWarn();
 }
 
-void TestSignalLibrary::inAProgramWithoutWidgetsAWarningIsALine() {
+void TestSignalLibrary::warningWithoutWidgetsIsPrinted() {
     QFETCH(SignalCall, call);
     QFETCH(QString, text);
     Arguments arguments;
@@ -102,11 +102,11 @@ void TestSignalLibrary::inAProgramWithoutWidgetsAWarningIsALine() {
     compareStandardError(call, text + u'\n');
 }
 
-void TestSignalLibrary::nothingToWarnOfWritesNothing_data() {
+void TestSignalLibrary::validCallWritesNothing_data() {
     testsupport::addCallsThatDoNotWarn();
 }
 
-void TestSignalLibrary::nothingToWarnOfWritesNothing() {
+void TestSignalLibrary::validCallWritesNothing() {
     QFETCH(SignalCall, call);
     QFETCH(QString, text);
     compareStandardError(call, text);

@@ -16,8 +16,8 @@ using testsupport::columns;
 constexpr int minimumInt = std::numeric_limits<int>::min();
 constexpr int maximumInt = std::numeric_limits<int>::max();
 
-/// Says in what two signals differ to the last bit, the sign of a zero included; empty where they
-/// do not.
+/// Describes the first difference of two signals, to the last bit and the sign of a zero; empty if
+/// they are equal.
 QString difference(const QVector<double>& actual, const QVector<double>& expected);
 
 /// The interface, and warnings where no box can be shown (test_signal_console.cpp).
@@ -25,13 +25,13 @@ class TestSignalLibrary : public QObject {
     Q_OBJECT
 
 private slots:
-    void interfaceIsAsItsUsersExpect();
-    void withoutAnApplicationAWarningIsALine_data();
-    void withoutAnApplicationAWarningIsALine();
-    void inAProgramWithoutWidgetsAWarningIsALine_data();
-    void inAProgramWithoutWidgetsAWarningIsALine();
-    void nothingToWarnOfWritesNothing_data();
-    void nothingToWarnOfWritesNothing();
+    void interfaceHasItsSignatures();
+    void warningWithoutAnApplicationIsPrinted_data();
+    void warningWithoutAnApplicationIsPrinted();
+    void warningWithoutWidgetsIsPrinted_data();
+    void warningWithoutWidgetsIsPrinted();
+    void validCallWritesNothing_data();
+    void validCallWritesNothing();
 };
 
 /// Noise, tones, modulated tones (console_generators.cpp).
@@ -41,11 +41,11 @@ class TestSignalGenerators : public QObject {
 private slots:
     void pointsOfASignalAreRoundedDown_data();
     void pointsOfASignalAreRoundedDown();
-    void noCountIsOneLineOnTheLogAndNoSignal_data();
-    void noCountIsOneLineOnTheLogAndNoSignal();
-    void noiseIsTheGeneratorsNumbersInOrder();
-    void noiseWithoutAPointReseeds_data();
-    void noiseWithoutAPointReseeds();
+    void invalidCountGivesEmptySignalAndOneLogLine_data();
+    void invalidCountGivesEmptySignalAndOneLogLine();
+    void noiseFollowsTheRandomNumbers();
+    void emptyNoiseReseeds_data();
+    void emptyNoiseReseeds();
     void sineOf1000HzHasItsPeakAtSample10();
     void sineFollowsTheFormula_data();
     void sineFollowsTheFormula();
@@ -67,8 +67,8 @@ private slots:
     void nothingOutsideTheSignalIsTouched();
     void noRampChangesNothing_data();
     void noRampChangesNothing();
-    void othersKeepTheirSamples_data();
-    void othersKeepTheirSamples();
+    void copiesKeepTheirSamples_data();
+    void copiesKeepTheirSamples();
 };
 
 /// The generator and integers drawn from it (console_random.cpp).
@@ -76,14 +76,14 @@ class TestSignalRandom : public QObject {
     Q_OBJECT
 
 private slots:
-    void numbersAreTheToolkits();
-    void everyThreadHasItsOwnNumbers();
+    void numbersAreThoseOfQrand();
+    void randomNumbersAreSeparateForEachThread();
     void integerFollowsTheFormula_data();
     void integerFollowsTheFormula();
     void integersFollowTheFormula_data();
     void integersFollowTheFormula();
-    void noIntegersAreEmptyAndReseed_data();
-    void noIntegersAreEmptyAndReseed();
+    void countBelowOneGivesEmptyVectorAndReseeds_data();
+    void countBelowOneGivesEmptyVectorAndReseeds();
 };
 
 /// Root mean squares (console_rms.cpp).
@@ -95,7 +95,7 @@ private slots:
     void integers();
     void doubles_data();
     void doubles();
-    void emptyVectorsAreNotANumber();
+    void emptyVectorGivesNaN();
     void integersAreSummedExactly();
     void doublesAreSummedInOrder();
 };

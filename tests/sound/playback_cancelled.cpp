@@ -17,7 +17,7 @@ using testsupport::expectedResults;
 
 namespace {
 
-/// Says when a pause that began before the timer's start must be over.
+/// Reports when a pause that began before this object must be over.
 class PauseIsOver {
 public:
     explicit PauseIsOver(int milliseconds) {
@@ -40,7 +40,7 @@ bool TestPlaybackCancelled::startWith(int samples) {
     return fixture->start();
 }
 
-/// Closes the listener's window and saves; these matches (Hz) must be in the file.
+/// Closes the listener's window and saves. The file must hold these matches (Hz).
 void TestPlaybackCancelled::closeListener(bool byItsButton, const QStringList& matches) {
     SubjectWindow* listener = fixture->session().listener();
     const QString results = fixture->pathOf("results.txt");
@@ -54,7 +54,7 @@ void TestPlaybackCancelled::closeListener(bool byItsButton, const QStringList& m
     QCOMPARE(testsupport::readBytes(results), expectedResults("target.wav", matches));
 }
 
-/// Of the target only the beginning was heard.
+/// Verifies that only the beginning of the target was heard.
 void TestPlaybackCancelled::verifyCut() {
     QVERIFY(fixture->recorder().waitForSilence());
     const QVector<float> sound = fixture->expectedTarget();
@@ -64,7 +64,7 @@ void TestPlaybackCancelled::verifyCut() {
     QCOMPARE(fixture->soundSignals, SoundSignals{1});
 }
 
-/// The session has ended, and its next is not disturbed by it.
+/// Verifies that the session has ended and does not disturb the next one.
 void TestPlaybackCancelled::verifyNextSession() {
     const auto& window = fixture->window();
     QVERIFY(window.audioOutput == nullptr);
@@ -90,11 +90,11 @@ void TestPlaybackCancelled::waysToClose() {
     QTest::newRow("by close()") << false;
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending_data() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundIsPending_data() {
     waysToClose();
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundIsPending() {
     QFETCH(bool, byItsButton);
     fixture->window().checkBoxSaveData->setChecked(true);
     QVERIFY(startWith(400));
@@ -113,11 +113,11 @@ void TestPlaybackCancelled::listenersWindowClosedWhileASoundIsPending() {
     verifyNextSession();
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays_data() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundPlays_data() {
     waysToClose();
 }
 
-void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays() {
+void TestPlaybackCancelled::subjectWindowClosedWhileASoundPlays() {
     QFETCH(bool, byItsButton);
     fixture->window().checkBoxSaveData->setChecked(true);
     QVERIFY(startWith(200000));
@@ -130,14 +130,14 @@ void TestPlaybackCancelled::listenersWindowClosedWhileASoundPlays() {
     verifyNextSession();
 }
 
-void TestPlaybackCancelled::closingThatIsNotConfirmedCancelsNothing() {
+void TestPlaybackCancelled::unconfirmedClosingCancelsNothing() {
     fixture->record();
     prepare(unevenCodes(4000));
     fixture->session().setPause(300);
     QVERIFY(fixture->start());
     SubjectWindow& listener = *fixture->session().listener();
     testsupport::click(listener, "pushButtonPlayTarget");
-    // The sound starts and ends under the question.
+    // The sound starts and ends while the question is open.
     int timesAnswerable = 0;
     fixture->dialogs.expectClosing([&](QWidget* widget) {
         for (const SoundSignals& sounds : {SoundSignals{1}, SoundSignals{1, -1}})
@@ -182,7 +182,7 @@ void TestPlaybackCancelled::mainWindowDestroyedRightAfterACancelledSession() {
     testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
     QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
     fixture->finish();
-    // The output is only about to be deleted: no event has been processed since.
+    // The output's deletion is still pending: no event has been processed since.
     fixture->destroyWindow();
     QCOMPARE(fixture->soundSignals, SoundSignals{1});
 }

@@ -1,4 +1,4 @@
-// A session whose sound fails, and how it has to end.
+// Sessions whose sound fails, and how they must end.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback_failures.h"
 

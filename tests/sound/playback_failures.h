@@ -1,5 +1,5 @@
-// What the tests of sound that fails share. Each of them is a program of its own, because a program
-// looks for its sound server once.
+// Shared by the tests of failing sounds. Each is a separate program, because a program looks for
+// its sound server only once.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -12,8 +12,8 @@ using SoundSignals = QVector<int>;
 /// The sound server of the program, not yet started.
 testsupport::SoundServer& server();
 
-/// Runs a test class in a program that knows no other sound server.
-template <typename TestClass> int runWithOwnServer(int argc, char** argv) {
+/// Runs a test class in a program that uses this sound server only.
+template <typename TestClass> int runWithSoundServer(int argc, char** argv) {
     qputenv("PULSE_SERVER", server().address());
     return testsupport::runWithWindows<TestClass>(argc, argv);
 }
@@ -25,24 +25,23 @@ protected:
     /// whether the listener's window came.
     bool prepareAndStart(int samples = 400);
 
-    /// The listener asks for a sinusoid; tests that its start is signalled. The listener's window
-    /// may be locked for a sound that never ended: what no sound unlocks is asked for as the window
-    /// would.
+    /// The listener asks for a sinusoid; tests that its start is signalled. If the listener's
+    /// window is still locked by a sound that never ended, the request is sent by its signal.
     void request(int frequency);
 
-    /// Tests that these responses are on the disk, though the session goes on.
+    /// Tests that these responses are on the disk while the session continues.
     void verifyJournal(const QVector<int>& frequencies);
 
     /// Closes the listener's window by its frame, which works in a locked window too, and tests
-    /// that the session has ended as ever: these frequencies saved and no longer in a journal, the
+    /// that the session has ended normally: these frequencies saved and no longer in a journal, the
     /// output released, no sound's end signalled, the file number advanced, the main window ready
     /// for the next session.
     void endAndVerify(const QVector<int>& frequencies);
 
-    /// Tests that the program only waits. A busy loop would take the whole of a processor.
+    /// Tests that the program only waits. A busy loop would take a whole processor.
     static void verifyAtRest();
 
-    /// The listener's window is locked, as while a sound is due.
+    /// Returns whether the listener's window is locked.
     bool isListenerLocked();
 
     QAudio::State outputState();

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Samples as a file of that depth holds them, none of them silent, the extremes among them.
+/// Sample codes of a bit depth, none of them silent, the extremes included.
 QVector<int> fileCodes(int bits, int count) {
     const qint64 fullScale = qint64(1) << (bits - 1);
     QVector<int> codes(count);
@@ -47,7 +47,7 @@ void TestPlaybackHeard::targets() {
     QFETCH(int, bits);
     QFETCH(int, channels);
     QFETCH(quint32, samplingRate);
-    // 20 ms in each of the files; played at 40000 Hz whatever their rate.
+    // 20 ms in each file, played at 40000 Hz at every file rate.
     const int samples = int(samplingRate / 50);
     constexpr int samplesPlayed = 800;
     const QVector<int> codes = fileCodes(bits, samples * channels);
@@ -56,7 +56,7 @@ void TestPlaybackHeard::targets() {
         fixture->write("target.wav", codes, {samplingRate, quint16(channels), quint16(bits)}));
     QVERIFY(fixture->start());
     QVERIFY(fixture->session().playTarget());
-    // Cut or padded with silence; with three channels there is nothing but silence.
+    // Cut or padded with silence; three channels give silence only.
     QVector<float> heard = heardFrom(leftChannel(codes, channels), bits);
     heard.resize(samplesPlayed);
     if (channels < 3)
@@ -133,7 +133,7 @@ void TestPlaybackHeard::emptySecondSoundCutsTheFirst() {
     QCOMPARE(fixture->soundSignals, (SoundSignals{1, 2}));
 }
 
-void TestPlaybackHeard::soundOutOfTurnReplacesTheOneThatPlays() {
+void TestPlaybackHeard::unexpectedSoundReplacesThePlayingOne() {
     fixture->record();
     const QVector<int> codes = unevenCodes(80000);
     const QVector<int> later = unevenCodes(400, 4321);
@@ -152,15 +152,15 @@ void TestPlaybackHeard::soundOutOfTurnReplacesTheOneThatPlays() {
     QCOMPARE(testsupport::findSounds(cut.rest, {heardFrom(later)}).difference, QString());
 }
 
-void TestPlaybackHeard::programThatStopsFeedingReportsAnEarlyEnd() {
+void TestPlaybackHeard::stalledProgramReportsAnEarlyEnd() {
     fixture->record();
     const QVector<int> codes = unevenCodes(120000);
     prepare(codes);
     fixture->window().playOneSound();
     QTRY_VERIFY(isAudible(fixture->recorder().samples()));
-    // Twice what the output buffers.
-    constexpr unsigned long standstillMs = 500;
-    QThread::msleep(standstillMs);
+    // Twice the length of the output's buffer.
+    constexpr unsigned long stallMs = 500;
+    QThread::msleep(stallMs);
     QTRY_COMPARE(fixture->soundSignals, (SoundSignals{1, -1}));
     QVERIFY(fixture->recorder().waitForSilence());
     QVERIFY(findCutSound(fixture->recorder().samples(), heardFrom(codes)).length < codes.size());

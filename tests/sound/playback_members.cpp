@@ -14,13 +14,13 @@
 
 namespace {
 
-/// The bytes of samples on this machine, which is a little-endian one.
+/// The bytes of samples on this machine, which is little-endian.
 QByteArray bytesOf(const QVector<float>& samples) {
     return {reinterpret_cast<const char*>(samples.constData()),
             samples.size() * int(sizeof(float))};
 }
 
-/// Qt's objects behind QTimer::singleShot() that have not run off yet.
+/// Qt's internal objects of QTimer::singleShot() that have not fired yet.
 QSet<QObject*> singleShots() {
     QSet<QObject*> timers;
     for (QObject* child : QAbstractEventDispatcher::instance()->children())
@@ -66,7 +66,7 @@ bool TestPlaybackMembers::isEverythingHeld() const {
            window.audioOutput != nullptr;
 }
 
-void TestPlaybackMembers::genSinusoidSizesOnlyBeforeTheFirstSound_data() {
+void TestPlaybackMembers::genSinusoidResizesOnlyBeforeTheFirstSound_data() {
     QTest::addColumn<int>("sequencePosition");
     QTest::addColumn<int>("soundsPlayed");
     QTest::addColumn<int>("sizeBefore");
@@ -79,7 +79,7 @@ void TestPlaybackMembers::genSinusoidSizesOnlyBeforeTheFirstSound_data() {
     QTest::newRow("a sound was played, nothing there") << 0 << 1 << 0 << 0;
 }
 
-void TestPlaybackMembers::genSinusoidSizesOnlyBeforeTheFirstSound() {
+void TestPlaybackMembers::genSinusoidResizesOnlyBeforeTheFirstSound() {
     QFETCH(int, sequencePosition);
     QFETCH(int, soundsPlayed);
     QFETCH(int, sizeBefore);
@@ -98,7 +98,7 @@ void TestPlaybackMembers::genSinusoidTakesTheSettings() {
     prepareSamples();
     fixture->window().data.frequencyCurrent = 640;
     fixture->window().data.samplingRate = 30000;
-    // The file's own rate does not matter, nor the frequency at which a session starts.
+    // Neither the file's own rate nor the session's start frequency is used.
     fixture->window().wav.header.samplingRate = 8000;
     fixture->window().data.frequencyStart = 100;
     fixture->window().genSinusoid();
@@ -107,13 +107,13 @@ void TestPlaybackMembers::genSinusoidTakesTheSettings() {
                 std::sin(i * (640.0 * 6.283185307179586) / 30000.0));
 }
 
-void TestPlaybackMembers::outputLivesFromStartToIdle_data() {
+void TestPlaybackMembers::outputExistsFromStartToIdle_data() {
     QTest::addColumn<bool>("isSinusoid");
     QTest::newRow("target") << false;
     QTest::newRow("sinusoid") << true;
 }
 
-void TestPlaybackMembers::outputLivesFromStartToIdle() {
+void TestPlaybackMembers::outputExistsFromStartToIdle() {
     QFETCH(bool, isSinusoid);
     prepareSamples();
     fixture->window().playSinusoidNext = isSinusoid;
@@ -132,18 +132,18 @@ void TestPlaybackMembers::outputLivesFromStartToIdle() {
     QCOMPARE(held, QStringList("1: all, 1 played, 1 output"));
     const QPointer<QAudioOutput> output = fixture->window().audioOutput;
     QVERIFY(isEverythingHeld());
-    // The end is signalled from within the output's own signal: it must not be gone yet.
+    // The end is signalled within the output's own signal, so the output must still exist.
     QTRY_COMPARE(held, (QStringList{"1: all, 1 played, 1 output", "-1: none, 1 played, 1 output"}));
     QVERIFY(!isAnythingHeld());
     QTRY_VERIFY(output.isNull());
     QCOMPARE(fixture->window().findChildren<QAudioOutput*>().size(), 0);
 }
 
-void TestPlaybackMembers::bytesAreTheSoundThatIsDue_data() {
-    outputLivesFromStartToIdle_data();
+void TestPlaybackMembers::bytesHoldTheDueSound_data() {
+    outputExistsFromStartToIdle_data();
 }
 
-void TestPlaybackMembers::bytesAreTheSoundThatIsDue() {
+void TestPlaybackMembers::bytesHoldTheDueSound() {
     QFETCH(bool, isSinusoid);
     prepareSamples();
     fixture->window().targetSamples[3] = 1.5;
@@ -162,7 +162,7 @@ void TestPlaybackMembers::bytesAreTheSoundThatIsDue() {
 }
 
 void TestPlaybackMembers::shorterBuffersArePaddedWithZeros_data() {
-    outputLivesFromStartToIdle_data();
+    outputExistsFromStartToIdle_data();
 }
 
 void TestPlaybackMembers::shorterBuffersArePaddedWithZeros() {
@@ -208,7 +208,7 @@ void TestPlaybackMembers::silenceFollowsASound() {
     constexpr int silentSamples = 250 * 40; // 250 ms
     constexpr int bytesPerSample = 4;
     QCOMPARE(fixture->window().audioBytes->size(), samples * bytesPerSample);
-    // What the output has taken already counts as handed out.
+    // Bytes that the output has already read count as handed out.
     const qint64 handedOut = fixture->window().audioBuffer->pos();
     QCOMPARE(handedOut + fixture->window().audioBuffer->bytesAvailable(),
              qint64((samples + silentSamples) * bytesPerSample));
@@ -225,7 +225,7 @@ void TestPlaybackMembers::secondSoundOfARequestIsEmptyAndCountsTwo() {
     QCOMPARE(fixture->window().soundsPlayed, 2);
     QVERIFY(isEverythingHeld());
     QCOMPARE(fixture->window().audioBytes->size(), 0);
-    // A sound that is none counts for nothing, and one output at a time is alive.
+    // An empty sound is not counted, and only one output exists at a time.
     QCOMPARE(fixture->window().data.nResponses, 0);
     QCOMPARE(field->text(), QString("not started yet"));
     QVERIFY(fixture->window().audioOutput != first);
@@ -233,14 +233,14 @@ void TestPlaybackMembers::secondSoundOfARequestIsEmptyAndCountsTwo() {
     QCOMPARE(fixture->window().findChildren<QAudioOutput*>().size(), 1);
 }
 
-void TestPlaybackMembers::stateThatChangesNothing_data() {
+void TestPlaybackMembers::otherStatesChangeNothing_data() {
     QTest::addColumn<QAudio::State>("state");
     QTest::newRow("active") << QAudio::ActiveState;
     QTest::newRow("suspended") << QAudio::SuspendedState;
     QTest::newRow("interrupted") << QAudio::InterruptedState;
 }
 
-void TestPlaybackMembers::stateThatChangesNothing() {
+void TestPlaybackMembers::otherStatesChangeNothing() {
     QFETCH(QAudio::State, state);
     prepareSamples(20000);
     fixture->window().playOneSound();
@@ -257,7 +257,7 @@ void TestPlaybackMembers::idleReleasesAndSignalsTheEndOfTheLastSoundOnly_data() 
     QTest::addColumn<SoundSignals>("signals");
     QTest::newRow("the only sound") << 1 << 1 << SoundSignals{1, -1};
     QTest::newRow("a new request has come") << 1 << 0 << SoundSignals{1};
-    QTest::newRow("one too many") << 1 << 2 << SoundSignals{1};
+    QTest::newRow("more sounds than requested") << 1 << 2 << SoundSignals{1};
     QTest::newRow("the first of two") << 2 << 1 << SoundSignals{1};
     QTest::newRow("the second of two") << 2 << 2 << SoundSignals{1, -1};
 }
@@ -273,7 +273,7 @@ void TestPlaybackMembers::idleReleasesAndSignalsTheEndOfTheLastSoundOnly() {
     fixture->window().handleStateChanged(QAudio::IdleState);
     QVERIFY(!isAnythingHeld());
     QTEST(fixture->soundSignals, "signals");
-    // The output, stopped here in mid-sound, has nothing to say any more.
+    // The output, stopped here in mid-sound, sends no further signal.
     QTRY_VERIFY(output.isNull());
     QTEST(fixture->soundSignals, "signals");
     fixture->log.expect("Audio ended early");
@@ -326,7 +326,7 @@ void TestPlaybackMembers::requestsAreScheduled() {
     QCOMPARE(scheduled.milliseconds, milliseconds);
     QCOMPARE(scheduled.type, type);
     QCOMPARE(fixture->window().sequencePosition, 0);
-    // Without a sequence no request is ever answered.
+    // Without a sequence no request is answered.
     fixture->window().trialSequence.clear();
     QCOMPARE(scheduledBy([&] { fixture->window().updateMainwindow(response, 640); }).count, 0);
 }

@@ -8,11 +8,11 @@
 
 namespace {
 
-/// The sessions' pause, long enough to remove the sound device meanwhile.
+/// The sessions' pause, long enough to remove the sound device during it.
 constexpr int pauseMs = 600;
-constexpr int patienceMs = 20000;
+constexpr int defaultTimeoutMs = 20000;
 
-/// What is left of sessions that are held by a program of their own.
+/// Sessions in a process of their own, and the files that they leave.
 class HangingSessions : public QProcess {
 public:
     explicit HangingSessions(const testsupport::SoundServer& server) {
@@ -24,8 +24,8 @@ public:
         start(PELLION_ENDLESS_SESSIONS, {folder.path(), QString::number(pauseMs)});
     }
 
-    /// The next event that is reported, or an empty one.
-    QByteArray nextEvent(int timeoutMs = patienceMs) {
+    /// The next event that is reported, or an empty array.
+    QByteArray nextEvent(int timeoutMs = defaultTimeoutMs) {
         if (!QTest::qWaitFor([this] { return canReadLine(); }, timeoutMs))
             return {};
         return readLine().trimmed();
@@ -46,10 +46,10 @@ class TestPlaybackNeverStarts : public QObject {
     Q_OBJECT
 
 private slots:
-    void journalHoldsEveryResponseOfASessionThatHangs();
+    void journalHoldsEveryResponseOfAHangingSession();
 };
 
-void TestPlaybackNeverStarts::journalHoldsEveryResponseOfASessionThatHangs() {
+void TestPlaybackNeverStarts::journalHoldsEveryResponseOfAHangingSession() {
     testsupport::SoundServer server;
     QVERIFY(server.start());
     HangingSessions sessions(server);
@@ -59,8 +59,8 @@ void TestPlaybackNeverStarts::journalHoldsEveryResponseOfASessionThatHangs() {
         QVERIFY(!event.isEmpty());
     } while (!event.startsWith("asked 1 "));
     const QByteArray frequency = event.split(' ').last();
-    // While the program waits for the pause to be over, the device is still there for it. When it
-    // asks for a stream to that device, there is none.
+    // During the pause the program still sees the device. When it asks for a stream to it, the
+    // device is gone.
     QVERIFY(server.freezeAndRemoveSink());
     QCOMPARE(sessions.nextEvent(2 * pauseMs), QByteArray());
     server.thaw();
@@ -77,7 +77,7 @@ void TestPlaybackNeverStarts::journalHoldsEveryResponseOfASessionThatHangs() {
     const qint64 busyMs = testsupport::processorTimeMs(sessions.processId()) - busyBefore;
     QVERIFY2(busyMs < watchedMs / 4, qPrintable(QString::number(busyMs)));
 
-    // There is no other way to end it.
+    // The program cannot be ended in any other way.
     sessions.kill();
     QVERIFY(sessions.waitForFinished());
     QCOMPARE(sessions.journals(), expected);

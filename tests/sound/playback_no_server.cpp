@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QTimer>
 
-/// In this order: the server comes last.
+/// The order matters: the last test starts a server.
 class TestPlaybackWithoutServer : public SoundFailureTest {
     Q_OBJECT
 
@@ -14,9 +14,9 @@ private slots:
     void unsupportedFormatIsLoggedOnceAtTheStart();
     void soundIsAttemptedAndNeverEnds();
     void sessionEndsAndSaves();
-    void nextSessionIsHeldLikeTheFirst();
-    void mainWindowGoesWithAnOutputThatNeverEnds();
-    void serverThatComesLaterIsNotFound();
+    void nextSessionRunsLikeTheFirst();
+    void mainWindowIsDestroyedWithAnOutputThatNeverEnds();
+    void laterServerIsNotFound();
     void cleanupTestCase();
 
 private:
@@ -32,7 +32,7 @@ void TestPlaybackWithoutServer::unsupportedFormatIsLoggedOnceAtTheStart() {
     const auto& window = fixture->window();
     const QString line = "Raw audio format not supported by backend, cannot play audio.";
     QCOMPARE(fixture->log.warnings().count(line), 1);
-    // Nothing is disabled for it.
+    // No control is disabled because of it.
     QVERIFY(window.isEnabled());
     QVERIFY(window.pushButtonPractice->isEnabled());
 }
@@ -43,7 +43,7 @@ void TestPlaybackWithoutServer::soundIsAttemptedAndNeverEnds() {
     QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
     QVERIFY(fixture->window().audioOutput != nullptr);
     QCOMPARE(outputState(), QAudio::StoppedState);
-    // Long enough for the sound of 10 ms, had it been played.
+    // Longer than the sound of 10 ms would take.
     bool isOver = false;
     QTimer::singleShot(200, Qt::PreciseTimer, this, [&] { isOver = true; });
     QTRY_VERIFY(isOver);
@@ -56,12 +56,12 @@ void TestPlaybackWithoutServer::soundIsAttemptedAndNeverEnds() {
 
 void TestPlaybackWithoutServer::sessionEndsAndSaves() {
     QVERIFY(prepareAndStart());
-    // What no sound unlocks is asked for as the listener's window would.
+    // Without a sound the window stays locked, so the request is sent directly.
     for (const int frequency : {640, 441}) {
         fixture->soundSignals.clear();
         emit fixture->session().listener()->subjectResponded(4, frequency);
         QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
-        // One output at a time, though none of them ends.
+        // Only one output exists at a time, although none of them ends.
         QTRY_COMPARE(fixture->window().findChildren<QAudioOutput*>().size(), 1);
     }
     QCOMPARE(fixture->textOf("lineEditFrequencyMatched"), QString("441"));
@@ -70,7 +70,7 @@ void TestPlaybackWithoutServer::sessionEndsAndSaves() {
     endAndVerify({640, 441});
 }
 
-void TestPlaybackWithoutServer::nextSessionIsHeldLikeTheFirst() {
+void TestPlaybackWithoutServer::nextSessionRunsLikeTheFirst() {
     for (const int frequency : {300, 400}) {
         fixture->soundSignals.clear();
         QVERIFY(prepareAndStart());
@@ -81,7 +81,7 @@ void TestPlaybackWithoutServer::nextSessionIsHeldLikeTheFirst() {
     }
 }
 
-void TestPlaybackWithoutServer::mainWindowGoesWithAnOutputThatNeverEnds() {
+void TestPlaybackWithoutServer::mainWindowIsDestroyedWithAnOutputThatNeverEnds() {
     QVERIFY(prepareAndStart());
     testsupport::click(*fixture->session().listener(), "pushButtonPlayTarget");
     QTRY_COMPARE(fixture->soundSignals, SoundSignals{1});
@@ -89,11 +89,11 @@ void TestPlaybackWithoutServer::mainWindowGoesWithAnOutputThatNeverEnds() {
     QCOMPARE(fixture->soundSignals, SoundSignals{1});
 }
 
-void TestPlaybackWithoutServer::serverThatComesLaterIsNotFound() {
+void TestPlaybackWithoutServer::laterServerIsNotFound() {
     QVERIFY(server().start());
-    // Three seconds after it has lost a server Qt looks for it, but it never had this one.
-    constexpr int longerThanThatMs = 3500;
-    QTest::qWait(longerThanThatMs);
+    // Qt reconnects three seconds after it loses a server, but it was never connected to this one.
+    constexpr int beyondReconnectionMs = 3500;
+    QTest::qWait(beyondReconnectionMs);
     QVERIFY(QAudioDeviceInfo::defaultOutputDevice().isNull());
     QVERIFY(prepareAndStart());
     request(640);
@@ -110,7 +110,7 @@ void TestPlaybackWithoutServer::cleanupTestCase() {
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackWithoutServer>(argc, argv);
+    return runWithSoundServer<TestPlaybackWithoutServer>(argc, argv);
 }
 
 #include "playback_no_server.moc"

@@ -25,16 +25,16 @@ bool isConnected() {
 
 } // namespace
 
-/// In this order: Qt finds a server again once, and then no more.
+/// The order matters: Qt reconnects to a server once only.
 class TestPlaybackServerEnds : public SoundFailureTest {
     Q_OBJECT
 
 private slots:
     void initTestCase();
     void soundIsPlayedWhileTheServerIsThere();
-    void serverThatEndsBetweenSoundsAndIsBackAtOnceIsFoundAgain();
-    void serverThatEndsInMidSoundIsLoggedAndTheSessionEnds();
-    void serverThatIsBackTooLateIsNotFoundAgain();
+    void serverRestartedBetweenSoundsIsFoundAgain();
+    void serverEndInMidSoundIsLoggedAndTheSessionCanEnd();
+    void serverRestartedTooLateIsNotFoundAgain();
     void cleanupTestCase();
 };
 
@@ -52,13 +52,13 @@ void TestPlaybackServerEnds::soundIsPlayedWhileTheServerIsThere() {
     endAndVerify({});
 }
 
-void TestPlaybackServerEnds::serverThatEndsBetweenSoundsAndIsBackAtOnceIsFoundAgain() {
+void TestPlaybackServerEnds::serverRestartedBetweenSoundsIsFoundAgain() {
     QVERIFY(prepareAndStart());
     QVERIFY(fixture->session().playTarget());
     QVERIFY(fixture->session().playSinusoid(300));
     server().kill();
     QVERIFY(server().start());
-    // Nobody has asked for a sound since: there is nothing to complain about yet.
+    // No sound has been requested since, so nothing is reported yet.
     QVERIFY(!fixture->log.all().contains(failureLine()));
     request(400);
     fixture->log.expect(failureLine());
@@ -68,16 +68,16 @@ void TestPlaybackServerEnds::serverThatEndsBetweenSoundsAndIsBackAtOnceIsFoundAg
     verifyAtRest();
     verifyJournal({300, 400});
     endAndVerify({300, 400});
-    // Qt looks for the server again three seconds after it has lost it.
-    constexpr int patienceMs = 20000;
-    QTRY_VERIFY_WITH_TIMEOUT(isConnected(), patienceMs);
+    // Qt reconnects three seconds after it loses the server.
+    constexpr int timeoutMs = 20000;
+    QTRY_VERIFY_WITH_TIMEOUT(isConnected(), timeoutMs);
     QVERIFY(prepareAndStart());
     QVERIFY(fixture->session().playTarget());
     QVERIFY(fixture->session().playSinusoid(500));
     endAndVerify({500});
 }
 
-void TestPlaybackServerEnds::serverThatEndsInMidSoundIsLoggedAndTheSessionEnds() {
+void TestPlaybackServerEnds::serverEndInMidSoundIsLoggedAndTheSessionCanEnd() {
     QVERIFY(prepareAndStart(200000));
     request(640);
     QTRY_COMPARE(outputState(), QAudio::ActiveState);
@@ -95,7 +95,7 @@ void TestPlaybackServerEnds::serverThatEndsInMidSoundIsLoggedAndTheSessionEnds()
     verifyAtRest();
     verifyJournal({640});
     endAndVerify({640});
-    // The next session goes without sound.
+    // The next session has no sound.
     QVERIFY(prepareAndStart());
     request(321);
     fixture->log.expect(failureLine());
@@ -104,12 +104,12 @@ void TestPlaybackServerEnds::serverThatEndsInMidSoundIsLoggedAndTheSessionEnds()
     endAndVerify({321});
 }
 
-void TestPlaybackServerEnds::serverThatIsBackTooLateIsNotFoundAgain() {
-    // Still without the server that ended before, Qt gives up.
-    constexpr int patienceMs = 20000;
+void TestPlaybackServerEnds::serverRestartedTooLateIsNotFoundAgain() {
+    // Qt gives up while the server is still missing.
+    constexpr int timeoutMs = 20000;
     const QString givenUp = "PulseAudioService: pa_context_connect() failed";
     fixture->log.expect(givenUp);
-    QTRY_VERIFY_WITH_TIMEOUT(fixture->log.warnings().contains(givenUp), patienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(fixture->log.warnings().contains(givenUp), timeoutMs);
     QVERIFY(server().start());
     QVERIFY(prepareAndStart());
     for (int frequency = 1; frequency <= sinusoidsPerSession; ++frequency) {
@@ -124,7 +124,7 @@ void TestPlaybackServerEnds::serverThatIsBackTooLateIsNotFoundAgain() {
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackServerEnds>(argc, argv);
+    return runWithSoundServer<TestPlaybackServerEnds>(argc, argv);
 }
 
 #include "playback_server_ends.moc"

@@ -1,4 +1,4 @@
-// Sessions whose sound server stands still for a while.
+// Sessions whose sound server is frozen for a while.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback_failures.h"
 
@@ -11,8 +11,8 @@ class TestPlaybackServerFrozen : public SoundFailureTest {
 
 private slots:
     void initTestCase();
-    void soundWaitsForAServerThatStandsStill();
-    void sessionCanBeEndedWhileTheServerStandsStillInMidSound();
+    void soundWaitsForAFrozenServer();
+    void sessionCanEndWhileTheServerIsFrozenInMidSound();
     void cleanupTestCase();
 };
 
@@ -24,7 +24,7 @@ void TestPlaybackServerFrozen::cleanupTestCase() {
     server().kill();
 }
 
-void TestPlaybackServerFrozen::soundWaitsForAServerThatStandsStill() {
+void TestPlaybackServerFrozen::soundWaitsForAFrozenServer() {
     constexpr int frozenMs = 5000;
     QVERIFY(prepareAndStart());
     QVERIFY(fixture->session().playTarget());
@@ -34,21 +34,21 @@ void TestPlaybackServerFrozen::soundWaitsForAServerThatStandsStill() {
     const qint64 busyBefore = testsupport::processorTimeMs(QCoreApplication::applicationPid());
     server().freeze();
     server().thawAfter(frozenMs);
-    // Nothing of the program runs meanwhile, so that it cannot be asked for its journal: see the
-    // sessions that never get on.
+    // The program is blocked meanwhile, so its journal cannot be checked here:
+    // playback_never_starts.cpp does.
     QVERIFY(fixture->session().playSinusoid(400));
     QVERIFY(clock.elapsed() >= frozenMs);
     const qint64 busyMs =
         testsupport::processorTimeMs(QCoreApplication::applicationPid()) - busyBefore;
     QVERIFY2(busyMs < frozenMs / 4, qPrintable(QString::number(busyMs)));
-    // The session goes on as if nothing had been.
+    // The session continues normally.
     QVERIFY(!isListenerLocked());
     QVERIFY(fixture->session().playSinusoid(500));
     verifyJournal({300, 400, 500});
     endAndVerify({300, 400, 500});
 }
 
-void TestPlaybackServerFrozen::sessionCanBeEndedWhileTheServerStandsStillInMidSound() {
+void TestPlaybackServerFrozen::sessionCanEndWhileTheServerIsFrozenInMidSound() {
     QVERIFY(prepareAndStart(200000));
     request(640);
     QTRY_COMPARE(outputState(), QAudio::ActiveState);
@@ -64,7 +64,7 @@ void TestPlaybackServerFrozen::sessionCanBeEndedWhileTheServerStandsStillInMidSo
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackServerFrozen>(argc, argv);
+    return runWithSoundServer<TestPlaybackServerFrozen>(argc, argv);
 }
 
 #include "playback_server_frozen.moc"

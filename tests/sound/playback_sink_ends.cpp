@@ -1,4 +1,4 @@
-// Sessions whose sound device is taken away while the sound server stays.
+// Sessions whose sound device is removed while the sound server stays.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback_failures.h"
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-bool isThereADevice() {
+bool hasDevice() {
     return !QAudioDeviceInfo::defaultOutputDevice().isNull();
 }
 
@@ -30,11 +30,11 @@ void TestPlaybackSinkEnds::initTestCase() {
     QVERIFY(server().start());
 }
 
-/// Each test begins with a device, which Qt learns of in the background.
+/// Each test begins with a device, which Qt discovers in the background.
 void TestPlaybackSinkEnds::setUp() {
-    if (!isThereADevice())
+    if (!hasDevice())
         QVERIFY(server().addSink());
-    QTRY_VERIFY(isThereADevice());
+    QTRY_VERIFY(hasDevice());
 }
 
 void TestPlaybackSinkEnds::cleanupTestCase() {
@@ -63,7 +63,7 @@ void TestPlaybackSinkEnds::sinkRemovedBetweenSoundsLeavesNoDevice() {
     QVERIFY(fixture->session().playTarget());
     QVERIFY(fixture->session().playSinusoid(300));
     QVERIFY(server().removeSink());
-    QTRY_VERIFY(!isThereADevice());
+    QTRY_VERIFY(!hasDevice());
     request(400);
     fixture->log.expect("using null output device, none available");
     verifyAtRest();
@@ -85,14 +85,14 @@ void TestPlaybackSinkEnds::nextSessionPlaysOnceTheSinkIsBack() {
         if (frequency == 400)
             break;
         QVERIFY(server().removeSink());
-        QTRY_VERIFY(!isThereADevice());
+        QTRY_VERIFY(!hasDevice());
         QVERIFY(server().addSink());
-        QTRY_VERIFY(isThereADevice());
+        QTRY_VERIFY(hasDevice());
     }
 }
 
 int main(int argc, char** argv) {
-    return runWithOwnServer<TestPlaybackSinkEnds>(argc, argv);
+    return runWithSoundServer<TestPlaybackSinkEnds>(argc, argv);
 }
 
 #include "playback_sink_ends.moc"

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double samplesPerMillisecond = 40.0;
 
-/// What happens in a window, in order.
+/// The events of a window, in order.
 class Events {
 public:
     explicit Events(testsupport::InspectedMainWindow& window) {
@@ -23,7 +23,7 @@ public:
 
     void add(const QString& event) { events.append(event); }
 
-    /// Notes the end of a pause. Timers that end together run in the order of their start.
+    /// Records the end of a pause. Timers that end together fire in the order of their start.
     void addAfter(int milliseconds, const QString& event) {
         QTimer::singleShot(milliseconds, Qt::PreciseTimer, &context, [=] { add(event); });
     }
@@ -77,7 +77,7 @@ void TestPlaybackTimes::pauseIsHeardBetweenTheSounds() {
         if (index == 1)
             startSignalsMs.append(clock.elapsed());
     });
-    // Each request is made as soon as the sound before has been reported to have ended.
+    // Each request is made as soon as the end of the sound before it is reported.
     QVERIFY(fixture->playTarget());
     QVERIFY(fixture->playSinusoid(640));
     QVERIFY(fixture->playTarget());
@@ -87,7 +87,7 @@ void TestPlaybackTimes::pauseIsHeardBetweenTheSounds() {
         const double distanceMs = (heard.starts[i] - heard.starts[i - 1]) / samplesPerMillisecond;
         const double silenceMs = distanceMs - 4000 / samplesPerMillisecond;
         QVERIFY2(silenceMs >= pauseMs, qPrintable(QString::number(silenceMs)));
-        // Signalled and heard at the same distance, but for the time an output takes to start.
+        // Signalled and heard at the same interval, except for the time to start an output.
         const double differenceMs = distanceMs - double(startSignalsMs[i] - startSignalsMs[i - 1]);
         constexpr double startingMs = 200;
         QVERIFY2(qAbs(differenceMs) < startingMs, qPrintable(QString::number(differenceMs)));
@@ -135,7 +135,7 @@ void TestPlaybackTimes::matchedFrequencyChangesWhenTheSinusoidStarts() {
                           "sound -1", "target asked for", "sound 1", "sound -1"}));
     const testsupport::HeardSounds heard = fixture->heard();
     QCOMPARE(heard.difference, QString());
-    // Not while the target before could be heard, and not after the sinusoid's start.
+    // Neither while the earlier target is heard nor after the sinusoid's start.
     QVERIFY(recordedBefore > heard.starts[0] + 2000);
     QVERIFY(recordedBefore <= heard.starts[1]);
     fixture->finish();

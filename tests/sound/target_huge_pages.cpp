@@ -1,4 +1,4 @@
-// The pages of memory behind long sounds.
+// The memory pages of long sounds.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
@@ -20,8 +20,8 @@ std::uintptr_t addressOf(const void* memory) {
     return reinterpret_cast<std::uintptr_t>(memory);
 }
 
-/// Returns whether huge pages have been asked for behind an address ("hg" among the flags of its
-/// mapping, as proc(5) names them).
+/// Returns whether huge pages were requested for an address (flag "hg" of its mapping, see
+/// proc(5)).
 bool isOnHugePages(std::uintptr_t address) {
     QFile file("/proc/self/smaps");
     if (!file.open(QIODevice::ReadOnly))
@@ -39,7 +39,7 @@ bool isOnHugePages(std::uintptr_t address) {
     return false;
 }
 
-/// Fresh memory, page by page.
+/// Newly mapped memory, page by page.
 class Memory {
 public:
     explicit Memory(std::size_t bytes)
@@ -51,7 +51,7 @@ public:
     Memory& operator=(const Memory&) = delete;
     Memory& operator=(Memory&&) = delete;
 
-    /// Where the first huge page begins.
+    /// The address of the first huge page.
     [[nodiscard]] char* firstBoundary() const {
         return static_cast<char*>(begin) + (hugePage - addressOf(begin) % hugePage) % hugePage;
     }
@@ -72,11 +72,11 @@ void TestTargetHugePages::initTestCase() {
         QSKIP("This system has no huge pages to ask for.");
 }
 
-void TestTargetHugePages::wholeHugePagesAreAskedForAndNoOthers() {
+void TestTargetHugePages::onlyWholeHugePagesAreRequested() {
     const Memory memory(8 * hugePage);
     char* const boundary = memory.firstBoundary();
     constexpr std::size_t some = 4096;
-    // From just behind one boundary to just before another: three huge pages lie between.
+    // From just after one boundary to just before another, with three huge pages in between.
     preferHugePages(boundary + some, 5 * hugePage - 2 * some);
     QVERIFY(!isOnHugePages(addressOf(boundary + some)));
     QVERIFY(!isOnHugePages(addressOf(boundary + hugePage - 1)));
@@ -85,7 +85,7 @@ void TestTargetHugePages::wholeHugePagesAreAskedForAndNoOthers() {
     QVERIFY(!isOnHugePages(addressOf(boundary + 4 * hugePage)));
 }
 
-void TestTargetHugePages::shortMemoryIsLeftAlone() {
+void TestTargetHugePages::shortMemoryGetsNoHugePages() {
     const Memory memory(4 * hugePage);
     char* const boundary = memory.firstBoundary();
     preferHugePages(boundary + 1, hugePage - 1);
@@ -113,7 +113,7 @@ void TestTargetHugePages::reservedVectorIsEmpty() {
     QVERIFY(many.capacity() < count);
 }
 
-void TestTargetHugePages::longTargetLiesOnHugePages() {
+void TestTargetHugePages::longTargetUsesHugePages() {
     // Two minutes: 38 MB of samples.
     const QString path = fixture->write("long.wav", QVector<int>(120 * 40000, 1234));
     fixture->prepare(path);
@@ -124,7 +124,7 @@ void TestTargetHugePages::longTargetLiesOnHugePages() {
     QVERIFY(isOnHugePages(addressOf(window.wav.samples.data() + window.wav.samples.size() / 2)));
     QVERIFY(isOnHugePages(addressOf(window.wav.rawData.data() + window.wav.rawData.size() / 2)));
 
-    // A short target keeps none of it.
+    // A short target releases all of it.
     fixture->prepare(fixture->write("short.wav", QVector<int>(400, 1234)));
     for (const QVector<double>* vector :
          {&window.targetSamples, &window.fftFrequencies, &window.fftAmplitudes, &window.fftPhases})

@@ -57,7 +57,7 @@ void TestTargetLoading::countsDurationsAndSizes() {
     // The settings' 250 ms at 40000 Hz, or all of a shorter target.
     QVERIFY(data.plotDuration == std::min(samples, 10000) / 40000.0);
     QCOMPARE(fixture->window().timeAxisMs.size(), std::min(samples, 10000));
-    // Drawing takes the floor of the shortened duration once more.
+    // Drawing rounds the count of the shortened duration down again.
     QCOMPARE(data.nPointsToPlot, std::min(samplesDrawn, 10000));
     QCOMPARE(fixture->window().fftLength, qint64(fftLength));
     QVERIFY(fixture->window().fftFrameDuration == fftLength / 40000.0);
@@ -67,14 +67,14 @@ void TestTargetLoading::countsDurationsAndSizes() {
     QCOMPARE(data.nFFTPointsToPlot, fftLength * 2000 / 40000);
     QCOMPARE(fixture->window().pointsFFT.size(), data.nFFTPointsToPlot);
     QVERIFY(fixture->window().pushButtonGo->isEnabled());
-    // What "Go" reads from the text decides on how much is played.
+    // The text that "Go" reads determines the length played.
     fixture->window().getParameters();
     QCOMPARE(data.nSamples, samplesPlayed);
 }
 
 void TestTargetLoading::longerPlotIsCutToTheTarget() {
     fixture->window().data.plotDuration = 1.0;
-    // Else reading the controls would cut it to their 250 ms first.
+    // Otherwise reading the controls would first cut it to 250 ms.
     fixture->window().lineEditSoundDuration->setText("2000.00");
     fixture->prepare(fixture->write("target.wav", unevenCodes(20000)));
     QCOMPARE(fixture->window().data.nPointsToPlot, 20000);
@@ -82,7 +82,7 @@ void TestTargetLoading::longerPlotIsCutToTheTarget() {
     QCOMPARE(fixture->window().timeAxisMs.size(), 20000);
 }
 
-void TestTargetLoading::spectrumIsDrawnToHalfItsLengthAtMost() {
+void TestTargetLoading::spectrumIsDrawnUpToHalfItsLength() {
     fixture->window().data.fftMaxFrequency = 25000;
     fixture->prepare(fixture->write("target.wav", unevenCodes(1000)));
     QCOMPARE(fixture->window().data.nFFTPointsToPlot, 512);
@@ -95,7 +95,7 @@ void TestTargetLoading::spectrumIsDrawnToHalfItsLengthAtMost() {
     QCOMPARE(fixture->window().data.nFFTPointsToPlot, 511);
 }
 
-void TestTargetLoading::timeAxisFollowsTheSettingsRate() {
+void TestTargetLoading::timeAxisFollowsTheRateOfTheSettings() {
     fixture->prepare(fixture->write("target.wav", unevenCodes(22050), {44100, 1, 16}));
     QCOMPARE(fixture->window().timeAxisMs.size(), 10000);
     for (int i = 0; i < 10000; ++i)
@@ -174,7 +174,7 @@ void TestTargetLoading::laterTrialOfALongerFileGrowsTheTarget() {
     QVERIFY(fixture->window().targetSamples == scaledFrom16Bits(longer));
 }
 
-void TestTargetLoading::loadTakesTheRecordThatTheSequenceNames() {
+void TestTargetLoading::loadUsesTheRecordOfTheSequence() {
     fixture->prepare(fixture->write("first.wav", unevenCodes(40)));
     const QVector<int> codes = unevenCodes(60, 5);
     const QString path = fixture->write("second.wav", codes);
@@ -195,14 +195,14 @@ void TestTargetLoading::loadTakesTheRecordThatTheSequenceNames() {
     QCOMPARE(fixture->window().data.wavFileName, QString("first.wav"));
 }
 
-void TestTargetLoading::recordsThatAreNotThereAreRefused_data() {
+void TestTargetLoading::missingRecordsAreRefused_data() {
     QTest::addColumn<QVector<int>>("sequence");
     QTest::newRow("no records") << QVector<int>{0};
     QTest::newRow("no sequence") << QVector<int>{};
     QTest::newRow("an index beyond the records") << QVector<int>{3};
 }
 
-void TestTargetLoading::recordsThatAreNotThereAreRefused() {
+void TestTargetLoading::missingRecordsAreRefused() {
     QFETCH(QVector<int>, sequence);
     fixture->prepare(fixture->write("target.wav", unevenCodes(40)));
     const QStringList before = preparedState();
@@ -215,14 +215,14 @@ void TestTargetLoading::recordsThatAreNotThereAreRefused() {
     QCOMPARE(fixture->window().currentFileIndex, 0);
 }
 
-void TestTargetLoading::targetThatChangesAfterItsPreparationIsPlayedAsItWasShown_data() {
+void TestTargetLoading::fileChangedAfterPreparationDoesNotChangeTheTarget_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("deleted") << QByteArray();
     QTest::newRow("shrunk") << testsupport::wavWithSamples({}, unevenCodes(400)).left(100);
     QTest::newRow("replaced") << testsupport::wavWithSamples({}, unevenCodes(800, 7));
 }
 
-void TestTargetLoading::targetThatChangesAfterItsPreparationIsPlayedAsItWasShown() {
+void TestTargetLoading::fileChangedAfterPreparationDoesNotChangeTheTarget() {
     QFETCH(QByteArray, bytes);
     const QVector<int> codes = unevenCodes(400);
     const QString path = fixture->write("target.wav", codes);

@@ -1,4 +1,4 @@
-// Files that cannot be loaded, and files that can be but cannot be a target.
+// Files that cannot be loaded, and loadable files that cannot be a target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
@@ -33,8 +33,7 @@ QByteArray withUnsigned16(int offset, quint16 value) {
 
 } // namespace
 
-/// Prepares a target and answers it once, twice over; returns the state after the second
-/// preparation.
+/// Prepares a target and answers it, twice; returns the state after the second preparation.
 QStringList TestTargetRefusals::prepareEarlierTarget() {
     const QString path = fixture->write("earlier.wav", unevenCodes(earlierSamples));
     fixture->prepare(path);
@@ -45,7 +44,7 @@ QStringList TestTargetRefusals::prepareEarlierTarget() {
     return prepared;
 }
 
-/// Writes bytes to a file, which is then grown, where it is to be longer, by a hole of zeros.
+/// Writes bytes to a file; a larger `size` appends a hole of zeros.
 QString TestTargetRefusals::writeTarget(const QByteArray& bytes, qint64 size) const {
     QString path = fixture->write("chosen.wav", bytes);
     if (size > bytes.size() && !QFile::resize(path, size))
@@ -53,7 +52,7 @@ QString TestTargetRefusals::writeTarget(const QByteArray& bytes, qint64 size) co
     return path;
 }
 
-/// What is there after the earlier target has been kept: a session on it can be started.
+/// Verifies that the earlier target is kept and a session on it can be started.
 void TestTargetRefusals::verifyEarlierKept(const QStringList& before) {
     const auto& window = fixture->window();
     const QString folder = fixture->folder.path();
@@ -72,7 +71,7 @@ void TestTargetRefusals::verifyEarlierKept(const QStringList& before) {
     QVERIFY(window.pushButtonGo->isEnabled());
 }
 
-/// What is there after a refused preparation, whatever was there before.
+/// Verifies the state after a refused preparation.
 void TestTargetRefusals::verifyRefused(const QStringList& before) {
     const auto& window = fixture->window();
     QCOMPARE(preparedState(), before);
@@ -109,7 +108,7 @@ void TestTargetRefusals::refusedFiles() {
     row("the last byte is missing", goodFile().chopped(1));
     row("4 GiB declared", wavHeader({}, 0xFFFFFFFF) + QByteArray(100, 'x'));
     row("half a stereo sample", wavWithSamples({40000, 2, 16}, {1}));
-    // At 1 Hz each sample of the file is a second, 40000 samples played.
+    // At 1 Hz each sample of the file lasts a second, which is 40000 samples when played.
     row("played: beyond an int", wavWithData({1, 1, 8}, QByteArray(60000, 'x')));
     row("played: beyond a vector, two hours at 1000 Hz", wavHeader({1000, 1, 8}, 7200000), 7200044);
 }
@@ -132,11 +131,11 @@ void TestTargetRefusals::refusedFileWithoutAnEarlierTargetChangesNothing() {
     verifyRefused(before);
 }
 
-void TestTargetRefusals::refusedFileGoesOnWithTheEarlierTarget_data() {
+void TestTargetRefusals::refusedFileKeepsTheEarlierTarget_data() {
     refusedFiles();
 }
 
-void TestTargetRefusals::refusedFileGoesOnWithTheEarlierTarget() {
+void TestTargetRefusals::refusedFileKeepsTheEarlierTarget() {
     QFETCH(QByteArray, bytes);
     QFETCH(qint64, size);
     QFETCH(QString, failure);
@@ -150,7 +149,7 @@ void TestTargetRefusals::refusedFileGoesOnWithTheEarlierTarget() {
     verifyEarlierKept(before);
 }
 
-void TestTargetRefusals::fileThatHasVanishedIsAFailedLoad() {
+void TestTargetRefusals::missingFileIsAFailedLoad() {
     auto& window = fixture->window();
     Record vanished;
     vanished.filePath = fixture->folder.path();
@@ -172,7 +171,7 @@ void TestTargetRefusals::fileThatHasVanishedIsAFailedLoad() {
     QVERIFY(window.targetSamples == scaledFrom16Bits(codes));
 }
 
-void TestTargetRefusals::failedLoadAfterRefusedAndCancelledOnesGoesOnWithTheLastAccepted() {
+void TestTargetRefusals::failedLoadKeepsTheLastAcceptedTarget() {
     auto& window = fixture->window();
     fixture->prepare(fixture->write("first.wav", unevenCodes(40)));
     const QVector<int> codes = unevenCodes(60, 9);
@@ -204,7 +203,7 @@ void TestTargetRefusals::resultsNameTheTargetThatWasPlayed() {
              testsupport::expectedResults("earlier.wav", {321}));
 }
 
-void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses_data() {
+void TestTargetRefusals::samplingRateWithoutAValidCountRefuses_data() {
     QTest::addColumn<QString>("rate");
     QTest::newRow("no number") << "fast";
     QTest::newRow("0") << "0";
@@ -215,7 +214,7 @@ void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses_data() {
     QTest::newRow("tiny") << "1e-300";
 }
 
-void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses() {
+void TestTargetRefusals::samplingRateWithoutAValidCountRefuses() {
     QFETCH(QString, rate);
     fixture->window().lineEditSamplingRate->setText(rate);
     const QString path = fixture->write("chosen.wav", unevenCodes(400));
@@ -225,14 +224,14 @@ void TestTargetRefusals::rateOfTheSettingsThatGivesNoCountRefuses() {
     QVERIFY(!fixture->window().pushButtonGo->isEnabled());
 }
 
-void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept_data() {
+void TestTargetRefusals::earlierTargetIsCheckedAgainBeforeItIsKept_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("refusal");
     QTest::newRow("failed load") << QByteArray(100, 'x') << "Not a WAV file: ";
     QTest::newRow("unusable") << goodFile() << "Unusable WAV file: ";
 }
 
-void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept() {
+void TestTargetRefusals::earlierTargetIsCheckedAgainBeforeItIsKept() {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, refusal);
     prepareEarlierTarget();
@@ -246,7 +245,7 @@ void TestTargetRefusals::earlierTargetIsJudgedAgainBeforeItIsKept() {
     verifyRefused(before);
 }
 
-void TestTargetRefusals::memoryThatCannotBeHadKeepsTheEarlierTarget() {
+void TestTargetRefusals::lackOfMemoryKeepsTheEarlierTarget() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
     const QStringList before = prepareEarlierTarget();
@@ -262,7 +261,7 @@ void TestTargetRefusals::memoryThatCannotBeHadKeepsTheEarlierTarget() {
     verifyEarlierKept(before);
 }
 
-void TestTargetRefusals::earlierTargetMayTakeTheMemoryOfTheUnusableOne() {
+void TestTargetRefusals::earlierTargetMayUseTheMemoryOfTheUnusableOne() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
     // To prepare it takes 80 MB; the chosen file holds another 108 MB while it is judged.

@@ -1,4 +1,4 @@
-// Choosing a target: the file dialog, what it leaves in the settings, and the text fields.
+// Choosing a target: the file dialog, the settings after it, and the text fields.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target.h"
 
@@ -20,7 +20,7 @@ QString desktop() {
     return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 }
 
-/// What a file dialog is set to.
+/// The settings of a file dialog.
 struct DialogSettings {
     QWidget* parent = nullptr;
     QString title;
@@ -31,8 +31,8 @@ struct DialogSettings {
     bool isModal = false;
 };
 
-/// Lays a cancelled target dialog ready that first notes its settings.
-void noteAndCancel(testsupport::Fixture& fixture, DialogSettings& settings) {
+/// Queues the cancelling of a target dialog, after recording its settings.
+void recordAndCancel(testsupport::Fixture& fixture, DialogSettings& settings) {
     fixture.dialogs.expect("Select a target sound file", [&settings](QWidget* widget) {
         if (auto* dialog = qobject_cast<QFileDialog*>(widget)) {
             settings = {dialog->parentWidget(), dialog->windowTitle(), dialog->directory().path(),
@@ -66,7 +66,7 @@ void TestTargetSelection::dialogAsksForOneSoundFileOnTheDesktop() {
     // "Experiment" is locked until a session has ended.
     fixture->window().pushButtonExperiment->setEnabled(true);
     DialogSettings settings;
-    noteAndCancel(*fixture, settings);
+    recordAndCancel(*fixture, settings);
     click(fixture->window(), buttonOf(session));
     QCOMPARE(fixture->takePrinted(), QStringList("Unable to open WAV file: /"));
     QCOMPARE(settings.parent, &fixture->window());
@@ -83,7 +83,7 @@ void TestTargetSelection::dialogOpensOnTheDesktopEveryTime() {
     QCOMPARE(fixture->window().data.wavFolder, desktop());
     fixture->window().data.wavFolder = fixture->folder.path();
     DialogSettings settings;
-    noteAndCancel(*fixture, settings);
+    recordAndCancel(*fixture, settings);
     fixture->window().selectWavFile();
     QCOMPARE(settings.folder, desktop());
     QCOMPARE(fixture->window().data.wavFolder, desktop());
@@ -134,7 +134,7 @@ void TestTargetSelection::namesWithBlanksAndUmlautsAreFound() {
     QVERIFY(fixture->window().pushButtonGo->isEnabled());
 }
 
-void TestTargetSelection::selectionAloneStoresACancelledDialogLikeAnyChoice() {
+void TestTargetSelection::selectWavFileStoresACancelledDialogLikeAnyChoice() {
     fixture->dialogs.cancelTarget();
     fixture->window().selectWavFile();
     QCOMPARE(fixture->window().data.wavFilePath, QString());
@@ -193,11 +193,11 @@ void TestTargetSelection::cancellingWithoutAnEarlierTargetDisablesGo() {
     QVERIFY(fixture->window().isEnabled());
 }
 
-void TestTargetSelection::cancellingKeepsWhatAnEarlierTargetHasDrawn_data() {
+void TestTargetSelection::cancellingKeepsTheEarlierCharts_data() {
     addBothSessions();
 }
 
-void TestTargetSelection::cancellingKeepsWhatAnEarlierTargetHasDrawn() {
+void TestTargetSelection::cancellingKeepsTheEarlierCharts() {
     QFETCH(Session, session);
     const QString path = fixture->write("earlier.wav", unevenCodes(400));
     fixture->prepare(path);

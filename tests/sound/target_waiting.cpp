@@ -23,7 +23,7 @@ bool isWaiting() {
     return cursor != nullptr && cursor->shape() == Qt::WaitCursor;
 }
 
-/// Notes for each time that a widget is painted whether the wait cursor is shown.
+/// Records at each painting of a widget whether the wait cursor is shown.
 class PaintingWatch : public QObject {
 public:
     explicit PaintingWatch(QWidget* widget) { widget->installEventFilter(this); }
@@ -47,17 +47,17 @@ bool click(const QWidget& widget) {
 
 } // namespace
 
-void TestTargetWaiting::cursorStillWaitsWhenTheChartsAreDrawn() {
+void TestTargetWaiting::waitCursorIsShownWhileTheChartsAreDrawn() {
     const QString path = fixture->write("target.wav", unevenCodes(400));
     fixture->session();
-    // What showing the window for the first time paints.
+    // Handles the first painting of the window.
     QTest::qWait(0);
     PaintingWatch wav(fixture->window().chartViewWav->viewport());
     PaintingWatch fft(fixture->window().chartViewFFT->viewport());
     bool isWaitingInTheDialog = true;
     fixture->dialogs.expect("Select a target sound file", [&](QWidget* dialog) {
         isWaitingInTheDialog = isWaiting();
-        // Not selectFile(), which now and then comes before the dialog has read its folder.
+        // Not selectFile(), which is sometimes called before the dialog has read its folder.
         testsupport::find<QLineEdit>(*dialog, "fileNameEdit")->setText(path);
         wav.waitingAtPaint.clear();
         fft.waitingAtPaint.clear();
@@ -73,7 +73,7 @@ void TestTargetWaiting::cursorStillWaitsWhenTheChartsAreDrawn() {
     }
 }
 
-void TestTargetWaiting::cursorComesBackAfterEveryPreparation_data() {
+void TestTargetWaiting::waitCursorEndsAfterEveryPreparation_data() {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("loaded") << testsupport::wavWithSamples({}, unevenCodes(400));
     QTest::newRow("not a WAV file") << QByteArray(100, 'x');
@@ -81,7 +81,7 @@ void TestTargetWaiting::cursorComesBackAfterEveryPreparation_data() {
     QTest::newRow("cancelled") << QByteArray();
 }
 
-void TestTargetWaiting::cursorComesBackAfterEveryPreparation() {
+void TestTargetWaiting::waitCursorEndsAfterEveryPreparation() {
     QFETCH(QByteArray, bytes);
     for (int preparation = 0; preparation < 2; ++preparation) {
         if (bytes.isEmpty())
@@ -104,7 +104,7 @@ void TestTargetWaiting::clickOnGreyGoIsNotDeliveredLater() {
     QVERIFY(isClicked);
     QVERIFY(window.pushButtonGo->isEnabled());
 
-    // What comes after the click in the queue shows that it has been delivered, if at all.
+    // A later event in the queue shows that the click would have been delivered by now.
     auto* saveData = window.checkBoxSaveData;
     QVERIFY(click(*saveData));
     QTRY_VERIFY(!saveData->isChecked());

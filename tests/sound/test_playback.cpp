@@ -35,7 +35,7 @@ void TestPlaybackFunctions::pauses_data() {
                         int milliseconds, Qt::TimerType timerType) {
         QTest::newRow(name) << soundDuration << silentInterval << milliseconds << timerType;
     };
-    constexpr int longest = std::numeric_limits<int>::max();
+    constexpr int maximum = std::numeric_limits<int>::max();
     row("defaults", 0.25, 0.5, 750, Qt::PreciseTimer);
     row("500 + 300 ms", 0.5, 0.3, 800, Qt::PreciseTimer);
     row("1500 + 600 ms", 1.5, 0.6, 2100, Qt::CoarseTimer);
@@ -46,10 +46,10 @@ void TestPlaybackFunctions::pauses_data() {
     row("less than a millisecond", 0.0005, 0.0, 0, Qt::PreciseTimer);
     row("negative interval", 3.0, -2.5, 500, Qt::PreciseTimer);
     row("negative", 0.25, -1.0, 0, Qt::PreciseTimer);
-    row("the longest", 2147483.647, 0.0, longest, Qt::CoarseTimer);
-    row("beyond the longest", 2147484.0, 0.0, longest, Qt::CoarseTimer);
-    row("huge", 1e300, 1e300, longest, Qt::CoarseTimer);
-    row("infinite", infinity, 0.5, longest, Qt::CoarseTimer);
+    row("maximum", 2147483.647, 0.0, maximum, Qt::CoarseTimer);
+    row("beyond the maximum", 2147484.0, 0.0, maximum, Qt::CoarseTimer);
+    row("huge", 1e300, 1e300, maximum, Qt::CoarseTimer);
+    row("infinite", infinity, 0.5, maximum, Qt::CoarseTimer);
     row("infinitely negative", 0.25, -infinity, 0, Qt::PreciseTimer);
     row("no number", notANumber, 0.5, 0, Qt::PreciseTimer);
     row("infinities that cancel out", infinity, -infinity, 0, Qt::PreciseTimer);
@@ -98,11 +98,11 @@ void TestPlaybackFunctions::sinusoidStaysInItsBounds_data() {
     QTest::addColumn<int>("size");
     QTest::addColumn<int>("count");
     QTest::addColumn<int>("written");
-    QTest::newRow("fewer asked for") << 5 << 3 << 3;
-    QTest::newRow("fewer there") << 3 << 5 << 3;
-    QTest::newRow("none there") << 0 << 5 << 0;
-    QTest::newRow("none asked for") << 3 << 0 << 0;
-    QTest::newRow("less than none asked for") << 3 << -4 << 0;
+    QTest::newRow("fewer requested") << 5 << 3 << 3;
+    QTest::newRow("fewer available") << 3 << 5 << 3;
+    QTest::newRow("none available") << 0 << 5 << 0;
+    QTest::newRow("none requested") << 3 << 0 << 0;
+    QTest::newRow("negative count") << 3 << -4 << 0;
 }
 
 void TestPlaybackFunctions::sinusoidStaysInItsBounds() {
@@ -136,8 +136,8 @@ void TestPlaybackFunctions::bytesAreLittleEndianFloats_data() {
     row("cut", {0.25, 0.5, 1.0}, 2, "0000803e 0000003f");
     row("padded", {0.25}, 3, "0000803e 00000000 00000000");
     row("nothing there", {}, 2, "00000000 00000000");
-    row("nothing asked for", {0.25}, 0, "");
-    row("less than nothing asked for", {0.25}, -3, "");
+    row("length 0", {0.25}, 0, "");
+    row("negative length", {0.25}, -3, "");
 }
 
 void TestPlaybackFunctions::bytesAreLittleEndianFloats() {
@@ -180,7 +180,7 @@ void TestPlaybackFunctions::silenceFollowsTheBytes() {
     QCOMPARE(array, bytes);
 }
 
-void TestPlaybackFunctions::soundsAreHeardWhole_data() {
+void TestPlaybackFunctions::soundsAreHeardCompletely_data() {
     QTest::addColumn<int>("bytesHandedOver");
     QTest::addColumn<int>("elapsedMs");
     QTest::addColumn<bool>("isWhole");
@@ -192,10 +192,10 @@ void TestPlaybackFunctions::soundsAreHeardWhole_data() {
     QTest::newRow("nothing") << 0 << 0 << false;
 }
 
-void TestPlaybackFunctions::soundsAreHeardWhole() {
+void TestPlaybackFunctions::soundsAreHeardCompletely() {
     QFETCH(int, bytesHandedOver);
     QFETCH(int, elapsedMs);
-    QTEST(isHeardWhole(bytesHandedOver, 4000, elapsedMs, 25), "isWhole");
+    QTEST(isHeardCompletely(bytesHandedOver, 4000, elapsedMs, 25), "isWhole");
 }
 
 int main(int argc, char** argv) {

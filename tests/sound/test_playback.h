@@ -41,8 +41,8 @@ private slots:
     void bytesAreLittleEndianFloats();
     void silenceFollowsTheBytes_data();
     void silenceFollowsTheBytes();
-    void soundsAreHeardWhole_data();
-    void soundsAreHeardWhole();
+    void soundsAreHeardCompletely_data();
+    void soundsAreHeardCompletely();
 };
 
 /// Members before, while and after a sound (playback_members.cpp).
@@ -50,21 +50,21 @@ class TestPlaybackMembers : public PlaybackTest {
     Q_OBJECT
 
 private slots:
-    void genSinusoidSizesOnlyBeforeTheFirstSound_data();
-    void genSinusoidSizesOnlyBeforeTheFirstSound();
+    void genSinusoidResizesOnlyBeforeTheFirstSound_data();
+    void genSinusoidResizesOnlyBeforeTheFirstSound();
     void genSinusoidTakesTheSettings();
-    void outputLivesFromStartToIdle_data();
-    void outputLivesFromStartToIdle();
-    void bytesAreTheSoundThatIsDue_data();
-    void bytesAreTheSoundThatIsDue();
+    void outputExistsFromStartToIdle_data();
+    void outputExistsFromStartToIdle();
+    void bytesHoldTheDueSound_data();
+    void bytesHoldTheDueSound();
     void shorterBuffersArePaddedWithZeros_data();
     void shorterBuffersArePaddedWithZeros();
     void sinusoidsShowTheMatchAndCount();
     void silenceFollowsASound_data();
     void silenceFollowsASound();
     void secondSoundOfARequestIsEmptyAndCountsTwo();
-    void stateThatChangesNothing_data();
-    void stateThatChangesNothing();
+    void otherStatesChangeNothing_data();
+    void otherStatesChangeNothing();
     void idleReleasesAndSignalsTheEndOfTheLastSoundOnly_data();
     void idleReleasesAndSignalsTheEndOfTheLastSoundOnly();
     void stoppedWithoutAnErrorLogsNothing();
@@ -90,11 +90,11 @@ private slots:
     void sinusoids();
     void fullScaleIsNotClipped();
     void emptySecondSoundCutsTheFirst();
-    void soundOutOfTurnReplacesTheOneThatPlays();
-    void programThatStopsFeedingReportsAnEarlyEnd();
+    void unexpectedSoundReplacesThePlayingOne();
+    void stalledProgramReportsAnEarlyEnd();
 };
 
-/// The order of signals and sounds, and when they come (playback_times.cpp).
+/// The order and times of signals and sounds (playback_times.cpp).
 class TestPlaybackTimes : public PlaybackTest {
     Q_OBJECT
 
@@ -111,11 +111,11 @@ class TestPlaybackCancelled : public PlaybackTest {
     Q_OBJECT
 
 private slots:
-    void listenersWindowClosedWhileASoundIsPending_data();
-    void listenersWindowClosedWhileASoundIsPending();
-    void listenersWindowClosedWhileASoundPlays_data();
-    void listenersWindowClosedWhileASoundPlays();
-    void closingThatIsNotConfirmedCancelsNothing();
+    void subjectWindowClosedWhileASoundIsPending_data();
+    void subjectWindowClosedWhileASoundIsPending();
+    void subjectWindowClosedWhileASoundPlays_data();
+    void subjectWindowClosedWhileASoundPlays();
+    void unconfirmedClosingCancelsNothing();
     void mainWindowDestroyedWhileASoundIsPending();
     void mainWindowDestroyedWhileASoundPlays();
     void mainWindowDestroyedRightAfterACancelledSession();

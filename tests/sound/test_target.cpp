@@ -18,7 +18,7 @@
 
 namespace {
 
-/// A file as it stands in memory after a load.
+/// A file in memory after loading.
 CWav loadedWav(int channels, quint32 samplingRate, quint32 numberOfSamples, int samplesHeld) {
     CWav wav;
     wav.header.numberOfChannels = static_cast<quint16>(channels);
@@ -119,7 +119,7 @@ void TestTargetFunctions::samplesPerChannelAreWhole_data() {
     QTest::newRow("no sample") << 1 << 0U << qint64(0);
     QTest::newRow("no channel") << 0 << 20000U << qint64(0);
     QTest::newRow("beyond an int") << 1 << 4294967295U << qint64(4294967295);
-    QTest::newRow("as many channels as there can be") << 65535 << 4294967295U << qint64(65537);
+    QTest::newRow("maximum number of channels") << 65535 << 4294967295U << qint64(65537);
 }
 
 void TestTargetFunctions::samplesPerChannelAreWhole() {
@@ -128,7 +128,7 @@ void TestTargetFunctions::samplesPerChannelAreWhole() {
     QTEST(samplesPerChannel(loadedWav(channels, 40000, numberOfSamples, 0)), "expected");
 }
 
-void TestTargetFunctions::durationFollowsTheFilesOwnRate_data() {
+void TestTargetFunctions::durationFollowsTheRateOfTheFile_data() {
     QTest::addColumn<int>("channels");
     QTest::addColumn<quint32>("samplingRate");
     QTest::addColumn<quint32>("numberOfSamples");
@@ -141,7 +141,7 @@ void TestTargetFunctions::durationFollowsTheFilesOwnRate_data() {
     QTest::newRow("a third of a second") << 1 << 3U << 1U << 1.0 / 3.0;
 }
 
-void TestTargetFunctions::durationFollowsTheFilesOwnRate() {
+void TestTargetFunctions::durationFollowsTheRateOfTheFile() {
     QFETCH(int, channels);
     QFETCH(quint32, samplingRate);
     QFETCH(quint32, numberOfSamples);
@@ -163,8 +163,8 @@ void TestTargetFunctions::usableTargets_data() {
     QTest::newRow("three channels, which are silent") << 3 << 40000U << 300U << 300 << rate << true;
     QTest::newRow("no channel") << 0 << 40000U << 400U << 400 << rate << false;
     QTest::newRow("no rate") << 1 << 0U << 400U << 400 << rate << false;
-    QTest::newRow("neither") << 0 << 0U << 400U << 400 << rate << false;
-    QTest::newRow("nothing came out of it") << 1 << 40000U << 400U << 0 << rate << false;
+    QTest::newRow("no channel, no rate") << 0 << 0U << 400U << 400 << rate << false;
+    QTest::newRow("no samples loaded") << 1 << 40000U << 400U << 0 << rate << false;
     QTest::newRow("half a stereo sample") << 2 << 40000U << 1U << 1 << rate << false;
     // 0.025 ms is shown as 0.03 ms, which is 1.2 samples.
     QTest::newRow("one sample at 40 kHz") << 1 << 40000U << 1U << 1 << rate << true;
@@ -173,7 +173,7 @@ void TestTargetFunctions::usableTargets_data() {
     QTest::newRow("two samples at 44.1 kHz") << 1 << 44100U << 2U << 2 << rate << true;
     QTest::newRow("one sample at 40 kHz, played at 20 kHz")
         << 1 << 40000U << 1U << 1 << 20000.0 << false;
-    QTest::newRow("the highest rate of all") << 1 << 4294967295U << 400U << 400 << rate << false;
+    QTest::newRow("maximum rate") << 1 << 4294967295U << 400U << 400 << rate << false;
     // A second of the file is 40000 samples played; an array of doubles ends at 268435452.
     QTest::newRow("played: as many as 500 s") << 1 << 1U << 500U << 500 << rate << true;
     QTest::newRow("played: beyond a vector") << 1 << 1U << 6711U << 6711 << rate << false;
@@ -200,8 +200,8 @@ void TestTargetFunctions::usableTargets() {
 }
 
 void TestTargetFunctions::longestSoundThatAVectorHoldsIsUsable() {
-    // Playing takes two doubles and a float a sample. They are asked for and never touched, but
-    // they have to be there: 5 GiB.
+    // Playing takes two doubles and a float for each sample. The memory is requested and never
+    // touched, but must exist: 5 GiB.
     const auto lines = testsupport::readBytes(QStringLiteral("/proc/meminfo")).split('\n');
     qint64 unusedKibibytes = 0;
     for (const QByteArray& line : lines)
@@ -215,7 +215,7 @@ void TestTargetFunctions::longestSoundThatAVectorHoldsIsUsable() {
     QVERIFY(!isUsableTarget(oneSecond, 268435453.0));
 }
 
-void TestTargetFunctions::memoryThatCannotBeHadMakesATargetUnusable() {
+void TestTargetFunctions::lackOfMemoryMakesATargetUnusable() {
     if (!testsupport::AddressSpaceLimit::isPossible())
         QSKIP("a limit of the address space leaves the sanitizer none");
     // The transform alone takes 4 + 4 / 2 arrays of 2^23 doubles: 384 MiB.
@@ -241,15 +241,15 @@ void TestTargetFunctions::firstChannelIsCopied_data() {
     QTest::newRow("the left of two") << 2 << 8 << 4 << nines << Samples{1, 3, 5, 7};
     QTest::newRow("nothing of three") << 3 << 12 << 4 << nines << nines;
     QTest::newRow("nothing of three, nothing grown") << 3 << 12 << 4 << Samples{} << Samples{};
-    QTest::newRow("nothing of none") << 0 << 4 << 4 << nines << nines;
-    QTest::newRow("no more than asked for") << 1 << 4 << 2 << nines << Samples{1, 2, 9, 9};
+    QTest::newRow("no channel") << 0 << 4 << 4 << nines << nines;
+    QTest::newRow("count below the file's") << 1 << 4 << 2 << nines << Samples{1, 2, 9, 9};
     QTest::newRow("grown") << 1 << 4 << 4 << Samples{9} << Samples{1, 2, 3, 4};
     QTest::newRow("padded, mono") << 1 << 2 << 3 << nines << Samples{1, 2, 0, 9};
     QTest::newRow("padded, half a sample of two") << 2 << 3 << 2 << nines << Samples{1, 0, 9, 9};
     QTest::newRow("grown and padded") << 2 << 4 << 3 << Samples{} << Samples{1, 3, 0};
     QTest::newRow("nothing held") << 1 << 0 << 2 << nines << Samples{0, 0, 9, 9};
-    QTest::newRow("nothing asked for") << 1 << 4 << 0 << nines << nines;
-    QTest::newRow("less than nothing asked for") << 1 << 4 << -2 << nines << nines;
+    QTest::newRow("count 0") << 1 << 4 << 0 << nines << nines;
+    QTest::newRow("negative count") << 1 << 4 << -2 << nines << nines;
 }
 
 void TestTargetFunctions::firstChannelIsCopied() {

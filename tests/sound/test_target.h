@@ -7,7 +7,7 @@
 
 using testsupport::unevenCodes;
 
-/// Returns what 16-bit samples are on the scale of a target.
+/// Returns 16-bit samples on the scale of a target.
 QVector<double> scaledFrom16Bits(const QVector<int>& codes);
 
 /// Tests of a main window and the files that are chosen in it.
@@ -21,7 +21,7 @@ protected:
     /// Shows a match in its field and in the trend.
     void answerOnce();
 
-    /// What preparing a target draws, sizes and shows, one line an item.
+    /// The state that preparing a target changes, one line an item.
     QStringList preparedState();
 };
 
@@ -32,12 +32,12 @@ class TestTargetFunctions : public QObject {
 private slots:
     void samplesPerChannelAreWhole_data();
     void samplesPerChannelAreWhole();
-    void durationFollowsTheFilesOwnRate_data();
-    void durationFollowsTheFilesOwnRate();
+    void durationFollowsTheRateOfTheFile_data();
+    void durationFollowsTheRateOfTheFile();
     void usableTargets_data();
     void usableTargets();
     void longestSoundThatAVectorHoldsIsUsable();
-    void memoryThatCannotBeHadMakesATargetUnusable();
+    void lackOfMemoryMakesATargetUnusable();
     void firstChannelIsCopied_data();
     void firstChannelIsCopied();
 };
@@ -53,17 +53,17 @@ private slots:
     void chosenFileBecomesTheOnlyRecord();
     void namesWithBlanksAndUmlautsAreFound_data();
     void namesWithBlanksAndUmlautsAreFound();
-    void selectionAloneStoresACancelledDialogLikeAnyChoice();
+    void selectWavFileStoresACancelledDialogLikeAnyChoice();
     void updateWavTextFieldsShowsFolderAndCurrentRecord();
     void updateWavTextFieldsKeepsTheNameWithoutRecords();
     void cancellingWithoutAnEarlierTargetDisablesGo_data();
     void cancellingWithoutAnEarlierTargetDisablesGo();
-    void cancellingKeepsWhatAnEarlierTargetHasDrawn_data();
-    void cancellingKeepsWhatAnEarlierTargetHasDrawn();
+    void cancellingKeepsTheEarlierCharts_data();
+    void cancellingKeepsTheEarlierCharts();
     void preparationAfterACancelledOneSucceeds();
 };
 
-/// What a load makes of a good file (target_loading.cpp).
+/// Loading valid files (target_loading.cpp).
 class TestTargetLoading : public TargetTest {
     Q_OBJECT
 
@@ -71,19 +71,19 @@ private slots:
     void countsDurationsAndSizes_data();
     void countsDurationsAndSizes();
     void longerPlotIsCutToTheTarget();
-    void spectrumIsDrawnToHalfItsLengthAtMost();
-    void timeAxisFollowsTheSettingsRate();
+    void spectrumIsDrawnUpToHalfItsLength();
+    void timeAxisFollowsTheRateOfTheSettings();
     void threeChannelsGiveSilence();
     void shorterSecondTargetLeavesNoTail();
     void preparingCountsNoSoundsPlayed();
     void laterTrialKeepsTheSizeOfTheTarget_data();
     void laterTrialKeepsTheSizeOfTheTarget();
     void laterTrialOfALongerFileGrowsTheTarget();
-    void loadTakesTheRecordThatTheSequenceNames();
-    void recordsThatAreNotThereAreRefused_data();
-    void recordsThatAreNotThereAreRefused();
-    void targetThatChangesAfterItsPreparationIsPlayedAsItWasShown_data();
-    void targetThatChangesAfterItsPreparationIsPlayedAsItWasShown();
+    void loadUsesTheRecordOfTheSequence();
+    void missingRecordsAreRefused_data();
+    void missingRecordsAreRefused();
+    void fileChangedAfterPreparationDoesNotChangeTheTarget_data();
+    void fileChangedAfterPreparationDoesNotChangeTheTarget();
 };
 
 /// Files that cannot be loaded or cannot be a target (target_refusals.cpp).
@@ -93,17 +93,17 @@ class TestTargetRefusals : public TargetTest {
 private slots:
     void refusedFileWithoutAnEarlierTargetChangesNothing_data();
     void refusedFileWithoutAnEarlierTargetChangesNothing();
-    void refusedFileGoesOnWithTheEarlierTarget_data();
-    void refusedFileGoesOnWithTheEarlierTarget();
-    void fileThatHasVanishedIsAFailedLoad();
-    void failedLoadAfterRefusedAndCancelledOnesGoesOnWithTheLastAccepted();
+    void refusedFileKeepsTheEarlierTarget_data();
+    void refusedFileKeepsTheEarlierTarget();
+    void missingFileIsAFailedLoad();
+    void failedLoadKeepsTheLastAcceptedTarget();
     void resultsNameTheTargetThatWasPlayed();
-    void rateOfTheSettingsThatGivesNoCountRefuses_data();
-    void rateOfTheSettingsThatGivesNoCountRefuses();
-    void earlierTargetIsJudgedAgainBeforeItIsKept_data();
-    void earlierTargetIsJudgedAgainBeforeItIsKept();
-    void memoryThatCannotBeHadKeepsTheEarlierTarget();
-    void earlierTargetMayTakeTheMemoryOfTheUnusableOne();
+    void samplingRateWithoutAValidCountRefuses_data();
+    void samplingRateWithoutAValidCountRefuses();
+    void earlierTargetIsCheckedAgainBeforeItIsKept_data();
+    void earlierTargetIsCheckedAgainBeforeItIsKept();
+    void lackOfMemoryKeepsTheEarlierTarget();
+    void earlierTargetMayUseTheMemoryOfTheUnusableOne();
 
 private:
     static void refusedFiles();
@@ -119,9 +119,9 @@ class TestTargetWaiting : public TargetTest {
     Q_OBJECT
 
 private slots:
-    void cursorStillWaitsWhenTheChartsAreDrawn();
-    void cursorComesBackAfterEveryPreparation_data();
-    void cursorComesBackAfterEveryPreparation();
+    void waitCursorIsShownWhileTheChartsAreDrawn();
+    void waitCursorEndsAfterEveryPreparation_data();
+    void waitCursorEndsAfterEveryPreparation();
     void clickOnGreyGoIsNotDeliveredLater();
 };
 
@@ -131,8 +131,8 @@ class TestTargetHugePages : public TargetTest {
 
 private slots:
     void initTestCase();
-    void wholeHugePagesAreAskedForAndNoOthers();
-    void shortMemoryIsLeftAlone();
+    void onlyWholeHugePagesAreRequested();
+    void shortMemoryGetsNoHugePages();
     void reservedVectorIsEmpty();
-    void longTargetLiesOnHugePages();
+    void longTargetUsesHugePages();
 };

@@ -64,7 +64,7 @@ void TestWavLoading::headerIsKeptAsInTheFile() {
     QCOMPARE(wav.GetHeaderSize(), 44);
 }
 
-void TestWavLoading::wordBehindTheHeaderIsNotTheAudioFormat() {
+void TestWavLoading::audioFormatWordIsIndependentOfTheHeader() {
     const WavFolder folder;
     CWav wav;
     QVERIFY(wav.LoadWav(folder.write(wavWithSamples({}, {1, 2}))));
@@ -157,7 +157,7 @@ void TestWavLoading::dataSizeZeroKeepsPreviousSamples() {
     QCOMPARE(wav.header.samplingRate, 8000U);
 }
 
-void TestWavLoading::fileOfMoreSamplesThanTheCallerTakesIsNotRead_data() {
+void TestWavLoading::fileWithTooManySamplesIsNotRead_data() {
     const auto row =
         columns<quint16, quint64, bool>("channelCount", "maximumSamplesPerChannel", "isRead");
     row("mono, as many", 1, 6, true);
@@ -168,7 +168,7 @@ void TestWavLoading::fileOfMoreSamplesThanTheCallerTakesIsNotRead_data() {
     row("none at all", 1, 0, false);
 }
 
-void TestWavLoading::fileOfMoreSamplesThanTheCallerTakesIsNotRead() {
+void TestWavLoading::fileWithTooManySamplesIsNotRead() {
     QFETCH(quint16, channelCount);
     QFETCH(quint64, maximumSamplesPerChannel);
     QFETCH(bool, isRead);
@@ -199,7 +199,7 @@ void TestWavLoading::movedObjectTakesEverything() {
     const auto everything = stateOf(source);
     CWav constructed(std::move(source));
     QVERIFY(stateOf(constructed) == everything);
-    // NOLINTNEXTLINE(bugprone-use-after-move): what it is then is promised
+    // NOLINTNEXTLINE(bugprone-use-after-move): its state is specified
     QVERIFY(stateOf(source) == stateOf(fresh));
 
     CWav assigned;

@@ -79,19 +79,19 @@ class TestWavLoading : public QObject {
 private slots:
     void operationsAndMembersHaveTheirTypes();
     void headerIsKeptAsInTheFile();
-    void wordBehindTheHeaderIsNotTheAudioFormat();
+    void audioFormatWordIsIndependentOfTheHeader();
     void samplesAreScaledExactly_data();
     void samplesAreScaledExactly();
     void everyCodeIsASample_data();
     void everyCodeIsASample();
     void nextLoadReplacesThePrevious();
     void dataSizeZeroKeepsPreviousSamples();
-    void fileOfMoreSamplesThanTheCallerTakesIsNotRead_data();
-    void fileOfMoreSamplesThanTheCallerTakesIsNotRead();
+    void fileWithTooManySamplesIsNotRead_data();
+    void fileWithTooManySamplesIsNotRead();
     void movedObjectTakesEverything();
 };
 
-/// Refused files and their messages, and what they leave behind (wav_refusals.cpp).
+/// Refused files, their messages, and the object after them (wav_refusals.cpp).
 class TestWavRefusals : public QObject {
     Q_OBJECT
 
@@ -104,8 +104,8 @@ private slots:
     void onlyRegularFilesAreOpened_data();
     void onlyRegularFilesAreOpened();
     void linksToRegularFilesAreFollowed();
-    void convertingUnknownSizesSaysSo_data();
-    void convertingUnknownSizesSaysSo();
+    void convertingUnknownSizesIsReported_data();
+    void convertingUnknownSizesIsReported();
     void messagesAreFlushed();
 };
 
@@ -136,39 +136,39 @@ private slots:
     void printingIgnoresTheFormatOfStandardOutput();
 };
 
-/// Sizes that lie, and headers changed by a caller (wav_robustness.cpp).
+/// Wrong sizes, and headers changed by a caller (wav_robustness.cpp).
 class TestWavRobustness : public QObject {
     Q_OBJECT
 
 private slots:
     void shortDataLoadWithoutSamples_data();
     void shortDataLoadWithoutSamples();
-    void sizesAroundThePiecesAreReadWhole_data();
-    void sizesAroundThePiecesAreReadWhole();
+    void sizesNearTheBlockSizeAreReadWhole_data();
+    void sizesNearTheBlockSizeAreReadWhole();
     void changedHeaderConvertsOnlyHeldBytes_data();
     void changedHeaderConvertsOnlyHeldBytes();
-    void nothingStaysOpen();
+    void noDescriptorStaysOpen();
 };
 
-/// Files that change under the hands of the reader (wav_changing.cpp).
+/// Files that change while they are read (wav_changing.cpp).
 class TestWavChanging : public QObject {
     Q_OBJECT
 
 private slots:
-    void nameThatBecomesAFifoIsNotWaitedFor();
-    void fileThatShrinksIsReadWholeOrAsAShortRead();
-    void fileThatIsReplacedIsNeverMixedWithTheOther();
+    void fifoThatReplacesTheFileDoesNotBlock();
+    void shrinkingFileIsReadWholeOrAsAShortRead();
+    void replacedFileIsNeverMixedWithTheOther();
 };
 
-/// The memory that a load takes, and what happens when it cannot be had (wav_memory.cpp).
+/// The memory that a load takes, and loading without enough of it (wav_memory.cpp).
 class TestWavMemory : public QObject {
     Q_OBJECT
 
 private slots:
-    void hugeDeclaredSizeCostsWhatTheFileHolds_data();
-    void hugeDeclaredSizeCostsWhatTheFileHolds();
-    void memoryEndingWhileReadingIsAShortRead();
-    void memoryEndingWhileConvertingLeavesNoSamples();
+    void memoryFollowsTheFileSizeNotTheDeclaredSize_data();
+    void memoryFollowsTheFileSizeNotTheDeclaredSize();
+    void lackOfMemoryWhileReadingIsAShortRead();
+    void lackOfMemoryWhileConvertingLeavesNoSamples();
 };
 
 /// Files of common programs, and another reader (wav_programs.cpp).

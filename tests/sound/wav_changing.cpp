@@ -1,4 +1,4 @@
-// WAV files that change under the hands of the reader.
+// WAV files that change while they are read.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_wav.h"
 
@@ -16,27 +16,27 @@ using testsupport::wavWithSamples;
 
 namespace {
 
-/// Runs a function again and again beside the test, as long as this lives.
-class Meanwhile {
+/// Runs a function repeatedly in another thread, as long as this lives.
+class BackgroundLoop {
 public:
     template <typename Function>
-    explicit Meanwhile(Function function)
+    explicit BackgroundLoop(Function function)
         : thread([this, function] {
               while (!isOver)
                   function();
           }) {}
-    ~Meanwhile() {
+    ~BackgroundLoop() {
         isOver = true;
         thread.join();
     }
-    Q_DISABLE_COPY_MOVE(Meanwhile)
+    Q_DISABLE_COPY_MOVE(BackgroundLoop)
 
 private:
     std::atomic<bool> isOver{false};
     std::thread thread;
 };
 
-/// Lets a path lead to each of two files in turn, without a moment in which it leads nowhere.
+/// Makes a path lead to each of two files in turn; it always leads to one of them.
 auto replacingBy(const std::string& one, const std::string& other, const std::string& path) {
     return [=] {
         for (const std::string& file : {one, other}) {
@@ -56,17 +56,17 @@ bool allEqual(const std::vector<double>& samples) {
 
 } // namespace
 
-void TestWavChanging::nameThatBecomesAFifoIsNotWaitedFor() {
+void TestWavChanging::fifoThatReplacesTheFileDoesNotBlock() {
     const WavFolder folder;
     const std::string path = folder.path("target.wav").toStdString();
     const std::string fifo = folder.path("fifo").toStdString();
     const std::string file = folder.write(wavWithSamples({}, {16384}), "file.wav");
     QCOMPARE(::mkfifo(fifo.c_str(), 0600), 0);
-    const Meanwhile changing(replacingBy(fifo, file, path));
+    const BackgroundLoop changing(replacingBy(fifo, file, path));
     int loaded = 0;
     int refused = 0;
     errorsOf([&] {
-        // Until both have been met often enough to have met in between as well.
+        // Until both have been read often enough for a race to be likely.
         while (loaded < loads || refused < loads) {
             CWav wav;
             ++(wav.LoadWav(path) ? loaded : refused);
@@ -75,7 +75,7 @@ void TestWavChanging::nameThatBecomesAFifoIsNotWaitedFor() {
     QVERIFY(loaded >= loads && refused >= loads);
 }
 
-void TestWavChanging::fileThatShrinksIsReadWholeOrAsAShortRead() {
+void TestWavChanging::shrinkingFileIsReadWholeOrAsAShortRead() {
     constexpr int sampleCount = 100000;
     const WavFolder folder;
     const QByteArray bytes = wavWithSamples({}, QVector<int>(sampleCount, 12345));
@@ -83,7 +83,7 @@ void TestWavChanging::fileThatShrinksIsReadWholeOrAsAShortRead() {
     int whole = 0;
     int shortReads = 0;
     std::atomic<unsigned> turn{0};
-    const Meanwhile shrinking([&] {
+    const BackgroundLoop shrinking([&] {
         const auto size = turn++ % 4 == 0 ? off_t{bytes.size()} : off_t{44 + turn % 200000};
         QVERIFY(::truncate(path.c_str(), 44) == 0 && ::truncate(path.c_str(), size) == 0);
     });
@@ -96,7 +96,7 @@ void TestWavChanging::fileThatShrinksIsReadWholeOrAsAShortRead() {
     }
 }
 
-void TestWavChanging::fileThatIsReplacedIsNeverMixedWithTheOther() {
+void TestWavChanging::replacedFileIsNeverMixedWithTheOther() {
     const WavFolder folder;
     const std::string path = folder.path("target.wav").toStdString();
     const std::string longer =
@@ -104,7 +104,7 @@ void TestWavChanging::fileThatIsReplacedIsNeverMixedWithTheOther() {
     const std::string shorter =
         folder.write(wavWithSamples({}, QVector<int>(50000, -54)), "shorter.wav");
     QCOMPARE(::link(longer.c_str(), path.c_str()), 0);
-    const Meanwhile replacing(replacingBy(shorter, longer, path));
+    const BackgroundLoop replacing(replacingBy(shorter, longer, path));
     int longerOnes = 0;
     int shorterOnes = 0;
     while (longerOnes < 300 || shorterOnes < 300) {

@@ -15,14 +15,14 @@ namespace {
 constexpr std::size_t mebibyte = std::size_t{1} << 20U;
 } // namespace
 
-void TestWavMemory::hugeDeclaredSizeCostsWhatTheFileHolds_data() {
+void TestWavMemory::memoryFollowsTheFileSizeNotTheDeclaredSize_data() {
     const auto row = columns<int, quint32>("held", "limitMebibytes");
     row("empty data", 0, 1);
     row("small file", 1000, 1);
     row("file of five pieces", 5 * 1048576, 10);
 }
 
-void TestWavMemory::hugeDeclaredSizeCostsWhatTheFileHolds() {
+void TestWavMemory::memoryFollowsTheFileSizeNotTheDeclaredSize() {
     QFETCH(int, held);
     QFETCH(quint32, limitMebibytes);
     const WavFolder folder;
@@ -37,7 +37,7 @@ void TestWavMemory::hugeDeclaredSizeCostsWhatTheFileHolds() {
     }
 }
 
-void TestWavMemory::memoryEndingWhileReadingIsAShortRead() {
+void TestWavMemory::lackOfMemoryWhileReadingIsAShortRead() {
     const WavFolder folder;
     const std::string path = folder.write(wavWithData({40000, 1, 8}, QByteArray(3000000, 'x')));
     CWav wav;
@@ -54,7 +54,7 @@ void TestWavMemory::memoryEndingWhileReadingIsAShortRead() {
     QCOMPARE(wav.samples.size(), std::size_t{3000000});
 }
 
-void TestWavMemory::memoryEndingWhileConvertingLeavesNoSamples() {
+void TestWavMemory::lackOfMemoryWhileConvertingLeavesNoSamples() {
     const WavFolder folder;
     for (const quint16 bits : {quint16{8}, quint16{16}, quint16{24}}) {
         const std::string path =

@@ -16,7 +16,7 @@ using testsupport::wavWithSamples;
 
 namespace {
 
-/// Returns what a function writes to standard output, as far as it is flushed.
+/// Returns what a function writes to standard output and flushes.
 template <typename Function> std::string outputOf(Function&& function) {
     const testsupport::StreamCapture output(std::cout);
     function();

@@ -18,8 +18,8 @@ bool run(const QString& commandLine, const WavFolder& folder) {
     return testsupport::runShell(commandLine, folder.path(""));
 }
 
-/// Returns a file's samples as libsndfile sees them; none when it cannot read the file.
-Samples otherReadersSamples(const QString& path) {
+/// Returns a file's samples as libsndfile reads them; none when it cannot read the file.
+Samples samplesByLibsndfile(const QString& path) {
     SF_INFO info{};
     SNDFILE* const file = sf_open(path.toUtf8().constData(), SFM_READ, &info);
     if (file == nullptr)
@@ -64,7 +64,7 @@ void TestWavPrograms::canonicalFilesAreLoaded() {
     QCOMPARE(wav.header.bitsPerSample, static_cast<std::uint16_t>(bits));
     QCOMPARE(wav.numberOfSamples, static_cast<std::uint32_t>(samplingRate * channelCount / 4));
     QCOMPARE(wav.header.riffChunkSize, static_cast<std::uint32_t>(readBytes(path).size() - 8));
-    QVERIFY(wav.samples == otherReadersSamples(path));
+    QVERIFY(wav.samples == samplesByLibsndfile(path));
     double peak = 0.0;
     for (const double sample : wav.samples)
         peak = std::max(peak, std::abs(sample));
@@ -120,7 +120,7 @@ void TestWavPrograms::handmadeFilesAgreeWithLibsndfile_data() {
 void TestWavPrograms::handmadeFilesAgreeWithLibsndfile() {
     QFETCH(int, bits);
     QFETCH(int, channelCount);
-    // Not the code with only the sign set, which is read as +1.0 here and as -1.0 there.
+    // Without 0x800000, which is +1.0 here and -1.0 in libsndfile.
     const QByteArray data = unevenBytes(30000 * bits / 8);
     const WavFolder folder;
     const std::string path = folder.write(testsupport::wavWithData(
@@ -128,7 +128,7 @@ void TestWavPrograms::handmadeFilesAgreeWithLibsndfile() {
     CWav wav;
     QVERIFY(wav.LoadWav(path));
     QCOMPARE(wav.samples.size(), std::size_t{30000});
-    QVERIFY(wav.samples == otherReadersSamples(QString::fromStdString(path)));
+    QVERIFY(wav.samples == samplesByLibsndfile(QString::fromStdString(path)));
 }
 
 void TestWavPrograms::writtenFileIsReadBySox() {

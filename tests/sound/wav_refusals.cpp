@@ -1,4 +1,4 @@
-// WAV files that are refused: what they leave behind, and kinds of files.
+// WAV files that are refused: the object after them, and kinds of files.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_wav.h"
 
@@ -62,7 +62,7 @@ void TestWavRefusals::unreadableFileCannotBeOpened() {
     const WavFolder folder;
     const std::string path = folder.write(wavWithSamples({}, {1}));
     QCOMPARE(::chmod(path.c_str(), 0), 0);
-    // The folder may be entered, or it would be refused in the file's stead.
+    // The folder is accessible, so that the file itself is refused.
     QCOMPARE(::chmod(folder.path(".").toLocal8Bit().constData(), 0755), 0);
     CWav wav;
     std::string errors;
@@ -105,7 +105,7 @@ void TestWavRefusals::fileOverwritesOnlyTheHeaderThatItHolds() {
     const QByteArray header = (bytes + earlier.mid(bytes.size())).left(44);
     QCOMPARE(headerImage(wav), header);
     if (isLoaded) {
-        // What is then the data size asks for data, and there are none.
+        // The data size that results declares data that do not exist.
         QVERIFY(wav.samples.empty());
         QCOMPARE(wav.bytesRead, std::int64_t{0});
     } else {
@@ -165,14 +165,14 @@ void TestWavRefusals::linksToRegularFilesAreFollowed() {
     QCOMPARE(testsupport::readBytes(folder.path("target.wav")).size(), 2 * 46);
 }
 
-void TestWavRefusals::convertingUnknownSizesSaysSo_data() {
+void TestWavRefusals::convertingUnknownSizesIsReported_data() {
     const auto row = columns<int, QString>("bits", "message");
     row("32 bits", 32, "32-bit PCM is not working yet.\n");
     for (const int bits : {0, 1, 12, 33, 64, 65535})
         row(QByteArray::number(bits) + " bits", bits, "Not recognizable bits per sample. \n");
 }
 
-void TestWavRefusals::convertingUnknownSizesSaysSo() {
+void TestWavRefusals::convertingUnknownSizesIsReported() {
     QFETCH(int, bits);
     QFETCH(QString, message);
     const WavFolder folder;

@@ -1,4 +1,4 @@
-// WAV files whose sizes lie, and headers changed by a caller.
+// WAV files with wrong sizes, and headers changed by a caller.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_wav.h"
 
@@ -42,7 +42,7 @@ void TestWavRobustness::shortDataLoadWithoutSamples() {
     QVERIFY(wav.samples.empty());
 }
 
-void TestWavRobustness::sizesAroundThePiecesAreReadWhole_data() {
+void TestWavRobustness::sizesNearTheBlockSizeAreReadWhole_data() {
     const auto row = columns<int, int>("bits", "byteCount");
     for (const int bits : {8, 16, 24})
         for (const int byteCount : {1023, 1024, 1025, 2048, 3072, 3075, 1048575, 1048576, 1048577,
@@ -50,7 +50,7 @@ void TestWavRobustness::sizesAroundThePiecesAreReadWhole_data() {
             row(QString::asprintf("%d bits, %d bytes", bits, byteCount).toUtf8(), bits, byteCount);
 }
 
-void TestWavRobustness::sizesAroundThePiecesAreReadWhole() {
+void TestWavRobustness::sizesNearTheBlockSizeAreReadWhole() {
     QFETCH(int, bits);
     QFETCH(int, byteCount);
     const WavFolder folder;
@@ -107,7 +107,7 @@ void TestWavRobustness::changedHeaderConvertsOnlyHeldBytes() {
     QCOMPARE(wav.samplePointer, std::as_const(wav.samples).empty() ? nullptr : wav.samples.data());
 }
 
-void TestWavRobustness::nothingStaysOpen() {
+void TestWavRobustness::noDescriptorStaysOpen() {
     const std::filesystem::path descriptors("/proc/self/fd");
     if (!std::filesystem::exists(descriptors))
         QSKIP("this system does not list open files");

@@ -117,7 +117,7 @@ void addDataSizes() {
                bytes / 3);
 }
 
-void addStrangers() {
+void addOtherFileTypes() {
     addRow("zeros", QByteArray(1000, '\0'), notWave);
     addRow("ones", QByteArray(1000, '\xff'), notWave);
     addRow("a text", QByteArray("subject\tfrequency\r\n").repeated(50), notWave);
@@ -136,7 +136,7 @@ void TestWavUnusual::messageResultAndSamples_data() {
     addIdentifiers();
     addNumbers();
     addDataSizes();
-    addStrangers();
+    addOtherFileTypes();
 }
 
 void TestWavUnusual::messageResultAndSamples() {
@@ -150,7 +150,7 @@ void TestWavUnusual::messageResultAndSamples() {
     bool isLoaded = false;
     std::string errors;
     {
-        // Far less than what some of the files declare.
+        // Far less than some of the files declare.
         constexpr int mebibytes = 16;
         std::unique_ptr<AddressSpaceLimit> limit;
         if (AddressSpaceLimit::isPossible())

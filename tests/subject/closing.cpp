@@ -26,11 +26,11 @@ namespace {
 
 using Answer = std::function<void(QMessageBox&)>;
 
-/// Clicks a button. A question that cannot be answered is put away, so that the test goes on.
+/// Clicks a button. A question that cannot be answered is closed, so that the test continues.
 Answer press(QMessageBox::StandardButton which) {
     return [which](QMessageBox& question) {
         QAbstractButton* button = question.button(which);
-        // A box that has just been shown may have its size, and a button to hit, a moment later.
+        // A new box may get its size, and with it a button to click, a moment later.
         if (button != nullptr && button->isEnabled() &&
             QTest::qWaitFor([&] { return !button->rect().isEmpty(); }))
             QTest::mouseClick(button, Qt::LeftButton);
@@ -41,7 +41,7 @@ Answer press(QMessageBox::StandardButton which) {
     };
 }
 
-/// Types a key into whatever has the focus in the question's window.
+/// Types a key into the widget that has the focus in the question's window.
 Answer type(Qt::Key key) {
     return [key](QMessageBox& question) {
         if (QTest::qWaitForWindowActive(&question))
@@ -59,13 +59,13 @@ void dismiss(QMessageBox& question) {
         question.done(QMessageBox::NoButton);
 }
 
-/// Lays an answer ready for the next question.
-void answerWith(DialogDriver& dialogs, const Answer& answer) {
+/// Queues an answer for the next question.
+void queueAnswer(DialogDriver& dialogs, const Answer& answer) {
     dialogs.expectClosing(
         [answer](QWidget* dialog) { answer(*qobject_cast<QMessageBox*>(dialog)); });
 }
 
-/// Closes the window and waits until the question has been asked, answered and put away.
+/// Closes the window and waits until the question has been asked, answered and closed.
 bool closeAndWait(OpenSubjectWindow& window, const WindowAction& way, const DialogDriver& dialogs) {
     const int asked = dialogs.seen().size();
     way(window);
@@ -106,7 +106,7 @@ void addStages() {
         QTest::newRow(row.name) << row.stage;
 }
 
-/// Everything the listener can see of the window and do with it.
+/// Everything that is visible or enabled in the window.
 QStringList lookOf(const OpenSubjectWindow& window) {
     const auto look = [](const QWidget& widget, bool isEnabled) {
         return widget.objectName() + (widget.isVisible() ? " shown" : " hidden") +
@@ -122,11 +122,11 @@ QStringList lookOf(const OpenSubjectWindow& window) {
 
 Q_DECLARE_METATYPE(Answer)
 
-void TestSubjectWindowClosing::questionIsAsItShouldBe() {
+void TestSubjectWindowClosing::questionHasItsProperties() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
     QVariantList facts;
-    answerWith(fixture->dialogs, [&](QMessageBox& question) {
+    queueAnswer(fixture->dialogs, [&](QMessageBox& question) {
         facts = {question.text(),
                  question.informativeText(),
                  question.icon(),
@@ -182,7 +182,7 @@ void TestSubjectWindowClosing::answersByEachWayOfClosing() {
     bringTo(window, Stage::AdjustingWithDone);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
     const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
-    answerWith(fixture->dialogs, answer);
+    queueAnswer(fixture->dialogs, answer);
     QVERIFY(closeAndWait(window, way, fixture->dialogs));
     QCOMPARE(closed.count(), isClosed ? 1 : 0);
     QCOMPARE(window.isVisible(), !isClosed);
@@ -199,7 +199,7 @@ void TestSubjectWindowClosing::windowManagerClosesAtEveryStage() {
     OpenSubjectWindow window;
     bringTo(window, stage);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QCOMPARE(closed.count(), 1);
     QVERIFY(!window.isVisible());
@@ -215,7 +215,7 @@ void TestSubjectWindowClosing::refusedClosingLeavesTheStageAsItWas() {
     bringTo(window, stage);
     const QStringList before = lookOf(window);
     const WindowLog log(window);
-    answerWith(fixture->dialogs, press(QMessageBox::No));
+    queueAnswer(fixture->dialogs, press(QMessageBox::No));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QCOMPARE(lookOf(window), before);
     QCOMPARE(log.lines, QStringList());
@@ -230,13 +230,13 @@ void TestSubjectWindowClosing::windowIsStillShownWhenItsClosingIsSignalled() {
         QVERIFY(window.isVisible());
         QVERIFY(QApplication::activeModalWidget() == nullptr);
     });
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(window.close());
     QCOMPARE(signalled, 1);
     QVERIFY(!window.isVisible());
 }
 
-void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem_data() {
+void TestSubjectWindowClosing::hiddenWindowHasNoPlatformWindow_data() {
     QTest::addColumn<WindowAction>("way");
     QTest::addColumn<bool>("isAsked");
     QTest::newRow("Done") << WindowAction(closeByDone) << true;
@@ -245,7 +245,7 @@ void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem_data() 
     QTest::newRow("hide()") << WindowAction([](auto& window) { window.hide(); }) << false;
 }
 
-void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
+void TestSubjectWindowClosing::hiddenWindowHasNoPlatformWindow() {
     QFETCH(WindowAction, way);
     QFETCH(bool, isAsked);
     OpenSubjectWindow window;
@@ -254,12 +254,12 @@ void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
     const QPointer<QWindow> handle(window.windowHandle());
     QVERIFY(window.backingStore() != nullptr);
     if (isAsked)
-        answerWith(fixture->dialogs, press(QMessageBox::Yes));
+        queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     way(window);
     QTRY_VERIFY(handle.isNull());
     QVERIFY(window.isHidden());
     QVERIFY(window.windowHandle() == nullptr && window.backingStore() == nullptr);
-    // Sounds of later sessions reach the window too, and must not bring anything back.
+    // Signals of later sessions reach the window too, and must not create a platform window.
     window.receiveParameters(10, 1000, 440, 1);
     window.updateSubjectWindow(1);
     window.updateSubjectWindow(-1);
@@ -268,11 +268,11 @@ void TestSubjectWindowClosing::hiddenWindowHoldsNothingOfTheWindowSystem() {
 }
 
 void TestSubjectWindowClosing::dialogsCanBeShownAfterAWindowIsReleased() {
-    // The mouse enters a window at a moment of its own.
+    // The enter event of the mouse comes at an undefined time.
     for (int session = 0; session < 8; ++session) {
         OpenSubjectWindow window;
         bringTo(window, Stage::AdjustingWithDone);
-        answerWith(fixture->dialogs, press(QMessageBox::Yes));
+        queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
         QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
         QTRY_VERIFY(window.windowHandle() == nullptr);
         const QString title = QStringLiteral("Next");
@@ -290,7 +290,7 @@ void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
     QTRY_COMPARE(window.pos(), QPoint(120, 80));
     const QRect geometry = window.geometry();
     const QStringList look = lookOf(window);
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QTRY_VERIFY(window.windowHandle() == nullptr);
     window.show();
@@ -306,7 +306,7 @@ void TestSubjectWindowClosing::closedWindowCanBeShownAgain() {
     QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
                       window.pushButtonPlaySinusoid->mapTo(&window, QPoint(20, 20)));
     QCOMPARE(responses.count(), 1);
-    answerWith(fixture->dialogs, press(QMessageBox::Yes));
+    queueAnswer(fixture->dialogs, press(QMessageBox::Yes));
     QVERIFY(closeAndWait(window, closeByFrame, fixture->dialogs));
     QVERIFY(window.isHidden());
 }
@@ -334,12 +334,12 @@ void TestSubjectWindowClosing::minimisedOrReshownWindowIsNotReleased() {
     QVERIFY(!handle.isNull() && window.windowHandle() == handle);
 }
 
-void TestSubjectWindowClosing::secondRequestUnderTheQuestionAsksNoSecondQuestion() {
+void TestSubjectWindowClosing::secondCloseRequestAsksNoSecondQuestion() {
     OpenSubjectWindow window;
     bringTo(window, Stage::AdjustingWithDone);
-    // The manager passes requests on in their order: once the question has gone, the request for
-    // the window below it has been there.
-    answerWith(fixture->dialogs, [&](QMessageBox& question) {
+    // The manager forwards requests in order: once the question has closed, the earlier request for
+    // the window has arrived.
+    queueAnswer(fixture->dialogs, [&](QMessageBox& question) {
         QVERIFY(testsupport::pressCloseButton(window));
         dismiss(question);
     });
@@ -348,7 +348,7 @@ void TestSubjectWindowClosing::secondRequestUnderTheQuestionAsksNoSecondQuestion
     QVERIFY(window.isVisible());
 }
 
-void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt_data() {
+void TestSubjectWindowClosing::questionCanBeAnsweredDuringASound_data() {
     QTest::addColumn<Stage>("stage");
     QTest::addColumn<QVector<int>>("sounds");
     QTest::addColumn<Answer>("answer");
@@ -357,7 +357,7 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt_data
                         const Answer& answer, bool isClosed) {
         QTest::newRow(name) << stage << sounds << answer << isClosed;
     };
-    // The window that was enabled takes the question along when it is disabled.
+    // Disabling a window also disables its question.
     const Stage enabled = Stage::AdjustingWithDone;
     row("Yes", enabled, {1}, press(QMessageBox::Yes), true);
     row("No", enabled, {1}, press(QMessageBox::No), false);
@@ -368,27 +368,27 @@ void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt_data
     row("Yes after the sound", enabled, {1, -1}, press(QMessageBox::Yes), true);
     row("No in a second sound", enabled, {1, 2}, press(QMessageBox::No), false);
     const Stage requested = Stage::SinusoidRequested;
-    row("asked for, Yes", requested, {1}, press(QMessageBox::Yes), true);
-    row("asked for, No", requested, {1}, press(QMessageBox::No), false);
-    row("asked for, Return", requested, {1}, type(Qt::Key_Return), true);
-    row("asked for, No after the sound", requested, {1, -1}, press(QMessageBox::No), false);
+    row("requested, Yes", requested, {1}, press(QMessageBox::Yes), true);
+    row("requested, No", requested, {1}, press(QMessageBox::No), false);
+    row("requested, Return", requested, {1}, type(Qt::Key_Return), true);
+    row("requested, No after the sound", requested, {1, -1}, press(QMessageBox::No), false);
     row("playing, Yes in a further sound", Stage::TargetPlaying, {-1, 1}, press(QMessageBox::Yes),
         true);
 }
 
-void TestSubjectWindowClosing::questionCanBeAnsweredWhenASoundStartsUnderIt() {
+void TestSubjectWindowClosing::questionCanBeAnsweredDuringASound() {
     QFETCH(Stage, stage);
     QFETCH(QVector<int>, sounds);
     QFETCH(Answer, answer);
     QFETCH(bool, isClosed);
-    // As in a session: the experimenter's window behind it is disabled.
+    // As in a session: the experimenter's window is disabled.
     QWidget parent;
     parent.show();
     parent.setEnabled(false);
     OpenSubjectWindow window(&parent);
     bringTo(window, stage);
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
-    answerWith(fixture->dialogs, [&](QMessageBox& question) {
+    queueAnswer(fixture->dialogs, [&](QMessageBox& question) {
         for (const int index : sounds)
             window.updateSubjectWindow(index);
         for (const QAbstractButton* button : question.buttons())
@@ -408,9 +408,9 @@ void TestSubjectWindowClosing::questionCanBeAskedAgain() {
     const QSignalSpy closed(&window, &SubjectWindow::subjectWindowClosed);
     for (const auto button : {QMessageBox::No, QMessageBox::Cancel, QMessageBox::Yes}) {
         QCOMPARE(closed.count(), 0);
-        answerWith(fixture->dialogs, press(button));
+        queueAnswer(fixture->dialogs, press(button));
         QVERIFY(closeAndWait(window, closeByDone, fixture->dialogs));
-        // Nothing may be left of the question that is gone.
+        // No state of the earlier question may remain.
         QCOMPARE(window.findChildren<QMessageBox*>().size(), 0);
         window.updateSubjectWindow(1);
         window.updateSubjectWindow(-1);
@@ -419,15 +419,15 @@ void TestSubjectWindowClosing::questionCanBeAskedAgain() {
     QCOMPARE(fixture->dialogs.seen().size(), 3);
 }
 
-void TestSubjectWindowClosing::windowCanGoWhileTheQuestionIsOpen() {
+void TestSubjectWindowClosing::windowCanBeDestroyedWhileTheQuestionIsOpen() {
     auto parent = std::make_unique<QWidget>();
     const QPointer<OpenSubjectWindow> window(new OpenSubjectWindow(parent.get()));
     bringTo(*window, Stage::SinusoidPlaying);
     const QSignalSpy closed(window, &SubjectWindow::subjectWindowClosed);
-    answerWith(fixture->dialogs, [&](QMessageBox& box) {
+    queueAnswer(fixture->dialogs, [&](QMessageBox& box) {
         const QPointer<QMessageBox> question(&box);
         parent.reset();
-        if (question) // Else the test would wait for its answer.
+        if (question) // Otherwise the test would wait for its answer.
             question->close();
     });
     window->close();

@@ -63,7 +63,7 @@ QPoint handleOf(const QSlider& slider) {
         .center();
 }
 
-/// Drags the handle by the mouse as far as it goes.
+/// Drags the handle with the mouse to the end of the slider.
 WindowAction dragToEnd(bool isUp) {
     return [isUp](auto& window) {
         QSlider* slider = window.sliderFrequency;
@@ -267,7 +267,7 @@ void TestSubjectWindowFrequency::receivedParametersReachTheSpinBoxBeforeTheSlide
         changes.append(QStringLiteral("slider from %1 to %2").arg(minimum).arg(maximum));
     });
     window.receiveParameters(600, 900, 700, 5);
-    // The spin box's new range moves its value, which moves the slider's, before the value comes.
+    // The spin box's new range changes its value and with it the slider's, before the value is set.
     QCOMPARE(changes, QStringList({"slider 600", "spin box 600", "slider 700", "spin box 700",
                                    "slider from 600 to 900"}));
 }
@@ -290,7 +290,7 @@ void TestSubjectWindowFrequency::receivedValueOutsideTheRangeIsLimitedByTheContr
     QCOMPARE(window.sliderFrequency->value(), shown);
 }
 
-void TestSubjectWindowFrequency::receivedRangeUpsideDownCollapses() {
+void TestSubjectWindowFrequency::reversedReceivedRangeCollapses() {
     OpenSubjectWindow window;
     window.receiveParameters(900, 100, 500, 1);
     QCOMPARE(window.frequencyMin, 900);

@@ -1,4 +1,4 @@
-// The listener's window: where the keyboard is before and after each sound and each question.
+// The listener's window: the keyboard focus before and after each sound and each question.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_subject.h"
 
@@ -34,7 +34,7 @@ QWidget* shownAndDisabled(QWidget& window) {
     return &window;
 }
 
-/// The listener's window in front of the experimenter's, as in a session.
+/// The listener's window above the experimenter's, as in a session.
 struct Desk {
     /// Brings the window to a stage; returns whether it has the keyboard.
     bool open(Stage stage) {
@@ -47,7 +47,7 @@ struct Desk {
         window.updateSubjectWindow(-1);
     }
 
-    /// Types into whatever has the focus, if anything has.
+    /// Types into the widget that has the focus, if any.
     void type(Qt::Key key) { QTest::keyClick(window.windowHandle(), key); }
     void type(const QString& text) {
         for (const QChar character : text)
@@ -60,14 +60,14 @@ struct Desk {
     OpenSubjectWindow window{shownAndDisabled(experimenters)};
 };
 
-/// The widget that the keyboard reaches, by its name; empty where it reaches none.
+/// The name of the widget that has the focus; empty if none has it.
 QString focused() {
     const QWidget* widget = QApplication::focusWidget();
     return widget == nullptr ? QString() : widget->objectName();
 }
 
 /// Asks for a sinusoid as a screen reader does, which leaves the focus where it is.
-void requestElsewhere(Desk& desk) {
+void requestWithoutFocus(Desk& desk) {
     desk.window.pushButtonPlaySinusoid->click();
 }
 
@@ -130,7 +130,7 @@ void TestSubjectWindowKeyboard::frequencyControlsKeepTheFocus() {
     for (int i = 1; i <= manyRequests; ++i) {
         QCOMPARE(focused(), control);
         desk.type(Qt::Key_Up);
-        requestElsewhere(desk);
+        requestWithoutFocus(desk);
         QCOMPARE(responses.last(), QVariantList({4, 500 + i}));
         QCOMPARE(focused(), QString());
         desk.playSound();
@@ -146,7 +146,7 @@ void TestSubjectWindowKeyboard::halfTypedFrequency_data() {
                            << "640";
     QTest::newRow("in the middle") << "300" << 300 << ""
                                    << "300";
-    // Below the range: the last frequency comes back, and the caret stays after the first digit.
+    // Below the range: the last frequency is restored, and the caret stays after the first digit.
     QTest::newRow("one digit") << "9" << 500 << ""
                                << "500";
     QTest::newRow("one digit, then another") << "1" << 500 << "1"
@@ -173,7 +173,7 @@ void TestSubjectWindowKeyboard::halfTypedFrequency() {
         desk.type(Qt::Key_Backspace);
     else
         desk.type(typed);
-    requestElsewhere(desk);
+    requestWithoutFocus(desk);
     QCOMPARE(responses.last(), QVariantList({4, sent}));
     QCOMPARE(desk.window.spinBoxFrequency->text(), QString::number(sent));
     desk.playSound();
@@ -191,19 +191,19 @@ void TestSubjectWindowKeyboard::selectedFrequencyIsStillReplacedByTyping() {
     desk.window.pushButtonPlayTarget->setFocus();
     desk.type(Qt::Key_Tab);
     QCOMPARE(desk.frequencyText().selectedText(), QStringLiteral("500"));
-    requestElsewhere(desk);
+    requestWithoutFocus(desk);
     desk.playSound();
     QCOMPARE(desk.frequencyText().selectedText(), QStringLiteral("500"));
     desk.type(QStringLiteral("640"));
     QCOMPARE(desk.window.spinBoxFrequency->value(), 640);
-    // What was being typed is not.
-    requestElsewhere(desk);
+    // A frequency that is partly typed is not replaced.
+    requestWithoutFocus(desk);
     desk.playSound();
     QCOMPARE(desk.frequencyText().selectedText(), QString());
     QCOMPARE(desk.frequencyText().cursorPosition(), 3);
 }
 
-void TestSubjectWindowKeyboard::unaskedSoundLeavesTheKeyboardWhereItWas() {
+void TestSubjectWindowKeyboard::unrequestedSoundKeepsTheFocus() {
     Desk desk;
     QVERIFY(desk.open(Stage::AdjustingWithDone));
     desk.window.pushButtonDone->setFocus();
@@ -212,18 +212,18 @@ void TestSubjectWindowKeyboard::unaskedSoundLeavesTheKeyboardWhereItWas() {
     QCOMPARE(focused(), QString());
     desk.window.updateSubjectWindow(-1);
     QCOMPARE(focused(), QStringLiteral("pushButtonDone"));
-    // The end of a sound alone locks and unlocks too.
+    // The signal of an end locks and unlocks too.
     desk.window.updateSubjectWindow(-1);
     QCOMPARE(focused(), QStringLiteral("pushButtonDone"));
 }
 
-void TestSubjectWindowKeyboard::controlThatCannotBeUsedIsNotGivenTheKeyboard_data() {
+void TestSubjectWindowKeyboard::unusableControlGetsNoFocus_data() {
     QTest::addColumn<bool>("isHidden");
     QTest::newRow("hidden") << true;
     QTest::newRow("disabled") << false;
 }
 
-void TestSubjectWindowKeyboard::controlThatCannotBeUsedIsNotGivenTheKeyboard() {
+void TestSubjectWindowKeyboard::unusableControlGetsNoFocus() {
     QFETCH(bool, isHidden);
     Desk desk;
     QVERIFY(desk.open(Stage::AdjustingWithDone));
@@ -235,18 +235,18 @@ void TestSubjectWindowKeyboard::controlThatCannotBeUsedIsNotGivenTheKeyboard() {
         desk.window.pushButtonDone->setEnabled(false);
     desk.window.updateSubjectWindow(-1);
     QCOMPARE(focused(), QString());
-    // Nor is the one of an earlier sound: nothing had the keyboard when this one began.
+    // Nor does the control of an earlier sound: none had the focus when this sound began.
     desk.window.pushButtonDone->setEnabled(true);
     desk.window.pushButtonDone->show();
     desk.playSound();
     QCOMPARE(focused(), QString());
 }
 
-void TestSubjectWindowKeyboard::windowBehindAnotherTakesNoKeyboard() {
+void TestSubjectWindowKeyboard::inactiveWindowTakesNoFocus() {
     Desk desk;
     QVERIFY(desk.open(Stage::Adjusting));
     desk.window.sliderFrequency->setFocus();
-    requestElsewhere(desk);
+    requestWithoutFocus(desk);
     QLineEdit other;
     other.setObjectName(QStringLiteral("other"));
     other.show();
@@ -260,7 +260,7 @@ void TestSubjectWindowKeyboard::windowBehindAnotherTakesNoKeyboard() {
     QCOMPARE(focused(), QStringLiteral("sliderFrequency"));
 }
 
-void TestSubjectWindowKeyboard::refusedQuestionGivesTheKeyboardBack_data() {
+void TestSubjectWindowKeyboard::refusedQuestionRestoresTheFocus_data() {
     QTest::addColumn<QString>("control");
     QTest::addColumn<QMessageBox::StandardButton>("answer");
     for (const char* control : {"pushButtonPlayTarget", "spinBoxFrequency",
@@ -270,7 +270,7 @@ void TestSubjectWindowKeyboard::refusedQuestionGivesTheKeyboardBack_data() {
     }
 }
 
-void TestSubjectWindowKeyboard::refusedQuestionGivesTheKeyboardBack() {
+void TestSubjectWindowKeyboard::refusedQuestionRestoresTheFocus() {
     QFETCH(QString, control);
     QFETCH(QMessageBox::StandardButton, answer);
     Desk desk;
@@ -284,7 +284,7 @@ void TestSubjectWindowKeyboard::refusedQuestionGivesTheKeyboardBack() {
     QCOMPARE(focused(), control);
 }
 
-void TestSubjectWindowKeyboard::questionKeepsTheKeyboardWhateverSounds_data() {
+void TestSubjectWindowKeyboard::questionKeepsTheFocusDuringSounds_data() {
     QTest::addColumn<Stage>("stage");
     QTest::addColumn<QVector<int>>("sounds");
     using Sounds = QVector<int>;
@@ -296,7 +296,7 @@ void TestSubjectWindowKeyboard::questionKeepsTheKeyboardWhateverSounds_data() {
     QTest::newRow("sound ends, another starts") << Stage::SinusoidPlaying << Sounds{-1, 1};
 }
 
-void TestSubjectWindowKeyboard::questionKeepsTheKeyboardWhateverSounds() {
+void TestSubjectWindowKeyboard::questionKeepsTheFocusDuringSounds() {
     QFETCH(Stage, stage);
     QFETCH(QVector<int>, sounds);
     Desk desk;
@@ -307,7 +307,7 @@ void TestSubjectWindowKeyboard::questionKeepsTheKeyboardWhateverSounds() {
         for (const int index : sounds)
             desk.window.updateSubjectWindow(index);
         QCOMPARE(QApplication::focusWidget(), question.button(QMessageBox::No));
-        // That of the focus, not the default one that closes.
+        // The focused button, not the default one, which would close the window.
         QTest::keyClick(question.windowHandle(), Qt::Key_Return);
     }));
     QCOMPARE(closed.count(), 0);

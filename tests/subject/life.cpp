@@ -52,7 +52,7 @@ void TestSubjectWindowLife::newWindowCovers70By80PercentOfTheScreenInItsMiddle()
     QTRY_COMPARE(window.geometry(), expected);
 }
 
-void TestSubjectWindowLife::metaObjectNumbersItsMethods() {
+void TestSubjectWindowLife::methodsHaveTheirIndices() {
     const QMetaObject& metaObject = SubjectWindow::staticMetaObject;
     QCOMPARE(QByteArray(metaObject.className()), QByteArray("SubjectWindow"));
     QCOMPARE(QByteArray(metaObject.superClass()->className()), QByteArray("QMainWindow"));
@@ -71,7 +71,7 @@ void TestSubjectWindowLife::metaObjectNumbersItsMethods() {
 void TestSubjectWindowLife::slotsAreNotConnectedByName() {
     OpenSubjectWindow window;
     const QSignalSpy responses(&window, &SubjectWindow::subjectResponded);
-    // A signal emitted reaches a slot once for each connection, whatever the button's state.
+    // An emitted signal reaches a slot once for each connection, regardless of the button's state.
     emit window.pushButtonPlayTarget->clicked(false);
     QCOMPARE(responses.count(), 1);
     emit window.pushButtonPlaySinusoid->clicked(false);
@@ -94,7 +94,7 @@ void TestSubjectWindowLife::destructorDeletesTheMembersInOrder() {
     QCOMPARE(deleted, expected);
 }
 
-void TestSubjectWindowLife::destructorForgetsWhatItHasDeleted() {
+void TestSubjectWindowLife::destructorSetsDeletedMembersToNull() {
     auto window = std::make_unique<OpenSubjectWindow>();
     const std::vector<std::function<bool()>> isForgotten = {
         [&member = window->pushButtonPlayTarget] { return member == nullptr; },
@@ -107,7 +107,7 @@ void TestSubjectWindowLife::destructorForgetsWhatItHasDeleted() {
         [&member = window->layoutFrequency] { return member == nullptr; },
         [&member = window->layoutUnused] { return member == nullptr; },
         [&member = window->layoutWindow] { return member == nullptr; }};
-    // While each object goes, all those before it are forgotten.
+    // While an object is deleted, the pointers to the earlier ones are null.
     const auto owned = ownedObjects(*window);
     std::size_t checked = 0;
     for (std::size_t i = 1; i < owned.size(); ++i)
@@ -120,14 +120,14 @@ void TestSubjectWindowLife::destructorForgetsWhatItHasDeleted() {
     QCOMPARE(checked, std::size_t(10));
 }
 
-void TestSubjectWindowLife::destructorLeavesNothingAtAnyStage_data() {
+void TestSubjectWindowLife::destructorDeletesEverythingAtAnyStage_data() {
     QTest::addColumn<Stage>("stage");
     QTest::newRow("waiting") << Stage::Waiting;
     QTest::newRow("target playing") << Stage::TargetPlaying;
     QTest::newRow("adjusting with Done") << Stage::AdjustingWithDone;
 }
 
-void TestSubjectWindowLife::destructorLeavesNothingAtAnyStage() {
+void TestSubjectWindowLife::destructorDeletesEverythingAtAnyStage() {
     QFETCH(Stage, stage);
     const QWidgetList before = QApplication::allWidgets();
     auto window = std::make_unique<OpenSubjectWindow>();

@@ -1,4 +1,4 @@
-// The listener's window: what can be seen and used at each stage, and what the actions do.
+// The listener's window: visible and enabled controls at each stage, and the effects of actions.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_subject.h"
 
@@ -38,7 +38,7 @@ constexpr StageRow stageRows[] = {
     {"adjusting with Done", Stage::AdjustingWithDone, "TLBSDO", true, "TBSDRO"},
 };
 
-/// The buttons' style sheets, by who wears them.
+/// A widget's name and style sheet as one text.
 QString styled(const char* name, const QString& styleSheet) {
     return QLatin1String(name) + QStringLiteral(" styled ") + styleSheet;
 }
@@ -218,7 +218,7 @@ void TestSubjectWindowStages::minusOneUnlocksEvenBeforeIAmReady() {
     QVERIFY(!window.pushButtonPlayTarget->isVisible());
 }
 
-void TestSubjectWindowStages::styleSheetsLeftBehind_data() {
+void TestSubjectWindowStages::styleSheetsAtEachStage_data() {
     QTest::addColumn<Stage>("stage");
     QTest::addColumn<QString>("ofPlayTarget");
     QTest::addColumn<QString>("ofPlaySinusoid");
@@ -234,7 +234,7 @@ void TestSubjectWindowStages::styleSheetsLeftBehind_data() {
     QTest::newRow("adjusting with Done") << Stage::AdjustingWithDone << hover << hover << hover;
 }
 
-void TestSubjectWindowStages::styleSheetsLeftBehind() {
+void TestSubjectWindowStages::styleSheetsAtEachStage() {
     QFETCH(Stage, stage);
     OpenSubjectWindow window;
     bringTo(window, stage);

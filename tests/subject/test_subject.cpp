@@ -81,8 +81,8 @@ void TestSubjectWindowLook::membersStartWithTheirDefaults() {
     QCOMPARE(window.frequencyMax, 1000);
     QCOMPARE(window.frequencyCurrent, 500);
     QCOMPARE(window.frequencyStepSize, 1);
-    QCOMPARE(window.colourLeast, 0);
-    QCOMPARE(window.colourMost, 255);
+    QCOMPARE(window.colourMinimum, 0);
+    QCOMPARE(window.colourMaximum, 255);
     QVERIFY((window.colourGrey == std::array<int, 3>{240, 240, 240}));
     QVERIFY((window.colourWhite == std::array<int, 3>{255, 255, 255}));
     QVERIFY(window.isCentered);

@@ -35,12 +35,12 @@ Q_DECLARE_METATYPE(Stage)
 /// Shows a new window and brings it to a stage by clicks and by the main window's calls.
 void bringTo(OpenSubjectWindow& window, Stage stage);
 
-/// What a button looks like under the mouse, and one that has been used up.
+/// The style of a button under the mouse, and of a grey one.
 QString expectedHoverStyle();
 QString expectedGreyStyle();
 
-/// Collects, in the order in which they happen, what a window's signals say and what becomes of its
-/// widgets: "subjectResponded 4 500", "SubjectWindow disabled", "pushButtonDone shown", ...
+/// Collects in order a window's signals and the changes of its widgets: "subjectResponded 4 500",
+/// "SubjectWindow disabled", "pushButtonDone shown", ...
 class WindowLog : public QObject {
 public:
     explicit WindowLog(OpenSubjectWindow& window);
@@ -69,7 +69,7 @@ private slots:
     void windowIsUsableWhileItsParentIsDisabled();
 };
 
-/// What can be seen and used at each stage, and what the actions do (stages.cpp).
+/// Visible and enabled controls at each stage, and the effects of actions (stages.cpp).
 class TestSubjectWindowStages : public testsupport::FixtureTest {
     Q_OBJECT
 
@@ -85,8 +85,8 @@ private slots:
     void onlyMinusOneUnlocks_data();
     void onlyMinusOneUnlocks();
     void minusOneUnlocksEvenBeforeIAmReady();
-    void styleSheetsLeftBehind_data();
-    void styleSheetsLeftBehind();
+    void styleSheetsAtEachStage_data();
+    void styleSheetsAtEachStage();
     void labelStaysGrey();
     void choiceButtonsAreEnabledTogether();
     void choiceButtonsAreDisabledTogether();
@@ -111,7 +111,7 @@ private slots:
     void receivedParametersReachTheSpinBoxBeforeTheSlider();
     void receivedValueOutsideTheRangeIsLimitedByTheControlsOnly_data();
     void receivedValueOutsideTheRangeIsLimitedByTheControlsOnly();
-    void receivedRangeUpsideDownCollapses();
+    void reversedReceivedRangeCollapses();
     void setSliderParametersAppliesTheMembers();
     void pressingPlaySinusoidOverwritesTheReceivedFrequency();
 };
@@ -121,7 +121,7 @@ class TestSubjectWindowClosing : public testsupport::FixtureTest {
     Q_OBJECT
 
 private slots:
-    void questionIsAsItShouldBe();
+    void questionHasItsProperties();
     void questionIsTranslated();
     void answersByEachWayOfClosing_data();
     void answersByEachWayOfClosing();
@@ -130,20 +130,20 @@ private slots:
     void refusedClosingLeavesTheStageAsItWas_data();
     void refusedClosingLeavesTheStageAsItWas();
     void windowIsStillShownWhenItsClosingIsSignalled();
-    void hiddenWindowHoldsNothingOfTheWindowSystem_data();
-    void hiddenWindowHoldsNothingOfTheWindowSystem();
+    void hiddenWindowHasNoPlatformWindow_data();
+    void hiddenWindowHasNoPlatformWindow();
     void closedWindowCanBeShownAgain();
     void dialogsCanBeShownAfterAWindowIsReleased();
     void minimisedOrReshownWindowIsNotReleased_data();
     void minimisedOrReshownWindowIsNotReleased();
-    void secondRequestUnderTheQuestionAsksNoSecondQuestion();
-    void questionCanBeAnsweredWhenASoundStartsUnderIt_data();
-    void questionCanBeAnsweredWhenASoundStartsUnderIt();
+    void secondCloseRequestAsksNoSecondQuestion();
+    void questionCanBeAnsweredDuringASound_data();
+    void questionCanBeAnsweredDuringASound();
     void questionCanBeAskedAgain();
-    void windowCanGoWhileTheQuestionIsOpen();
+    void windowCanBeDestroyedWhileTheQuestionIsOpen();
 };
 
-/// Where the keyboard is around sounds and questions (keyboard.cpp).
+/// The keyboard focus around sounds and questions (keyboard.cpp).
 class TestSubjectWindowKeyboard : public testsupport::FixtureTest {
     Q_OBJECT
 
@@ -154,14 +154,14 @@ private slots:
     void halfTypedFrequency_data();
     void halfTypedFrequency();
     void selectedFrequencyIsStillReplacedByTyping();
-    void unaskedSoundLeavesTheKeyboardWhereItWas();
-    void controlThatCannotBeUsedIsNotGivenTheKeyboard_data();
-    void controlThatCannotBeUsedIsNotGivenTheKeyboard();
-    void windowBehindAnotherTakesNoKeyboard();
-    void refusedQuestionGivesTheKeyboardBack_data();
-    void refusedQuestionGivesTheKeyboardBack();
-    void questionKeepsTheKeyboardWhateverSounds_data();
-    void questionKeepsTheKeyboardWhateverSounds();
+    void unrequestedSoundKeepsTheFocus();
+    void unusableControlGetsNoFocus_data();
+    void unusableControlGetsNoFocus();
+    void inactiveWindowTakesNoFocus();
+    void refusedQuestionRestoresTheFocus_data();
+    void refusedQuestionRestoresTheFocus();
+    void questionKeepsTheFocusDuringSounds_data();
+    void questionKeepsTheFocusDuringSounds();
 };
 
 /// Placement, meta-object and destruction (life.cpp).
@@ -170,10 +170,10 @@ class TestSubjectWindowLife : public testsupport::FixtureTest {
 
 private slots:
     void newWindowCovers70By80PercentOfTheScreenInItsMiddle();
-    void metaObjectNumbersItsMethods();
+    void methodsHaveTheirIndices();
     void slotsAreNotConnectedByName();
     void destructorDeletesTheMembersInOrder();
-    void destructorForgetsWhatItHasDeleted();
-    void destructorLeavesNothingAtAnyStage_data();
-    void destructorLeavesNothingAtAnyStage();
+    void destructorSetsDeletedMembersToNull();
+    void destructorDeletesEverythingAtAnyStage_data();
+    void destructorDeletesEverythingAtAnyStage();
 };

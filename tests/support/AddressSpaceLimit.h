@@ -9,14 +9,14 @@
 
 namespace testsupport {
 
-/// Leaves the process only so much more address space, in MiB, while it lives.
+/// Limits further address space of the process, in MiB, while it lives.
 class AddressSpaceLimit {
 public:
     explicit AddressSpaceLimit(rlim_t mebibytesMore) {
         const rlim_t pages = readBytes(QStringLiteral("/proc/self/statm")).split(' ')[0].toULong();
         const rlim_t used = pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
         ::getrlimit(RLIMIT_AS, &earlier);
-        // Only the soft limit: the earlier one has to come back.
+        // Only the soft limit, so that the earlier one can be restored.
         const rlimit lowered{used + (mebibytesMore << 20U), earlier.rlim_max};
         if (::setrlimit(RLIMIT_AS, &lowered) != 0)
             qFatal("the address space cannot be limited");
@@ -28,7 +28,7 @@ public:
     static constexpr bool isPossible() {
 #if defined(__SANITIZE_ADDRESS__)
         return false;
-#elif defined(__has_feature) // As clang tells it.
+#elif defined(__has_feature) // As clang reports it.
         return !__has_feature(address_sanitizer);
 #else
         return true;

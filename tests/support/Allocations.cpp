@@ -33,7 +33,7 @@ void* allocate(std::size_t size, std::size_t alignment = 0) {
 }
 
 void release(void* memory) {
-    // The list's own memory comes from here as well.
+    // The list itself is allocated by these operators as well.
     if (Allocations* const watching = std::exchange(current, nullptr)) {
         if (memory != nullptr)
             watching->freed.push_back(memory);
@@ -58,7 +58,7 @@ Allocations allocationsOf(const std::function<void()>& action, std::size_t limit
 using testsupport::allocate;
 using testsupport::release;
 
-// All forms of them: a sanitizer's own forms for arrays would pass by unseen.
+// All forms: a sanitizer's own forms for arrays would not be counted.
 void* operator new(std::size_t size) {
     return allocate(size);
 }

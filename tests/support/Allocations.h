@@ -9,7 +9,7 @@
 
 namespace testsupport {
 
-/// What operators new and delete were asked for.
+/// The requests to operators new and delete.
 struct Allocations {
     std::size_t count = 0;
     std::size_t bytes = 0;          ///< Of all requests together.

@@ -8,9 +8,9 @@ class QWidget;
 
 namespace testsupport {
 
-/// Asks the X server's window manager to close a window that is on the screen, as a click on the
-/// frame's close button does: it reaches disabled windows too. Returns whether the request could be
-/// sent; the window's close event comes later.
+/// Asks the window manager to close a window on the screen, as a click on the frame's close button
+/// does: the request reaches disabled windows too. Returns whether it could be sent; the close
+/// event comes later.
 bool pressCloseButton(const QWidget& window);
 
 /// Counts the close events that reach a window while this lives.

@@ -18,7 +18,7 @@ namespace testsupport {
 
 namespace {
 
-constexpr int lookEveryMs = 20;
+constexpr int pollIntervalMs = 20;
 
 QString targetTitle() {
     return QStringLiteral("Select a target sound file");
@@ -44,7 +44,7 @@ void clickButton(QWidget* dialog, QDialogButtonBox::ButtonRole role) {
         }
 }
 
-/// Whether a click would hit: for a moment after it is shown, a dialog may be laid out at no
+/// Whether a click would reach a button: for a moment after it is shown, a dialog may have no
 /// height.
 bool isLaidOut(const QWidget& dialog) {
     const auto buttons = dialog.findChildren<QAbstractButton*>();
@@ -64,7 +64,7 @@ QString contentOf(QWidget* dialog) {
 } // namespace
 
 DialogDriver::DialogDriver(QObject* parent) : QObject(parent) {
-    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
+    QTimer::singleShot(pollIntervalMs, this, &DialogDriver::answerDialog);
 }
 
 void DialogDriver::expect(const QString& title, Answer answer) {
@@ -131,9 +131,8 @@ void DialogDriver::click(const QString& title, QMessageBox::StandardButton butto
 }
 
 void DialogDriver::answerDialog() {
-    // At once, and not by a repeating timer, which would not fire while an answer opens another
-    // dialog.
-    QTimer::singleShot(lookEveryMs, this, &DialogDriver::answerDialog);
+    // Restarted at once: a repeating timer would not fire while an answer opens another dialog.
+    QTimer::singleShot(pollIntervalMs, this, &DialogDriver::answerDialog);
     QWidget* dialog = QApplication::activeModalWidget();
     if (dialog == nullptr || dialog == current || !dialog->isVisible() || !isLaidOut(*dialog))
         return;

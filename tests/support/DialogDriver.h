@@ -12,16 +12,16 @@
 
 namespace testsupport {
 
-/// Waits for modal dialogs while the program runs and answers each with the next answer that has
-/// been laid ready. A dialog that nobody expects is closed and reported, so that no test hangs.
+/// Waits for modal dialogs while the program runs and answers each with the next answer in the
+/// queue. An unexpected dialog is closed and reported, so that no test hangs.
 class DialogDriver : public QObject {
 public:
     using Answer = std::function<void(QWidget*)>;
 
     explicit DialogDriver(QObject* parent = nullptr);
 
-    /// Lays an answer of one's own ready for the next dialog, which must have this title. The
-    /// answer must close the dialog.
+    /// Queues an answer for the next dialog, which must have this title. The answer must close the
+    /// dialog.
     void expect(const QString& title, Answer answer);
 
     /// Chooses a file in the next target or save dialog by typing its path.
@@ -46,10 +46,10 @@ public:
     void click(const QString& title, QMessageBox::StandardButton button,
                const QString& text = QString());
 
-    /// What the dialogs held when they were answered: for a save dialog the path proposed.
+    /// The contents of the dialogs when they were answered: for a save dialog the path proposed.
     QStringList seen() const { return answered; }
 
-    /// What went wrong: dialogs that were not expected, answers that were not needed. Empties it.
+    /// Returns and clears the complaints: unexpected dialogs and unused answers.
     QStringList takeComplaints();
 
 private:

@@ -17,13 +17,13 @@
 
 namespace testsupport {
 
-/// No file of this process can grow beyond so many bytes while this lives: writing fails half-way,
-/// as on a disk that becomes full.
+/// Limits the size of files that this process writes, while it lives: writing fails half-way, as on
+/// a disk that becomes full.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes) : earlierHandler(std::signal(SIGXFSZ, SIG_IGN)) {
         ::getrlimit(RLIMIT_FSIZE, &earlier);
-        // Only the soft limit: the earlier one has to come back.
+        // Only the soft limit, so that the earlier one can be restored.
         const rlimit lowered{bytes, earlier.rlim_max};
         if (::setrlimit(RLIMIT_FSIZE, &lowered) != 0)
             qFatal("the size of files cannot be limited");
@@ -39,8 +39,7 @@ private:
     rlimit earlier{};
 };
 
-/// A file system of its own with room for some 64 KiB and seven files. Making one takes the right
-/// to mount.
+/// A small file system of about 64 KiB and seven files. Creating one requires the right to mount.
 class SmallDisk {
 public:
     SmallDisk()
@@ -56,12 +55,12 @@ public:
     [[nodiscard]] QByteArray path() const { return folder.path().toLocal8Bit(); }
     [[nodiscard]] QString path(const QString& name) const { return folder.filePath(name); }
 
-    /// Lets nothing be written any more; returns whether that is so.
+    /// Makes it read-only; returns whether that succeeded.
     [[nodiscard]] bool makeReadOnly() const {
         return ::mount("tmpfs", path().constData(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr) == 0;
     }
 
-    /// Leaves no room at all.
+    /// Fills it completely.
     void fill() const {
         QFile filling(path("filling"));
         const QByteArray page(4096, 'x');
@@ -71,7 +70,7 @@ public:
             ;
     }
 
-    /// Makes the room that fill() has taken.
+    /// Frees the space that fill() has taken.
     void clear() const { QFile::remove(path("filling")); }
 
 private:
@@ -79,9 +78,9 @@ private:
     bool isMounted;
 };
 
-/// Makes a device of the given numbers in a folder, for what must not try itself on the system's
-/// own: the administrator could replace that by a file. Where no device can be made, returns the
-/// system's, which is safe from everybody else.
+/// Makes a device of the given number in a folder, for tests that could replace the system's own by
+/// a file when root runs them. Where no device can be made, returns the system's, which only root
+/// could replace.
 inline QString deviceIn(const QTemporaryDir& folder, const char* name, unsigned minorNumber) {
     QString path = folder.filePath(QLatin1String(name));
     constexpr unsigned memoryDevices = 1;
@@ -94,7 +93,7 @@ inline QString deviceIn(const QTemporaryDir& folder, const char* name, unsigned 
     return QStringLiteral("/dev/") + QLatin1String(name);
 }
 
-/// A device that takes every byte only to refuse it, and one that takes every byte.
+/// A device that accepts bytes and fails at flushing them, and one that accepts every byte.
 inline QString fullDevice(const QTemporaryDir& folder) {
     return deviceIn(folder, "full", 7);
 }
@@ -102,19 +101,18 @@ inline QString nullDevice(const QTemporaryDir& folder) {
     return deviceIn(folder, "null", 3);
 }
 
-/// Takes the administrator's rights from the process while this lives; without them, changes
-/// nothing.
+/// Drops the process's root privileges while this lives; changes nothing without them.
 class WithoutPrivileges {
 public:
     WithoutPrivileges() {
         constexpr uid_t nobody = 65534;
         // Qt asks what the real user may do, opening a file what the effective one may.
         if (::getuid() == 0 && ::setresuid(nobody, nobody, 0) != 0)
-            qFatal("the administrator's rights cannot be put aside");
+            qFatal("root privileges cannot be dropped");
     }
     ~WithoutPrivileges() {
         if (::setresuid(own, own, own) != 0)
-            qFatal("the administrator's rights do not come back");
+            qFatal("root privileges cannot be restored");
     }
     Q_DISABLE_COPY_MOVE(WithoutPrivileges)
 

@@ -13,8 +13,8 @@
 
 namespace testsupport {
 
-/// Returns whether a call ends by itself within ten seconds; one that waits for the other end of
-/// the FIFO at `path` is freed by opening that end.
+/// Returns whether a call ends by itself within ten seconds. If it does not, it may wait for the
+/// other end of the FIFO at `path`, which is then opened.
 template <typename Function> bool endsByItself(Function&& function, const QByteArray& path) {
     const std::future<void> result =
         std::async(std::launch::async, std::forward<Function>(function));

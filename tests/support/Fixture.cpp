@@ -1,4 +1,4 @@
-// What each test of the windows works with, and what none of them may leave unnoticed.
+// The environment of each test of the windows, which reports everything unexpected.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Fixture.h"
 
@@ -25,7 +25,7 @@ QString titleOf(const QWidget& window) {
 Fixture::Fixture() {
     if (!folder.isValid())
         qFatal("no folder can be made");
-    // Windows come and go here; none of them ends the program.
+    // Closing the last window must not end the test program.
     QApplication::setQuitOnLastWindowClosed(false);
     qputenv("XDG_DATA_HOME", pathOf(QStringLiteral("data")).toLocal8Bit());
 }
@@ -113,7 +113,7 @@ QVector<float> Fixture::expectedTarget() const {
 }
 
 bool Fixture::playTarget() {
-    // Silence cannot be told from silence.
+    // A silent target cannot be distinguished from silence.
     if (isAudible(expectedTarget()))
         expectSound(expectedTarget());
     return session().playTarget();
@@ -200,7 +200,7 @@ QStringList Fixture::end() {
         complaints.append(QStringLiteral("printed: ") + line);
     destroyWindow();
     closeLeftoverWindows(complaints);
-    // A session that a test leaves unfinished has its responses kept: that is no complaint.
+    // A session that a test leaves unfinished keeps its responses, which is expected.
     for (const QString& line : takePrinted())
         if (!line.startsWith(QLatin1String("Responses kept in: ")))
             complaints.append(QStringLiteral("printed: ") + line);
@@ -208,7 +208,7 @@ QStringList Fixture::end() {
 }
 
 void FixtureTest::init() {
-    // There is one still where the setUp() before has failed.
+    // One is left if the setUp() before has failed.
     fixture.reset();
     fixture = std::make_unique<Fixture>();
     setUp();

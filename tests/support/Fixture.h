@@ -1,4 +1,4 @@
-// What each test of the windows works with, and what none of them may leave unnoticed.
+// The environment of each test of the windows, which reports everything unexpected.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -35,7 +35,7 @@ public:
     /// The experimenter and the listener, with the main window on the screen.
     SessionDriver& session();
 
-    /// Destroys the main window, and what it has left to be deleted later.
+    /// Destroys the main window and the objects that it has left to deleteLater().
     void destroyWindow();
 
     /// Records the sound device from here on, or from the first use of the recorder.
@@ -53,27 +53,27 @@ public:
     QString writeTone(const QString& name = QStringLiteral("tone.wav"), int milliseconds = 50,
                       int frequency = 440) const;
 
-    /// Prepares a session with a target. Each sound comes 10 ms after its request, however long it
-    /// is, and the results are proposed in the folder.
+    /// Prepares a session with a target. Each sound starts 10 ms after its request, and the results
+    /// are proposed in the folder.
     void prepare(const QString& targetPath, Session kind = Session::Practice);
 
     /// "Go" and "I am ready"; returns whether the listener's window came.
     bool start();
 
-    /// Plays a sound to its end and notes what should be heard; returns whether it was played.
+    /// Plays a sound to its end and records what should be heard; returns whether it was played.
     bool playTarget();
     bool playSinusoid(int frequency);
 
     /// What should be heard of the prepared target.
     QVector<float> expectedTarget() const;
 
-    /// Notes that the device should receive these samples.
+    /// Records that the device should receive these samples.
     void expectSound(const QVector<float>& samples) { expectedSounds.append(samples); }
 
     /// Waits for silence and compares what was recorded with the sounds expected.
     HeardSounds heard();
 
-    /// What was recorded otherwise than expected; empty when every sample is as it should be.
+    /// The difference between recorded and expected sounds; empty when every sample is equal.
     QString differenceHeard() { return heard().difference; }
 
     /// Ends the session at the listener's window and saves under the name that is proposed;
@@ -93,7 +93,7 @@ public:
     /// Paths of the journals that are there.
     static QStringList journals();
 
-    /// The lines on standard error so far. Forgets them.
+    /// Returns and clears the lines on standard error so far.
     QStringList takePrinted();
 
     /// Destroys the window; returns what went wrong and was not expected: dialogs, lines on
@@ -117,7 +117,7 @@ private:
     QVector<QVector<float>> expectedSounds;
 };
 
-/// Gives each test function a fresh fixture, and fails it for what it leaves unnoticed.
+/// Gives each test function a new fixture, and fails it for everything unexpected.
 class FixtureTest : public QObject {
     Q_OBJECT
 
@@ -128,7 +128,7 @@ protected:
     std::unique_ptr<Fixture> fixture;
 
 private slots:
-    // Final, so that no test class can put its own in their place.
+    // Final, so that no test class can replace them.
     virtual void init() final;
     virtual void cleanup() final;
 };

@@ -29,12 +29,12 @@ QVector<float> audible(const QVector<float>& samples) {
     return kept;
 }
 
-/// What became of a sound of which these audible samples were heard.
-Fate fateOf(const QVector<float>& heard, const QVector<float>& sound) {
+/// The outcome of a sound of which these audible samples were heard.
+Outcome outcomeOf(const QVector<float>& heard, const QVector<float>& sound) {
     if (heard == sound)
-        return Fate::Gaps;
+        return Outcome::Gaps;
     if (heard.size() >= sound.size())
-        return Fate::Different;
+        return Outcome::Different;
     const int head =
         int(std::mismatch(heard.cbegin(), heard.cend(), sound.cbegin(), sound.cend()).first -
             heard.cbegin());
@@ -42,10 +42,10 @@ Fate fateOf(const QVector<float>& heard, const QVector<float>& sound) {
         int(std::mismatch(heard.crbegin(), heard.crend(), sound.crbegin(), sound.crend()).first -
             heard.crbegin());
     if (head == heard.size())
-        return Fate::CutAtEnd;
+        return Outcome::CutAtEnd;
     if (tail == heard.size())
-        return Fate::CutAtStart;
-    return head + tail >= heard.size() ? Fate::CutInside : Fate::Different;
+        return Outcome::CutAtStart;
+    return head + tail >= heard.size() ? Outcome::CutInside : Outcome::Different;
 }
 
 PlainReading readingOf(const QByteArray& file) {
@@ -67,7 +67,7 @@ HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound)
     const int start = onset - firstSound(sound);
     if (onset < stretch.size() && start >= 0 && start + sound.size() <= stretch.size() &&
         std::equal(sound.cbegin(), sound.cend(), stretch.cbegin() + start)) {
-        heard.fate = Fate::Complete;
+        heard.outcome = Outcome::Complete;
         heard.start = start;
         heard.isFollowedByMore =
             std::any_of(stretch.cbegin() + start + sound.size(), stretch.cend(), isSound);
@@ -81,7 +81,8 @@ HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound)
     const QVector<float> audibleHeard = audible(stretch);
     const QVector<float> audibleSound = audible(sound);
     heard.samplesMissing = std::max(audibleSound.size() - audibleHeard.size(), 0);
-    heard.fate = audibleHeard.isEmpty() ? Fate::Missing : fateOf(audibleHeard, audibleSound);
+    heard.outcome =
+        audibleHeard.isEmpty() ? Outcome::Missing : outcomeOf(audibleHeard, audibleSound);
     return heard;
 }
 
@@ -90,7 +91,7 @@ HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<fl
     int position = 0;
     for (const QVector<float>& sound : sounds) {
         const HeardSound found = findSound(recording.mid(position), sound);
-        if (found.fate != Fate::Complete) {
+        if (found.outcome != Outcome::Complete) {
             heard.difference = QStringLiteral("sound %1 is wrong from its sample %2 on, %3 missing")
                                    .arg(heard.starts.size() + 1)
                                    .arg(found.firstWrong)

@@ -8,7 +8,7 @@
 
 namespace testsupport {
 
-/// Where the sounds of a recording start, and what is wrong with it.
+/// The starts of the sounds of a recording, and its difference from the expected one.
 struct HeardSounds {
     QVector<int> starts; ///< Index of each sound's first sample in the recording.
     QString difference;  ///< Empty when the recording holds the sounds and silence, nothing else.
@@ -19,8 +19,8 @@ struct HeardSounds {
 /// be distinguished from silence and must not be among them.
 HeardSounds findSounds(const QVector<float>& recording, const QVector<QVector<float>>& sounds);
 
-/// What became of a sound.
-enum class Fate {
+/// How much of a sound was heard.
+enum class Outcome {
     Complete,   ///< All of it, equal in every sample.
     Missing,    ///< Nothing of it.
     CutAtStart, ///< Its head is missing; the rest may have gaps.
@@ -31,7 +31,7 @@ enum class Fate {
 };
 
 struct HeardSound {
-    Fate fate = Fate::Missing;
+    Outcome outcome = Outcome::Missing;
     int start = -1;                ///< Index of its first sample, where it is complete; else -1.
     int samplesMissing = 0;        ///< Of those that are not silent.
     int firstWrong = -1;           ///< Index of the first sample that is not as it should be.
@@ -39,15 +39,15 @@ struct HeardSound {
 };
 
 /// Looks for a sound in that stretch of a recording in which it, and nothing else, should be heard.
-/// Of an incomplete sound only what is not silent counts, for silence within the sound cannot
-/// be distinguished from a gap. The sound must not be silent throughout.
+/// Silent samples of an incomplete sound are not counted, since they cannot be distinguished from a
+/// gap. The sound must not be silent throughout.
 HeardSound findSound(const QVector<float>& stretch, const QVector<float>& sound);
 
 /// Whether any sample is not silent.
 bool isAudible(const QVector<float>& samples);
 
-/// How much of a sound a recording begins with, from its first sample that is not silent, and what
-/// it holds after that.
+/// The part of a sound with which a recording begins, from its first sample that is not silent, and
+/// the rest of the recording.
 struct CutSound {
     int length = 0;
     QVector<float> rest;

@@ -9,8 +9,7 @@
 
 namespace testsupport {
 
-/// Opens what is protected, so that tests can look at what no widget shows, and notes which of its
-/// own signals get connected.
+/// Makes protected members public for tests, and records which of its own signals get connected.
 class InspectedMainWindow : public MainWindow {
 public:
     using MainWindow::MainWindow;
@@ -103,14 +102,14 @@ protected:
     }
 };
 
-/// Opens what is protected in the listener's window.
+/// Makes the protected members of the listener's window public.
 class InspectedSubjectWindow : public SubjectWindow {
 public:
     using SubjectWindow::SubjectWindow;
 
     using SubjectWindow::colourGrey;
-    using SubjectWindow::colourLeast;
-    using SubjectWindow::colourMost;
+    using SubjectWindow::colourMaximum;
+    using SubjectWindow::colourMinimum;
     using SubjectWindow::colourWhite;
     using SubjectWindow::frequencyCurrent;
     using SubjectWindow::frequencyMax;

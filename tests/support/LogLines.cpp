@@ -11,7 +11,7 @@ namespace testsupport {
 
 namespace {
 
-// A message handler is a plain function, so what it collects has to stand outside of any object.
+// A message handler is a plain function, so the collected lines cannot belong to an object.
 QStringList& allLines() {
     static QStringList lines;
     return lines;
@@ -22,7 +22,7 @@ QStringList& warningLines() {
     return lines;
 }
 
-// The sound server's client warns from a thread of its own.
+// The sound server's client warns from a separate thread.
 QMutex& mutex() {
     static QMutex theMutex;
     return theMutex;
@@ -34,8 +34,8 @@ QtMessageHandler& earlierHandler() {
 }
 
 void collect(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    // Windows closed at once may be gone when the X server is still asked about them: by chance,
-    // and nobody's fault.
+    // A window that is closed at once may be gone when the X server is asked about it: a harmless
+    // race.
     if (qstrcmp(context.category, "qt.qpa.xcb") == 0)
         return;
     const QMutexLocker lock(&mutex());

@@ -19,13 +19,13 @@ public:
     /// The warnings among it, a misspelt connection for example.
     QStringList warnings() const;
 
-    /// A warning that has to come, once for each call: it is no complaint, but its absence is.
+    /// Expects a warning once for each call: its absence is a complaint.
     void expect(const QString& warning) { expectedWarnings.append(warning); }
 
-    /// Warnings that begin like this may come, any number of them.
+    /// Allows any number of warnings that begin like this.
     void allow(const QString& beginning) { allowedBeginnings.append(beginning); }
 
-    /// The warnings that nobody expected, and those that did not come. Empties both.
+    /// Returns and clears the unexpected warnings and the missing ones.
     QStringList takeComplaints();
 
 private:

@@ -1,4 +1,4 @@
-// What the window manager knows of the windows on the screen, other programs' among them.
+// The window manager's list of the windows on the screen, those of other programs included.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ManagedWindows.h"
 
@@ -17,7 +17,7 @@ namespace {
 
 template <typename Reply> using OwnedReply = std::unique_ptr<Reply, decltype(&std::free)>;
 
-/// A connection to the X server of one's own, for Qt's belongs to its event loop.
+/// A separate connection to the X server, because Qt's belongs to its event loop.
 class Server {
 public:
     Server() : connection(xcb_connect(nullptr, nullptr), &xcb_disconnect) {}
@@ -38,9 +38,9 @@ public:
 
     /// Returns the bytes of a property; none where the window or the property is not there.
     QByteArray property(xcb_window_t window, xcb_atom_t name) const {
-        constexpr quint32 mostWords = 4096;
+        constexpr quint32 maximumWords = 4096;
         const auto cookie = xcb_get_property(connection.get(), 0, window, name,
-                                             XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords);
+                                             XCB_GET_PROPERTY_TYPE_ANY, 0, maximumWords);
         const OwnedReply<xcb_get_property_reply_t> reply(
             xcb_get_property_reply(connection.get(), cookie, nullptr), &std::free);
         if (!reply)
@@ -87,7 +87,7 @@ bool closeManagedWindow(quint64 id) {
     if (!server.answers())
         return false;
     constexpr quint8 messageBits = 32;
-    constexpr quint32 fromPager = 2; // Whom the request comes from: 1 a program, 2 a person's tool.
+    constexpr quint32 fromPager = 2; // Source of the request: 1 a program, 2 a pager or task bar.
     xcb_client_message_event_t message = {};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = messageBits;

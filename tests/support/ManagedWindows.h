@@ -1,4 +1,4 @@
-// What the window manager knows of the windows on the screen, other programs' among them.
+// The window manager's list of the windows on the screen, those of other programs included.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -11,7 +11,7 @@ namespace testsupport {
 struct ManagedWindow {
     quint64 id = 0;       ///< The same number as QWidget::winId().
     QString title;        ///< Of the title bar, with all that Qt appends.
-    QString programClass; ///< By which a desktop knows one program's windows from another's.
+    QString programClass; ///< By which a desktop distinguishes the windows of programs.
 };
 
 /// Returns the windows of every program on the screen that the window manager has taken over.

@@ -1,4 +1,4 @@
-// What moc knows of a class's signals and slots, for tests.
+// A class's signals and slots by its meta-object, for tests.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -8,7 +8,7 @@
 namespace testsupport {
 
 /// Returns a class's own methods in the order of their indices, as "signal name(type parameter)";
-/// what is not public or returns something is marked.
+/// methods that are not public or return a value are marked.
 inline QStringList methodsOf(const QMetaObject& metaObject) {
     QStringList methods;
     for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i) {

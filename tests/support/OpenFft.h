@@ -1,4 +1,4 @@
-// The real FFT with its tables and passes in reach.
+// The real FFT with its protected tables and passes made public.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -1,4 +1,4 @@
-// The passes of the real FFT once more, one operation after the other: the reference to the bit.
+// An independent, plain implementation of the real FFT's passes: the reference to the bit.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -10,8 +10,8 @@
 namespace plainfft {
 
 /// The transform of 2^bits values by the plainest form of the passes: no tables, no shared code,
-/// every value written as its formula. Whatever computes the transform faster has to give the same
-/// doubles, to the last bit. Takes no code from the transform under test.
+/// every value written as its formula. Every faster code path must give the same doubles, to the
+/// last bit. It shares no code with the transform under test.
 class Transform {
 public:
     explicit Transform(int bits) : bits_(bits), length_(std::size_t{1} << bits) {}

@@ -1,4 +1,4 @@
-// What a WAV file is to give, found the slow and obvious way with all of its bytes at hand.
+// A plain, slow reading of a WAV file in memory: the reference for the WAV class.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -41,7 +41,7 @@ inline std::vector<double> plainSamples(std::string_view data, unsigned bitsPerS
     return samples;
 }
 
-/// Header, data and samples of a file; a file that ends early is filled up by a header of zeros.
+/// Header, data and samples of a file; zeros replace the missing part of a short header.
 struct PlainReading {
     PlainReading(std::string_view file, std::uint64_t maximumSamplesPerChannel)
         : header(file.substr(0, headerSize)) {
@@ -70,11 +70,11 @@ struct PlainReading {
     std::uint32_t channels = 0;
     std::uint32_t samplingRate = 0; ///< Hz
     std::uint32_t bitsPerSample = 0;
-    std::uint32_t dataSize = 0;        ///< bytes, as declared
-    bool isLoaded = false;             ///< whether the header is accepted; else nothing follows
+    std::uint32_t dataSize = 0; ///< bytes, as declared
+    bool isLoaded = false;      ///< whether the header is accepted; otherwise the rest is empty
     std::uint32_t numberOfSamples = 0; ///< of all channels together, as declared
     std::string data;                  ///< the bytes there are, at most those declared
-    bool isComplete = false;           ///< whether these are all
+    bool isComplete = false;           ///< whether all declared bytes are there
     std::vector<double> samples;       ///< none unless complete
 
 private:

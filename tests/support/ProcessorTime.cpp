@@ -1,4 +1,4 @@
-// How long programs have kept the processor busy.
+// The processor time of processes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ProcessorTime.h"
 #include "support/FileBytes.h"
@@ -13,7 +13,7 @@ namespace testsupport {
 
 qint64 processorTimeMs(qint64 processId) {
     const QByteArray status = readBytes(QStringLiteral("/proc/%1/stat").arg(processId));
-    // The program's name stands in parentheses and may hold anything. Behind it, user and system
+    // The program's name is in parentheses and may hold any character. After it, user and system
     // time are the twelfth and thirteenth field (proc(5)).
     constexpr int userTime = 11;
     const QList<QByteArray> fields = status.mid(status.lastIndexOf(')') + 2).split(' ');

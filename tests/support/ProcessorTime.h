@@ -1,4 +1,4 @@
-// How long programs have kept the processor busy.
+// The processor time of processes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

@@ -7,7 +7,7 @@
 
 namespace testsupport {
 
-/// What a run of a program has left.
+/// The results of a run of a program.
 struct ProgramRun {
     int status = -1; ///< -1 when it did not end by itself.
     QByteArray output;

@@ -77,10 +77,10 @@ bool SessionDriver::playSinusoid(int frequency) {
 }
 
 bool SessionDriver::playAndWait(const char* buttonName) {
-    constexpr int patienceMs = 20000;
+    constexpr int timeoutMs = 20000;
     QSignalSpy sounds(&window, &MainWindow::soundPlaying);
     click(*subjectWindow, buttonName);
-    return QTest::qWaitFor([&] { return sounds.count() >= 2; }, patienceMs) &&
+    return QTest::qWaitFor([&] { return sounds.count() >= 2; }, timeoutMs) &&
            sounds.at(0).at(0).toInt() == 1 && sounds.at(1).at(0).toInt() == -1;
 }
 

@@ -31,7 +31,7 @@ class SessionDriver {
     std::unique_ptr<DialogDriver> ownDialogs;
 
 public:
-    /// With a dialog driver of its own, or with another's.
+    /// With its own dialog driver, or with a given one.
     explicit SessionDriver(MainWindow& mainWindow);
     SessionDriver(MainWindow& mainWindow, DialogDriver& dialogDriver);
 

@@ -1,4 +1,4 @@
-// Calls of the signal library that warn or do not, and the seconds that it takes its seeds from.
+// Calls of the signal library with and without warnings, and the seconds that are its seeds.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -19,8 +19,8 @@ using RampInPlace = void (*)(QVector<double>*, int);
 
 using SignalCall = std::function<void()>;
 
-/// Performs an action until it begins and ends in the same second, and returns that second: what
-/// is seeded by the time may differ when it spans two.
+/// Repeats an action until it begins and ends in the same second, and returns that second: numbers
+/// seeded by the time may differ across two seconds.
 template <typename Action> uint inOneSecond(Action action) {
     for (;;) {
         const std::time_t second = std::time(nullptr);
@@ -57,8 +57,8 @@ inline void addCallsThatWarn() {
         << SignalCall([] { randomInteger(7, 2); }) << "min cannot be larger than max";
     QTest::newRow("randomIntegers") << SignalCall([] { randomIntegers(4, 7, 2); })
                                     << "min cannot be larger than max; force min = max";
-    QTest::newRow("randomIntegers, none") << SignalCall([] { randomIntegers(0, 7, 2); })
-                                          << "min cannot be larger than max; force min = max";
+    QTest::newRow("randomIntegers, count 0") << SignalCall([] { randomIntegers(0, 7, 2); })
+                                             << "min cannot be larger than max; force min = max";
 }
 
 inline void addCallsThatDoNotWarn() {

@@ -149,7 +149,7 @@ void SoundRecorder::append(const char* bytes, int count, double arrivalMs) {
     hasSamples.notify_all();
 }
 
-/// The time of sample 0 by the piece among these that arrived soonest.
+/// The time of sample 0 by the piece among these that arrived earliest.
 double SoundRecorder::originMs(int firstPiece, int lastPiece) const {
     double origin = std::numeric_limits<double>::infinity();
     for (int i = firstPiece; i < lastPiece; ++i)

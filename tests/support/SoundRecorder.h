@@ -13,11 +13,11 @@
 
 namespace testsupport {
 
-/// Records the virtual sound device "lab", one channel of 32-bit floats, sample for sample, in
-/// a thread of its own, which notes when each piece arrives, whatever the event loop is doing.
+/// Records the virtual sound device "lab", one channel of 32-bit floats, sample for sample, in a
+/// separate thread, which records the arrival time of each piece independently of the event loop.
 ///
-/// What records is the command that scripts/virtual-desk puts into the environment (DESK_RECORDER):
-/// the recorder that disturbs its sound server the least.
+/// The recording command is DESK_RECORDER of scripts/virtual-desk, which disturbs its sound server
+/// as little as possible.
 class SoundRecorder {
 public:
     using Clock = std::chrono::steady_clock;
@@ -54,8 +54,8 @@ public:
     /// suspended or missed cycles meanwhile, and not before samples have arrived.
     double timeOfMs(int sample) const;
 
-    /// By how much the device's clock, as taken from the first and the second half of the
-    /// recording, differs (ms): next to 0 when the times can be trusted.
+    /// The difference (ms) between the device's clock as estimated from the first and the second
+    /// half of the recording: close to 0 when the times are reliable.
     double clockDriftMs() const;
 
 private:

@@ -1,4 +1,4 @@
-// A sound server of a test's own, for tests that do away with it.
+// A separate sound server, for tests that kill, freeze or change it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/SoundServer.h"
 
@@ -62,7 +62,7 @@ bool SoundServer::start() {
     environment.remove("PULSE_SERVER");
     process.setProcessEnvironment(environment);
     process.setStandardErrorFile(pathOf("log"));
-    // A server that was killed leaves its sockets behind.
+    // A server that was killed leaves its sockets.
     for (const char* socket : {"socket", "commands"})
         QFile::remove(pathOf(socket));
     process.start(
@@ -100,7 +100,7 @@ void SoundServer::freeze() {
 }
 
 bool SoundServer::freezeAndRemoveSink() {
-    // The server looks at its latest connection first.
+    // The server handles its newest connection first.
     commands = connectedTo(pathOf("commands").toUtf8());
     char welcome = 0;
     const bool isConnected = writeTo(commands, "hello\n") && ::read(commands, &welcome, 1) == 1;
@@ -113,7 +113,7 @@ void SoundServer::thaw() {
 }
 
 void SoundServer::thawAfter(int milliseconds) {
-    // A group of its own, so that it can be ended together with the command that it waits for.
+    // A separate process group, so that it ends together with the command that it waits for.
     delayedThaw.start("setsid", {"sh", "-c",
                                  QStringLiteral("sleep %1; kill -CONT %2")
                                      .arg(milliseconds / 1000.0)

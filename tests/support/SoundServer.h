@@ -1,4 +1,4 @@
-// A sound server of a test's own, for tests that do away with it.
+// A separate sound server, for tests that kill, freeze or change it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -21,8 +21,8 @@ public:
     ~SoundServer();
     Q_DISABLE_COPY_MOVE(SoundServer)
 
-    /// What PULSE_SERVER has to be for a program that is to use this server. It stays the same
-    /// when the server is started again.
+    /// The value of PULSE_SERVER for programs that are to use this server. It stays the same when
+    /// the server is restarted.
     QByteArray address() const;
 
     /// Starts the server and waits until it answers. Returns false when it does not.
@@ -31,22 +31,22 @@ public:
     /// Ends the server at once, as a crash would.
     void kill();
 
-    /// Takes the sound device away, or brings it back; returns whether that is done.
+    /// Removes or restores the sound device; returns whether that succeeded.
     bool removeSink();
     bool addSink();
     bool hasSink() const;
 
-    /// Stops the server's execution, as a machine that is out of breath does.
+    /// Stops the server's execution (SIGSTOP), like an overloaded machine.
     void freeze();
 
-    /// Stops it in such a way that, when it goes on, the first it does is to take the sound device
-    /// away, before it looks at what it was asked for meanwhile. Returns whether that is so.
+    /// Stops it so that, when it continues, it first removes the sound device and then handles the
+    /// requests that came meanwhile. Returns whether that succeeded.
     bool freezeAndRemoveSink();
 
-    /// Has pactl do something; returns whether it did.
+    /// Runs pactl; returns whether it succeeded.
     bool control(const QStringList& arguments) const;
 
-    /// Lets the server go on, now or after a while. The thread that calls has to do nothing for it.
+    /// Continues the server, now or after a delay, during which the calling thread may be blocked.
     void thaw();
     void thawAfter(int milliseconds);
 

@@ -1,4 +1,4 @@
-// What a standard stream is given while an object lives.
+// Captures a standard stream while an object lives.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace testsupport {
 
-/// Takes over a stream such as std::cerr from construction to destruction.
+/// Captures a stream such as std::cerr from construction to destruction.
 class StreamCapture {
 public:
     explicit StreamCapture(std::ostream& stream)
@@ -27,7 +27,7 @@ public:
         return buffer_.str().substr(0, buffer_.flushedSize);
     }
 
-    /// Returns the part of it that has been flushed, and forgets everything.
+    /// Returns the part of it that has been flushed, and clears everything.
     [[nodiscard]] std::string takeFlushed() {
         std::string text = flushedText();
         buffer_.str({});

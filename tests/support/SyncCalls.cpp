@@ -1,4 +1,4 @@
-// What a test program does when the program waits for the disk.
+// Replaces the system's fsync and ftruncate in a test program.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/SyncCalls.h"
 
@@ -13,7 +13,7 @@
 namespace testsupport {
 
 namespace {
-// A system call is a plain function, so what it looks at has to stand outside of any object.
+// A system call is a plain function, so its settings cannot belong to an object.
 SyncCalls*& current() {
     static SyncCalls* calls = nullptr;
     return calls;
@@ -55,7 +55,7 @@ SyncCalls::~SyncCalls() {
 
 } // namespace testsupport
 
-// For the whole test program, in the place of the system's.
+// These replace the system's functions in the whole test program.
 extern "C" int fsync(int fd) {
     return testsupport::syncFile(fd);
 }

@@ -1,4 +1,4 @@
-// What a test program does when the program waits for the disk.
+// Replaces the system's fsync and ftruncate in a test program.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -8,9 +8,8 @@
 
 namespace testsupport {
 
-/// Stands between the program under test and the system's fsync and ftruncate while it lives: one
-/// at a time. To be had by the programs that compile SyncCalls.cpp, in which fsync does nothing
-/// otherwise.
+/// Replaces the system's fsync and ftruncate while it lives; only one may exist at a time. For
+/// programs that compile SyncCalls.cpp, in which fsync otherwise does nothing.
 class SyncCalls {
 public:
     SyncCalls();

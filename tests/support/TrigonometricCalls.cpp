@@ -22,8 +22,8 @@ long trigonometricCalls() {
 
 } // namespace testsupport
 
-// For the whole test program, in the place of the C library's. Declared nowhere here: what <cmath>
-// declares, compilers compute by themselves where they can.
+// These replace the C library's functions in the whole test program. <cmath> is not included, since
+// compilers evaluate functions that it declares themselves where they can.
 extern "C" double sin(double x) {
     static auto* const original = testsupport::inTheLibrary<double(double)>("sin");
     ++testsupport::calls;

@@ -4,8 +4,8 @@
 
 namespace testsupport {
 
-/// Returns how often sin, cos or both at once have been called so far, by whatever the program that
-/// compiles TrigonometricCalls.cpp is made of. The values are the C library's.
+/// Returns how often sin, cos or sincos have been called so far in the program that compiles
+/// TrigonometricCalls.cpp. Their values are the C library's.
 long trigonometricCalls();
 
 } // namespace testsupport

@@ -1,4 +1,4 @@
-// Whether the fixture fails tests for what they leave unnoticed.
+// Whether the fixture fails tests for everything unexpected.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Fixture.h"
 
@@ -12,7 +12,7 @@
 #include <QTest>
 #include <QThread>
 
-/// Each of these tests passes but for what the fixture finds. They run in a process of their own.
+/// Each of these tests fails only because of what the fixture finds. They run in their own process.
 class CarelessTest : public testsupport::FixtureTest {
     Q_OBJECT
 
@@ -75,7 +75,7 @@ class TestFixture : public QObject {
     Q_OBJECT
 
 private slots:
-    void whatATestLeavesFailsIt_data() {
+    void leftoversFailTheTest_data() {
         QTest::addColumn<QString>("complaint");
         QTest::addColumn<int>("failures");
         const auto row = [](const char* test, const char* complaint, int failures = 1) {
@@ -96,7 +96,7 @@ private slots:
         row("failsAndWarns", "\"on the log: stray\"", 2);
     }
 
-    void whatATestLeavesFailsIt() {
+    void leftoversFailTheTest() {
         QFETCH(QString, complaint);
         QFETCH(int, failures);
         QProcess process;

@@ -187,9 +187,8 @@ void TestTargetRefusals::wrongCommandLinesAreExplained() {
     const ToolRun run = folder.run(arguments);
     QCOMPARE(run.status, 2);
     QCOMPARE(run.output, QByteArray());
-    QCOMPARE(
-        QString::fromUtf8(run.errors),
-        QStringLiteral("pellion-target: %1\npellion-target: --help says more\n").arg(problem));
+    QCOMPARE(QString::fromUtf8(run.errors),
+             QStringLiteral("pellion-target: %1\npellion-target: --help says more\n").arg(problem));
     QCOMPARE(folder.names(), QStringList());
 }
 

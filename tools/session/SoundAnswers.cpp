@@ -63,17 +63,17 @@ QString deviceKind(const QJsonObject& sink) {
     return QStringLiteral("sound card");
 }
 
-/// Volumes of the channels in percent, the lowest and the highest.
+/// Volumes of the channels in percent, the minimum and the maximum.
 std::pair<int, int> volumesOf(const QJsonObject& object) {
-    int lowest = std::numeric_limits<int>::max();
-    int highest = 0;
+    int minimum = std::numeric_limits<int>::max();
+    int maximum = 0;
     const QJsonObject channels = object.value(QLatin1String("volume")).toObject();
     for (const QJsonValue& channel : channels) {
         const int percent = text(channel.toObject(), "value_percent").remove(u'%').toInt();
-        lowest = std::min(lowest, percent);
-        highest = std::max(highest, percent);
+        minimum = std::min(minimum, percent);
+        maximum = std::max(maximum, percent);
     }
-    return {std::min(lowest, highest), highest};
+    return {std::min(minimum, maximum), maximum};
 }
 
 /// Seconds after which a device is suspended that plays nothing, by PulseAudio's module or by

@@ -48,7 +48,7 @@ public:
     [[nodiscard]] std::int64_t size() const { return _len; }
 
     /// The element at 0 <= `pos` < size(). In an inner loop take the address of the first element
-    /// once and go on from there: both bounds are checked at every call, in every build.
+    /// once and use the pointer: both bounds are checked at every call, in every build.
     [[nodiscard]] const T& operator[](std::int64_t pos) const {
         FFTREAL_ASSERT(pos >= 0, "pos >= 0");
         FFTREAL_ASSERT(pos < _len, "pos < _len");
@@ -62,10 +62,10 @@ public:
     }
 
 private:
-    // Where an array begins; 0 leaves that to new[]. A line of the cache at least, but for short
-    // arrays, which belong to short transforms: finding such a place takes longer than they would
-    // gain. Elements with a destructor have theirs called by delete[], which gives back only what
-    // new[] has placed by itself.
+    // The alignment of an array; 0 is that of plain new[]. Longer arrays are aligned to a cache
+    // line or a huge page; for short ones an aligned allocation takes longer than it gains.
+    // Elements with a destructor use plain new[], because only delete[] calls destructors, and it
+    // frees only what plain new[] has allocated.
     static constexpr std::size_t LINE = std::max<std::size_t>(64, alignof(T));
     static constexpr std::size_t LARGE_PAGE = std::size_t{1} << 21;
     static std::size_t alignment(std::int64_t size) {
@@ -81,8 +81,8 @@ private:
             return new T[count];
         T* const elems = new (std::align_val_t{alignment(size)}) T[count];
 #ifdef __linux__
-        // Half of the time of a long transform's making is the system's handing out of small
-        // pages. It may refuse large ones; nothing depends on it.
+        // Page faults on small pages are half of the time of a long transform's construction. The
+        // kernel may refuse huge pages; nothing depends on them.
         if (alignment(size) == LARGE_PAGE)
             madvise(elems, count * sizeof(T), MADV_HUGEPAGE);
 #endif

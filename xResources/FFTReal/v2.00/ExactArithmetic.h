@@ -4,9 +4,9 @@
 
 #include <cfloat>
 
-// The order and the rounding of every operation are part of the transform's contract. What lies
+// The order and the rounding of every operation are part of the transform's contract. The code
 // between FFTREAL_EXACT_BEGIN and FFTREAL_EXACT_END is compiled without fused multiply-adds,
-// whatever the command line says (clang's -ffp-contract=fast alone overrules it).
+// regardless of the command line (only clang's -ffp-contract=fast overrules it).
 #if defined(__FAST_MATH__) || defined(__ASSOCIATIVE_MATH__)
 #error "The real FFT cannot be compiled with -ffast-math: its results are defined to the last bit."
 #endif
@@ -17,7 +17,7 @@
 #if defined(__clang__) && (defined(__x86_64__) || defined(__i386__))
 #define FFTREAL_EXACT_BEGIN _Pragma("float_control(push)") _Pragma("clang fp contract(off)")
 #define FFTREAL_EXACT_END _Pragma("float_control(pop)")
-#elif defined(__clang__) // elsewhere it cannot be taken back before the end of the file
+#elif defined(__clang__) // elsewhere it lasts to the end of the file
 #define FFTREAL_EXACT_BEGIN _Pragma("clang fp contract(off)")
 #define FFTREAL_EXACT_END
 #elif defined(__GNUC__) // and no debugger follows variables through the fast passes

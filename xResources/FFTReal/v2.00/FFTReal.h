@@ -33,14 +33,14 @@
 //
 // Twiddle factors come from a table of a quarter period up to pass TRIGO_BD_LIMIT. Later passes
 // advance a rotating phasor (RotationOsc.h) step by step instead, which avoids reading large tables
-// and costs some accuracy: rounding errors accumulate along a block and start anew at the next. The
-// error is about 1e-13 of the largest value at 2^14 values and about doubles with the length.
+// and costs some accuracy: rounding errors accumulate along a block and start again at the next.
+// The error is about 1e-13 of the largest value at 2^14 values and about doubles with the length.
 //
 // The order of the operations is part of the contract: for the same cosines and sines, which are
 // the C library's, results are the same to the last bit everywhere. For doubles, do_fft does the
-// same operations four at a time where the compiler has vectors (see FFTFastPasses.h); the
-// passes written out below are what it does elsewhere and for other types, what the fast ones are
-// tested against, and where to begin reading.
+// same operations four at a time where the compiler has vectors (see FFTFastPasses.h); the passes
+// below serve elsewhere and for other types. They are the reference for tests of the fast ones, and
+// the place to begin reading.
 #pragma once
 
 #include "Assertion.h"

@@ -16,7 +16,7 @@ using testsupport::InspectedMainWindow;
 
 namespace {
 
-/// What one chart consists of.
+/// The parts of one chart.
 struct ChartParts {
     QLineSeries* series;
     QValueAxis* axisX;
@@ -50,7 +50,7 @@ void displayEmpty(InspectedMainWindow& window, int number) {
     functions[number]();
 }
 
-/// A chart of which nothing is set, for what is left to Qt.
+/// A chart without settings, for Qt's default values.
 class PlainChart {
 public:
     PlainChart() {
@@ -120,12 +120,12 @@ void addCharts() {
 
 } // namespace
 
-void TestChartScaffolding::setUp() {
+void TestEmptyCharts::setUp() {
     fixture->session();
     window = &fixture->window();
 }
 
-void TestChartScaffolding::propertiesAreAsTheyShouldBe_data() {
+void TestEmptyCharts::chartsHaveTheirProperties_data() {
     const auto row = columns<int, QVariantMap>("number", "own");
     row("waveform", Waveform,
         {{"title", "Time Waveform"},
@@ -156,7 +156,7 @@ void TestChartScaffolding::propertiesAreAsTheyShouldBe_data() {
          {"view name", "chartViewTrend"}});
 }
 
-void TestChartScaffolding::propertiesAreAsTheyShouldBe() {
+void TestEmptyCharts::chartsHaveTheirProperties() {
     QFETCH(int, number);
     QFETCH(QVariantMap, own);
     const QVariantMap common{
@@ -189,11 +189,11 @@ void TestChartScaffolding::propertiesAreAsTheyShouldBe() {
                  qPrintable(property.key() + ": " + property.value().toString()));
 }
 
-void TestChartScaffolding::chartOwnsItsSeriesAndAxes_data() {
+void TestEmptyCharts::chartOwnsItsSeriesAndAxes_data() {
     addCharts();
 }
 
-void TestChartScaffolding::chartOwnsItsSeriesAndAxes() {
+void TestEmptyCharts::chartOwnsItsSeriesAndAxes() {
     QFETCH(int, number);
     const ChartParts parts = partsOf(*window, number);
     QAbstractSeries* const series = parts.series;
@@ -205,14 +205,14 @@ void TestChartScaffolding::chartOwnsItsSeriesAndAxes() {
     QVERIFY(window->centralWidget()->isAncestorOf(parts.view));
 }
 
-void TestChartScaffolding::chartsAreVisibleBelowEachOther_data() {
+void TestEmptyCharts::chartsAreVisibleBelowEachOther_data() {
     const auto row = columns<int, QRect>("number", "cell");
     row("waveform", Waveform, {0, 0, 1, 1});
     row("spectrum", Spectrum, {0, 1, 1, 1});
     row("trend", Trend, {0, 2, 2, 1});
 }
 
-void TestChartScaffolding::chartsAreVisibleBelowEachOther() {
+void TestEmptyCharts::chartsAreVisibleBelowEachOther() {
     QFETCH(int, number);
     const ChartParts parts = partsOf(*window, number);
     QCOMPARE(window->layoutCharts->count(), 3);
@@ -225,14 +225,14 @@ void TestChartScaffolding::chartsAreVisibleBelowEachOther() {
     QVERIFY(parts.chart->plotArea().height() > 0);
 }
 
-void TestChartScaffolding::secondCallCreatesNothing_data() {
+void TestEmptyCharts::secondCallCreatesNothing_data() {
     addCharts();
 }
 
-void TestChartScaffolding::secondCallCreatesNothing() {
+void TestEmptyCharts::secondCallCreatesNothing() {
     QFETCH(int, number);
     const ChartParts parts = partsOf(*window, number);
-    // Set anew, these would show that something has been done a second time.
+    // A second initialisation would overwrite these values.
     window->data.fftMaxFrequency = 500;
     parts.chart->setTitle(QStringLiteral("kept"));
     for (QValueAxis* axis : {parts.axisX, parts.axisY}) {
@@ -250,7 +250,7 @@ void TestChartScaffolding::secondCallCreatesNothing() {
     QCOMPARE(window->layoutCharts->count(), 3);
 }
 
-void TestChartScaffolding::onlyWhatIsMissingIsCreated() {
+void TestEmptyCharts::onlyWhatIsMissingIsCreated() {
     const std::unique_ptr<QChartView> earlierView(window->chartViewTrend);
     ChartParts expected = partsOf(*window, Trend);
     window->chartViewTrend = nullptr;
@@ -262,7 +262,7 @@ void TestChartScaffolding::onlyWhatIsMissingIsCreated() {
     QCOMPARE(window->layoutCharts->count(), 4);
 }
 
-void TestChartScaffolding::spectrumAxisEndsAtTheSettingOfItsTime() {
+void TestEmptyCharts::spectrumAxisIsSetAtItsCreation() {
     window->data.fftMaxFrequency = 500;
     QCOMPARE(range(window->axisXFFT), (QVariantList{0.0, 2000.0}));
     QValueAxis* const earlier = std::exchange(window->axisXFFT, nullptr);
@@ -274,7 +274,7 @@ void TestChartScaffolding::spectrumAxisEndsAtTheSettingOfItsTime() {
     QVERIFY(!window->chartFFT->axes().contains(created.get()));
 }
 
-void TestChartScaffolding::deletedChartsAreForgotten() {
+void TestEmptyCharts::deletedChartsAreForgotten() {
     window->deleteCharts();
     for (const int number : {Waveform, Spectrum, Trend}) {
         const ChartParts parts = partsOf(*window, number);

@@ -1,4 +1,4 @@
-// Every way to a transform, with vectors and without, against the plain passes to the last bit.
+// Every code path of the transform, with and without vectors, against the plain passes to the bit.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_fft.h"
 
@@ -19,9 +19,9 @@ using testsupport::OpenFft;
 
 namespace {
 
-struct Way {
+struct CodePath {
     const char* name;
-    int leastBits; ///< shorter transforms do not go this way
+    int minimumBits; ///< shorter transforms do not take this path
     void (*transform)(const OpenFft& fft, double* f, const double* x);
 };
 
@@ -29,9 +29,9 @@ bool hasAvx2() {
     return __builtin_cpu_supports("avx2");
 }
 
-/// Those that this machine can go.
-std::vector<Way> ways() {
-    std::vector<Way> all = {
+/// Those that this machine supports.
+std::vector<CodePath> codePaths() {
+    std::vector<CodePath> all = {
         {"do_fft", 0, [](const OpenFft& fft, double* f, const double* x) { fft.do_fft(f, x); }},
         {"pass by pass", 3,
          [](const OpenFft& fft, double* f, const double* x) { fft.compute_fft_general(f, x); }},
@@ -67,13 +67,13 @@ std::vector<std::vector<double>> inputs(int bits) {
 
 } // namespace
 
-void TestFftWays::everyWayEqualsThePlainPasses_data() {
+void TestFftCodePaths::everyCodePathEqualsThePlainPasses_data() {
     QTest::addColumn<int>("bits");
     for (int bits = 0; bits <= 22; ++bits)
         QTest::addRow("2^%d", bits) << bits;
 }
 
-void TestFftWays::everyWayEqualsThePlainPasses() {
+void TestFftCodePaths::everyCodePathEqualsThePlainPasses() {
     QFETCH(int, bits);
     const std::size_t length = std::size_t{1} << bits;
     const OpenFft fft(static_cast<std::int64_t>(length));
@@ -81,18 +81,18 @@ void TestFftWays::everyWayEqualsThePlainPasses() {
     const double mark = -77.0;
     for (const std::vector<double>& input : inputs(bits)) {
         const std::vector<double> expected = plain(input);
-        // One double off any better alignment, as an array of doubles may be.
+        // Offset by one double, so that nothing is better aligned than a double.
         std::vector<double> framedInput = {mark};
         framedInput.insert(framedInput.end(), input.begin(), input.end());
-        for (const Way& way : ways()) {
-            if (bits < way.leastBits)
+        for (const CodePath& path : codePaths()) {
+            if (bits < path.minimumBits)
                 continue;
             std::vector<double> framed(length + 2, std::numeric_limits<double>::quiet_NaN());
             framed.front() = mark;
             framed.back() = mark;
-            way.transform(fft, framed.data() + 1, framedInput.data() + 1);
+            path.transform(fft, framed.data() + 1, framedInput.data() + 1);
             QVERIFY2(std::memcmp(framed.data() + 1, expected.data(), length * sizeof(double)) == 0,
-                     way.name);
+                     path.name);
             QCOMPARE(framed.front(), mark);
             QCOMPARE(framed.back(), mark);
         }
@@ -100,7 +100,7 @@ void TestFftWays::everyWayEqualsThePlainPasses() {
     }
 }
 
-void TestFftWays::initTestCase() {
+void TestFftCodePaths::initTestCase() {
     if (!hasAvx2())
         qWarning("This machine has no AVX2: the transform by quadruples is not compared.");
 }
