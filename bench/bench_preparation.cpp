@@ -252,8 +252,7 @@ struct Preparation {
 
 /// Separates steps that the program does not separate, by repeating parts of them: "buffers",
 /// "transform" and "chart update" are the remainders. "Own" is all but Qt's updating and painting
-/// of charts. The texts and the trend's reset, which also part of prepareTarget(), are not
-/// timed.
+/// of charts. The texts and the trend's reset, also part of prepareTarget(), are not timed.
 void separate(const Preparation& preparation, PreparedWindow& window, const QString& cutPath,
               Steps& steps) {
     const Cost pairing = pairAndFindRanges(window);

@@ -271,6 +271,8 @@ def beside_text(runs):
 def main():
     folder, docs, page = map(pathlib.Path, sys.argv[1:4])
     runs = [read_run(run) for run in sorted(folder.iterdir()) if run.is_dir()]
+    if not runs:
+        sys.exit(f"report: {folder} holds no runs")
     transforms, preparations, programs = Transforms(runs), Preparations(runs), Programs(runs)
     rows = responses((docs / "reliability.md").read_text(encoding="utf-8"))
     texts = {
