@@ -1,44 +1,54 @@
-// The cost of a step: elapsed time and time in the kernel.
+// The cost of a step: elapsed time, time in the kernel, and page faults.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <cstdlib>
+#include <vector>
 
-using Clock = std::chrono::steady_clock;
-
-inline double millisecondsSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+/// Returns how often to measure: once where BENCH_TRIAL is set, for trying the benchmarks.
+inline int rounds(int usual) {
+    return std::getenv("BENCH_TRIAL") == nullptr ? usual : 1;
 }
 
-/// Milliseconds of a step.
-struct Cost {
-    double elapsed = 0; ///< Elapsed time.
-    /// Of these, in the system's kernel: fresh memory, mostly. Many systems count it in ticks of
-    /// some milliseconds, too coarse for short steps.
-    double system = 0;
+/// Returns the median of at least one value, of an even number of values the upper one.
+inline double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
 
-    Cost& operator+=(const Cost& other) {
-        elapsed += other.elapsed;
-        system += other.system;
-        return *this;
+/// The cost of a step, or of the process until now.
+struct Cost {
+    double elapsed = 0; ///< Milliseconds of the steady clock.
+    double system = 0;  ///< Milliseconds in the kernel; some systems count in ticks.
+    double faults = 0;  ///< Minor page faults: pages of fresh memory, mostly.
+
+    static Cost now() {
+        using Milliseconds = std::chrono::duration<double, std::milli>;
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        const Milliseconds elapsed = std::chrono::steady_clock::now().time_since_epoch();
+        return {elapsed.count(),
+                1e3 * static_cast<double>(usage.ru_stime.tv_sec) +
+                    1e-3 * static_cast<double>(usage.ru_stime.tv_usec),
+                static_cast<double>(usage.ru_minflt)};
+    }
+
+    friend Cost operator+(const Cost& one, const Cost& other) {
+        return {one.elapsed + other.elapsed, one.system + other.system, one.faults + other.faults};
     }
     friend Cost operator-(const Cost& one, const Cost& other) {
-        return {one.elapsed - other.elapsed, one.system - other.system};
+        return {one.elapsed - other.elapsed, one.system - other.system, one.faults - other.faults};
     }
 };
 
-inline double systemMilliseconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return 1e3 * static_cast<double>(usage.ru_stime.tv_sec) +
-           1e-3 * static_cast<double>(usage.ru_stime.tv_usec);
-}
-
 template <typename Function> Cost costOf(Function&& function) {
-    const double system = systemMilliseconds();
-    const Clock::time_point start = Clock::now();
+    const Cost start = Cost::now();
     function();
-    return {millisecondsSince(start), systemMilliseconds() - system};
+    return Cost::now() - start;
 }

@@ -1,62 +1,63 @@
-// The real FFT beside FFTW, GSL and kissfft, as ratios of times taken in turns.
+// The real FFT beside FFTW, GSL and KISS FFT, as ratios of times taken in turns.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // For each length, all of them transform in turns of about half a millisecond, so that other load
-// on the machine affects them equally. The medians over the turns are reported: the time of our
-// transform in microseconds, and the ratio of it to each other's in the same turn, "x_fftw" for
-// instance, which is below 1 where ours is faster. Run it on one idle processor, and more than
-// once, because the place of the arrays in memory is random:
+// on the machine affects them equally. The counters are medians over the turns: of the
+// microseconds of each transform, and of the ratios of each two of them in the same turn,
+// "ours / fftw measure" for instance, which is below 1 where ours is faster. Run it on one idle
+// processor, and more than once, because the place of the arrays in memory is random.
 //
-//     taskset -c 1 bench_fft --benchmark_format=json
-//
-// Ours, FFTW and GSL compute with doubles; the packaged kissfft computes with floats, half of the
-// work. GSL transforms in place and is handed a copy each time, which counts.
-#include "Median.h"
+// All compute with doubles. GSL transforms in place and gets a copy each time, which counts.
+#include "Cost.h"
 #include "tests/support/OpenFft.h"
 
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
 #include <gsl/gsl_fft_real.h>
-#include <kiss_fftr.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
+
+// After <cmath>, which it uses without including it.
+#include <kissfft/kissfft.hh>
 
 using testsupport::OpenFft;
 
 namespace {
 
+using Plan = std::unique_ptr<fftw_plan_s, decltype(&fftw_destroy_plan)>;
+
 /// Inputs and outputs of all libraries. Allocated once for each length, outside of the timing.
 struct Arrays {
-    explicit Arrays(std::size_t length) : x(length), f(length), floats(length), bins(length + 2) {
-        for (std::size_t n = 0; n < length; ++n) {
+    explicit Arrays(std::size_t length) : x(length), f(length), bins(length / 2 + 1) {}
+
+    /// To be called after planning: FFTW_MEASURE overwrites the arrays.
+    void fill() {
+        for (std::size_t n = 0; n < x.size(); ++n)
             x[n] = std::sin(0.37 * static_cast<double>(n)) + 0.1 * static_cast<double>(n % 7);
-            floats[n] = static_cast<float>(x[n]);
-        }
     }
 
-    /// In the types of the other libraries; real and imaginary parts in turns.
-    [[nodiscard]] fftw_complex* fftwBins() { return reinterpret_cast<fftw_complex*>(bins.data()); }
-    [[nodiscard]] kiss_fft_cpx* kissBins() { return reinterpret_cast<kiss_fft_cpx*>(bins.data()); }
+    Plan newPlan(unsigned flags) {
+        return {fftw_plan_dft_r2c_1d(static_cast<int>(x.size()), x.data(),
+                                     reinterpret_cast<fftw_complex*>(bins.data()), flags),
+                &fftw_destroy_plan};
+    }
 
     std::vector<double> x;
     std::vector<double> f;
-    std::vector<float> floats;
-    std::vector<double> bins;
+    std::vector<std::complex<double>> bins;
 };
 
-fftw_plan newPlan(Arrays& arrays) {
-    return fftw_plan_dft_r2c_1d(static_cast<int>(arrays.x.size()), arrays.x.data(),
-                                arrays.fftwBins(), FFTW_ESTIMATE);
-}
-
-/// A library's transform; the first of a list is ours.
+/// A library's transform, or one of our code paths.
 struct Runner {
     std::string name;
     std::function<void()> transform;
@@ -71,6 +72,12 @@ double microseconds(const std::function<void()>& transform, int repetitions) {
     const std::chrono::duration<double, std::micro> taken =
         std::chrono::steady_clock::now() - begin;
     return taken.count() / repetitions;
+}
+
+double medianRatio(const std::vector<double>& times, const std::vector<double>& others) {
+    std::vector<double> ratios(times.size());
+    std::transform(times.begin(), times.end(), others.begin(), ratios.begin(), std::divides<>());
+    return median(ratios);
 }
 
 /// Times all of them in turns, round after round.
@@ -88,42 +95,51 @@ void takeTurns(benchmark::State& state, const std::vector<Runner>& runners) {
             times[i].push_back(microseconds(runners[i].transform, repetitions[i]));
         state.SetIterationTime(times.front().back() * 1e-6);
     }
-    state.counters["median_us"] = median(times.front());
-    for (std::size_t i = 1; i < runners.size(); ++i) {
-        std::vector<double> ratios;
-        for (std::size_t round = 0; round < times[i].size(); ++round)
-            ratios.push_back(times.front()[round] / times[i][round]);
-        state.counters["x_" + runners[i].name] = median(ratios);
+    for (std::size_t i = 0; i < runners.size(); ++i) {
+        state.counters[runners[i].name] = median(times[i]);
+        for (std::size_t k = 0; k < runners.size(); ++k)
+            if (k != i)
+                state.counters[runners[i].name + " / " + runners[k].name] =
+                    medianRatio(times[i], times[k]);
     }
 }
 
-using CodePath = void (*)(const OpenFft& fft, double* f, const double* x);
-
-/// One object, transform after transform, by the code path `ours`.
-void repeated(benchmark::State& state, int bits, CodePath ours) {
+/// One object or plan, transform after transform.
+void repeated(benchmark::State& state, int bits) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);
-    const OpenFft fft(static_cast<std::int64_t>(length));
+    // With wisdom, FFTW_ESTIMATE would reuse measured plans of earlier lengths.
     fftw_forget_wisdom();
-    const fftw_plan plan = newPlan(arrays);
+    const Plan estimate = arrays.newPlan(FFTW_ESTIMATE);
+    // Measuring takes minutes for longer ones.
+    const bool isMeasured = bits <= 20;
+    const Plan measure = arrays.newPlan(isMeasured ? FFTW_MEASURE : FFTW_ESTIMATE);
+    arrays.fill();
+    const OpenFft fft(static_cast<std::int64_t>(length));
     gsl_fft_real_wavetable* const wavetable = gsl_fft_real_wavetable_alloc(length);
     gsl_fft_real_workspace* const workspace = gsl_fft_real_workspace_alloc(length);
-    const kiss_fftr_cfg kiss = kiss_fftr_alloc(static_cast<int>(length), 0, nullptr, nullptr);
+    // Of pairs of real values as complex ones.
+    const kissfft<double> kiss(length / 2, false);
+    double* const f = arrays.f.data();
+    const double* const x = arrays.x.data();
 
-    takeTurns(state,
-              {{"ours", [&] { ours(fft, arrays.f.data(), arrays.x.data()); }},
-               {"fftw", [&] { fftw_execute(plan); }},
-               {"gsl",
-                [&] {
-                    arrays.f = arrays.x;
-                    gsl_fft_real_transform(arrays.f.data(), 1, length, wavetable, workspace);
-                }},
-               {"kissfft", [&] { kiss_fftr(kiss, arrays.floats.data(), arrays.kissBins()); }}});
+    std::vector<Runner> runners = {
+        {"ours", [&] { fft.do_fft(f, x); }},
+        {"in two pairs", [&] { fftreal::transform_in_pairs(fft.work(f, x)); }},
+        {"pass by pass", [&] { fft.compute_fft_general(f, x); }},
+        {"fftw estimate", [&] { fftw_execute(estimate.get()); }},
+        {"gsl",
+         [&] {
+             arrays.f = arrays.x;
+             gsl_fft_real_transform(f, 1, length, wavetable, workspace);
+         }},
+        {"kissfft", [&] { kiss.transform_real(x, arrays.bins.data()); }}};
+    if (isMeasured)
+        runners.push_back({"fftw measure", [&] { fftw_execute(measure.get()); }});
+    takeTurns(state, runners);
 
-    kiss_fftr_free(kiss);
     gsl_fft_real_workspace_free(workspace);
     gsl_fft_real_wavetable_free(wavetable);
-    fftw_destroy_plan(plan);
 }
 
 /// Tables and a single transform, beside FFTW with a new plan each time, once without and once with
@@ -131,11 +147,8 @@ void repeated(benchmark::State& state, int bits, CodePath ours) {
 void once(benchmark::State& state, int bits) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);
-    const auto planAndTransform = [&] {
-        const fftw_plan plan = newPlan(arrays);
-        fftw_execute(plan);
-        fftw_destroy_plan(plan);
-    };
+    arrays.fill();
+    const auto planAndTransform = [&] { fftw_execute(arrays.newPlan(FFTW_ESTIMATE).get()); };
     takeTurns(state, {{"ours",
                        [&] {
                            const FFTReal<double> fft(static_cast<std::int64_t>(length));
@@ -146,42 +159,22 @@ void once(benchmark::State& state, int bits) {
                            fftw_forget_wisdom();
                            planAndTransform();
                        }},
-                      {"fftw_warm", planAndTransform}});
-}
-
-/// `rounds` of turns for 2^bits values.
-template <typename Function> void add(const std::string& name, int bits, const Function& function) {
-    const int rounds = bits <= 16 ? 101 : bits <= 19 ? 31 : 11;
-    benchmark::RegisterBenchmark((name + "/2^" + std::to_string(bits)).c_str(), function, bits)
-        ->Iterations(rounds)
-        ->UseManualTime()
-        ->Unit(benchmark::kMicrosecond);
+                      {"fftw warm", planAndTransform}});
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    struct NamedCodePath {
-        const char* name;
-        CodePath path;
-    };
-    const std::vector<NamedCodePath> paths = {
-        {"repeated", [](const OpenFft& fft, double* f, const double* x) { fft.do_fft(f, x); }},
-        {"repeated in two pairs",
-         [](const OpenFft& fft, double* f, const double* x) {
-             fftreal::transform_in_pairs(fft.work(f, x));
-         }},
-        {"repeated pass by pass",
-         [](const OpenFft& fft, double* f, const double* x) { fft.compute_fft_general(f, x); }},
-    };
-    for (const NamedCodePath& named : paths)
-        for (int bits = 3; bits <= 22; ++bits)
-            add(named.name, bits, [path = named.path](benchmark::State& state, int logOfLength) {
-                repeated(state, logOfLength, path);
-            });
-    for (int bits = 3; bits <= 22; ++bits)
-        add("once", bits, once);
-
+    using Function = void (*)(benchmark::State&, int);
+    for (const auto& [name, function] :
+         {std::pair<std::string, Function>("repeated/", repeated), {"once/", once}}) {
+        for (int bits = 3; bits <= 22; ++bits) {
+            const int turns = bits <= 16 ? 101 : bits <= 19 ? 31 : 11;
+            benchmark::RegisterBenchmark((name + std::to_string(bits)).c_str(), function, bits)
+                ->Iterations(rounds(turns))
+                ->UseManualTime();
+        }
+    }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

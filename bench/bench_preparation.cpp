@@ -1,17 +1,16 @@
 // Preparing a target: the cost of each step, from the chosen file to the painted charts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Each iteration prepares a target in a new main window and times the steps one by one; the
-// counters are medians over the iterations, whose number is fixed: of the milliseconds of each step
-// and of the part of them that the system's kernel took, and of the peak of memory. Loading is
-// compared with libsndfile's reading of the same file into doubles, and one transform by FFTW
-// allows comparison with other machines.
+// Each iteration prepares a target twice in a new main window, with huge pages, and twice in
+// another one without them; the steps of the very first preparation are timed one by one. Then Qt
+// draws the same points in a window that has done nothing else. Counters are medians over the
+// iterations: milliseconds, page faults, bytes; shares are those of the sums. Loading is compared
+// with libsndfile's reading of the same file into doubles.
 #include "app/MainWindow.h"
 
 #include "Cost.h"
 #include "DynArray.h"
 #include "FFTReal.h"
-#include "Median.h"
 #include "TargetFiles.h"
 #include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
@@ -24,24 +23,44 @@
 #include <QFileInfo>
 #include <QTest>
 #include <QtCharts/QChartView>
+#include <QtCharts/QLineSeries>
+#include <QtCharts/QValueAxis>
 #include <benchmark/benchmark.h>
-#include <fftw3.h>
 #include <malloc.h>
 #include <sndfile.h>
+#include <sys/prctl.h>
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace {
+
+/// Qt's painting leaves the upper halves of the AVX registers in use. On some processors Qt Charts'
+/// SSE code then takes twice as long, until something clears them, as the transform does.
+void clearUpperHalves() {
+#ifdef __x86_64__
+    if (__builtin_cpu_supports("avx"))
+        asm volatile("vzeroupper" ::: "memory");
+#endif
+}
+
+/// The contents of a prepared window's charts.
+struct DrawnPoints {
+    QVector<QPointF> waveform;
+    QVector<QPointF> spectrum;
+    double plottedMs;
+    QVector<double> waveformRange; ///< Minimum and maximum.
+    QVector<double> spectrumRange; ///< Minimum and maximum.
+};
 
 /// The window whose preparation is timed, step by step as prepareTarget() takes them.
 class PreparedWindow : public testsupport::InspectedMainWindow {
@@ -78,6 +97,28 @@ public:
                 qFatal("the charts are not painted");
             QApplication::processEvents();
         }
+    }
+
+    /// Copies, which are not shared with the charts.
+    [[nodiscard]] DrawnPoints drawnPoints() const {
+        DrawnPoints points{pointsWav, pointsFFT, axisXWav->max(), rangeWav, rangeFFT};
+        points.waveform.detach();
+        points.spectrum.detach();
+        return points;
+    }
+
+    /// Draws by Qt's calls alone.
+    Cost draw(const DrawnPoints& points) {
+        return costOf([&] {
+            clearUpperHalves();
+            seriesWav->replace(points.waveform);
+            axisXWav->setRange(0, points.plottedMs);
+            axisYWav->setRange(points.waveformRange[0], points.waveformRange[1]);
+            clearUpperHalves();
+            seriesFFT->replace(points.spectrum);
+            axisYFFT->setRange(points.spectrumRange[0], points.spectrumRange[1]);
+            paintEverything();
+        });
     }
 
 private:
@@ -125,6 +166,10 @@ double medianOf(const std::vector<Cost>& costs, double Cost::*kind) {
     for (const Cost& cost : costs)
         values.push_back(cost.*kind);
     return median(std::move(values));
+}
+
+Cost sumOf(const std::vector<Cost>& costs) {
+    return std::accumulate(costs.begin(), costs.end(), Cost());
 }
 
 // Parts of a finished preparation are repeated on the same data, in memory that is already mapped,
@@ -187,21 +232,29 @@ void fillSpectrumAgain(PreparedWindow& window, Cost& filling, Cost& library) {
     benchmark::DoNotOptimize(results);
 }
 
-/// Takes a whole preparation in the program's order; "own" is all of it but Qt's updating
-/// and painting of charts. Steps that the program does not separate are split by repeating parts of
-/// them; "buffers", "transform" and "chart update" are the remainders. The texts and the trend's
-/// reset, also part of prepareTarget(), are not timed.
-void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,
-                 std::vector<double>& peaks) {
-    resetPeakMemory();
-    const double before = statusBytes("VmRSS:");
-    const Cost loading = costOf([&] { window.genWav(); });
-    Cost charts = costOf([&] { window.displayWav(); });
-    const Cost spectrum = costOf([&] { window.genFFT(); });
-    charts += costOf([&] { window.displayFFT(); });
-    const Cost painting = costOf([&] { window.paintEverything(); });
-    peaks.push_back(statusBytes("VmHWM:") - before);
+/// The steps of one preparation that the program takes one after the other.
+struct Preparation {
+    explicit Preparation(PreparedWindow& window) {
+        loading = costOf([&] { window.genWav(); });
+        charts = costOf([&] { window.displayWav(); });
+        spectrum = costOf([&] { window.genFFT(); });
+        charts = charts + costOf([&] { window.displayFFT(); });
+        painting = costOf([&] { window.paintEverything(); });
+    }
 
+    [[nodiscard]] Cost whole() const { return loading + charts + spectrum + painting; }
+
+    Cost loading;
+    Cost charts;
+    Cost spectrum;
+    Cost painting;
+};
+
+/// Separates steps that the program does not separate, by repeating parts of them: "buffers",
+/// "transform" and "chart update" are the remainders. "Own" is all but Qt's updating and painting
+/// of charts. The texts and the trend's reset, also part of prepareTarget(), are not timed.
+void separate(const Preparation& preparation, PreparedWindow& window, const QString& cutPath,
+              Steps& steps) {
     const Cost pairing = pairAndFindRanges(window);
     Cost reading;
     Cost conversion;
@@ -211,56 +264,76 @@ void prepareOnce(PreparedWindow& window, const QString& cutPath, Steps& steps,
     fillSpectrumAgain(window, filling, library);
     steps["read"].push_back(reading);
     steps["convert"].push_back(conversion);
-    steps["buffers"].push_back(loading - reading - conversion);
+    steps["buffers"].push_back(preparation.loading - reading - conversion);
     steps["points, ranges"].push_back(pairing);
-    steps["transform"].push_back(spectrum - filling);
+    steps["transform"].push_back(preparation.spectrum - filling);
     steps["amplitudes, phases"].push_back(filling);
-    steps["chart update"].push_back(charts - pairing);
-    steps["painting"].push_back(painting);
+    steps["chart update"].push_back(preparation.charts - pairing);
+    steps["painting"].push_back(preparation.painting);
     steps["C library"].push_back(library);
-    Cost own;
-    for (const Cost& part : {loading, pairing, spectrum})
-        own += part;
-    steps["own"].push_back(own);
-    Cost total;
-    for (const Cost& part : {loading, charts, spectrum, painting})
-        total += part;
-    steps["total"].push_back(total);
+    steps["own"].push_back(preparation.loading + pairing + preparation.spectrum);
 }
 
-/// Prepares in one new window after another. The memory of earlier iterations is freed before, so
-/// that each preparation is a first one.
-void prepare(benchmark::State& state, Format format) {
-    const auto milliseconds = static_cast<int>(state.range(0));
-    const QString path = targetFile(format, milliseconds);
-    const QString cutPath = cutTargetFile(format, milliseconds);
-    Steps steps;
-    std::vector<double> peaks;
-    double required = 0;
-    for ([[maybe_unused]] auto _ : state) {
-        PreparedWindow window;
-        window.choose(path);
-        malloc_trim(0);
-        prepareOnce(window, cutPath, steps, peaks);
-        required = requiredBytes(window);
-        state.SetIterationTime(steps["total"].back().elapsed * 1e-3);
+struct Target {
+    explicit Target(Format format, int milliseconds)
+        : path(targetFile(format, milliseconds)), cutPath(cutTargetFile(format, milliseconds)) {}
+
+    QString path;
+    QString cutPath;
+};
+
+/// Prepares a target in a new window, twice. The memory of earlier windows is freed before,
+/// so that the first preparation is like that of a new process.
+DrawnPoints prepareTwice(const Target& target, bool hasHugePages, Steps& steps,
+                         benchmark::State& state) {
+    const std::string pages = hasHugePages ? "huge pages" : "small pages";
+    prctl(PR_SET_THP_DISABLE, hasHugePages ? 0 : 1, 0, 0, 0);
+    PreparedWindow window;
+    window.choose(target.path);
+    malloc_trim(0);
+    resetPeakMemory();
+    const double before = statusBytes("VmRSS:");
+    const Preparation first(window);
+    const double peak = statusBytes("VmHWM:") - before;
+    steps[pages + ", first"].push_back(first.whole());
+    steps[pages + ", second"].push_back(Preparation(window).whole());
+    if (hasHugePages) {
+        // The same in each iteration, within some pages.
+        state.counters["peak bytes"] = peak;
+        state.counters["required bytes"] = requiredBytes(window);
+        separate(first, window, target.cutPath, steps);
     }
-    std::vector<double> shares;
-    std::vector<double> ownCodeShares;
-    for (std::size_t i = 0; i < peaks.size(); ++i) {
-        const Cost& own = steps["own"][i];
-        const double total = steps["total"][i].elapsed;
-        shares.push_back(own.elapsed / total);
-        ownCodeShares.push_back((own.elapsed - own.system - steps["C library"][i].elapsed) / total);
+    prctl(PR_SET_THP_DISABLE, 0, 0, 0, 0);
+    return window.drawnPoints();
+}
+
+Cost drawAlone(const DrawnPoints& points) {
+    PreparedWindow window;
+    malloc_trim(0);
+    return window.draw(points);
+}
+
+void prepare(benchmark::State& state, Format format) {
+    const Target target(format, static_cast<int>(state.range(0)));
+    Steps steps;
+    bool hasHugePages = true;
+    for ([[maybe_unused]] auto _ : state) {
+        prepareTwice(target, hasHugePages, steps, state);
+        steps["Qt alone"].push_back(drawAlone(prepareTwice(target, !hasHugePages, steps, state)));
+        // The one that begins changes.
+        hasHugePages = !hasHugePages;
+        state.SetIterationTime(steps["huge pages, first"].back().elapsed * 1e-3);
     }
     for (const auto& [name, costs] : steps) {
         state.counters[name] = medianOf(costs, &Cost::elapsed);
-        state.counters[name + ", system"] = medianOf(costs, &Cost::system);
+        state.counters[name + ": system"] = medianOf(costs, &Cost::system);
+        state.counters[name + ": faults"] = medianOf(costs, &Cost::faults);
     }
-    state.counters["own share"] = median(shares);
-    state.counters["own code's share"] = median(ownCodeShares);
-    state.counters["peak bytes"] = median(peaks);
-    state.counters["required bytes"] = required;
+    const Cost own = sumOf(steps["own"]);
+    const double whole = sumOf(steps["huge pages, first"]).elapsed;
+    state.counters["own share"] = own.elapsed / whole;
+    state.counters["own code's share"] =
+        (own.elapsed - own.system - sumOf(steps["C library"]).elapsed) / whole;
 }
 
 void readBySndfile(const std::string& path) {
@@ -290,69 +363,33 @@ void load(benchmark::State& state, Format format) {
         state.SetIterationTime(ours.back() * 1e-3);
     }
     state.counters["ours"] = median(ours);
-    state.counters["sndfile"] = median(sndfiles);
-    state.counters["x_sndfile"] = median(ratios);
+    state.counters["libsndfile"] = median(sndfiles);
+    state.counters["ratio"] = median(ratios);
 }
 
-/// One transform by FFTW's estimate plan, a reference for comparing machines.
-void transformByFftw(benchmark::State& state) {
-    const auto length = static_cast<int>(state.range(0));
-    std::vector<double> input(static_cast<std::size_t>(length), 0.5);
-    std::vector<std::complex<double>> output(static_cast<std::size_t>(length / 2 + 1));
-    fftw_forget_wisdom();
-    fftw_plan plan = fftw_plan_dft_r2c_1d(
-        length, input.data(), reinterpret_cast<fftw_complex*>(output.data()), FFTW_ESTIMATE);
-    std::vector<double> times;
-    for ([[maybe_unused]] auto _ : state) {
-        times.push_back(costOf([&] { fftw_execute(plan); }).elapsed);
-        state.SetIterationTime(times.back() * 1e-3);
-    }
-    state.counters["median_ms"] = median(times);
-    fftw_destroy_plan(plan);
-}
-
-constexpr int quarterSecond = 250;
-constexpr int fiveSeconds = 5000;
-constexpr int oneMinute = 60000;
-constexpr int tenMinutes = 600000;
-
-void useManualTime(benchmark::internal::Benchmark* benchmark, int iterations) {
-    benchmark->Iterations(iterations)->UseManualTime()->Unit(benchmark::kMillisecond);
-}
-
-void turns(benchmark::internal::Benchmark* benchmark) {
-    for (const int milliseconds : {quarterSecond, fiveSeconds, oneMinute, tenMinutes})
-        benchmark->Arg(milliseconds);
-    useManualTime(benchmark, 21);
-}
-
-/// Long preparations take seconds, so fewer of them are timed.
-void preparations(const char* name, Format format) {
-    struct Rounds {
+/// A benchmark of each length; long preparations take seconds, so that there are fewer of them.
+template <typename Function> void add(const char* name, Function function, Format format) {
+    struct Length {
         int milliseconds;
         int iterations;
     };
     for (const auto [milliseconds, iterations] :
-         {Rounds{quarterSecond, 21}, {fiveSeconds, 21}, {oneMinute, 7}, {tenMinutes, 3}})
-        useManualTime(benchmark::RegisterBenchmark(name, prepare, format)->Arg(milliseconds),
-                      iterations);
+         {Length{250, 11}, {5000, 11}, {60000, 5}, {600000, 3}})
+        benchmark::RegisterBenchmark(name, function, format)
+            ->Arg(milliseconds)
+            ->Iterations(rounds(iterations))
+            ->UseManualTime();
 }
 
 } // namespace
 
-BENCHMARK_CAPTURE(load, mono8, Format{8, 1})->Apply(turns);
-BENCHMARK_CAPTURE(load, mono16, mono16)->Apply(turns);
-BENCHMARK_CAPTURE(load, stereo24, stereo24)->Apply(turns);
-BENCHMARK(transformByFftw)
-    ->Arg(1 << 18)
-    ->Iterations(101)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
-    preparations("prepare/mono16", mono16);
-    preparations("prepare/stereo24", stereo24);
+    add("load/mono8", load, Format{8, 1});
+    add("load/mono16", load, mono16);
+    add("load/stereo24", load, stereo24);
+    add("prepare/mono16", prepare, mono16);
+    add("prepare/stereo24", prepare, stereo24);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

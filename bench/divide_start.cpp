@@ -1,13 +1,12 @@
 // Repeats the program's start step by step and reports the duration of each step.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-//     divide_start NANOSECONDS [files]
+//     divide_start NANOSECONDS
 //
-// NANOSECONDS is the time of the system's monotonic clock when this process was launched; with
-// "files" the icon is loaded as files instead of pictures. Prints one JSON object of milliseconds.
-// The steps are those of the program's main() in its order, but for two that the window's
-// constructor would take: fonts and sound device are looked up before, and the second time costs
-// next to nothing. The last step builds the charts once more with everything loaded.
+// NANOSECONDS is the time of the system's monotonic clock when this process was launched. Prints
+// one JSON object of milliseconds. The steps are those of the program's main() in its order, but
+// for two that the window's constructor would take: fonts and sound device are looked up before,
+// and the second time costs next to nothing.
 #include "app/MainWindow.h"
 
 #include "session/ResponseJournal.h"
@@ -23,11 +22,9 @@
 #include <QtCharts/QChartView>
 
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <set>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -58,18 +55,6 @@ public:
 
     bool isPainted() const { return unpainted.empty(); }
 
-    /// Builds the three charts a second time; the first ones are lost. Nothing may follow but the
-    /// end of the process.
-    void buildChartsOnceMore() {
-        seriesWav = seriesFFT = seriesTrend = nullptr;
-        axisXWav = axisYWav = axisXFFT = axisYFFT = axisXTrend = axisYTrend = nullptr;
-        chartWav = chartFFT = chartTrend = nullptr;
-        chartViewWav = chartViewFFT = chartViewTrend = nullptr;
-        displayEmptyWav();
-        displayEmptyFFT();
-        displayEmptyTrend();
-    }
-
 private:
     std::set<QObject*> unpainted;
 };
@@ -99,28 +84,12 @@ private:
     std::vector<std::pair<std::string, double>> taken;
 };
 
-QFileInfoList iconFiles() {
-    const QFileInfoList files = QDir(QStringLiteral(":/icons")).entryInfoList();
-    if (files.isEmpty())
-        fail("no icon");
-    return files;
-}
-
 QIcon iconOfPictures() {
     QIcon icon;
-    for (const QFileInfo& file : iconFiles())
+    for (const QFileInfo& file : QDir(QStringLiteral(":/icons")).entryInfoList())
         icon.addPixmap(QPixmap(file.filePath(), "PNG"));
-    return icon;
-}
-
-QIcon iconOfFiles() {
-    QIcon icon;
-    for (const QFileInfo& file : iconFiles())
-        icon.addFile(file.filePath());
-    // Icon files are read on demand; the window manager requests all of them.
-    for (const QSize& size : icon.availableSizes())
-        if (icon.pixmap(size).isNull())
-            fail("no icon");
+    if (icon.isNull())
+        fail("no icon");
     return icon;
 }
 
@@ -145,15 +114,20 @@ void waitForPainting(const WatchedWindow& window) {
     }
 }
 
-/// Ends the process with the last step.
-[[noreturn]] void takeSteps(Steps& steps, bool isIconOfFiles, int argc, char** argv) {
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2)
+        fail("usage: divide_start NANOSECONDS");
+    // The steady clock is the system's monotonic one.
+    Steps steps(Clock::time_point(std::chrono::nanoseconds(std::strtoll(argv[1], nullptr, 10))));
     steps.end("libraries");
     // The environment variables that the program sets first.
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     const QApplication application(argc, argv);
     steps.end("screen");
     QApplication::setApplicationName(QStringLiteral("pellion"));
-    QApplication::setWindowIcon(isIconOfFiles ? iconOfFiles() : iconOfPictures());
+    QApplication::setWindowIcon(iconOfPictures());
     steps.end("icon");
     reportLeftoverJournals(journalFolder());
     steps.end("journals");
@@ -167,21 +141,6 @@ void waitForPainting(const WatchedWindow& window) {
     window.show();
     waitForPainting(window);
     steps.end("painting");
-    window.buildChartsOnceMore();
-    steps.end("charts once more");
     steps.print();
-    std::fflush(stdout);
-    std::_Exit(0);
-}
-
-} // namespace
-
-int main(int argc, char** argv) {
-    // The steady clock is the system's monotonic one.
-    const bool isIconOfFiles = argc == 3 && std::string(argv[2]) == "files";
-    if (argc != 2 && !isIconOfFiles)
-        fail("usage: divide_start NANOSECONDS [files]");
-    const Clock::time_point launch{std::chrono::nanoseconds(std::strtoll(argv[1], nullptr, 10))};
-    Steps steps(launch);
-    takeSteps(steps, isIconOfFiles, argc, argv);
+    return 0;
 }

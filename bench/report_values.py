@@ -1,37 +1,24 @@
-"""Results, goals and tables, shared by the parts of the report."""
+"""Measured values, goals and tables, shared by the parts of the report."""
 # SPDX-License-Identifier: GPL-3.0-or-later
-import json
 import statistics
 import subprocess
 
 
-def read(*paths):
-    """Returns the benchmarks by name, and the machine's data; of several files the medians
-    of the numbers, and the first one's machine."""
-    documents = [json.loads(path.read_text(encoding="utf-8")) for path in paths]
-    repeated = {}
-    for document in documents:
-        for run in document["benchmarks"]:
-            repeated.setdefault(run["name"], []).append(run)
-    found = {}
-    for name, runs in repeated.items():
-        numbers = [key for key, value in runs[0].items() if isinstance(value, (int, float))]
-        found[name] = {**runs[0], **{key: median(runs, key) for key in numbers}}
-    return found, documents[0]["context"]
+class Measured(float):
+    """The median of the values that the runs gave, with their range, and written with it."""
 
+    def __new__(cls, values):
+        values = list(values)
+        measured = super().__new__(cls, statistics.median(values))
+        measured.low, measured.high = min(values), max(values)
+        return measured
 
-def load_of(context):
-    """Returns the machine's load when a benchmark began; NaN where it is not known."""
-    return context["load_avg"][0] if context.get("load_avg") else float("nan")
-
-
-def median(runs, value):
-    return statistics.median(run[value] for run in runs)
-
-
-def number_text(value):
-    """Returns a number with three digits, or with all in front of the point."""
-    return f"{value:.3g}" if abs(value) < 999.5 else f"{value:.0f}"
+    def __format__(self, spec):
+        """Without a specification: three digits, or all in front of the point."""
+        median, low, high = (
+            format(value, spec or (".3g" if abs(value) < 999.5 else ".0f")).replace("%", " %")
+            for value in (float(self), self.low, self.high))
+        return median if low == high else f"{median} ({low} to {high})"
 
 
 def version(package):
@@ -48,17 +35,23 @@ def table(titles, rows):
                      for cells in [titles, ["---"] * len(titles), *rows])
 
 
-def goals_table(goals):
-    """Reports whether each goal is met: (what is measured, the limit aimed at, pairs of a label
-    and a value). A goal without values is left out."""
-    rows = []
-    for what, limit, values in goals:
-        if not values:
-            continue
-        label, worst = max(values, key=lambda pair: pair[1])
-        missed = [label for label, value in values if value > limit]
-        where = f" ({label})" if label else ""
-        at = f" at {'; '.join(missed)}" if label and missed else ""
-        rows.append([what, f"{limit:g}", f"{worst:.4g}{where}",
-                     f"**missed**{at}" if missed else "met"])
-    return table(["", "aimed at", "maximum", ""], rows) if rows else ""
+def judge(values, limit):
+    """Reports by their ranges whether values, by a label each, are within a limit."""
+    verdicts = {"**missed**": [label for label, value in values.items() if value.low > limit],
+                "cannot be told": [label for label, value in values.items()
+                                   if value.low <= limit < value.high]}
+    return "; ".join(verdict + at(", ".join(labels))
+                     for verdict, labels in verdicts.items() if labels) or "met"
+
+
+def at(label):
+    return f" at {label}" if label else ""
+
+
+def goal_cells(values, limit, spec):
+    """Returns the cells of a goal's row: aimed at, the largest of the values, the verdict."""
+    aimed = f"{Measured([float(limit)]):{spec}}"
+    if not values:
+        return f"{aimed} | not measured |"
+    label, largest = max(values.items(), key=lambda pair: pair[1].high)
+    return f"{aimed} | {largest:{spec}}{at(label)} | {judge(values, float(limit))}"

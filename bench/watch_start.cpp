@@ -1,205 +1,125 @@
 // Starts a program and watches the screen until its windows are open and painted.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-//     watch_start WINDOWS PROGRAM [ARG...]
+//     watch_start WINDOWS PROGRAM
 //
-// WINDOWS is the number of main windows that the program opens at its start. Prints one JSON object
-// and ends the program again:
+// WINDOWS is the number of main windows that the program opens at its start, on a screen without
+// others. Prints one JSON object and ends the program again:
 //
-//   mapped_ms    from launch until the last of the windows is viewable
-//   painted_ms   ... and its commonest colour covers less than 99 % of 32 rows of pixels; a window
-//                half hidden by its program's own splash screen counts by what shows of it
-//   cpu_ms       what the program's threads had computed by then; the X server's work is not in it
+//   painted_ms   from launch until the commonest colour covers less than 99 % of 16 rows of pixels
+//                of each window; one half hidden by a splash screen counts by what shows of it
+//   cpu_ms       what the program had computed by then; the X server's work is not in it
 //   pss_kib      proportional set size, one second later
 //   rss_kib      resident set size, one second later
+//
+// xdotool, which waits for windows as well, looks for them twice a second, and not into them.
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <csignal>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <filesystem>
+#include <ctime>
 #include <fstream>
-#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <thread>
 #include <unordered_map>
 #include <vector>
 
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <xcb/damage.h>
-#include <xcb/xcb.h>
 
 namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-template <typename Reply> struct Freed {
-    void operator()(Reply* reply) const { std::free(reply); }
-};
-template <typename Reply> using OwnedReply = std::unique_ptr<Reply, Freed<Reply>>;
-
 [[noreturn]] void fail(const char* message) {
     std::fprintf(stderr, "watch_start: %s\n", message);
     std::exit(1);
 }
 
-double millisecondsSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
 /// The screen as the window manager and the X server report it.
-class Screen {
+class WatchedScreen {
 public:
-    Screen() : connection(xcb_connect(nullptr, nullptr), &xcb_disconnect) {
-        if (xcb_connection_has_error(connection.get()) != 0)
+    WatchedScreen() : display(XOpenDisplay(nullptr), &XCloseDisplay) {
+        if (!display)
             fail("no screen");
-        root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
-        clientList = atom("_NET_CLIENT_LIST");
-        processId = atom("_NET_WM_PID");
-        windowType = atom("_NET_WM_WINDOW_TYPE");
-        normalType = atom("_NET_WM_WINDOW_TYPE_NORMAL");
-        const auto version = xcb_damage_query_version(connection.get(), XCB_DAMAGE_MAJOR_VERSION,
-                                                      XCB_DAMAGE_MINOR_VERSION);
-        if (!OwnedReply<xcb_damage_query_version_reply_t>(
-                xcb_damage_query_version_reply(connection.get(), version, nullptr)))
-            fail("the X server does not report painting");
-        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-        xcb_change_window_attributes(connection.get(), root, XCB_CW_EVENT_MASK, &events);
-        xcb_flush(connection.get());
+        // A window may go while it is looked at.
+        XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
     }
 
-    /// Returns when something has been opened or painted, or after a few milliseconds.
-    void waitForChange() const {
-        // Events that arrived with earlier replies are not signalled again.
-        if (takeEvents())
-            return;
-        pollfd descriptor{xcb_get_file_descriptor(connection.get()), POLLIN, 0};
-        poll(&descriptor, 1, 5);
-        takeEvents();
-        if (xcb_connection_has_error(connection.get()) != 0)
-            fail("the screen is gone");
-    }
-
-    /// Lists a process' main windows: no splash screens, no dialogs.
-    std::vector<xcb_window_t> mainWindows(pid_t process) const {
-        std::vector<xcb_window_t> found;
-        for (const xcb_window_t window : property(root, clientList)) {
-            const std::vector<std::uint32_t> owner = property(window, processId);
-            const std::vector<std::uint32_t> types = property(window, windowType);
-            if (owner == std::vector{static_cast<std::uint32_t>(process)} &&
-                (types.empty() || types.front() == normalType))
+    /// Lists the main windows: no splash screens, no dialogs.
+    std::vector<Window> mainWindows() const {
+        const Atom normal = atom("_NET_WM_WINDOW_TYPE_NORMAL");
+        std::vector<Window> found;
+        for (const Window window : property(DefaultRootWindow(display.get()), "_NET_CLIENT_LIST")) {
+            const std::vector<unsigned long> types = property(window, "_NET_WM_WINDOW_TYPE");
+            if (types.empty() || types.front() == normal)
                 found.push_back(window);
         }
         return found;
     }
 
-    /// From now on waitForChange() notices when the window is painted.
-    void watchPainting(xcb_window_t window) const {
-        xcb_damage_create(connection.get(), xcb_generate_id(connection.get()), window,
-                          XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
-        xcb_flush(connection.get());
-    }
-
-    bool isViewable(xcb_window_t window) const {
-        const OwnedReply<xcb_get_window_attributes_reply_t> reply(xcb_get_window_attributes_reply(
-            connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
-        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
-    }
-
-    /// Looks at some rows of pixels only: a whole window takes longer than its painting.
-    bool isPainted(xcb_window_t window) const {
-        const OwnedReply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
-            connection.get(), xcb_get_geometry(connection.get(), window), nullptr));
-        if (!geometry)
+    /// Looks at some rows of pixels only: a whole window takes longer than its painting. A window
+    /// that is not viewable yet has none.
+    bool isPainted(Window window) const {
+        XWindowAttributes attributes;
+        if (XGetWindowAttributes(display.get(), window, &attributes) == 0 ||
+            attributes.map_state != IsViewable)
             return false;
-        std::array<xcb_get_image_cookie_t, 32> rows;
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            const auto y = static_cast<std::int16_t>(geometry->height * (2 * i + 1) / 64);
-            rows[i] = xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, y,
-                                    geometry->width, 1, 0x00FFFFFF);
+        std::unordered_map<unsigned long, int> pixelsOfColour;
+        int commonest = 0;
+        constexpr int rows = 16;
+        for (int row = 0; row < rows; ++row) {
+            XImage* const image =
+                XGetImage(display.get(), window, 0, attributes.height * (2 * row + 1) / (2 * rows),
+                          static_cast<unsigned>(attributes.width), 1, 0x00FFFFFF, ZPixmap);
+            if (image == nullptr)
+                return false;
+            for (int x = 0; x < attributes.width; ++x)
+                commonest = std::max(commonest, ++pixelsOfColour[XGetPixel(image, x, 0)]);
+            XDestroyImage(image);
         }
-        std::unordered_map<std::uint32_t, int> pixelsOfColour;
-        int pixels = 0;
-        for (const xcb_get_image_cookie_t row : rows) {
-            const OwnedReply<xcb_get_image_reply_t> image(
-                xcb_get_image_reply(connection.get(), row, nullptr));
-            if (!image)
-                continue;
-            for (const std::uint32_t pixel :
-                 words(xcb_get_image_data(image.get()), xcb_get_image_data_length(image.get())))
-                ++pixelsOfColour[pixel];
-            pixels += geometry->width;
-        }
-        const auto commonest = std::max_element(
-            pixelsOfColour.begin(), pixelsOfColour.end(),
-            [](const auto& left, const auto& right) { return left.second < right.second; });
-        return commonest != pixelsOfColour.end() && commonest->second < 0.99 * pixels;
+        return commonest < 0.99 * rows * attributes.width;
     }
 
 private:
-    bool takeEvents() const {
-        bool hasTaken = false;
-        while (OwnedReply<xcb_generic_event_t>(xcb_poll_for_event(connection.get())))
-            hasTaken = true;
-        return hasTaken;
+    Atom atom(const char* name) const { return XInternAtom(display.get(), name, False); }
+
+    /// Returns the items of a property; none where it or the window does not exist.
+    std::vector<unsigned long> property(Window window, const char* name) const {
+        Atom type = None;
+        int bits = 0;
+        unsigned long count = 0;
+        unsigned long rest = 0;
+        unsigned char* items = nullptr;
+        XGetWindowProperty(display.get(), window, atom(name), 0, 1024, False, AnyPropertyType,
+                           &type, &bits, &count, &rest, &items);
+        const std::unique_ptr<unsigned char, decltype(&XFree)> owner(items, &XFree);
+        // Items of 32 bits are handed out as long ones.
+        const auto* const first = reinterpret_cast<const unsigned long*>(items);
+        return bits == 32 ? std::vector<unsigned long>(first, first + count)
+                          : std::vector<unsigned long>();
     }
 
-    static std::vector<std::uint32_t> words(const void* bytes, int length) {
-        std::vector<std::uint32_t> result(static_cast<std::size_t>(length) / 4);
-        if (!result.empty())
-            std::memcpy(result.data(), bytes, result.size() * 4);
-        return result;
-    }
-
-    xcb_atom_t atom(const char* name) const {
-        const auto cookie = xcb_intern_atom(connection.get(), 0,
-                                            static_cast<std::uint16_t>(std::strlen(name)), name);
-        const OwnedReply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(connection.get(), cookie, nullptr));
-        return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-    }
-
-    /// Returns the 32-bit items of a property; none where it or the window is not there.
-    std::vector<std::uint32_t> property(xcb_window_t window, xcb_atom_t name) const {
-        constexpr std::uint32_t maximumWords = 1024;
-        const auto cookie = xcb_get_property(connection.get(), 0, window, name,
-                                             XCB_GET_PROPERTY_TYPE_ANY, 0, maximumWords);
-        const OwnedReply<xcb_get_property_reply_t> reply(
-            xcb_get_property_reply(connection.get(), cookie, nullptr));
-        if (!reply)
-            return {};
-        return words(xcb_get_property_value(reply.get()),
-                     xcb_get_property_value_length(reply.get()));
-    }
-
-    std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection;
-    xcb_window_t root = XCB_WINDOW_NONE;
-    xcb_atom_t clientList = XCB_ATOM_NONE;
-    xcb_atom_t processId = XCB_ATOM_NONE;
-    xcb_atom_t windowType = XCB_ATOM_NONE;
-    xcb_atom_t normalType = XCB_ATOM_NONE;
+    std::unique_ptr<Display, decltype(&XCloseDisplay)> display;
 };
 
-/// Starts a program with its output discarded.
+/// Starts a program without input and output.
 pid_t launch(char** command) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        posix_spawn_file_actions_addopen(&actions, descriptor, "/dev/null", O_RDWR, 0);
-    pid_t process = 0;
-    const int error = posix_spawnp(&process, *command, &actions, nullptr, command, environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
-        fail(std::strerror(error));
+    const pid_t process = fork();
+    if (process == 0) {
+        const int nothing = open("/dev/null", O_RDWR);
+        for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+            dup2(nothing, descriptor);
+        execvp(*command, command);
+        _exit(127);
+    }
     return process;
 }
 
@@ -214,17 +134,13 @@ void end(pid_t process) {
     waitpid(process, nullptr, 0);
 }
 
-/// Sums up the milliseconds for which a process' living threads have run.
 double computedMilliseconds(pid_t process) {
-    double nanoseconds = 0;
-    std::error_code error;
-    const std::string threads = "/proc/" + std::to_string(process) + "/task";
-    for (const auto& thread : std::filesystem::directory_iterator(threads, error)) {
-        double running = 0;
-        std::ifstream(thread.path() / "schedstat") >> running;
-        nanoseconds += running;
-    }
-    return nanoseconds / 1e6;
+    clockid_t clock = 0;
+    timespec computed{};
+    if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &computed) != 0)
+        fail("no processor time of the program");
+    return 1e3 * static_cast<double>(computed.tv_sec) +
+           1e-6 * static_cast<double>(computed.tv_nsec);
 }
 
 /// Returns a line of a process' memory map, in KiB.
@@ -236,65 +152,39 @@ long memory(pid_t process, const std::string& name) {
     return 0;
 }
 
-struct Times {
-    double mapped = 0;  ///< Milliseconds.
-    double painted = 0; ///< Milliseconds.
-};
-
-/// Waits until so many windows are painted; gives up after half a minute.
-std::map<xcb_window_t, Times> watch(const Screen& screen, pid_t process, std::size_t windows,
-                                    Clock::time_point start) {
-    std::map<xcb_window_t, Times> seen;
-    const auto isDone = [&] {
-        return seen.size() >= windows && std::all_of(seen.begin(), seen.end(), [](const auto& one) {
-                   return one.second.painted > 0;
-               });
-    };
-    while (!isDone()) {
+/// Waits until so many windows are painted; fails after half a minute.
+void watch(const WatchedScreen& screen, pid_t process, std::size_t windows) {
+    const Clock::time_point start = Clock::now();
+    std::set<Window> painted;
+    while (painted.size() < windows) {
         if (waitpid(process, nullptr, WNOHANG) != 0)
             fail("the program has ended");
         if (Clock::now() - start > 30s) {
             end(process);
-            fail("the windows did not come");
+            fail("the windows did not open");
         }
-        screen.waitForChange();
-        for (const xcb_window_t window : screen.mainWindows(process))
-            if (seen.try_emplace(window).second)
-                screen.watchPainting(window);
-        for (auto& [window, times] : seen) {
-            const double now = millisecondsSince(start);
-            if (times.mapped == 0 && screen.isViewable(window))
-                times.mapped = now;
-            if (times.mapped > 0 && times.painted == 0 && screen.isPainted(window))
-                times.painted = now;
-        }
+        for (const Window window : screen.mainWindows())
+            if (painted.count(window) == 0 && screen.isPainted(window))
+                painted.insert(window);
+        // So that the X server has time to paint.
+        std::this_thread::sleep_for(1ms);
     }
-    return seen;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 3)
-        fail("usage: watch_start WINDOWS PROGRAM [ARG...]");
-    const Screen screen;
-    const auto start = Clock::now();
+    if (argc != 3)
+        fail("usage: watch_start WINDOWS PROGRAM");
+    const WatchedScreen screen;
+    const Clock::time_point start = Clock::now();
     const pid_t process = launch(argv + 2);
-    const auto seen = watch(screen, process, std::strtoul(argv[1], nullptr, 10), start);
+    watch(screen, process, std::strtoul(argv[1], nullptr, 10));
+    const std::chrono::duration<double, std::milli> painted = Clock::now() - start;
     const double computed = computedMilliseconds(process);
     std::this_thread::sleep_for(1s);
-    const long proportional = memory(process, "Pss");
-    const long resident = memory(process, "Rss");
+    std::printf("{\"painted_ms\": %.2f, \"cpu_ms\": %.2f, \"pss_kib\": %ld, \"rss_kib\": %ld}\n",
+                painted.count(), computed, memory(process, "Pss"), memory(process, "Rss"));
     end(process);
-
-    double mapped = 0;
-    double painted = 0;
-    for (const auto& [window, times] : seen) {
-        mapped = std::max(mapped, times.mapped);
-        painted = std::max(painted, times.painted);
-    }
-    std::printf("{\"mapped_ms\": %.2f, \"painted_ms\": %.2f, \"cpu_ms\": %.2f, \"pss_kib\": %ld, "
-                "\"rss_kib\": %ld}\n",
-                mapped, painted, computed, proportional, resident);
     return 0;
 }

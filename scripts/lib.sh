@@ -5,7 +5,7 @@
 # Names that Debian 12 and 13 share. "build" is what CMake looks for, "run" what the program and
 # ./run itself use, "desk" a screen and a sound device without hardware, "pipewire" another sound
 # server for it, "test" what only the tests call, "access" the accessibility bus and what listens to
-# it, "package" what makes the Debian package and checks it, "bench" what the benchmarks link,
+# it, "package" what makes the Debian package and checks it, "bench" what the benchmarks link and call,
 # "peers" the programs that they start beside this one, "clang" the compiler of sanitizers and
 # fuzzers and what names the lines of a finding, "mutate" what finds mutants and keeps them from the
 # system, "check" what looks at the sources, "campaigns" what loads the machine, "bootstrap" what makes
@@ -19,7 +19,7 @@ packages_to_test=(xdotool imagemagick locales python3 r-base-core groff-base)
 packages_for_access=(at-spi2-core dbus-daemon gir1.2-atspi-2.0 python3-gi)
 packages_to_package=(appstream cmark-gfm desktop-file-utils dpkg-dev fakeroot imagemagick
     librsvg2-bin lintian python3)
-packages_to_bench=(libbenchmark-dev libgsl-dev libkissfft-dev libxcb-damage0-dev python3 util-linux)
+packages_to_bench=(hyperfine libbenchmark-dev libgsl-dev libkissfft-dev libx11-dev python3 util-linux)
 packages_of_peers=(praat sonic-visualiser)
 packages_for_clang=(clang libclang-rt-dev llvm)
 packages_to_mutate=(bubblewrap python3-clang)

@@ -1,35 +1,39 @@
-"""Measures starting beside other programs: measure_start.py BUILD RESULT, on a virtual desk.
+"""Measures the program beside others: measure_programs.py BUILD FOLDER, on a virtual desk.
 
 Starts the program and its peers in turns, with all files in memory and, where this is root's
-process, with none, and has watch_start time each until its windows are painted. Divides the
-program's start into steps by divide_start, and starts it as it is and with what it leaves out in
-turns. Then times whole processes from launch to a picture of a target of five seconds: draw_target
-and a Praat script in turns. BUILD is the build tree, RESULT the file for the numbers.
+process, with none, and lets watch_start time each until its windows are painted. Divides the
+program's start into steps by divide_start. Then hyperfine times whole processes from launch to
+a picture of a target: draw_target and a Praat script in turns. The medians go into programs.json.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
 import array
+import datetime
 import json
 import math
 import os
 import pathlib
+import platform
+import re
+import shlex
 import shutil
+import statistics
 import subprocess
 import sys
 import tempfile
 import time
 import wave
 
-WARM_ROUNDS = 11
-COLD_ROUNDS = 5
-DIVIDING_ROUNDS = 11
-DRAWING_ROUNDS = 15
+IS_TRIAL = "BENCH_TRIAL" in os.environ
+WARM_ROUNDS, COLD_ROUNDS, DIVIDING_ROUNDS = (1, 1, 1) if IS_TRIAL else (7, 3, 7)
+# By the seconds of the target.
+DRAWING_ROUNDS = {0.25: 1, 5: 1} if IS_TRIAL else {0.25: 7, 5: 7, 60: 5, 600: 3}
 SAMPLING_RATE = 40000
-TARGET_SECONDS = 5
+HUGE_PAGES = pathlib.Path("/sys/kernel/mm/transparent_hugepage/enabled")
 DROP_CACHES = pathlib.Path("/proc/sys/vm/drop_caches")
 
 
 def complain(message):
-    print(f"measure_start: {message}", file=sys.stderr)
+    print(f"measure_programs: {message}", file=sys.stderr)
 
 
 def empty_page_cache():
@@ -48,6 +52,20 @@ def processes_with_qt():
         except OSError:  # ended by now, or another user's
             continue
     return names
+
+
+def processor():
+    lines = pathlib.Path("/proc/cpuinfo").read_text(encoding="utf-8").splitlines()
+    model = next((line.split(":")[1].strip() for line in lines if line.startswith("model name")),
+                 platform.machine())
+    return f"{model}, {os.cpu_count()} processors"
+
+
+def huge_pages():
+    """Returns for whom the kernel has huge pages: "always", "madvise" or "never"."""
+    if not HUGE_PAGES.exists():
+        return "never"
+    return re.search(r"\[(\w+)\]", HUGE_PAGES.read_text(encoding="ascii"))[1]
 
 
 def answer_first_questions(home):
@@ -72,6 +90,11 @@ def numbers_of(command, environment):
                                      check=True).stdout)
 
 
+def medians(rounds):
+    """Returns the median of each number of a list of rounds."""
+    return {name: statistics.median(numbers[name] for numbers in rounds) for name in rounds[0]}
+
+
 class Starts:
     """The programs' starts, by name: how many windows make a start, and the command."""
 
@@ -88,10 +111,10 @@ class Starts:
         if "Sonic Visualiser" in self.programs:
             answer_first_questions(home)
 
-    def once(self, name, **variables):
+    def once(self, name):
         windows, program = self.programs[name]
         end_earlier_praat(self.home)
-        return numbers_of([self.watcher, str(windows), program], self.environment | variables)
+        return numbers_of([self.watcher, str(windows), program], self.environment)
 
     def rounds(self, count, prepare=lambda: None):
         """Starts all programs so often, each round beginning with another one."""
@@ -102,83 +125,74 @@ class Starts:
             for name in names[first:] + names[:first]:
                 prepare()
                 runs[name].append(self.once(name))
-        return runs
+        return {name: medians(run) for name, run in runs.items()}
+
+    def steps(self, divider):
+        rounds = [numbers_of([divider, str(time.monotonic_ns())], self.environment)
+                  for _ in range(DIVIDING_ROUNDS + 1)]
+        return medians(rounds[1:])
 
 
-def divisions(starts, build):
-    """The steps of the program's start, and starts without and with what the program leaves out."""
-    divider = build / "bench" / "divide_start"
-    runs = {"steps": [], "icon as files": [], "as it is": [], "with OpenGL": []}
-    for number in range(DIVIDING_ROUNDS + 1):
-        round_ = {
-            "steps": numbers_of([divider, str(time.monotonic_ns())], starts.environment),
-            "icon as files": numbers_of([divider, str(time.monotonic_ns()), "files"],
-                                        starts.environment),
-            "as it is": starts.once("Pellion"),
-            # Qt's first choice unless it is set.
-            "with OpenGL": starts.once("Pellion", QT_XCB_GL_INTEGRATION="xcb_glx")}
-        if number > 0:
-            for name, run in round_.items():
-                runs[name].append(run)
-    return runs
-
-
-def write_target(path):
-    """A harmonic sound, 16 bits and one channel."""
-    samples = array.array("h", (
+def write_target(path, seconds):
+    """A harmonic sound, 16 bits and one channel; a long one repeats its first seconds."""
+    block = array.array("h", (
         int(32767 * (0.5 * math.sin(i * 0.0691) + 0.3 * math.sin(i * 0.1382 + 1)))
-        for i in range(SAMPLING_RATE * TARGET_SECONDS)))
+        for i in range(int(SAMPLING_RATE * min(seconds, 5)))))
     with wave.open(str(path), "wb") as file:
         file.setparams((1, 2, SAMPLING_RATE, 0, "NONE", ""))
-        file.writeframes(samples.tobytes())
+        for _ in range(max(1, int(seconds / 5))):
+            file.writeframes(block.tobytes())
 
 
-def time_process(command, picture):
-    """Returns the milliseconds from launch to exit and on the processors."""
-    picture.unlink(missing_ok=True)
-    start = time.perf_counter()
-    with subprocess.Popen(command, stdout=subprocess.DEVNULL,
-                          stderr=subprocess.DEVNULL) as process:
-        _, status, usage = os.wait4(process.pid, 0)
-        elapsed = time.perf_counter() - start
-        process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != 0 or not picture.stat().st_size:
-        raise RuntimeError(f"{command[0]} has drawn nothing")
-    return {"ms": 1000 * elapsed, "cpu_ms": 1000 * (usage.ru_utime + usage.ru_stime)}
+def time_in_turns(commands, rounds, folder):
+    """Returns the median of each command's milliseconds, and of the first one's ratio to the
+    second one's in the same round."""
+    result = folder / "hyperfine.json"
+    times = []
+    for number in range(rounds):
+        subprocess.run(["hyperfine", "--shell=none", "--style=none", "--runs=1",
+                        f"--warmup={1 if number == 0 else 0}", f"--export-json={result}",
+                        *(shlex.join(map(str, command)) for command in commands.values())],
+                       check=True)
+        numbers = json.loads(result.read_text(encoding="utf-8"))["results"]
+        times.append({name: 1000 * one["median"] for name, one in zip(commands, numbers)})
+        if len(commands) > 1:
+            first, second, *_ = times[-1].values()
+            times[-1]["ratio"] = first / second
+    return medians(times)
 
 
 def drawings(build, folder):
+    """Of targets of each length, by their seconds."""
     target, picture = folder / "target.wav", folder / "picture.png"
-    write_target(target)
     script = pathlib.Path(__file__).with_name("draw_target.praat")
     commands = {"Pellion": [build / "bench" / "draw_target", target, picture]}
     if shutil.which("praat"):
         commands["Praat"] = ["praat", "--run", script, target, picture]
-    runs = {name: [] for name in commands}
-    for number in range(DRAWING_ROUNDS + 1):
-        for name, command in sorted(commands.items(), reverse=number % 2 == 1):
-            run = time_process(command, picture)
-            if number > 0:
-                runs[name].append(run)
-    return runs
+    found = {}
+    for seconds, rounds in DRAWING_ROUNDS.items():
+        write_target(target, seconds)
+        found[f"{seconds:g}"] = time_in_turns(commands, rounds, folder)
+    return found
 
 
 def main():
-    build, result = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
+    build, folder = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
     starts = Starts(build, pathlib.Path.home())
-    numbers = {"load": os.getloadavg()[0], "beside": processes_with_qt()}
+    numbers = {"processor": processor(), "date": str(datetime.date.today()),
+               "huge pages": huge_pages(), "beside": processes_with_qt()}
     if numbers["beside"]:
         complain(f"Qt is in use and in memory: {', '.join(numbers['beside'])}")
     starts.rounds(1)
     numbers["warm"] = starts.rounds(WARM_ROUNDS)
-    numbers["division"] = divisions(starts, build)
-    with tempfile.TemporaryDirectory() as folder:
-        numbers["drawing"] = drawings(build, pathlib.Path(folder))
+    numbers["steps"] = starts.steps(build / "bench" / "divide_start")
+    with tempfile.TemporaryDirectory() as temporary:
+        numbers["drawing"] = drawings(build, pathlib.Path(temporary))
     try:
         numbers["cold"] = starts.rounds(COLD_ROUNDS, empty_page_cache)
     except OSError as error:
         complain(f"no cold starts, for only root can empty the page cache: {error}")
-    result.write_text(json.dumps(numbers, indent=1), encoding="utf-8")
+    (folder / "programs.json").write_text(json.dumps(numbers, indent=1), encoding="utf-8")
 
 
 main()
