@@ -392,6 +392,30 @@ def picture(sessions):
 
 # The program
 
+def begins_with_header(path):
+    """Returns whether a file begins as a results file does, whatever its name."""
+    try:
+        # Reading a pipe would wait.
+        return path.is_file() and path.read_bytes().startswith(HEADER.encode())
+    except OSError:
+        return False
+
+
+def refuse_outputs(parser, options):
+    """Ends the program where writing would replace responses, an input or another output."""
+    inputs = [*results_files(options.paths), *map(pathlib.Path, filter(None, [options.targets]))]
+    taken = {path.resolve() for path in inputs}
+    for output in map(pathlib.Path, filter(None, (options.requests, options.picture))):
+        # Files that the shell has listed may follow an option whose value was forgotten.
+        if NAME.fullmatch(output.name):
+            parser.error("%s has the name of a results file and is not written" % output)
+        if begins_with_header(output):
+            parser.error("%s begins as a results file does and is not written" % output)
+        if output.resolve() in taken:
+            parser.error("%s is an input or another output and is not written" % output)
+        taken.add(output.resolve())
+
+
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0], allow_abbrev=False)
     parser.add_argument("--target", type=float, metavar="HZ",
@@ -409,10 +433,7 @@ def parse_arguments():
         parser.error("--target or --targets is missing")
     if options.target is not None and not 0 < options.target < math.inf:
         parser.error("--target takes a frequency above 0")
-    for output in filter(None, (options.requests, options.picture)):
-        # Files that the shell has listed may follow an option whose value was forgotten.
-        if NAME.fullmatch(pathlib.Path(output).name):
-            parser.error("%s has the name of a results file and is not written" % output)
+    refuse_outputs(parser, options)
     try:
         options.targets = read_targets(options.targets) if options.targets else {}
     except ValueError as problem:

@@ -315,6 +315,13 @@ void TestAnalysis::wrongCommandLinesAreRefused_data() {
         row("no such option", {"--target", "440", "--hertz", "."});
         row("results file to be overwritten",
             {"--target", "440", "--requests", "S_practice001.txt", "."});
+        row("renamed results file to be overwritten",
+            {"--target", "440", "--picture", "renamed", simulated});
+        row("input to be overwritten", {"--target", "440", "--requests", "./notes.txt", "."});
+        row("table of targets to be overwritten",
+            {"--targets", "targets", "--requests", "link", "."});
+        row("one file for both outputs",
+            {"--target", "440", "--requests", "new", "--picture", "./new", "."});
         row("no such file", {"--target", "440", "S_practice001.txt"}, 1);
         row("no such folder", {"--target", "440", "--requests", "no/requests.tsv", "."}, 1);
         row("nothing to draw", {"--target", "440", "--picture", "none.svg", "."}, 1);
@@ -325,7 +332,14 @@ void TestAnalysis::wrongCommandLinesAreRefused() {
     QFETCH(QStringList, command);
     QFETCH(QStringList, arguments);
     QFETCH(int, status);
-    const AnalysisRun run = analyse(command, arguments);
+    const QTemporaryDir folder;
+    QVERIFY(writeBytes(folder.filePath("renamed"), one));
+    QVERIFY(writeBytes(folder.filePath("notes.txt"), "t.wav\n"));
+    QVERIFY(writeBytes(folder.filePath("targets"), "t.wav\t440\n"));
+    QVERIFY(QFile::link("targets", folder.filePath("link")));
+    const QList<QByteArray> contents = testsupport::contentsOf(folder.path());
+    const AnalysisRun run = analyse(command, arguments, folder.path());
+    QCOMPARE(testsupport::contentsOf(folder.path()), contents);
     QCOMPARE(run.status, status);
     QVERIFY(run.errors.contains(scriptName(command) + ": "));
     QCOMPARE(run.output.isEmpty(), status == 2);
