@@ -92,7 +92,7 @@ QString scriptName(const QStringList& command) {
     return QFileInfo(command[1]).fileName();
 }
 
-/// Whether two texts are equal but for differences of numbers by up to 1e-9.
+/// Whether two texts are equal but for differences between numbers by up to 1e-9.
 bool agree(const QString& text, const QString& other) {
     static const QRegularExpression separators(QStringLiteral("[\t\n]"));
     const QStringList fields = text.split(separators);
@@ -100,10 +100,30 @@ bool agree(const QString& text, const QString& other) {
     return std::equal(fields.begin(), fields.end(), others.begin(), others.end(),
                       [](const QString& field, const QString& otherField) {
                           bool isNumber = false;
-                          const double number = field.toDouble(&isNumber);
-                          return field == otherField ||
-                                 (isNumber && std::abs(number - otherField.toDouble()) <= 1e-9);
+                          bool isOtherNumber = false;
+                          const double difference =
+                              field.toDouble(&isNumber) - otherField.toDouble(&isOtherNumber);
+                          return isNumber && isOtherNumber ? std::abs(difference) <= 1e-9
+                                                           : field == otherField;
                       });
+}
+
+/// The residuals (cents) of the sessions whose match was approached from one side.
+struct Residuals {
+    int count = 0;
+    double mean = 0;
+    double squares = 0; ///< Sum of the squared deviations from the mean.
+};
+
+/// Reads them from rows of the table of sessions.
+Residuals residualsFrom(const QString& side, const QStringList& rows) {
+    Residuals residuals;
+    for (const QString& row : rows.filter(u'\t' + side + u'\t')) {
+        const double deviation = row.section(u'\t', 13, 13).toDouble() - residuals.mean;
+        residuals.mean += deviation / ++residuals.count;
+        residuals.squares += deviation * deviation * (residuals.count - 1) / residuals.count;
+    }
+    return residuals;
 }
 
 } // namespace
@@ -358,6 +378,7 @@ void TestAnalysis::severalTargetsAreReported() {
 }
 
 void TestAnalysis::languagesAgree() {
+    QVERIFY(agree("1\tNA", "1.0000000001\tNA") && !agree("0.00", "NA") && !agree("NA", "0.00"));
     if (!isThere(python()) || !isThere(statisticsLanguage()))
         QSKIP("python3 or Rscript is not installed");
     const QTemporaryDir odd;
@@ -382,17 +403,31 @@ void TestAnalysis::simulatedListenersAreRecognised() {
     QFETCH(QStringList, command);
     const AnalysisRun run = analyse(command, {"--targets", simulated + "/targets.tsv", simulated});
     QCOMPARE(run.errors, QString());
+    const QStringList sessions = run.output.section("\n\n", 0, 0).split(u'\n');
     const QStringList rows = run.output.section("\n\n", 1).split(u'\n');
     const QString truth = testsupport::readBytes(simulated + "/truth.tsv");
     QCOMPARE(truth.count(u'\n'), 6);
     for (const QString& line : truth.split(u'\n').mid(1, 5)) {
-        // Subject, bias, lag and scatter in cents, octave errors.
         const QStringList expected = line.split(u'\t');
+        const double bias = expected[1].toDouble();
+        const double lag = expected[2].toDouble();
+        const double scatter = expected[3].toDouble();
         const QStringList found = rows.filter(expected[0] + "\texperiment\t6\t")[0].split(u'\t');
         QCOMPARE(found[7], expected[4]);
-        // Within two standard errors.
-        QVERIFY(std::abs(found[8].toDouble() - expected[1].toDouble()) <
-                2 * expected[3].toDouble() / std::sqrt(6));
+        // Within two standard errors of the mean of six matches.
+        const double sixMatches = 2 * scatter / std::sqrt(6);
+        QVERIFY(std::abs(found[8].toDouble() - bias) < sixMatches);
+        const QStringList ofListener = sessions.filter(expected[0] + "\texperiment\t");
+        const Residuals above = residualsFrom("above", ofListener);
+        const Residuals below = residualsFrom("below", ofListener);
+        QCOMPARE(above.count, 3);
+        QCOMPARE(below.count, 3);
+        // Half the difference between two means of three has the standard error of a mean of six.
+        QVERIFY(std::abs((above.mean - below.mean) / 2 - lag) < sixMatches);
+        // The squares around both means, in units of the variance, are distributed as chi-square
+        // with 6 - 2 degrees of freedom; 95% of it lies between these quantiles.
+        const double squares = (above.squares + below.squares) / (scatter * scatter);
+        QVERIFY(squares > 0.484 && squares < 11.143);
     }
 }
 
