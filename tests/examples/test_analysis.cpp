@@ -126,6 +126,24 @@ Residuals residualsFrom(const QString& side, const QStringList& rows) {
     return residuals;
 }
 
+/// The columns of each table in the README: those of all tables first, then those of each.
+QVector<QStringList> codebook() {
+    const QString columns = QString(testsupport::readBytes(PELLION_ANALYSIS "/README.md"))
+                                .section("## Columns", 1)
+                                .section("\n## ", 0, 0);
+    const QRegularExpression name(QStringLiteral("`([^`]+)`"));
+    QVector<QStringList> tables;
+    for (const QString& table : columns.split("| column | content |").mid(1)) {
+        tables.append(QStringList());
+        for (const QString& row : table.split(u'\n').filter(QRegularExpression("^[|]"))) {
+            auto names = name.globalMatch(row.section(u'|', 1, 1));
+            while (names.hasNext())
+                tables.last() << names.next().captured(1);
+        }
+    }
+    return tables;
+}
+
 } // namespace
 
 class TestAnalysis : public QObject {
@@ -154,6 +172,8 @@ private slots:
     void simulatedListenersAreRecognised_data() { addLanguages(); }
     void simulatedListenersAreRecognised();
     void simulationCanBeRepeated();
+    void codebookListsEveryColumn_data() { addLanguages(); }
+    void codebookListsEveryColumn();
     void functionsCanBeCalled_data() { addLanguages(); }
     void functionsCanBeCalled();
     void pictureHasEveryRequest();
@@ -441,6 +461,20 @@ void TestAnalysis::simulationCanBeRepeated() {
     QList<QByteArray> shipped = testsupport::contentsOf(simulated);
     QVERIFY(shipped.removeOne(testsupport::readBytes(simulated + "/simulate.py")));
     QCOMPARE(testsupport::contentsOf(folder.path()), shipped);
+}
+
+void TestAnalysis::codebookListsEveryColumn() {
+    QFETCH(QStringList, command);
+    const QTemporaryDir folder;
+    const QString requests = folder.filePath("requests.tsv");
+    const AnalysisRun run =
+        analyse(command, {"--target", "440", "--requests", requests, simulated});
+    const QVector<QStringList> tables = codebook();
+    QCOMPARE(tables.size(), 4);
+    const QStringList texts{run.output, run.output.section("\n\n", 1),
+                            testsupport::readBytes(requests)};
+    for (int i = 0; i < texts.size(); ++i)
+        QCOMPARE((tables[0] + tables[i + 1]).join(u'\t'), texts[i].section(u'\n', 0, 0));
 }
 
 void TestAnalysis::functionsCanBeCalled() {
