@@ -283,6 +283,11 @@ cells_of <- function(column, values, options) {
     ifelse(is.na(values), "NA", text)
 }
 
+# Writes the byte order mark by which spreadsheets recognise UTF-8.
+write_mark <- function(options, file) {
+    if (options$decimal_comma) writeLines("\ufeff", file, sep = "", useBytes = TRUE)
+}
+
 # Writes a table in UTF-8, whatever the locale.
 write_table <- function(table, options, file) {
     writeLines(enc2utf8(table_lines(table, options)), file, useBytes = TRUE)
@@ -418,6 +423,7 @@ write_files <- function(analysis, options) {
         if (!is.na(name)) {
             file <- file(name, "wb")
             on.exit(close(file))
+            write_mark(options, file)
             write_table(analysis$requests, options, file)
         }
         name <<- options$picture
@@ -450,6 +456,7 @@ main <- function(arguments) {
         return(0)
     }
     analysis <- analyse(options$paths, options$target, options$targets)
+    write_mark(options, stdout())
     write_table(analysis$sessions, options, stdout())
     cat("\n")
     write_table(analysis$matches, options, stdout())

@@ -277,6 +277,11 @@ def analyse(paths, target_hz=None, targets=None):
 
 # Writing
 
+def encoding(options):
+    """Returns the tables' encoding; spreadsheets recognise UTF-8 by the byte order mark."""
+    return "utf-8-sig" if options.decimal_comma else "utf-8"
+
+
 def write_table(row_type, rows, options, file):
     separator = ";" if options.decimal_comma else "\t"
     lines = [row_type._fields, *([cell(name, value, options) for name, value in
@@ -446,7 +451,7 @@ def write_files(analysis, options):
     try:
         name = options.requests
         if name:
-            with open(name, "w", encoding="utf-8", newline="\n") as file:
+            with open(name, "w", encoding=encoding(options), newline="\n") as file:
                 write_table(RequestRow, analysis.requests, options, file)
         name = options.picture
         if name and not analysis.requests:
@@ -462,7 +467,7 @@ def write_files(analysis, options):
 
 def main():
     options = parse_arguments()
-    sys.stdout.reconfigure(encoding="utf-8")
+    sys.stdout.reconfigure(encoding=encoding(options))
     analysis = analyse(options.paths, options.target, options.targets)
     write_table(SessionRow, analysis.sessions, options, sys.stdout)
     print()

@@ -23,6 +23,7 @@ namespace {
 
 const QString simulated = QStringLiteral(PELLION_ANALYSIS "/simulated");
 const QByteArray header = "filename\tnTrials\tfrequency matched (Hz)\r\n";
+const QByteArray mark = "\xEF\xBB\xBF"; // U+FEFF, the byte order mark.
 const QByteArray one = header + "t.wav\t1\t440\r\n";
 
 /// Writes sessions as the program does. One with a file name is written as a journal, which a
@@ -228,7 +229,7 @@ void TestAnalysis::targetsComeFromATable_data() {
         };
         row("tabs", "file\thz\na,1.wav\t440.5\nb\".wav\t 220 \n");
         row("commas", "File,Hz\r\na,1.wav,440.5\r\n\r\nb\".wav, 220");
-        row("decimal commas", "\xEF\xBB\xBF\"file\";\"hz\"\na,1.wav;440,5\nb\".wav;220,0\n");
+        row("decimal commas", mark + "\"file\";\"hz\"\na,1.wav;440,5\nb\".wav;220,0\n");
         row("quotes", "\"a,1.wav\",440.5\n\"b\"\".wav\",220\nb\".wav,220\n");
         const QByteArray wrong = " is not a file name and a frequency above 0";
         row("one column", "a,1.wav\n", "line 1" + wrong);
@@ -289,17 +290,21 @@ void TestAnalysis::requestsAreWritten() {
              "subject\tsession\tnumber\trequest\ttarget\ttarget_hz\tfrequency_hz\tcents\tfile\n"
              "S\tpractice\t2\t1\t\"a;b.wav\"\t440\t440.125\t0.49\tS_practice002.txt\n"
              "S\tpractice\t2\t2\t\"a;b.wav\"\t440\t220\t-1200.00\tS_practice002.txt\n");
-    const AnalysisRun run = analyse(command, QStringList{"--decimal-comma"} + arguments);
+    arguments.prepend("--decimal-comma");
+    const testsupport::ProgramRun run =
+        testsupport::runProgram(command[0], command.mid(1) + arguments);
+    QVERIFY(run.output.startsWith(mark + "subject;"));
+    QCOMPARE(run.output.count(mark), 1);
+    const QList<QByteArray> lines = run.output.split('\n');
     QCOMPARE(
-        run.output.section(u'\n', 2, 2),
-        QString("S;practice;2;\"a;b.wav\";2;220,00;-1200,00;330,06;155,65;-599,75;848,88;440;-1;"
-                "0,00;above;7,87;S_practice002.txt"));
-    QCOMPARE(run.output.section(u'\n', -2, -2),
-             QString("S;practice;1;220,00;NA;-1200,00;NA;1;0,00;NA"));
+        lines[2],
+        QByteArray("S;practice;2;\"a;b.wav\";2;220,00;-1200,00;330,06;155,65;-599,75;848,88;440;-1;"
+                   "0,00;above;7,87;S_practice002.txt"));
+    QCOMPARE(lines[lines.size() - 2], QByteArray("S;practice;1;220,00;NA;-1200,00;NA;1;0,00;NA"));
     QCOMPARE(testsupport::readBytes(table),
-             "subject;session;number;request;target;target_hz;frequency_hz;cents;file\n"
-             "S;practice;2;1;\"a;b.wav\";440;440,125;0,49;S_practice002.txt\n"
-             "S;practice;2;2;\"a;b.wav\";440;220;-1200,00;S_practice002.txt\n");
+             mark + "subject;session;number;request;target;target_hz;frequency_hz;cents;file\n"
+                    "S;practice;2;1;\"a;b.wav\";440;440,125;0,49;S_practice002.txt\n"
+                    "S;practice;2;2;\"a;b.wav\";440;220;-1200,00;S_practice002.txt\n");
 }
 
 void TestAnalysis::otherFilesAreLeftOutAndReported() {
