@@ -283,6 +283,11 @@ cells_of <- function(column, values, options) {
     ifelse(is.na(values), "NA", text)
 }
 
+# Writes the byte order mark by which spreadsheets recognise UTF-8.
+write_mark <- function(options, file) {
+    if (options$decimal_comma) writeLines("\ufeff", file, sep = "", useBytes = TRUE)
+}
+
 # Writes a table in UTF-8, whatever the locale.
 write_table <- function(table, options, file) {
     writeLines(enc2utf8(table_lines(table, options)), file, useBytes = TRUE)
@@ -371,15 +376,43 @@ check <- function(options) {
     if (!grepl("^([0-9]|1[0-5])$", options$digits)) stop("--digits takes a count from 0 to 15")
     options$digits <- as.integer(options$digits)
     if (length(options$paths) == 0) stop("a results file or a folder of them is missing")
-    # Files that the shell has listed may follow an option whose value was forgotten.
-    outputs <- as.character(c(options$requests, options$picture))
-    for (output in outputs[grepl(name_pattern, basename(outputs))])
-        stop(output, " has the name of a results file and is not written")
+    refuse_outputs(options)
     options$targets <- if (is.na(options$targets)) numeric(0)
     else tryCatch(read_targets(options$targets), error = function(problem) {
         stop(options$targets, ": ", conditionMessage(problem))
     })
     options
+}
+
+# Returns the paths of files without links; files that do not exist yet are in existing folders.
+resolved <- function(files) {
+    ifelse(file.exists(files), normalizePath(files, mustWork = FALSE),
+           file.path(normalizePath(dirname(files), mustWork = FALSE), basename(files)))
+}
+
+# Returns whether a file begins as a results file does, whatever its name.
+begins_with_header <- function(path) {
+    # A pipe, whose reading would wait, has no size.
+    if (!isTRUE(file.size(path) > 0)) return(FALSE)
+    cannot_be_read <- function(condition) FALSE
+    tryCatch(identical(readBin(path, "raw", nchar(header)), charToRaw(header)),
+             warning = cannot_be_read, error = cannot_be_read)
+}
+
+# Stops where writing would replace responses, an input or another output.
+refuse_outputs <- function(options) {
+    given <- function(files) as.character(files[!is.na(files)])
+    taken <- resolved(c(results_files(options$paths), given(options$targets)))
+    for (output in given(c(options$requests, options$picture))) {
+        # Files that the shell has listed may follow an option whose value was forgotten.
+        if (grepl(name_pattern, basename(output)))
+            stop(output, " has the name of a results file and is not written")
+        if (begins_with_header(output))
+            stop(output, " begins as a results file does and is not written")
+        if (resolved(output) %in% taken)
+            stop(output, " is an input or another output and is not written")
+        taken <- c(taken, resolved(output))
+    }
 }
 
 # Writes what the options name; returns whether all of it could be written.
@@ -390,6 +423,7 @@ write_files <- function(analysis, options) {
         if (!is.na(name)) {
             file <- file(name, "wb")
             on.exit(close(file))
+            write_mark(options, file)
             write_table(analysis$requests, options, file)
         }
         name <<- options$picture
@@ -422,6 +456,7 @@ main <- function(arguments) {
         return(0)
     }
     analysis <- analyse(options$paths, options$target, options$targets)
+    write_mark(options, stdout())
     write_table(analysis$sessions, options, stdout())
     cat("\n")
     write_table(analysis$matches, options, stdout())

@@ -277,6 +277,11 @@ def analyse(paths, target_hz=None, targets=None):
 
 # Writing
 
+def encoding(options):
+    """Returns the tables' encoding; spreadsheets recognise UTF-8 by the byte order mark."""
+    return "utf-8-sig" if options.decimal_comma else "utf-8"
+
+
 def write_table(row_type, rows, options, file):
     separator = ";" if options.decimal_comma else "\t"
     lines = [row_type._fields, *([cell(name, value, options) for name, value in
@@ -392,6 +397,30 @@ def picture(sessions):
 
 # The program
 
+def begins_with_header(path):
+    """Returns whether a file begins as a results file does, whatever its name."""
+    try:
+        # Reading a pipe would wait.
+        return path.is_file() and path.read_bytes().startswith(HEADER.encode())
+    except OSError:
+        return False
+
+
+def refuse_outputs(parser, options):
+    """Ends the program where writing would replace responses, an input or another output."""
+    inputs = [*results_files(options.paths), *map(pathlib.Path, filter(None, [options.targets]))]
+    taken = {path.resolve() for path in inputs}
+    for output in map(pathlib.Path, filter(None, (options.requests, options.picture))):
+        # Files that the shell has listed may follow an option whose value was forgotten.
+        if NAME.fullmatch(output.name):
+            parser.error("%s has the name of a results file and is not written" % output)
+        if begins_with_header(output):
+            parser.error("%s begins as a results file does and is not written" % output)
+        if output.resolve() in taken:
+            parser.error("%s is an input or another output and is not written" % output)
+        taken.add(output.resolve())
+
+
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0], allow_abbrev=False)
     parser.add_argument("--target", type=float, metavar="HZ",
@@ -409,10 +438,7 @@ def parse_arguments():
         parser.error("--target or --targets is missing")
     if options.target is not None and not 0 < options.target < math.inf:
         parser.error("--target takes a frequency above 0")
-    for output in filter(None, (options.requests, options.picture)):
-        # Files that the shell has listed may follow an option whose value was forgotten.
-        if NAME.fullmatch(pathlib.Path(output).name):
-            parser.error("%s has the name of a results file and is not written" % output)
+    refuse_outputs(parser, options)
     try:
         options.targets = read_targets(options.targets) if options.targets else {}
     except ValueError as problem:
@@ -425,7 +451,7 @@ def write_files(analysis, options):
     try:
         name = options.requests
         if name:
-            with open(name, "w", encoding="utf-8", newline="\n") as file:
+            with open(name, "w", encoding=encoding(options), newline="\n") as file:
                 write_table(RequestRow, analysis.requests, options, file)
         name = options.picture
         if name and not analysis.requests:
@@ -441,7 +467,7 @@ def write_files(analysis, options):
 
 def main():
     options = parse_arguments()
-    sys.stdout.reconfigure(encoding="utf-8")
+    sys.stdout.reconfigure(encoding=encoding(options))
     analysis = analyse(options.paths, options.target, options.targets)
     write_table(SessionRow, analysis.sessions, options, sys.stdout)
     print()

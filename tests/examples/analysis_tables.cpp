@@ -145,9 +145,10 @@ QString AnalysedSession::fileName() const {
     return file.isEmpty() ? proposedOutputFileName(subject, type, number) : file;
 }
 
-AnalysisRun analyse(const QStringList& command, const QStringList& arguments) {
+AnalysisRun analyse(const QStringList& command, const QStringList& arguments,
+                    const QString& folder) {
     const testsupport::ProgramRun run =
-        testsupport::runProgram(command[0], command.mid(1) + arguments);
+        testsupport::runProgram(command[0], command.mid(1) + arguments, folder);
     return {run.status, QString::fromUtf8(run.output), QString::fromUtf8(run.errors)};
 }
 

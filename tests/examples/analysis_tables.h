@@ -41,8 +41,9 @@ template <typename Function> void forLanguages(Function&& function) {
 /// Adds the column "command" and a row for each language that is there.
 void addLanguages();
 
-/// Runs an analysis ("python" or "R" by its command).
-AnalysisRun analyse(const QStringList& command, const QStringList& arguments);
+/// Runs an analysis ("python" or "R" by its command) in a folder, the current one by default.
+AnalysisRun analyse(const QStringList& command, const QStringList& arguments,
+                    const QString& folder = {});
 
 /// Returns both tables for sessions that are in order, by formulas of the tests' own. The target's
 /// frequency (Hz) is that of sessions which have none of their own.

@@ -23,6 +23,7 @@ namespace {
 
 const QString simulated = QStringLiteral(PELLION_ANALYSIS "/simulated");
 const QByteArray header = "filename\tnTrials\tfrequency matched (Hz)\r\n";
+const QByteArray mark = "\xEF\xBB\xBF"; // U+FEFF, the byte order mark.
 const QByteArray one = header + "t.wav\t1\t440\r\n";
 
 /// Writes sessions as the program does. One with a file name is written as a journal, which a
@@ -92,7 +93,7 @@ QString scriptName(const QStringList& command) {
     return QFileInfo(command[1]).fileName();
 }
 
-/// Whether two texts are equal but for differences of numbers by up to 1e-9.
+/// Whether two texts are equal but for differences between numbers by up to 1e-9.
 bool agree(const QString& text, const QString& other) {
     static const QRegularExpression separators(QStringLiteral("[\t\n]"));
     const QStringList fields = text.split(separators);
@@ -100,10 +101,48 @@ bool agree(const QString& text, const QString& other) {
     return std::equal(fields.begin(), fields.end(), others.begin(), others.end(),
                       [](const QString& field, const QString& otherField) {
                           bool isNumber = false;
-                          const double number = field.toDouble(&isNumber);
-                          return field == otherField ||
-                                 (isNumber && std::abs(number - otherField.toDouble()) <= 1e-9);
+                          bool isOtherNumber = false;
+                          const double difference =
+                              field.toDouble(&isNumber) - otherField.toDouble(&isOtherNumber);
+                          return isNumber && isOtherNumber ? std::abs(difference) <= 1e-9
+                                                           : field == otherField;
                       });
+}
+
+/// The residuals (cents) of the sessions whose match was approached from one side.
+struct Residuals {
+    int count = 0;
+    double mean = 0;
+    double squares = 0; ///< Sum of the squared deviations from the mean.
+};
+
+/// Reads them from rows of the table of sessions.
+Residuals residualsFrom(const QString& side, const QStringList& rows) {
+    Residuals residuals;
+    for (const QString& row : rows.filter(u'\t' + side + u'\t')) {
+        const double deviation = row.section(u'\t', 13, 13).toDouble() - residuals.mean;
+        residuals.mean += deviation / ++residuals.count;
+        residuals.squares += deviation * deviation * (residuals.count - 1) / residuals.count;
+    }
+    return residuals;
+}
+
+/// The columns of each table in the README: those of all tables first, then those of each.
+QVector<QStringList> codebook() {
+    const QString columns = QString(testsupport::readBytes(PELLION_ANALYSIS "/README.md"))
+                                .section("## Columns", 1)
+                                .section("\n## ", 0, 0);
+    const QRegularExpression name(QStringLiteral("`([^`]+)`"));
+    QVector<QStringList> tables;
+    for (const QString& table : columns.split("| column | content |").mid(1)) {
+        tables.append(QStringList());
+        for (const QString& row : table.split(u'\n').filter(QRegularExpression("^[|]"))) {
+            auto names = name.globalMatch(row.section(u'|', 1, 1));
+            while (names.hasNext())
+                tables.last() << names.next().captured(1);
+        }
+    }
+    return tables;
 }
 
 } // namespace
@@ -134,6 +173,8 @@ private slots:
     void simulatedListenersAreRecognised_data() { addLanguages(); }
     void simulatedListenersAreRecognised();
     void simulationCanBeRepeated();
+    void codebookListsEveryColumn_data() { addLanguages(); }
+    void codebookListsEveryColumn();
     void functionsCanBeCalled_data() { addLanguages(); }
     void functionsCanBeCalled();
     void pictureHasEveryRequest();
@@ -188,7 +229,7 @@ void TestAnalysis::targetsComeFromATable_data() {
         };
         row("tabs", "file\thz\na,1.wav\t440.5\nb\".wav\t 220 \n");
         row("commas", "File,Hz\r\na,1.wav,440.5\r\n\r\nb\".wav, 220");
-        row("decimal commas", "\xEF\xBB\xBF\"file\";\"hz\"\na,1.wav;440,5\nb\".wav;220,0\n");
+        row("decimal commas", mark + "\"file\";\"hz\"\na,1.wav;440,5\nb\".wav;220,0\n");
         row("quotes", "\"a,1.wav\",440.5\n\"b\"\".wav\",220\nb\".wav,220\n");
         const QByteArray wrong = " is not a file name and a frequency above 0";
         row("one column", "a,1.wav\n", "line 1" + wrong);
@@ -249,17 +290,21 @@ void TestAnalysis::requestsAreWritten() {
              "subject\tsession\tnumber\trequest\ttarget\ttarget_hz\tfrequency_hz\tcents\tfile\n"
              "S\tpractice\t2\t1\t\"a;b.wav\"\t440\t440.125\t0.49\tS_practice002.txt\n"
              "S\tpractice\t2\t2\t\"a;b.wav\"\t440\t220\t-1200.00\tS_practice002.txt\n");
-    const AnalysisRun run = analyse(command, QStringList{"--decimal-comma"} + arguments);
+    arguments.prepend("--decimal-comma");
+    const testsupport::ProgramRun run =
+        testsupport::runProgram(command[0], command.mid(1) + arguments);
+    QVERIFY(run.output.startsWith(mark + "subject;"));
+    QCOMPARE(run.output.count(mark), 1);
+    const QList<QByteArray> lines = run.output.split('\n');
     QCOMPARE(
-        run.output.section(u'\n', 2, 2),
-        QString("S;practice;2;\"a;b.wav\";2;220,00;-1200,00;330,06;155,65;-599,75;848,88;440;-1;"
-                "0,00;above;7,87;S_practice002.txt"));
-    QCOMPARE(run.output.section(u'\n', -2, -2),
-             QString("S;practice;1;220,00;NA;-1200,00;NA;1;0,00;NA"));
+        lines[2],
+        QByteArray("S;practice;2;\"a;b.wav\";2;220,00;-1200,00;330,06;155,65;-599,75;848,88;440;-1;"
+                   "0,00;above;7,87;S_practice002.txt"));
+    QCOMPARE(lines[lines.size() - 2], QByteArray("S;practice;1;220,00;NA;-1200,00;NA;1;0,00;NA"));
     QCOMPARE(testsupport::readBytes(table),
-             "subject;session;number;request;target;target_hz;frequency_hz;cents;file\n"
-             "S;practice;2;1;\"a;b.wav\";440;440,125;0,49;S_practice002.txt\n"
-             "S;practice;2;2;\"a;b.wav\";440;220;-1200,00;S_practice002.txt\n");
+             mark + "subject;session;number;request;target;target_hz;frequency_hz;cents;file\n"
+                    "S;practice;2;1;\"a;b.wav\";440;440,125;0,49;S_practice002.txt\n"
+                    "S;practice;2;2;\"a;b.wav\";440;220;-1200,00;S_practice002.txt\n");
 }
 
 void TestAnalysis::otherFilesAreLeftOutAndReported() {
@@ -315,6 +360,13 @@ void TestAnalysis::wrongCommandLinesAreRefused_data() {
         row("no such option", {"--target", "440", "--hertz", "."});
         row("results file to be overwritten",
             {"--target", "440", "--requests", "S_practice001.txt", "."});
+        row("renamed results file to be overwritten",
+            {"--target", "440", "--picture", "renamed", simulated});
+        row("input to be overwritten", {"--target", "440", "--requests", "./notes.txt", "."});
+        row("table of targets to be overwritten",
+            {"--targets", "targets", "--requests", "link", "."});
+        row("one file for both outputs",
+            {"--target", "440", "--requests", "new", "--picture", "./new", "."});
         row("no such file", {"--target", "440", "S_practice001.txt"}, 1);
         row("no such folder", {"--target", "440", "--requests", "no/requests.tsv", "."}, 1);
         row("nothing to draw", {"--target", "440", "--picture", "none.svg", "."}, 1);
@@ -325,7 +377,14 @@ void TestAnalysis::wrongCommandLinesAreRefused() {
     QFETCH(QStringList, command);
     QFETCH(QStringList, arguments);
     QFETCH(int, status);
-    const AnalysisRun run = analyse(command, arguments);
+    const QTemporaryDir folder;
+    QVERIFY(writeBytes(folder.filePath("renamed"), one));
+    QVERIFY(writeBytes(folder.filePath("notes.txt"), "t.wav\n"));
+    QVERIFY(writeBytes(folder.filePath("targets"), "t.wav\t440\n"));
+    QVERIFY(QFile::link("targets", folder.filePath("link")));
+    const QList<QByteArray> contents = testsupport::contentsOf(folder.path());
+    const AnalysisRun run = analyse(command, arguments, folder.path());
+    QCOMPARE(testsupport::contentsOf(folder.path()), contents);
     QCOMPARE(run.status, status);
     QVERIFY(run.errors.contains(scriptName(command) + ": "));
     QCOMPARE(run.output.isEmpty(), status == 2);
@@ -344,6 +403,7 @@ void TestAnalysis::severalTargetsAreReported() {
 }
 
 void TestAnalysis::languagesAgree() {
+    QVERIFY(agree("1\tNA", "1.0000000001\tNA") && !agree("0.00", "NA") && !agree("NA", "0.00"));
     if (!isThere(python()) || !isThere(statisticsLanguage()))
         QSKIP("python3 or Rscript is not installed");
     const QTemporaryDir odd;
@@ -368,17 +428,31 @@ void TestAnalysis::simulatedListenersAreRecognised() {
     QFETCH(QStringList, command);
     const AnalysisRun run = analyse(command, {"--targets", simulated + "/targets.tsv", simulated});
     QCOMPARE(run.errors, QString());
+    const QStringList sessions = run.output.section("\n\n", 0, 0).split(u'\n');
     const QStringList rows = run.output.section("\n\n", 1).split(u'\n');
     const QString truth = testsupport::readBytes(simulated + "/truth.tsv");
     QCOMPARE(truth.count(u'\n'), 6);
     for (const QString& line : truth.split(u'\n').mid(1, 5)) {
-        // Subject, bias, lag and scatter in cents, octave errors.
         const QStringList expected = line.split(u'\t');
+        const double bias = expected[1].toDouble();
+        const double lag = expected[2].toDouble();
+        const double scatter = expected[3].toDouble();
         const QStringList found = rows.filter(expected[0] + "\texperiment\t6\t")[0].split(u'\t');
         QCOMPARE(found[7], expected[4]);
-        // Within two standard errors.
-        QVERIFY(std::abs(found[8].toDouble() - expected[1].toDouble()) <
-                2 * expected[3].toDouble() / std::sqrt(6));
+        // Within two standard errors of the mean of six matches.
+        const double sixMatches = 2 * scatter / std::sqrt(6);
+        QVERIFY(std::abs(found[8].toDouble() - bias) < sixMatches);
+        const QStringList ofListener = sessions.filter(expected[0] + "\texperiment\t");
+        const Residuals above = residualsFrom("above", ofListener);
+        const Residuals below = residualsFrom("below", ofListener);
+        QCOMPARE(above.count, 3);
+        QCOMPARE(below.count, 3);
+        // Half the difference between two means of three has the standard error of a mean of six.
+        QVERIFY(std::abs((above.mean - below.mean) / 2 - lag) < sixMatches);
+        // The squares around both means, in units of the variance, are distributed as chi-square
+        // with 6 - 2 degrees of freedom; 95% of it lies between these quantiles.
+        const double squares = (above.squares + below.squares) / (scatter * scatter);
+        QVERIFY(squares > 0.484 && squares < 11.143);
     }
 }
 
@@ -392,6 +466,20 @@ void TestAnalysis::simulationCanBeRepeated() {
     QList<QByteArray> shipped = testsupport::contentsOf(simulated);
     QVERIFY(shipped.removeOne(testsupport::readBytes(simulated + "/simulate.py")));
     QCOMPARE(testsupport::contentsOf(folder.path()), shipped);
+}
+
+void TestAnalysis::codebookListsEveryColumn() {
+    QFETCH(QStringList, command);
+    const QTemporaryDir folder;
+    const QString requests = folder.filePath("requests.tsv");
+    const AnalysisRun run =
+        analyse(command, {"--target", "440", "--requests", requests, simulated});
+    const QVector<QStringList> tables = codebook();
+    QCOMPARE(tables.size(), 4);
+    const QStringList texts{run.output, run.output.section("\n\n", 1),
+                            testsupport::readBytes(requests)};
+    for (int i = 0; i < texts.size(); ++i)
+        QCOMPARE((tables[0] + tables[i + 1]).join(u'\t'), texts[i].section(u'\n', 0, 0));
 }
 
 void TestAnalysis::functionsCanBeCalled() {
