@@ -89,30 +89,31 @@ void addFileOptions(QCommandLineParser& parser) {
 }
 
 TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberReader& values) {
-    constexpr double mostHertz = 1e6;
-    constexpr double mostDegrees = 360;
-    constexpr double mostMilliseconds = 1e8;
+    constexpr double maximumHertz = 1e6;
+    constexpr double maximumDegrees = 360;
+    constexpr double maximumMilliseconds = 1e8;
     TargetRecipe recipe;
     recipe.kind = kind;
-    recipe.frequency = values.number("frequency", 0.001, mostHertz);
-    recipe.phaseDegrees = values.number("phase", -mostDegrees, mostDegrees);
+    recipe.frequency = values.number("frequency", 0.001, maximumHertz);
+    recipe.phaseDegrees = values.number("phase", -maximumDegrees, maximumDegrees);
     recipe.harmonics = values.list("harmonics");
     if (parser.isSet("without-fundamental"))
         recipe.harmonics.removeAll(1);
-    recipe.modulationFrequency = values.number("modulation", 0.001, mostHertz);
+    recipe.modulationFrequency = values.number("modulation", 0.001, maximumHertz);
     recipe.modulationDepth = values.number("depth", 0, 1);
-    recipe.modulationPhaseDegrees = values.number("modulation-phase", -mostDegrees, mostDegrees);
+    recipe.modulationPhaseDegrees =
+        values.number("modulation-phase", -maximumDegrees, maximumDegrees);
     recipe.seed = parser.isSet("seed") ? values.integer("seed", 0, maximumRandomNumber)
                                        : QRandomGenerator::system()->bounded(maximumRandomNumber);
-    recipe.durationMs = values.number("duration", 0.001, mostMilliseconds);
+    recipe.durationMs = values.number("duration", 0.001, maximumMilliseconds);
     recipe.levelKind = parser.isSet("rms") ? LevelKind::Rms : LevelKind::Peak;
     recipe.levelDecibels =
         values.number(parser.isSet("rms") ? "rms" : "peak", minimumDecibels, maximumDecibels);
     constexpr RampKind ramps[] = {RampKind::None, RampKind::Cosine, RampKind::CosineSquared,
                                   RampKind::Linear};
     recipe.rampKind = ramps[values.choice("ramp", {"none", "cos", "cos2", "linear"})];
-    recipe.rampMs = values.number("ramp-duration", 0, mostMilliseconds);
-    recipe.samplingRate = values.integer("rate", 1, static_cast<int>(mostHertz));
+    recipe.rampMs = values.number("ramp-duration", 0, maximumMilliseconds);
+    recipe.samplingRate = values.integer("rate", 1, static_cast<int>(maximumHertz));
     constexpr int bits[] = {8, 16, 24};
     recipe.bitsPerSample = bits[values.choice("bits", {"8", "16", "24"})];
     recipe.channelCount = values.integer("channels", 1, 2);
@@ -170,7 +171,7 @@ Request convertRequest(const QCommandLineParser& parser) {
     return ConvertRequest{words[1], gain, words[2], existingFile(parser)};
 }
 
-/// Lays a parser out for a command; for none of them, for what stands before a command.
+/// Describes a command to the parser, or the program where the command is empty.
 void describe(QCommandLineParser& parser, const QString& command) {
     if (command == makeCommand) {
         parser.setApplicationDescription(makeDescription());

@@ -96,7 +96,7 @@ void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
 }
 
 void judgeMinimumCodes(Inspection& inspection) {
-    const qint64 count = lowestCodesOf24Bits(inspection.intended);
+    const qint64 count = minimumCodesOf24Bits(inspection.intended);
     if (count == 0)
         return;
     inspection.findings.append(

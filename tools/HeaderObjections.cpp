@@ -47,7 +47,7 @@ QStringList chunkObjections(const RiffWalk& walk) {
         if (data == nullptr || chunk.offset >= data->offset)
             break;
         if (chunk.identifier != "fmt ")
-            objections << QStringLiteral("A chunk %1 of %2 bytes stands before the data.")
+            objections << QStringLiteral("It has a chunk %1 of %2 bytes before its data.")
                               .arg(text(chunk.identifier), QString::number(chunk.declaredSize));
     }
     return objections;
@@ -79,9 +79,9 @@ QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data) {
                     .arg(data.heldSize)};
     if (data.heldSize > 0)
         return {};
-    const bool isNothingBehind = data.offset == walk.fileSize;
-    return {isNothingBehind ? QStringLiteral("It has no data.")
-                            : QStringLiteral("Its header says 0 bytes of data.")};
+    const bool isAtTheEnd = data.offset == walk.fileSize;
+    return {isAtTheEnd ? QStringLiteral("It has no data.")
+                       : QStringLiteral("Its header says 0 bytes of data.")};
 }
 
 } // namespace
@@ -116,15 +116,15 @@ QStringList headerNotes(const RiffWalk& walk) {
     for (const RiffChunk& chunk : walk.chunks)
         if (chunk.offset > data->offset)
             notes << (chunk.identifier == "RIFF"
-                          ? QStringLiteral("Behind its data a second WAV file begins, which the "
+                          ? QStringLiteral("A second WAV file begins after its data, which the "
                                            "program does not read.")
-                          : QStringLiteral("Behind its data stands a chunk %1 of %2 bytes, which "
+                          : QStringLiteral("It has a chunk %1 of %2 bytes after its data, which "
                                            "the program does not read.")
                                 .arg(text(chunk.identifier), QString::number(chunk.declaredSize)));
-    if (walk.bytesBehind > 0)
+    if (walk.bytesAfterData > 0)
         notes << QStringLiteral("Its last bytes, %1 of them, are no chunk. The program does not "
                                 "read them.")
-                     .arg(walk.bytesBehind);
+                     .arg(walk.bytesAfterData);
     if (isReadableFormat(format) && format.channelCount > 0 &&
         data->heldSize % format.frameBytes() != 0)
         notes << QStringLiteral("Its data end within a sample, which the program leaves out.");

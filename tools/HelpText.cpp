@@ -4,7 +4,7 @@
 
 QString programDescription() {
     return QStringLiteral(
-        R"(Makes target sounds for Pellion, by itself or of other sound files, and tells whether
+        R"(Makes target sounds for Pellion, by itself or of other sound files, and reports whether
 Pellion would read a WAV file as it is meant.
 
 Commands:

@@ -41,7 +41,7 @@ CWav intendedSound(QIODevice& file, const RiffWalk& walk) {
     return wav;
 }
 
-qint64 lowestCodesOf24Bits(const CWav& wav) {
+qint64 minimumCodesOf24Bits(const CWav& wav) {
     if (wav.header.bitsPerSample != 24)
         return 0;
     return std::count(wav.samples.cbegin(), wav.samples.cend(), -1.0);

@@ -16,7 +16,7 @@ bool isReadableFormat(const RiffFormat& format);
 CWav intendedSound(QIODevice& file, const RiffWalk& walk);
 
 /// Returns how many samples have the lowest code of 24 bits; 0 at other numbers of bits.
-qint64 lowestCodesOf24Bits(const CWav& wav);
+qint64 minimumCodesOf24Bits(const CWav& wav);
 
 /// Returns the samples of one channel, counted from 0.
 QVector<double> channelOf(const CWav& wav, int channel);

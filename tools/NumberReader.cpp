@@ -6,23 +6,23 @@
 
 #include <algorithm>
 
-double NumberReader::number(const QString& option, double least, double most) {
+double NumberReader::number(const QString& option, double minimum, double maximum) {
     bool isNumber = false;
     const double value = parser.value(option).toDouble(&isNumber);
     // So that NaN, which compares with nothing, is none as well.
-    if (isNumber && value >= least && value <= most)
+    if (isNumber && value >= minimum && value <= maximum)
         return value;
-    complain(option, QStringLiteral("a number from %1 to %2").arg(least).arg(most));
-    return least;
+    complain(option, QStringLiteral("a number from %1 to %2").arg(minimum).arg(maximum));
+    return minimum;
 }
 
-int NumberReader::integer(const QString& option, int least, int most) {
+int NumberReader::integer(const QString& option, int minimum, int maximum) {
     bool isNumber = false;
     const int value = parser.value(option).toInt(&isNumber);
-    if (isNumber && value >= least && value <= most)
+    if (isNumber && value >= minimum && value <= maximum)
         return value;
-    complain(option, QStringLiteral("a whole number from %1 to %2").arg(least).arg(most));
-    return least;
+    complain(option, QStringLiteral("a whole number from %1 to %2").arg(minimum).arg(maximum));
+    return minimum;
 }
 
 int NumberReader::choice(const QString& option, const QStringList& words) {

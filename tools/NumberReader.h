@@ -14,9 +14,9 @@ class NumberReader {
 public:
     explicit NumberReader(const QCommandLineParser& commandLine) : parser(commandLine) {}
 
-    /// Returns an option's number; the least one where it is none from `least` to `most`.
-    double number(const QString& option, double least, double most);
-    int integer(const QString& option, int least, int most);
+    /// Returns an option's number; the minimum if it is no number from `minimum` to `maximum`.
+    double number(const QString& option, double minimum, double maximum);
+    int integer(const QString& option, int minimum, int maximum);
 
     /// Returns the position of an option's value among the words that it can have; 0 where it is
     /// none of them.

@@ -1,4 +1,4 @@
-// What is told about an inspected file.
+// The report on an inspected file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

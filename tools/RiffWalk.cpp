@@ -15,7 +15,7 @@ constexpr int riffHeaderBytes = 12;
 constexpr int extensibleFormatBytes = 40;
 constexpr int subformatOffset = 24;
 constexpr quint16 extensibleEncoding = 0xFFFE;
-constexpr int mostChunks = 1000;
+constexpr int maximumChunks = 1000;
 
 template <typename Number> Number numberAt(const QByteArray& bytes, int offset) {
     return qFromLittleEndian<Number>(bytes.constData() + offset);
@@ -67,7 +67,7 @@ RiffWalk walkRiff(QIODevice& file) {
     walk.form = head.mid(chunkHeaderBytes);
     qint64 position = head.size();
     const bool isWalkable = walk.form == "WAVE" && walk.identifier != "RIFX";
-    while (isWalkable && walk.chunks.size() < mostChunks) {
+    while (isWalkable && walk.chunks.size() < maximumChunks) {
         const QByteArray header = bytesAt(file, position, chunkHeaderBytes);
         RiffChunk chunk;
         chunk.identifier = header.left(identifierBytes);
@@ -80,7 +80,7 @@ RiffWalk walkRiff(QIODevice& file) {
         // Chunks begin at even bytes; at the end of a file the byte between is often left out.
         position = std::min(chunk.offset + chunk.heldSize + chunk.heldSize % 2, walk.fileSize);
     }
-    walk.bytesBehind = walk.fileSize - position;
+    walk.bytesAfterData = walk.fileSize - position;
     if (const RiffChunk* chunk = walk.find("fmt "))
         walk.format = formatIn(
             bytesAt(file, chunk->offset, std::min<qint64>(chunk->heldSize, extensibleFormatBytes)));

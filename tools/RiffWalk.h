@@ -44,10 +44,10 @@ struct RiffFormat {
 struct RiffWalk {
     qint64 fileSize = 0;      ///< Bytes.
     QByteArray identifier;    ///< The first four bytes; "RIFF" in a valid file.
-    quint32 declaredSize = 0; ///< Bytes of the file behind this field, as it says.
+    quint32 declaredSize = 0; ///< Bytes of the file after this field, as it says.
     QByteArray form;          ///< The bytes from 8 to 11; "WAVE" in a valid file.
     QVector<RiffChunk> chunks;
-    qint64 bytesBehind = 0; ///< Bytes at the end that are no chunk.
+    qint64 bytesAfterData = 0; ///< Bytes at the end that are no chunk.
     std::optional<RiffFormat> format;
     /// Samples of each channel by the fact chunk; 0 when it does not say.
     quint32 declaredFrames = 0;
@@ -59,5 +59,5 @@ struct RiffWalk {
 /// Walks through a file from its beginning to its end, whatever size its own header says. A chunk
 /// that the end of the file cuts off is the last one. Of a file that does not say WAVE, of one that
 /// is not little-endian and of one with more chunks than any program writes, the rest is left as
-/// bytes behind.
+/// bytes after it.
 RiffWalk walkRiff(QIODevice& file);

@@ -64,7 +64,7 @@ void TestSessionRecovery::journalsBecomeResultsFiles() {
 
 void TestSessionRecovery::anExistingFileIsKept() {
     const SessionHome home;
-    const QByteArray other = "somebody else's";
+    const QByteArray other = "another file";
     QVERIFY(writeBytes(home.desktop() + "/SUB001_practice001.txt", other));
     QVERIFY(QFile::link("nowhere", home.desktop() + "/SUB001_practice002.txt"));
     QVERIFY(QDir(home.desktop()).mkdir("SUB001_practice003.txt"));

@@ -71,8 +71,8 @@ void TestTargetConversion::stepsAreReported_data() {
     row("everything",
         "sox -r 48000 -n -b 32 -e floating-point -c 3 x.wav synth 6001s sine 440 vol 0.5",
         "--gain -14",
-        "header replaced: Its format chunk has 18 bytes instead of 16. A chunk fact of 4 "
-        "bytes stands before the data. Its samples are encoded as 32 bit float, not as linear "
+        "header replaced: Its format chunk has 18 bytes instead of 16. It has a chunk fact of 4 "
+        "bytes before its data. Its samples are encoded as 32 bit float, not as linear "
         "PCM.\n"
         "first of 3 channels kept\n"
         "resampled from 48000 to 40000 Hz\n"

@@ -30,10 +30,10 @@ const QString noRate = "Its header says a sampling rate of 0 Hz, which is taken 
 const QString extensible =
     "Its header is extensible, with a format chunk of 40 bytes instead of 16.";
 const QString longerFormat = "Its format chunk has 18 bytes instead of 16.";
-const QString fact = " A chunk fact of 4 bytes stands before the data.";
+const QString fact = " It has a chunk fact of 4 bytes before its data.";
 const QString beyond4GiB =
-    "It has the header of files beyond 4 GiB (RF64). A chunk ds64 of 28 bytes "
-    "stands before the data. Its header says 4294967295 bytes of data, but "
+    "It has the header of files beyond 4 GiB (RF64). It has a chunk ds64 of 28 bytes "
+    "before its data. Its header says 4294967295 bytes of data, but "
     "the file ends after ";
 
 /// A quarter of full scale and its negative in turns, as 24 bits.
@@ -44,7 +44,7 @@ QVector<int> quarters() {
     return codes;
 }
 
-/// 250 ms of the same as 32-bit floating point behind an extensible header, as ffmpeg 5 writes it,
+/// 250 ms of the same as 32-bit floating point after an extensible header, as ffmpeg 5 writes it,
 /// but for a fact chunk that says half as many samples.
 QByteArray extensibleFloats() {
     const QByteArray data = QByteArray::fromHex("0000803e000080be").repeated(5000);
@@ -56,7 +56,7 @@ QByteArray extensibleFloats() {
     return with16(with32(bytes, wavoffset::formatChunkSize, 40), wavoffset::audioFormat, 0xFFFE);
 }
 
-/// Adds a file that a command makes, out of plain.wav for the most part, and whether converting
+/// Adds a file that a command makes, out of plain.wav mostly, and whether converting
 /// gives the samples of plain.wav.
 void made(const char* name, const QString& command, const QStringList& matters,
           const QStringList& consequences, bool isLossless = true) {
@@ -72,7 +72,7 @@ void byHand(const char* name, const QByteArray& bytes, const QStringList& matter
 
 void addEncodings() {
     made("ffmpeg, not bit-exact", QString(byFfmpeg) + "x.wav",
-         {"A chunk LIST of 26 bytes stands before the data."},
+         {"It has a chunk LIST of 26 bytes before its data."},
          {"The program takes the 26 bytes from byte 44 on for the sound."});
     made("ffmpeg, through a pipe", QString(byFfmpeg) + "-bitexact -f wav - >x.wav",
          {"Its header says 4294967295 bytes of data, but the file ends after 20000."}, {unusable});
@@ -162,12 +162,12 @@ void addDamagedFiles() {
            {"The program goes by the latter."}, good);
     byHand("junk before the format",
            QByteArray(good).insert(12, tag("JUNK", 28) + QByteArray(28, '\0')),
-           {"A chunk JUNK of 28 bytes stands before the data."}, {notPcm}, good);
+           {"It has a chunk JUNK of 28 bytes before its data."}, {notPcm}, good);
 }
 
 void addFilesWithoutRiff() {
     const QString overwrite = " && printf XXXX | dd of=x.wav conv=notrunc";
-    made("no RIFF, three channels and a chunk behind",
+    made("no RIFF, three channels and a chunk after the data",
          "sox plain.wav -t wavpcm x.wav remix 1 0 0 && "
          "printf 'LIST\\4\\0\\0\\0abcd' >>x.wav" +
              overwrite,

@@ -60,12 +60,12 @@ void TestTargetInfo::odditiesAreNoted_data() {
     row("wrong byte rate", with32(good, wavoffset::byteRate, 1),
         {"The bytes per second or per sample in its header do not fit the rest. The program does "
          "not mind, others may."});
-    row("a chunk behind the data", with32(good, 4, 2054) + tag("LIST", 10) + "INFOabcdef",
-        {"Behind its data stands a chunk LIST of 10 bytes, which the program does not read."});
+    row("a chunk after the data", with32(good, 4, 2054) + tag("LIST", 10) + "INFOabcdef",
+        {"It has a chunk LIST of 10 bytes after its data, which the program does not read."});
     row("twice in one file", good + good,
-        {"Behind its data a second WAV file begins, which the program does not read.",
+        {"A second WAV file begins after its data, which the program does not read.",
          size.arg(4088)});
-    row("bytes behind the data", good + "abc",
+    row("bytes after the data", good + "abc",
         {"Its last bytes, 3 of them, are no chunk. The program does not read them.",
          size.arg(2047)});
     row("half a sample at the end", with32(with32(good, wavoffset::dataSize, 1999), 4, 2036),

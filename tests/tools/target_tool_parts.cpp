@@ -78,7 +78,7 @@ void TestTargetParts::chunksAreFoundWhereverTheyAre() {
                      .arg(chunk.heldSize);
     QCOMPARE(found,
              QStringList({"JUNK 20 3", "fmt  32 16", "note 56 0", "data 64 6", "LIST 78 4"}));
-    QCOMPARE(walk.bytesBehind, 2);
+    QCOMPARE(walk.bytesAfterData, 2);
     QVERIFY(walk.format.has_value());
     QCOMPARE(walk.format->samplingRate, 40000U);
     QCOMPARE(channelOf(intendedSound(file, walk), 0),
@@ -96,11 +96,11 @@ void TestTargetParts::aChunkCutOffHoldsWhatIsThere() {
     QCOMPARE(channelOf(intendedSound(file, walk), 1), QVector<double>({2 / 32768.0, 4 / 32768.0}));
 }
 
-void TestTargetParts::lowestCodeOf24BitsIsMinusOne() {
+void TestTargetParts::minimumCodeOf24BitsIsMinusOne() {
     QByteArray bytes = testsupport::wavWithSamples({40000, 1, 24}, {1, -0x800000, 0x7FFFFF});
     QBuffer file(&bytes);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const CWav wav = intendedSound(file, walkRiff(file));
-    QCOMPARE(lowestCodesOf24Bits(wav), 1);
+    QCOMPARE(minimumCodesOf24Bits(wav), 1);
     QCOMPARE(channelOf(wav, 0), QVector<double>({std::ldexp(1, -23), -1, 1 - std::ldexp(1, -23)}));
 }

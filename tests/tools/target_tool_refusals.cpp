@@ -17,7 +17,7 @@ void TestTargetRefusals::clippingNamesTheSampleAndWritesNothing_data() {
         2 * std::sin(4 * 2 * M_PI / 40));
     row("negative", "--frequency 1000 --ramp none --phase 180 --rms -2", 7,
         -std::pow(10, -0.1) * std::sqrt(2) * std::sin(7 * M_PI / 20));
-    row("behind the ramp",
+    row("after the ramp",
         "--frequency 10000 --phase 90 --peak 0.5 --ramp linear --ramp-duration 100", 3778,
         -std::pow(10, 0.025) * 3778 / 4000);
 }

@@ -58,8 +58,8 @@ QVector<double> noise(int count, uint seed) {
 }
 
 double peak(const QVector<double>& samples) {
-    const auto [least, most] = std::minmax_element(samples.cbegin(), samples.cend());
-    return std::max(-*least, *most);
+    const auto [minimum, maximum] = std::minmax_element(samples.cbegin(), samples.cend());
+    return std::max(-*minimum, *maximum);
 }
 
 QVector<double> scaled(QVector<double> samples, double reference, double decibels) {

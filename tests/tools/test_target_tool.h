@@ -15,7 +15,7 @@ using testsupport::columns;
 
 /// What a run of pellion-target has left.
 struct ToolRun : testsupport::ProgramRun {
-    /// Returns what stands behind the label in each line of the output that has it.
+    /// Returns the text after the label in each line of the output that has it.
     QStringList linesOf(const QString& label) const;
 };
 
@@ -65,7 +65,7 @@ QVector<int> codes(const QVector<double>& samples, int bits);
 /// Files that the tests of "info" share.
 namespace madefiles {
 /// Command lines for a shell: the first makes plain.wav, a good target of a quarter of a second at
-/// half of full scale; the second, with options and a name behind it, a file out of that.
+/// half of full scale; the second, with options and a name after it, a file out of that.
 extern const char* const plain;
 extern const char* const byFfmpeg;
 
@@ -165,5 +165,5 @@ private slots:
     void playedLengthIsThatOfTheMainWindow();
     void chunksAreFoundWhereverTheyAre();
     void aChunkCutOffHoldsWhatIsThere();
-    void lowestCodeOf24BitsIsMinusOne();
+    void minimumCodeOf24BitsIsMinusOne();
 };
