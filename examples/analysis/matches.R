@@ -341,6 +341,11 @@ draw <- function(sessions, file) {
 
 usage <- paste("Rscript matches.R [--target HZ] [--targets FILE] [--requests FILE]",
                "[--picture FILE] [--decimal-comma] [--digits COUNT] PATH...")
+examples <- "examples:
+  Rscript matches.R --target 440 FOLDER
+  Rscript matches.R --targets targets.tsv --picture trend.png FOLDER
+  Rscript matches.R --target 440 --requests requests.csv --decimal-comma FOLDER
+"
 
 # Returns the options by name; stops where they are wrong.
 parse_arguments <- function(arguments) {
@@ -348,6 +353,10 @@ parse_arguments <- function(arguments) {
                     decimal_comma = FALSE, help = FALSE, paths = character(0))
     while (length(arguments) > 0) {
         name <- gsub("-", "_", sub("^--([^=]*).*", "\\1", arguments[1]), fixed = TRUE)
+        if (arguments[1] == "--") {
+            options$paths <- c(options$paths, arguments[-1])
+            break
+        }
         if (!startsWith(arguments[1], "--")) {
             options$paths <- c(options$paths, arguments[1])
         } else if (name %in% c("decimal_comma", "help")) {
@@ -355,7 +364,8 @@ parse_arguments <- function(arguments) {
         } else if (name %in% setdiff(names(options), "paths")) {
             if (grepl("=", arguments[1], fixed = TRUE))
                 arguments <- c("", sub("^[^=]*=", "", arguments[1]), arguments[-1])
-            if (length(arguments) < 2) stop("--", name, " takes a value")
+            else if (length(arguments) < 2 || startsWith(arguments[2], "--"))
+                stop("--", name, " takes a value")
             options[[name]] <- arguments[2]
             arguments <- arguments[-1]
         } else {
@@ -452,7 +462,7 @@ main <- function(arguments) {
     })
     if (is.null(options)) return(2)
     if (options$help) {
-        cat("usage: ", usage, "\nREADME.md explains the options.\n", sep = "")
+        cat("usage: ", usage, "\nREADME.md explains the options.\n\n", examples, sep = "")
         return(0)
     }
     analysis <- analyse(options$paths, options$target, options$targets)

@@ -397,6 +397,13 @@ def picture(sessions):
 
 # The program
 
+EXAMPLES = """examples:
+  python3 matches.py --target 440 FOLDER
+  python3 matches.py --targets targets.tsv --picture trend.svg FOLDER
+  python3 matches.py --target 440 --requests requests.csv --decimal-comma FOLDER
+"""
+
+
 def begins_with_header(path):
     """Returns whether a file begins as a results file does, whatever its name."""
     try:
@@ -422,7 +429,9 @@ def refuse_outputs(parser, options):
 
 
 def parse_arguments():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0], allow_abbrev=False)
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0], epilog=EXAMPLES,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter,
+                                     allow_abbrev=False)
     parser.add_argument("--target", type=float, metavar="HZ",
                         help="frequency of every target that the table does not contain")
     parser.add_argument("--targets", metavar="FILE", help="table of targets: file name, frequency")

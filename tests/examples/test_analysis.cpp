@@ -167,6 +167,8 @@ private slots:
     void duplicatesAreReported();
     void wrongCommandLinesAreRefused_data();
     void wrongCommandLinesAreRefused();
+    void examplesInTheHelpWork_data() { addLanguages(); }
+    void examplesInTheHelpWork();
     void severalTargetsAreReported_data() { addLanguages(); }
     void severalTargetsAreReported();
     void languagesAgree();
@@ -358,6 +360,8 @@ void TestAnalysis::wrongCommandLinesAreRefused_data() {
         row("no such table", {"--targets", "none.csv", "."});
         row("too many digits", {"--target", "440", "--digits", "16", "."});
         row("no such option", {"--target", "440", "--hertz", "."});
+        row("option without its value",
+            {"--target", "440", "--requests", "--picture", "trend", simulated});
         row("results file to be overwritten",
             {"--target", "440", "--requests", "S_practice001.txt", "."});
         row("renamed results file to be overwritten",
@@ -368,6 +372,7 @@ void TestAnalysis::wrongCommandLinesAreRefused_data() {
         row("one file for both outputs",
             {"--target", "440", "--requests", "new", "--picture", "./new", "."});
         row("no such file", {"--target", "440", "S_practice001.txt"}, 1);
+        row("path that begins as an option does", {"--target", "440", "--", "--help"}, 1);
         row("no such folder", {"--target", "440", "--requests", "no/requests.tsv", "."}, 1);
         row("nothing to draw", {"--target", "440", "--picture", "none.svg", "."}, 1);
     });
@@ -388,6 +393,22 @@ void TestAnalysis::wrongCommandLinesAreRefused() {
     QCOMPARE(run.status, status);
     QVERIFY(run.errors.contains(scriptName(command) + ": "));
     QCOMPARE(run.output.isEmpty(), status == 2);
+}
+
+void TestAnalysis::examplesInTheHelpWork() {
+    QFETCH(QStringList, command);
+    const QTemporaryDir folder;
+    QVERIFY(QFile::copy(simulated + "/targets.tsv", folder.filePath("targets.tsv")));
+    QVERIFY(QFile::link(simulated, folder.filePath("FOLDER")));
+    const QString help = analyse(command, {"--help"}).output;
+    const QString script = scriptName(command) + u' ';
+    const QStringList examples = help.split(u'\n').filter(script + "--");
+    QCOMPARE(examples.size(), 3);
+    for (const QString& example : examples) {
+        const QStringList arguments = example.section(script, 1).split(u' ');
+        QCOMPARE(analyse(command, arguments, folder.path()).status, 0);
+    }
+    QCOMPARE(testsupport::filesIn(folder.path()).size(), 3); // Targets, requests and picture.
 }
 
 void TestAnalysis::severalTargetsAreReported() {
