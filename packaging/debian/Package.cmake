@@ -13,10 +13,10 @@ spectrum and the trend of the matches. The listener plays the target, plays a
 sinusoid at a frequency of their own choice, and repeats until both have the
 same pitch. The responses are written to a text file.
 .
-The package also holds pellion-target, which makes target files, converts other
-sound files to targets and reports whether a file is read as intended,
-pellion-session, which checks a computer before a session and recovers responses
-that were not saved, a guide, and example targets.")
+The package also holds pellion-target, which makes target files, converts
+other sound files to targets and reports whether a file is read as intended,
+pellion-session, which checks a computer before a session and recovers
+responses that were not saved, a guide, and example targets.")
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
