@@ -26,9 +26,8 @@ bool mayBeUnlocked(const QFileInfo& file) {
 int openJournal(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
     const int descriptor = ::open(name.constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
-    if (descriptor >= 0 || (errno != EROFS && errno != EACCES))
-        return descriptor;
-    return ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    return descriptor >= 0 ? descriptor
+                           : ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
 }
 
 } // namespace
