@@ -1,18 +1,21 @@
 // The experimenter's main window.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// One class, implemented in several folders, one subject a file:
+// One class, implemented in several folders, one subject a file. What can be computed without a
+// window is in plain functions and types beside it:
 //
-//   1  Life and assembly         app/MainWindow.cpp
-//   2  Layout and accessibility  app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
-//   3  Settings                  app/MainWindowSettings.cpp
-//   4  Session control           session/MainWindowSession.cpp
-//   5  Responses                 session/MainWindowResponses.cpp
-//   6  Results file              session/MainWindowResults.cpp
-//   7  Target                    sound/MainWindowTarget.cpp
-//   8  Playback                  sound/MainWindowPlayback.cpp
-//   9  Charts                    charts/MainWindowCharts.cpp, MainWindowWaveform.cpp,
-//                                MainWindowSpectrum.cpp, MainWindowTrend.cpp
+//      MainWindow...                             plain
+//   1  Construction  app/MainWindow.cpp
+//   2  Widgets       app/...Widgets, ...Layout,   window/Widgets.h, TopLevelWindow
+//                    ...Accessibility
+//   3  Settings      app/...Settings              app/Data.h, base/Numbers
+//   4  Session       session/...Session           session/TrialSequence
+//   5  Responses     session/...Responses         session/ResponseJournal, app/Record.h
+//   6  Results file  session/...Results           session/ResultsFile, FileReplacement
+//   7  Target        sound/...Target              sound/CWav, TargetSamples
+//   8  Playback      sound/...Playback            sound/Playback, Sinusoid
+//   9  Charts        charts/...Charts,            charts/ChartPoints, AmplitudeSpectrum
+//                    ...Waveform, ...Spectrum, ...Trend
 //
 // The course of a session: "Practice" or "Experiment" prepares it (getReadyToGo: read the controls,
 // choose a target, load it, draw it); "Go" opens the listener's window. Each of the listener's
@@ -20,9 +23,6 @@
 // lets playOneSound play it. handleStateChanged notices the sound's end and unlocks the
 // listener's window. When that window is closed, refreshMainWindow saves the results and frees
 // the main window for the next session.
-//
-// The members translate between widgets, settings and plain types; what can be computed without
-// a window is a plain function in the folder of its subject.
 #pragma once
 
 #include "app/Data.h"
@@ -74,7 +74,7 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    // 1 Life and assembly: app/MainWindow.cpp
+    // 1 Construction: app/MainWindow.cpp
 
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
@@ -83,7 +83,7 @@ public:
     MainWindow& operator=(const MainWindow&) = delete;
     MainWindow& operator=(MainWindow&&) = delete;
 
-    // 2 Layout and accessibility: app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
+    // 2 Widgets: app/MainWindowWidgets.cpp, ...Layout.cpp, ...Accessibility.cpp
 
     /// Places and titles the window and lays out its widgets.
     void setupGUIMainWindow();
@@ -101,7 +101,7 @@ public:
     /// no number counts as 0.
     void getParameters();
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
 
     /// Prepares a session: reads the controls, lets the experimenter choose a target, loads and
     /// draws it and empties the trend. Without a usable target, charts, trend and texts stay as
@@ -196,7 +196,7 @@ signals:
     void stateChanged(QAudio::State audioState);
 
 public slots:
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
     void on_pushButtonPractice_clicked();
     void on_pushButtonExperiment_clicked();
     void on_pushButtonGo_clicked();
@@ -213,7 +213,7 @@ public slots:
     /// sinusoid is shown as the match and counted as a response.
     void playOneSound();
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
 
     /// Does nothing; keeps the indices of the later slots.
     void doNothing();
@@ -224,7 +224,7 @@ public slots:
     /// listener's window; reports an output that failed, or ended early, on the log.
     void handleStateChanged(QAudio::State audioState);
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
     void on_comboBoxSesType_currentIndexChanged(int index);
     void on_comboBoxSoundType_currentIndexChanged(int index);
     void on_comboBoxMainParameter_currentIndexChanged(int index);
@@ -237,18 +237,16 @@ public slots:
 
     // Protected rather than private: tests, benchmarks and the fuzzer derive from the window.
 protected:
-    // 1 Life and assembly: app/MainWindow.cpp
-    // (the phases of the constructor, and closing)
+    // 1 Construction: app/MainWindow.cpp
 
     /// Ignored while the window is disabled for a session: a window manager's close button reaches
     /// disabled windows too, and would take the unsaved responses with it.
     void closeEvent(QCloseEvent* event) override;
 
+    // 2 Widgets: app/MainWindowWidgets.cpp, ...Layout.cpp, ...Accessibility.cpp
     void createWidgets();
-    void createLayouts();
     void connectWidgets();
-
-    // 2 Layout and accessibility: app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
+    void createLayouts();
     void layOutControls();
     void layOutRow(int row, std::initializer_list<QWidget*> widgets);
     void setUpAccessibility();
@@ -261,7 +259,7 @@ protected:
     void showSettings();
     void sizeBuffers();
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
     void prepareSession(int repetitions, int sessionTypeIndex);
     /// Loads and draws the target that has been chosen, for nRepetitions. Needs sequencePosition
     /// and soundsPlayed at 0. A file that is refused leaves charts, trend and texts as they are,
@@ -405,7 +403,7 @@ protected:
     /// Context of the timers that wait for a presentation; replacing it cancels them.
     std::unique_ptr<QObject> pendingPresentations;
 
-    // Placement
+    // Placement, for centerAndResizeMainWindow (app/MainWindowLayout.cpp)
     bool isCentered = true;
     double widthRatio = 0.8;  ///< Of the available screen.
     double heightRatio = 0.9; ///< Of the available screen.

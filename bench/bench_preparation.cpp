@@ -12,6 +12,7 @@
 #include "DynArray.h"
 #include "FFTReal.h"
 #include "TargetFiles.h"
+#include "base/AvxRegisters.h"
 #include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
 #include "sound/CWav.h"
@@ -43,15 +44,6 @@
 #include <vector>
 
 namespace {
-
-/// Qt's painting leaves the upper halves of the AVX registers in use. On some processors Qt Charts'
-/// SSE code then takes twice as long, until something clears them, as the transform does.
-void clearUpperHalves() {
-#ifdef __x86_64__
-    if (__builtin_cpu_supports("avx"))
-        asm volatile("vzeroupper" ::: "memory");
-#endif
-}
 
 /// The contents of a prepared window's charts.
 struct DrawnPoints {
@@ -110,11 +102,11 @@ public:
     /// Draws by Qt's calls alone.
     Cost draw(const DrawnPoints& points) {
         return costOf([&] {
-            clearUpperHalves();
+            clearUpperAvxHalves();
             seriesWav->replace(points.waveform);
             axisXWav->setRange(0, points.plottedMs);
             axisYWav->setRange(points.waveformRange[0], points.waveformRange[1]);
-            clearUpperHalves();
+            clearUpperAvxHalves();
             seriesFFT->replace(points.spectrum);
             axisYFFT->setRange(points.spectrumRange[0], points.spectrumRange[1]);
             paintEverything();

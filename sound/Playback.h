@@ -1,5 +1,5 @@
-// A sound as it is played: its samples and bytes, the silence after it, the pause before it, and
-// whether it was heard to its end.
+// A sound as it is played: its bytes, the silence after it, the pause before it, and whether it was
+// heard to its end.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -7,11 +7,6 @@
 #include <QByteArray>
 #include <QVector>
 #include <qnamespace.h>
-
-/// Writes sin(i x (frequency x 2 pi) / samplingRate) into the first `count` samples, or into all
-/// of them when there are fewer. Full scale, phase 0, and no onset or offset ramp, on purpose:
-/// what the listener compares starts and stops abruptly. Frequency and sampling rate in Hz.
-void writeSinusoid(QVector<double>& samples, int count, double frequency, double samplingRate);
 
 /// Returns `length` samples as little-endian 32-bit floats, four bytes each: the samples given,
 /// cut off or padded with zeros at the end. Nothing is scaled, clipped or dithered; values beyond

@@ -1,17 +1,18 @@
-// The report on an inspected file.
+// What "pellion-target info" prints of an inspected file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/Report.h"
+#include "tools/target/InfoReport.h"
 
 #include "base/Numbers.h"
 #include "signal/OstrelClasses.h"
 #include "sound/TargetSamples.h"
-#include "tools/Conversion.h"
-#include "tools/Fix.h"
-#include "tools/IntendedSound.h"
-#include "tools/Levels.h"
+#include "tools/target/Conversion.h"
+#include "tools/target/IntendedSound.h"
+#include "tools/target/Levels.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 
+#include <algorithm>
 #include <iostream>
 
 namespace {
@@ -33,6 +34,29 @@ void printSound(const CWav& wav) {
     for (int channel = 0; channel < wav.header.numberOfChannels; ++channel)
         printLine(QStringLiteral("Channel %1").arg(channel + 1),
                   levelsText(channelOf(wav, channel)));
+}
+
+/// Returns a file's name as one word of a shell's command line, which no program takes for an
+/// option.
+QString nameWord(const QString& fileName) {
+    QString name = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
+    const bool isPlain = std::all_of(name.cbegin(), name.cend(), [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("/._-+").contains(character);
+    });
+    return isPlain ? name : u'\'' + name.replace(u'\'', QLatin1String("'\\''")) + u'\'';
+}
+
+QString fixedName(const QString& fileName) {
+    const QFileInfo file(fileName);
+    const QString folder = fileName.left(fileName.size() - file.fileName().size());
+    return folder + file.completeBaseName() + QStringLiteral("-fixed.wav");
+}
+
+/// Returns the command line, for a shell, that converts a file into one beside it, named with
+/// "-fixed".
+QString fixCommand(const QString& fileName) {
+    return QStringLiteral("pellion-target convert ") + nameWord(fileName) + u' ' +
+           nameWord(fixedName(fileName));
 }
 
 /// Empty where nothing has to be fixed, or nothing can be.

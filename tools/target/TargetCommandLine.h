@@ -3,8 +3,8 @@
 #pragma once
 
 #include "tools/Command.h"
-#include "tools/TargetFile.h"
-#include "tools/TargetRecipe.h"
+#include "tools/target/TargetFile.h"
+#include "tools/target/TargetRecipe.h"
 
 #include <QStringList>
 

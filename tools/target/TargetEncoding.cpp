@@ -1,8 +1,8 @@
 // Turns samples into a WAV file's header and bytes.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/TargetEncoding.h"
+#include "tools/target/TargetEncoding.h"
 
-#include "tools/RiffWalk.h"
+#include "tools/target/RiffWalk.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,13 +1,13 @@
 // Makes a target of the sound of another file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/Conversion.h"
+#include "tools/target/Conversion.h"
 
 #include "base/Numbers.h"
 #include "sound/TargetSamples.h"
-#include "tools/HeaderObjections.h"
-#include "tools/IntendedSound.h"
-#include "tools/Levels.h"
-#include "tools/TargetEncoding.h"
+#include "tools/target/HeaderObjections.h"
+#include "tools/target/IntendedSound.h"
+#include "tools/target/Levels.h"
+#include "tools/target/TargetEncoding.h"
 
 #include <algorithm>
 #include <cmath>

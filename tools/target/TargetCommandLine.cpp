@@ -1,11 +1,11 @@
 // What pellion-target is asked to do.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/CommandLine.h"
+#include "tools/target/TargetCommandLine.h"
 
 #include "signal/RandomGenerator.h"
-#include "tools/HelpText.h"
-#include "tools/NumberReader.h"
-#include "tools/TargetSound.h"
+#include "tools/target/HelpText.h"
+#include "tools/target/NumberReader.h"
+#include "tools/target/TargetSound.h"
 
 #include <QCommandLineParser>
 #include <QMap>

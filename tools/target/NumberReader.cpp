@@ -1,6 +1,6 @@
 // Takes numbers out of a command line.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/NumberReader.h"
+#include "tools/target/NumberReader.h"
 
 #include <QCommandLineParser>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tools/TargetRecipe.h"
+#include "tools/target/TargetRecipe.h"
 
 #include <QString>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/RiffWalk.h"
+#include "tools/target/RiffWalk.h"
 
 #include <QStringList>
 

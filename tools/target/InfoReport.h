@@ -1,8 +1,8 @@
-// The report on an inspected file.
+// What "pellion-target info" prints of an inspected file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tools/Inspection.h"
+#include "tools/target/Inspection.h"
 
 #include <QJsonObject>
 

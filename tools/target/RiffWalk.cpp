@@ -1,6 +1,6 @@
 // Walks through the chunks of a WAV file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/RiffWalk.h"
+#include "tools/target/RiffWalk.h"
 
 #include <QIODevice>
 #include <QtEndian>

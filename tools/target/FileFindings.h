@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tools/Inspection.h"
+#include "tools/target/Inspection.h"
 
-/// Adds the findings, the notes and the fix to an inspection that has everything else.
+/// Adds the findings and the notes to an inspection that has everything else.
 /// `isLoaded` is what CWav::LoadWav() has returned.
 void judge(Inspection& inspection, bool isLoaded);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/TargetRecipe.h"
+#include "tools/target/TargetRecipe.h"
 
 #include <optional>
 

@@ -1,12 +1,12 @@
 // Whether the program would read a WAV file as it is meant.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/Inspection.h"
+#include "tools/target/Inspection.h"
 
 #include "base/Numbers.h"
 #include "sound/RegularFile.h"
-#include "tools/DecodedSound.h"
-#include "tools/Findings.h"
-#include "tools/IntendedSound.h"
+#include "tools/target/DecodedSound.h"
+#include "tools/target/FileFindings.h"
+#include "tools/target/IntendedSound.h"
 
 #include <QFile>
 

@@ -1,11 +1,11 @@
 // The problems of a WAV file, in words.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/Findings.h"
+#include "tools/target/FileFindings.h"
 
 #include "base/Numbers.h"
 #include "sound/TargetSamples.h"
-#include "tools/HeaderObjections.h"
-#include "tools/IntendedSound.h"
+#include "tools/target/HeaderObjections.h"
+#include "tools/target/IntendedSound.h"
 
 #include <algorithm>
 #include <cmath>

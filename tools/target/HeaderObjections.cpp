@@ -1,9 +1,9 @@
 // What keeps the program from finding the sound in a WAV file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/HeaderObjections.h"
+#include "tools/target/HeaderObjections.h"
 
 #include "base/Numbers.h"
-#include "tools/IntendedSound.h"
+#include "tools/target/IntendedSound.h"
 
 namespace {
 

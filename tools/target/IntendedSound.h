@@ -3,7 +3,7 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/RiffWalk.h"
+#include "tools/target/RiffWalk.h"
 
 /// Returns whether a format is linear PCM of 8, 16 or 24 bits.
 bool isReadableFormat(const RiffFormat& format);

@@ -1,6 +1,6 @@
 // What pellion-target says about itself.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/HelpText.h"
+#include "tools/target/HelpText.h"
 
 QString programDescription() {
     return QStringLiteral(

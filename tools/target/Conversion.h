@@ -3,7 +3,7 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/Inspection.h"
+#include "tools/target/Inspection.h"
 
 /// What becomes of a sound.
 struct Conversion {

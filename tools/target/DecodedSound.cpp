@@ -1,6 +1,6 @@
 // The sound of a file of any format.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/DecodedSound.h"
+#include "tools/target/DecodedSound.h"
 
 #include <algorithm>
 #include <memory>

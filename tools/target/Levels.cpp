@@ -1,6 +1,6 @@
 // Levels in decibels re full scale.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/Levels.h"
+#include "tools/target/Levels.h"
 
 #include "signal/OstrelClasses.h"
 

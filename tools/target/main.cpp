@@ -1,13 +1,13 @@
 // The entry of pellion-target, which makes target sounds and looks at them.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/CommandLine.h"
-#include "tools/Conversion.h"
-#include "tools/Inspection.h"
-#include "tools/Levels.h"
-#include "tools/Report.h"
-#include "tools/TargetEncoding.h"
-#include "tools/TargetFile.h"
-#include "tools/TargetSound.h"
+#include "tools/target/Conversion.h"
+#include "tools/target/InfoReport.h"
+#include "tools/target/Inspection.h"
+#include "tools/target/Levels.h"
+#include "tools/target/TargetCommandLine.h"
+#include "tools/target/TargetEncoding.h"
+#include "tools/target/TargetFile.h"
+#include "tools/target/TargetSound.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>

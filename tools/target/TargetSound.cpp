@@ -1,11 +1,11 @@
 // Makes the samples of a target.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/TargetSound.h"
+#include "tools/target/TargetSound.h"
 
 #include "base/Numbers.h"
 #include "signal/OstrelClasses.h"
 #include "signal/RandomGenerator.h"
-#include "tools/Levels.h"
+#include "tools/target/Levels.h"
 
 #include <algorithm>
 #include <cmath>

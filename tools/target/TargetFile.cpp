@@ -1,6 +1,6 @@
 // Puts a made target on the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/TargetFile.h"
+#include "tools/target/TargetFile.h"
 
 #include "session/DiskSync.h"
 

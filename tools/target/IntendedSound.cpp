@@ -1,6 +1,6 @@
 // What a WAV file is meant to hold.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/IntendedSound.h"
+#include "tools/target/IntendedSound.h"
 
 #include "base/Numbers.h"
 
