@@ -15,8 +15,8 @@
 struct Data {
     double samplingRate = playedRate; ///< Hz, of everything generated and played.
     double soundDuration = 0.25;      ///< Seconds, of one sound.
-    /// Samples of one sound: floor(soundDuration x samplingRate). After loading a target those of
-    /// its file, until "Go" reads the fields again.
+    /// Samples of one sound: floor(soundDuration x samplingRate). After a target has been loaded,
+    /// the count of its file, until "Go" reads the fields again.
     int nSamples = 10000;
     double plotDuration = 0.25;      ///< Seconds of the waveform that are drawn.
     int nPointsToPlot = 10000;       ///< Samples of the waveform that are drawn, at most nSamples.
@@ -25,7 +25,7 @@ struct Data {
 
     QString wavFolder = desktopFolder(); ///< Folder in which the target dialog opens.
     QString outputFilePath =
-        wavFolder; ///< Folder of the results file; after saving, its path, if any.
+        wavFolder;                   ///< Folder of the results file; after saving, the file's path.
     QString wavFilePath = wavFolder; ///< Folder of the current target.
 
     QString subjectCode = QStringLiteral("SUB001");

@@ -1,4 +1,4 @@
-// The main window: life and assembly.
+// The main window: construction and closing.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
@@ -81,7 +81,8 @@ void MainWindow::createWidgets() {
     lineEditSilentInterval = lineEdit("lineEditSilentInterval", "1000.00");
     lineEditSubCode = lineEdit("lineEditSubCode", "SUB001");
     spinBoxFileNumber = named<QSpinBox>("spinBoxFileNumber");
-    // The number after the last still fits. With Qt's 99, session 100 would replace session 99's.
+    // Leaves room for the next number. With Qt's 99, session 100 would replace the file of session
+    // 99.
     spinBoxFileNumber->setMaximum(std::numeric_limits<int>::max() - 1);
     lineEditWavFilePath = lineEdit("lineEditWavFilePath", ".");
     lineEditWavFileName = lineEdit("lineEditWavFileName", "File001.wav");
