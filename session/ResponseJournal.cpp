@@ -34,7 +34,7 @@ QString numbered(const QString& name, int attempt) {
     return name.chopped(ending().size()) + u'-' + QString::number(attempt) + ending();
 }
 
-/// Replaces characters that some file systems refuse, and a leading point, which hides a file.
+/// Replaces characters that some file systems refuse, and a leading dot, which hides a file.
 QString sanitizedForFileName(QString text) {
     const QString refused = QStringLiteral("/\\:*?\"<>|");
     for (QChar& character : text) {
