@@ -4,6 +4,6 @@
 
 #include "tools/Inspection.h"
 
-/// Adds the findings, the notes and the fix to an inspection that has everything else.
-/// `isLoaded` is what CWav::LoadWav() has returned.
+/// Adds the findings and the notes to an inspection that is otherwise complete. `isLoaded` is what
+/// CWav::LoadWav() has returned.
 void judge(Inspection& inspection, bool isLoaded);

@@ -1,4 +1,4 @@
-// The command that makes a target of a file that is none yet.
+// The command that converts a file with problems to a target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Fix.h"
 
@@ -8,8 +8,7 @@
 
 namespace {
 
-/// Returns a file's name as one word of a shell's command line, which no program takes for an
-/// option.
+/// Quotes a file's name for the shell, so that it is one word and not taken for an option.
 QString nameWord(const QString& fileName) {
     QString name = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
     const bool isPlain = std::all_of(name.cbegin(), name.cend(), [](QChar character) {

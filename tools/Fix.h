@@ -1,9 +1,8 @@
-// The command that makes a target of a file that is none yet.
+// The command that converts a file with problems to a target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QString>
 
-/// Returns the command line, for a shell, that converts a file into one beside it, named with
-/// "-fixed".
+/// Returns the shell command that converts a file to one beside it with "-fixed" in its name.
 QString fixCommand(const QString& fileName);

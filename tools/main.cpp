@@ -1,4 +1,4 @@
-// The entry of pellion-target, which makes target sounds and looks at them.
+// The main function of pellion-target, which makes and inspects target sounds.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/CommandLine.h"
 #include "tools/Conversion.h"
@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Prints what the program would do with a file that was made as it was asked for.
+/// Prints the findings on a file that was made as requested.
 void printFindings(const QString& fileName) {
     const Inspection made = inspect(fileName);
     for (const Finding& finding : made.findings)

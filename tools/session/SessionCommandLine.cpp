@@ -1,4 +1,4 @@
-// What pellion-session is asked to do.
+// The command line of pellion-session.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/SessionCommandLine.h"
 
