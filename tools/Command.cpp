@@ -61,6 +61,6 @@ int answer(const TextRequest& request) {
 
 int answer(const UsageError& error) {
     complain(error.problem);
-    complain(QStringLiteral("--help says more"));
+    complain(QStringLiteral("see --help"));
     return notUnderstood;
 }

@@ -127,9 +127,8 @@ void judgeSound(Inspection& inspection) {
     judgeMinimumCodes(inspection);
     judgeLength(inspection, samples, header.samplingRate);
     if (inspection.findings.isEmpty() && !isReadAlike(inspection))
-        inspection.findings.append(
-            {QStringLiteral("Its chunks say otherwise than its first 44 bytes."),
-             QStringLiteral("The program goes by the latter.")});
+        inspection.findings.append({QStringLiteral("Its chunks contradict its first 44 bytes."),
+                                    QStringLiteral("The program uses those 44 bytes.")});
 }
 
 } // namespace

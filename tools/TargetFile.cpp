@@ -38,7 +38,7 @@ bool rename(QFile& file, const QString& name, ExistingFile existing) {
 QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile existing) {
     const QFileInfo named(fileName);
     if (named.exists() && !named.isFile())
-        return QStringLiteral("%1 is no regular file").arg(fileName);
+        return QStringLiteral("%1 is not a regular file").arg(fileName);
     if ((named.exists() || named.isSymLink()) && existing == ExistingFile::Keep)
         return QStringLiteral("%1 exists; --force replaces it").arg(fileName);
     // Replaces the file that a link points to, not the link, unless the link is dangling.
@@ -52,7 +52,7 @@ QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile exist
     if (!write(partial, bytes))
         problem = QStringLiteral("%1 cannot be written completely").arg(fileName);
     else if (!rename(partial, target.filePath(), existing))
-        problem = QStringLiteral("%1 cannot be given its name").arg(fileName);
+        problem = QStringLiteral("%1 cannot be created: renaming failed").arg(fileName);
     if (!problem.isEmpty())
         partial.remove();
     return problem;

@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
         std::cout.flush();
         return std::cout ? status : notDone;
     } catch (const std::bad_alloc&) {
-        complain(QStringLiteral("the memory does not suffice"));
+        complain(QStringLiteral("not enough memory"));
     } catch (const std::exception& exception) {
         complain(QString::fromUtf8(exception.what()));
     }

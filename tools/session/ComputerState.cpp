@@ -34,7 +34,7 @@ FolderState folderState(const QString& path, bool isMadeBySessions) {
         state.problem = QStringLiteral("cannot be written to (%1)")
                             .arg(QString::fromLocal8Bit(std::strerror(errno)));
     else if (statvfs(name.constData(), &disk) != 0)
-        state.problem = QStringLiteral("cannot be looked at (%1)")
+        state.problem = QStringLiteral("cannot be inspected (%1)")
                             .arg(QString::fromLocal8Bit(std::strerror(errno)));
     // File systems without a limit to the number of files report 0 of 0.
     else if (disk.f_files == 0 || disk.f_favail > 0)
