@@ -41,13 +41,13 @@ need_packages() {
     done
     ((${#missing[@]})) || return 0
     if ! command -v apt-get >/dev/null; then
-        complain "needed, under these names on Debian: ${missing[*]}; going on with what is here"
+        complain "needed, under these names on Debian: ${missing[*]}; continuing without them"
         return 0
     fi
     local as_root=()
     if ((EUID != 0)); then
         if ! command -v sudo >/dev/null; then
-            complain "to be installed by root: ${missing[*]}; going on with what is here"
+            complain "to be installed by root: ${missing[*]}; continuing without them"
             return 0
         fi
         as_root=(sudo)
@@ -58,7 +58,7 @@ need_packages() {
     # replace PipeWire's.
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-remove \
         --no-install-recommends "${missing[@]}" </dev/null >/dev/null ||
-        complain "could not install all of ${missing[*]}; going on with what is here"
+        complain "could not install all of ${missing[*]}; continuing without them"
 }
 
 # Once per command is enough. To be called by need_packages only.
@@ -66,7 +66,7 @@ update_package_lists() {
     [[ -z ${package_lists_updated:-} ]] || return 0
     package_lists_updated=yes
     "${as_root[@]}" apt-get update -qq </dev/null ||
-        complain "no fresh package lists to be had; trying the old ones"
+        complain "cannot update the package lists; trying the old ones"
 }
 
 # In CI warnings are errors, because no person reads them.
