@@ -21,9 +21,9 @@
 //     f        the output
 //
 // Radix-4 steps, in place
-// ----------------------- Passes are counted as in FFTReal.h: after passes 1, 2 and 3 the count
-// continues with p = 3 again. Pass p makes one transform of 2n values out of two of n = 2^p. (So
-// pass 3 is the pass p = 2.)
+// -----------------------
+// Passes are counted as in FFTReal.h: after passes 1, 2 and 3 the count continues with p = 3 again.
+// Pass p makes one transform of 2n values out of two of n = 2^p. (So pass 3 is the pass p = 2.)
 //
 // Passes p and p + 1 make one transform of 4n values out of four of n. One radix-4 step reads bin i
 // of all four, and nothing else, and writes four bins of the result (a Quad). With h = n/2:
@@ -36,18 +36,19 @@
 // array is needed. Bins 0 and h need hardly any multiplication and have functions of their own.
 //
 // Cache blocking
-// -------------- Memory access takes most of the time. So a block is combined as soon as it is
-// complete, while it is in the cache. Four parts of the buffer are filled in turn, because their
-// rows come from neighbouring rows of x, which share cache lines (25 to 43 % faster from 2^17 on).
-// The parts are a power of two apart and compete for the same cache sets: more than four evict each
-// other.
+// --------------
+// Memory access takes most of the time. So a block is combined as soon as it is complete, while it
+// is in the cache. Four parts of the buffer are filled in turn, because their rows come from
+// neighbouring rows of x, which share cache lines (25 to 43 % faster from 2^17 on). The parts are a
+// power of two apart and compete for the same cache sets: more than four evict each other.
 //
 // Twiddle factors of the late passes
-// ---------------------------------- Every block of a pass needs the same cosines and sines of the
-// pass's oscillator. They are computed once, at the start, and stored in f, which is unused until
-// the last two passes: pass p has 2^(p-1) cosines from f + L - 2^(p+1) on, followed by as many
-// sines, backwards like those of the table. All passes together fill f except for its end, and each
-// factor is read by the step of the last two passes that overwrites it.
+// ----------------------------------
+// Every block of a pass needs the same cosines and sines of the pass's oscillator. They are
+// computed once, at the start, and stored in f, which is unused until the last two passes: pass p
+// has 2^(p-1) cosines from f + L - 2^(p+1) on, followed by as many sines, backwards like those of
+// the table. All passes together fill f except for its end, and each factor is read by the step of
+// the last two passes that overwrites it.
 #pragma once
 
 #include "ExactArithmetic.h"
