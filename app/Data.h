@@ -24,9 +24,8 @@ struct Data {
     int nFFTPointsToPlot = 500;      ///< Spectrum bins drawn, at most half the spectrum's length.
 
     QString wavFolder = desktopFolder(); ///< Folder in which the target dialog opens.
-    QString outputFilePath =
-        wavFolder;                   ///< Folder of the results file; after saving, the file's path.
-    QString wavFilePath = wavFolder; ///< Folder of the current target.
+    QString outputFilePath = wavFolder;  ///< Folder of the results file; after saving, its path.
+    QString wavFilePath = wavFolder;     ///< Folder of the current target.
 
     QString subjectCode = QStringLiteral("SUB001");
     QString outputFileName = subjectCode + QStringLiteral(".txt");

@@ -43,7 +43,7 @@ struct SpectrumVectors {
 ///
 /// Takes memory (see spectrumMemory()) until it returns; throws std::bad_alloc if there is none.
 ///
-/// @param length a power of two from 1 to 2^30; any other aborts the program
+/// @param length               a power of two from 1 to 2^30; any other aborts the program
 /// @param nSamples             the sample count of the sound
 /// @param frequencyResolution  Hz per bin
 void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int nSamples,

@@ -12,7 +12,7 @@
 /// Returns the folder of all journals, in the user's application data.
 QString journalFolder();
 
-/// Prints the journals in a folder on standard error, one a line, oldest first: those of earlier
+/// Prints the journals in a folder on standard error, one per line, oldest first: those of earlier
 /// sessions whose results were not saved. Those that a running program still writes are skipped.
 void reportLeftoverJournals(const QString& folder);
 

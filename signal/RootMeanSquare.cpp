@@ -5,7 +5,8 @@
 #include <cmath>
 #include <limits>
 
-// By value: the library's interface is fixed. NOLINTNEXTLINE(performance-unnecessary-value-param)
+// By value: the library's interface is fixed.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 double rms(QVector<int> signal) {
     qint64 sum = 0;
     double sumBeyond64Bits = 0;

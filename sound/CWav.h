@@ -84,7 +84,7 @@ public:
     /// is not printed.
     void DisplayHeader() const;
 
-    /// Prints the samples to standard output, one a line.
+    /// Prints the samples to standard output, one per line.
     void DisplayData() const;
 
     WavHeader header{};

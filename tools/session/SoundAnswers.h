@@ -19,7 +19,7 @@ struct SoundAnswers {
 
 /// Asks the server by pactl, and by pacat for a stream in the program's format and under its name,
 /// in which nothing is played: only a stream shows its resampler and its volume. The user's own
-/// server is asked, or that of PULSE_SERVER. All questions together cost at most 1.5 seconds.
+/// server is asked, or that of PULSE_SERVER. All questions together take at most 1.5 seconds.
 SoundAnswers askSoundServer();
 
 /// Returns the state that the answers describe. Needs no server.

@@ -45,7 +45,7 @@ int answer(const CheckRequest& request) {
     return report.findings.isEmpty() ? done : notDone;
 }
 
-/// Prints the journals, one a line, under the names of the columns.
+/// Prints the journals, one per line, under the names of the columns.
 void list(const KeptJournals& kept) {
     if (!kept.journals.isEmpty())
         std::cout

@@ -33,7 +33,7 @@
 //     written   | i      n-i | n+i    2n-i | 2n+i   3n-i | 3n+i   4n-i |
 //
 // Bins i and h - i together are read from the places that they are written to, so that no second
-// array is needed. Bins 0 and h need hardly any multiplication and have functions of their own.
+// array is needed. Bins 0 and h need hardly any multiplication and have separate functions.
 //
 // Cache blocking
 // --------------
