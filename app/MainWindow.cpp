@@ -1,4 +1,4 @@
-// The main window: construction, destruction and closing.
+// The main window: construction and closing.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 

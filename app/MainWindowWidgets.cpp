@@ -55,7 +55,7 @@ void MainWindow::createWidgets() {
     lineEditSilentInterval = lineEdit("lineEditSilentInterval", "1000.00");
     lineEditSubCode = lineEdit("lineEditSubCode", "SUB001");
     spinBoxFileNumber = named<QSpinBox>("spinBoxFileNumber");
-    // The number after the last still fits. With Qt's 99, session 100 would replace session 99's.
+    // Leaves room for the next number. With Qt's 99, session 100 would replace session 99's file.
     spinBoxFileNumber->setMaximum(std::numeric_limits<int>::max() - 1);
     lineEditWavFilePath = lineEdit("lineEditWavFilePath", ".");
     lineEditWavFileName = lineEdit("lineEditWavFileName", "File001.wav");

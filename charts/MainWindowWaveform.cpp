@@ -15,7 +15,7 @@ void MainWindow::displayWav() {
     clearUpperAvxHalves();
     seriesWav->replace(pointsWav);
     axisXWav->setRange(0, data.nPointsToPlot / data.samplingRate * millisecondsPerSecond);
-    // The whole sound, not only the stretch that is drawn.
+    // The whole sound, not only the part that is drawn.
     if (findRange(targetSamples, rangeWav))
         axisYWav->setRange(rangeWav[0], rangeWav[1]);
 }

@@ -1,5 +1,4 @@
-// A sound as it is played: its bytes, the silence after it, the pause before it, and whether it was
-// heard to its end.
+// A sound as it is played: its bytes, the pause before it and the silence after it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/Playback.h"
 

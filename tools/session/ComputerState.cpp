@@ -34,9 +34,9 @@ FolderState folderState(const QString& path, bool isMadeBySessions) {
         state.problem = QStringLiteral("cannot be written to (%1)")
                             .arg(QString::fromLocal8Bit(std::strerror(errno)));
     else if (statvfs(name.constData(), &disk) != 0)
-        state.problem = QStringLiteral("cannot be looked at (%1)")
+        state.problem = QStringLiteral("cannot be inspected (%1)")
                             .arg(QString::fromLocal8Bit(std::strerror(errno)));
-    // Some file systems have no limit to the number of files, and say 0 of 0.
+    // File systems without a limit to the number of files report 0 of 0.
     else if (disk.f_files == 0 || disk.f_favail > 0)
         state.freeBytes = qint64(disk.f_bavail) * qint64(disk.f_frsize);
     return state;

@@ -87,8 +87,8 @@ std::pair<int, int> volumesOf(const QJsonObject& object) {
     return {std::min(minimum, maximum), maximum};
 }
 
-/// Seconds after which a device is suspended that plays nothing, by PulseAudio's module or by
-/// PipeWire's session manager; 0 for never.
+/// Seconds after which a device that plays nothing is suspended, by PulseAudio's module or by
+/// PipeWire's session manager; 0 if it is never suspended.
 int suspendSeconds(const SoundState& state, const QJsonObject& sink, const QJsonArray& modules) {
     constexpr int usualSeconds = 5;
     QString seconds = property(sink, "session.suspend-timeout-seconds");

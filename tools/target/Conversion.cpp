@@ -1,4 +1,4 @@
-// Makes a target of the sound of another file.
+// Converts the sound of another file to a target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/Conversion.h"
 
@@ -17,13 +17,13 @@
 
 namespace {
 
-/// Each sample at 40000 Hz is 2.5 of the hundredths of milliseconds that the shown duration holds.
+/// The shown duration is in hundredths of a millisecond; a sample at 40000 Hz lasts 2.5 of them.
 constexpr int maximumPadding = 4;
 
-/// Far beyond any level that is meant, and far within what the resampler's numbers hold.
+/// Far above any intended level, and far below the resampler's overflow.
 constexpr double maximumMagnitude = 1e6;
 
-/// Hz. The resampler takes no lower rate, and leaves out samples at 10 MHz.
+/// Hz. The resampler refuses lower rates, and leaves out samples at 10 MHz.
 constexpr quint32 minimumRate = 157;
 constexpr quint32 maximumRate = 4000000;
 
@@ -37,7 +37,7 @@ qint64 resampledCount(qint64 count, quint32 samplingRate) {
 
 QVector<double> resampled(const QVector<double>& samples, quint32 samplingRate) {
     std::vector<float> input(samples.cbegin(), samples.cend());
-    // Without silence after the end the last sample can be missing.
+    // Without silence after the end the last output sample can be missing.
     input.resize(input.size() + samplingRate / playedRate + 2);
     std::vector<float> output(
         static_cast<std::size_t>(resampledCount(samples.size(), samplingRate)));
@@ -55,7 +55,7 @@ QVector<double> resampled(const QVector<double>& samples, quint32 samplingRate) 
     return {output.cbegin(), output.cend()};
 }
 
-/// Changes the level, and returns whether full scale holds the result.
+/// Changes the level, and returns whether the result is within full scale.
 bool amplify(Conversion& conversion, double decibels) {
     const double factor = factorOfDecibels(decibels);
     for (double& sample : conversion.samples)
@@ -65,7 +65,7 @@ bool amplify(Conversion& conversion, double decibels) {
     const double peak = peakOf(conversion.samples);
     if (peak <= 1)
         return true;
-    // Rounded up, also where it is a whole number but for the rounding of doubles.
+    // Rounded up; the margin keeps the rounding of doubles from making the result too small.
     constexpr double stepsPerDecibel = 100;
     constexpr double margin = 1e-6;
     const double excess = std::ceil(decibelsOf(peak) * stepsPerDecibel + margin) / stepsPerDecibel;
@@ -79,7 +79,7 @@ bool amplify(Conversion& conversion, double decibels) {
 void pad(Conversion& conversion) {
     const int count = conversion.samples.size();
     int padded = count;
-    // Beyond what can be played there is no such length.
+    // Beyond the longest target there is no such length.
     while (playedSamples(padded, playedRate) != padded && padded - count < maximumPadding)
         ++padded;
     if (padded == count)
@@ -115,7 +115,7 @@ QString conversionProblem(const CWav& sound) {
         return QStringLiteral("its sampling rate, %1 Hz, is too far from %2 Hz")
             .arg(samplingRate)
             .arg(playedRate);
-    // Also false for what is not a number.
+    // Also false for NaN.
     const auto isLevel = [](double sample) { return std::abs(sample) <= maximumMagnitude; };
     if (!std::all_of(sound.samples.cbegin(), sound.samples.cend(), isLevel))
         return QStringLiteral("it holds samples that are not numbers or beyond %1")

@@ -35,7 +35,7 @@ quint16 bitsOf(int encoding) {
     }
 }
 
-/// In blocks, since a header can promise more than the file holds.
+/// Reads in blocks, since a header can declare more than the file holds.
 std::vector<double> samplesOf(SNDFILE* file, int channels, sf_count_t maximumFrames) {
     constexpr int blockSamples = 65536;
     const sf_count_t blockFrames = std::max(blockSamples / channels, 1);

@@ -8,13 +8,13 @@
 
 /// A sound as libsndfile reads it.
 struct DecodedSound {
-    /// Its samples on the full scale of -1 to +1, which some formats exceed, its channels, its
-    /// sampling rate and the bits that hold the samples: 8, 16, 24, or 32 where those do not.
+    /// Its samples, channels, sampling rate and bits per sample (32 if 24 are not enough). Full
+    /// scale is -1 to +1, which some formats exceed.
     CWav wav;
     QString container; ///< In libsndfile's words, such as "AIFF (Apple/SGI)".
     QString encoding;  ///< Likewise, such as "A-Law".
 };
 
-/// Reads up to a number of samples of each channel. There are none when libsndfile does not know
+/// Reads up to `maximumFrames` samples of each channel. There are none if libsndfile does not know
 /// the file's format.
 DecodedSound decodedSound(const std::string& path, qint64 maximumFrames);

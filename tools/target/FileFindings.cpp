@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What the program does with a file whose sound it does not find.
+/// What the program does with a file in which it does not find the sound.
 QString programsAnswer(const Inspection& inspection, bool isLoaded) {
     if (!isLoaded)
         return QStringLiteral("The program refuses it (\"%1\") and goes on with the earlier "
@@ -77,8 +77,8 @@ void judgeChannels(Inspection& inspection, int channels) {
         inspection.notes << QStringLiteral("The program plays the left of its two channels.");
 }
 
-/// The duration that the program shows holds hundredths of milliseconds, a sample at 40000 Hz is
-/// 2.5 of them, and the program plays as many samples as the shown duration holds.
+/// The program shows the duration in hundredths of a millisecond, and plays as many samples as fit
+/// the shown duration. A sample at 40000 Hz lasts 2.5 hundredths.
 void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
     const int played = playedSamples(samples, samplingRate);
     if (samplingRate != playedRate || played == samples)
@@ -127,9 +127,8 @@ void judgeSound(Inspection& inspection) {
     judgeMinimumCodes(inspection);
     judgeLength(inspection, samples, header.samplingRate);
     if (inspection.findings.isEmpty() && !isReadAlike(inspection))
-        inspection.findings.append(
-            {QStringLiteral("Its chunks say otherwise than its first 44 bytes."),
-             QStringLiteral("The program goes by the latter.")});
+        inspection.findings.append({QStringLiteral("Its chunks contradict its first 44 bytes."),
+                                    QStringLiteral("The program uses those 44 bytes.")});
 }
 
 } // namespace

@@ -4,6 +4,6 @@
 
 #include "tools/target/Inspection.h"
 
-/// Adds the findings and the notes to an inspection that has everything else.
-/// `isLoaded` is what CWav::LoadWav() has returned.
+/// Adds the findings and the notes to an inspection that is otherwise complete. `isLoaded` is what
+/// CWav::LoadWav() has returned.
 void judge(Inspection& inspection, bool isLoaded);

@@ -18,8 +18,8 @@ QStringList fileObjections(const Inspection& inspection) {
         return {QStringLiteral("It is empty.")};
     if (walk.form != "WAVE")
         return {inspection.container.isEmpty()
-                    ? QStringLiteral("It is no WAVE file.")
-                    : QStringLiteral("It is no WAVE file but %1.").arg(inspection.container)};
+                    ? QStringLiteral("It is not a WAVE file.")
+                    : QStringLiteral("It is not a WAVE file but %1.").arg(inspection.container)};
     if (walk.identifier == "RIFX")
         return {QStringLiteral("It is big-endian (RIFX).")};
     if (walk.identifier == "RF64" || walk.identifier == "BW64")
@@ -106,13 +106,13 @@ QStringList headerNotes(const RiffWalk& walk) {
         return notes;
     const RiffFormat& format = *walk.format;
     if (walk.identifier != "RIFF")
-        notes << QStringLiteral("It does not begin with RIFF. The program does not mind, most "
-                                "others do.");
+        notes << QStringLiteral("It does not begin with RIFF. The program ignores this, most "
+                                "others do not.");
     if (format.encoding == linearPcm &&
         (format.blockAlign != format.frameBytes() ||
          format.byteRate != format.frameBytes() * format.samplingRate))
         notes << QStringLiteral("The bytes per second or per sample in its header do not fit the "
-                                "rest. The program does not mind, others may.");
+                                "rest. The program ignores this, others may not.");
     for (const RiffChunk& chunk : walk.chunks)
         if (chunk.offset > data->offset)
             notes << (chunk.identifier == "RIFF"
@@ -122,7 +122,7 @@ QStringList headerNotes(const RiffWalk& walk) {
                                            "the program does not read.")
                                 .arg(text(chunk.identifier), QString::number(chunk.declaredSize)));
     if (walk.bytesAfterData > 0)
-        notes << QStringLiteral("Its last bytes, %1 of them, are no chunk. The program does not "
+        notes << QStringLiteral("Its last bytes, %1 of them, are not a chunk. The program does not "
                                 "read them.")
                      .arg(walk.bytesAfterData);
     if (isReadableFormat(format) && format.channelCount > 0 &&
@@ -132,7 +132,7 @@ QStringList headerNotes(const RiffWalk& walk) {
     const qint64 declared = walk.declaredSize + bytesNotCounted;
     if (declared != walk.fileSize && declared != walk.fileSize + 1)
         notes << QStringLiteral("Its header says a file of %1 bytes, which has %2. The program "
-                                "does not mind.")
+                                "ignores this.")
                      .arg(declared)
                      .arg(walk.fileSize);
     return notes;

@@ -4,9 +4,9 @@
 
 #include "tools/target/Inspection.h"
 
-/// Returns a sentence for each thing in which a file differs from a canonical header, followed by
-/// linear PCM of 8, 16 or 24 bits as long as it says. Empty for a canonical file.
+/// Returns a sentence for each difference from a canonical file: a 44-byte header, then as much
+/// linear PCM of 8, 16 or 24 bits as the header declares.
 QStringList headerObjections(const Inspection& inspection);
 
-/// Returns a sentence for each oddity that neither the program nor most others mind.
+/// Returns a sentence for each irregularity that the program ignores.
 QStringList headerNotes(const RiffWalk& walk);

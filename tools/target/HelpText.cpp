@@ -1,18 +1,18 @@
-// What pellion-target says about itself.
+// The help texts of pellion-target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/HelpText.h"
 
 QString programDescription() {
     return QStringLiteral(
-        R"(Makes target sounds for Pellion, by itself or of other sound files, and reports whether
-Pellion would read a WAV file as it is meant.
+        R"(Makes target sounds for Pellion, also from other sound files, and reports whether Pellion
+would read a WAV file as intended.
 
 Commands:
   make tone FILE      a pure tone
   make complex FILE   harmonics of a fundamental, with or without it
   make sam FILE       a sinusoidally amplitude-modulated tone
   make noise FILE     uniform white noise
-  convert IN OUT      a target of the sound in another file
+  convert IN OUT      a target from the sound in another file
   info FILE...        header, duration, levels, and what the program would do with each file
 
 Examples:
@@ -23,7 +23,7 @@ Examples:
   pellion-target convert noise.wav noise-soft.wav --gain -20
   pellion-target info *.wav
 
-"pellion-target make --help" says more, and so do those of "convert" and "info".
+For their options see "pellion-target make --help", and likewise for "convert" and "info".
 
 Exit status: 0 when everything was done and every file is as intended, 1 when not, 2 when
 the command line cannot be understood.
@@ -41,7 +41,7 @@ has an RMS level of -3.01 dB. A sample beyond full scale is an error, and nothin
 Samples are rounded to the nearest of the integers that the bits allow, without dither. Full
 scale itself, +1 and -1, becomes the greatest of them and its negative.
 
-The noise is the signal library's, less its mean. Its seed is printed; --seed with the same
+The noise is the signal library's, minus its mean. Its seed is printed; --seed with the same
 number makes the same noise again.
 
 Examples:
@@ -55,9 +55,9 @@ Examples:
 
 QString convertDescription() {
     return QStringLiteral(
-        R"(Makes a target of the sound in another file, of any format that libsndfile reads (WAV, AIFF,
-FLAC, Ogg, MP3 and more), and says what it did. The target has the canonical 44-byte header, one
-channel, the first of the file, and 40000 samples a second.
+        R"(Makes a target from the sound in another file, of any format that libsndfile reads (WAV,
+AIFF, FLAC, Ogg, MP3 and more), and says what it did. The target has the canonical 44-byte
+header, one channel, the first of the file, and 40000 samples a second.
 
 At this rate and with 8, 16 or 24 bits each sample stays as it is. Only the lowest code of 24
 bits is raised by one step. Other sounds are resampled and rounded to 24 bits, without

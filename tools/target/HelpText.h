@@ -1,4 +1,4 @@
-// What pellion-target says about itself.
+// The help texts of pellion-target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

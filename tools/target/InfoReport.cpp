@@ -36,8 +36,7 @@ void printSound(const CWav& wav) {
                   levelsText(channelOf(wav, channel)));
 }
 
-/// Returns a file's name as one word of a shell's command line, which no program takes for an
-/// option.
+/// Quotes a file's name for the shell, so that it is one word and not taken for an option.
 QString nameWord(const QString& fileName) {
     QString name = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
     const bool isPlain = std::all_of(name.cbegin(), name.cend(), [](QChar character) {
@@ -52,8 +51,7 @@ QString fixedName(const QString& fileName) {
     return folder + file.completeBaseName() + QStringLiteral("-fixed.wav");
 }
 
-/// Returns the command line, for a shell, that converts a file into one beside it, named with
-/// "-fixed".
+/// Returns the shell command that converts a file to one beside it with "-fixed" in its name.
 QString fixCommand(const QString& fileName) {
     return QStringLiteral("pellion-target convert ") + nameWord(fileName) + u' ' +
            nameWord(fixedName(fileName));

@@ -11,8 +11,8 @@
 /// as intended, or with its problems and the command that fixes it.
 void printReport(const Inspection& inspection);
 
-/// Returns the same as an object: "file", "opened", "asIntended", "channels", "samplingRate" (Hz),
-/// "bitsPerSample", "samples" (of each channel), "durationMs", "levels" of each channel with
+/// Returns the same as a JSON object: "file", "opened", "asIntended", "channels", "samplingRate"
+/// (Hz), "bitsPerSample", "samples" (of each channel), "durationMs", "levels" of each channel with
 /// "peakDb" and "rmsDb" re full scale, "problems" with "problem" and "effect", "fix", "notes".
 QJsonObject jsonReport(const Inspection& inspection);
 

@@ -1,4 +1,4 @@
-// Whether the program would read a WAV file as it is meant.
+// Whether the program would read a WAV file as intended.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/Inspection.h"
 
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Takes what is written to standard error while it lives.
+/// Captures what is written to standard error during its lifetime.
 class ErrorText {
 public:
     ErrorText() : original(std::cerr.rdbuf(buffer.rdbuf())) {}

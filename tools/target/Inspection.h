@@ -1,4 +1,4 @@
-// Whether the program would read a WAV file as it is meant.
+// Whether the program would read a WAV file as intended.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -7,13 +7,13 @@
 
 #include <QStringList>
 
-/// A reason for which the program would not give the listener what the file is meant to hold.
+/// A reason why the program would not play the sound that the file is meant to hold.
 struct Finding {
     QString what;        ///< The problem of the file, in whole sentences.
     QString consequence; ///< What the program would do, in whole sentences.
 };
 
-/// What looking at a file has shown.
+/// The result of inspecting a file.
 struct Inspection {
     QString fileName;
     bool isOpened = false;  ///< Whether it is a regular file that could be opened.
@@ -24,14 +24,15 @@ struct Inspection {
     QString encoding;       ///< and of the encoding of the samples.
     RiffWalk walk;
     QVector<Finding> findings;
-    QStringList notes; ///< What the program does not mind, in whole sentences.
+    QStringList notes; ///< Irregularities that the program ignores, in whole sentences.
 
     bool isAsIntended() const { return isOpened && findings.isEmpty(); }
 };
 
-/// Looks at a file in two ways, as the program does and as it is meant, and compares.
+/// Reads a file in two ways, as the program does and as the file's chunks describe, and compares.
 Inspection inspect(const QString& fileName);
 
-/// Returns how many samples of a target the program plays: the duration of so many samples at
-/// a sampling rate (Hz, not 0), shown in milliseconds with two decimals, at the program's own rate.
+/// Returns how many samples the program plays of a target with the given number of samples and
+/// sampling rate (Hz, not 0): the duration, shown in milliseconds with two decimals, times the
+/// program's own rate.
 int playedSamples(qint64 samples, quint32 samplingRate);

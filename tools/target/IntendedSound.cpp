@@ -35,7 +35,7 @@ CWav intendedSound(QIODevice& file, const RiffWalk& walk) {
     wav.bytesRead = bytes.size();
     wav.numberOfSamples = wav.header.dataSize / (format.bitsPerSample / 8U);
     wav.ConvertData();
-    // Nothing else is read as +1 at 24 bits than the lowest code.
+    // At 24 bits only the lowest code is read as +1.
     if (format.bitsPerSample == 24)
         std::replace(wav.samples.begin(), wav.samples.end(), 1.0, -1.0);
     return wav;

@@ -8,11 +8,10 @@
 /// Returns whether a format is linear PCM of 8, 16 or 24 bits.
 bool isReadableFormat(const RiffFormat& format);
 
-/// Returns the sound that a file's chunks describe, wherever in the file they are, in a file of its
-/// own: the frames that the data chunk holds in full. Samples are on the full scale of -1 to +1,
-/// also the lowest code of 24 bits, which is -1 here. Where the file says 0 of something, there is
-/// one channel, at the program's rate, with data to the end of the file. Without samples when there
-/// is no format, no data or another encoding.
+/// Returns the sound that a file's chunks describe, wherever they are in the file: the complete
+/// frames of the data chunk. Full scale is -1 to +1; the lowest code of 24 bits is -1 here. A value
+/// of 0 in the header is taken for one channel, for the program's rate, or for data to the end of
+/// the file. There are no samples without format or data, or with another encoding.
 CWav intendedSound(QIODevice& file, const RiffWalk& walk);
 
 /// Returns how many samples have the lowest code of 24 bits; 0 at other numbers of bits.

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVector>
 
-/// Returns the greatest magnitude among the samples; 0 when there are none.
+/// Returns the maximum magnitude of the samples; 0 without samples.
 double peakOf(const QVector<double>& samples);
 
 /// Returns the level of a magnitude, minus infinity for 0.

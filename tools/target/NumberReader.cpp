@@ -1,4 +1,4 @@
-// Takes numbers out of a command line.
+// Reads numbers from a command line.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/NumberReader.h"
 
@@ -9,7 +9,7 @@
 double NumberReader::number(const QString& option, double minimum, double maximum) {
     bool isNumber = false;
     const double value = parser.value(option).toDouble(&isNumber);
-    // So that NaN, which compares with nothing, is none as well.
+    // Also refuses NaN, for which every comparison is false.
     if (isNumber && value >= minimum && value <= maximum)
         return value;
     complain(option, QStringLiteral("a number from %1 to %2").arg(minimum).arg(maximum));

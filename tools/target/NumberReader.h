@@ -1,4 +1,4 @@
-// Takes numbers out of a command line.
+// Reads numbers from a command line.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -8,24 +8,23 @@
 
 class QCommandLineParser;
 
-/// Reads the values of options and remembers the first that is none. Numbers have a decimal point
-/// in every locale.
+/// Reads the values of options and remembers the first invalid one. Numbers have a decimal point in
+/// every locale.
 class NumberReader {
 public:
     explicit NumberReader(const QCommandLineParser& commandLine) : parser(commandLine) {}
 
-    /// Returns an option's number; the minimum if it is no number from `minimum` to `maximum`.
+    /// Returns an option's number; the minimum if it is not a number from `minimum` to `maximum`.
     double number(const QString& option, double minimum, double maximum);
     int integer(const QString& option, int minimum, int maximum);
 
-    /// Returns the position of an option's value among the words that it can have; 0 where it is
-    /// none of them.
+    /// Returns the index of an option's value in the list of valid words; 0 if it is not valid.
     int choice(const QString& option, const QStringList& words);
 
     /// Returns the numbers from 1 on of a list such as "1-4,7", ascending, each once.
     QVector<int> list(const QString& option);
 
-    /// What is wrong with the first value that is none, in one sentence; empty when nothing is.
+    /// What is wrong with the first invalid value, in one sentence; empty if all are valid.
     QString problem() const { return firstProblem; }
 
 private:

@@ -77,7 +77,7 @@ RiffWalk walkRiff(QIODevice& file) {
         chunk.offset = position + chunkHeaderBytes;
         chunk.heldSize = std::min<qint64>(chunk.declaredSize, walk.fileSize - chunk.offset);
         walk.chunks.append(chunk);
-        // Chunks begin at even bytes; at the end of a file the byte between is often left out.
+        // Chunks begin at even offsets; at the end of a file the padding byte is often missing.
         position = std::min(chunk.offset + chunk.heldSize + chunk.heldSize % 2, walk.fileSize);
     }
     walk.bytesAfterData = walk.fileSize - position;

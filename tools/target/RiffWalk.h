@@ -9,7 +9,7 @@
 
 class QIODevice;
 
-/// What the format chunk of linear PCM says for its encoding.
+/// The encoding number of linear PCM in a format chunk.
 constexpr quint16 linearPcm = 1;
 
 /// The length of the shortest format chunk, which is enough for linear PCM.
@@ -25,7 +25,7 @@ struct RiffChunk {
 
 /// What a format chunk says.
 struct RiffFormat {
-    quint16 encoding = 0; ///< 1 for linear PCM; of an extensible header that of its subformat.
+    quint16 encoding = 0; ///< 1 for linear PCM; of an extensible header, that of the subformat.
     bool isExtensible = false;
     quint16 channelCount = 0;
     quint32 samplingRate = 0; ///< Hz.
@@ -33,21 +33,21 @@ struct RiffFormat {
     quint16 blockAlign = 0;   ///< Bytes of one sample of all channels.
     quint16 bitsPerSample = 0;
 
-    /// Whether samples are encoded in blocks, the last of which is filled up.
+    /// Whether samples are encoded in blocks, the last of which is padded.
     bool isInBlocks() const { return bitsPerSample < 8; }
 
     /// Bytes of one sample of all channels, by the number of bits.
     quint32 frameBytes() const { return channelCount * ((bitsPerSample + 7U) / 8U); }
 };
 
-/// A file's outline.
+/// The chunks of a file, and what they declare.
 struct RiffWalk {
     qint64 fileSize = 0;      ///< Bytes.
     QByteArray identifier;    ///< The first four bytes; "RIFF" in a valid file.
     quint32 declaredSize = 0; ///< Bytes of the file after this field, as it says.
     QByteArray form;          ///< The bytes from 8 to 11; "WAVE" in a valid file.
     QVector<RiffChunk> chunks;
-    qint64 bytesAfterData = 0; ///< Bytes at the end that are no chunk.
+    qint64 bytesAfterData = 0; ///< Bytes at the end that are not a chunk.
     std::optional<RiffFormat> format;
     /// Samples of each channel by the fact chunk; 0 when it does not say.
     quint32 declaredFrames = 0;
@@ -57,7 +57,6 @@ struct RiffWalk {
 };
 
 /// Walks through a file from its beginning to its end, whatever size its own header says. A chunk
-/// that the end of the file cuts off is the last one. Of a file that does not say WAVE, of one that
-/// is not little-endian and of one with more chunks than any program writes, the rest is left as
-/// bytes after it.
+/// that the end of the file cuts off is the last one. If a file is not WAVE or not little-endian,
+/// or has more chunks than any program writes, the rest counts as bytesAfterData.
 RiffWalk walkRiff(QIODevice& file);

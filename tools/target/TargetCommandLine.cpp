@@ -1,4 +1,4 @@
-// What pellion-target is asked to do.
+// The command line of pellion-target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/TargetCommandLine.h"
 
@@ -39,7 +39,7 @@ const QMap<QString, QStringList>& kindsOfOptions() {
     return kinds;
 }
 
-/// An option with a value, and with its default in the place of %1 in its description.
+/// An option with a value; its default replaces %1 in the description.
 QCommandLineOption valued(const QString& name, const QString& description, const QString& value,
                           const QString& byDefault) {
     return {name, QString(description).replace(QLatin1String("%1"), byDefault), value, byDefault};
@@ -120,7 +120,7 @@ TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberRe
     return recipe;
 }
 
-/// Returns what is wrong with the options of a kind of sound as such, whatever their values.
+/// Returns which options do not fit the kind of sound or each other, whatever their values are.
 QString problemOfOptions(const QCommandLineParser& parser, const QString& kind) {
     for (auto option = kindsOfOptions().cbegin(); option != kindsOfOptions().cend(); ++option)
         if (parser.isSet(option.key()) && !option->contains(kind))
@@ -171,7 +171,7 @@ Request convertRequest(const QCommandLineParser& parser) {
     return ConvertRequest{words[1], gain, words[2], existingFile(parser)};
 }
 
-/// Describes a command to the parser, or the program where the command is empty.
+/// Describes a command to the parser; with an empty command, the program.
 void describe(QCommandLineParser& parser, const QString& command) {
     if (command == makeCommand) {
         parser.setApplicationDescription(makeDescription());

@@ -1,4 +1,4 @@
-// What pellion-target is asked to do.
+// The command line of pellion-target.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -10,14 +10,14 @@
 
 #include <variant>
 
-/// Make a file by a recipe.
+/// Make a file from a recipe.
 struct MakeRequest {
     TargetRecipe recipe;
     QString fileName;
     ExistingFile existing = ExistingFile::Keep;
 };
 
-/// Make a target of a file.
+/// Convert a file to a target.
 struct ConvertRequest {
     QString sourceName;
     double gainDecibels = 0;
@@ -33,6 +33,6 @@ struct InfoRequest {
 
 using Request = std::variant<MakeRequest, ConvertRequest, InfoRequest, TextRequest, UsageError>;
 
-/// Returns what a command line, the program's name in front, asks for. Every number in it has been
-/// checked, and the recipe has been found to have no problems.
+/// Returns what a command line, which begins with the program's name, asks for. All numbers have
+/// been checked, and the recipe has no problems.
 Request parseCommandLine(const QStringList& arguments);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int bitsPerByte = 8;
 
-/// What the header's sizes count of the header itself.
+/// The bytes of the header that its RIFF size counts.
 constexpr quint32 headerBytesCounted = sizeof(WavHeader) - 8;
 
 WavHeader headerOf(const TargetRecipe& recipe, quint32 dataSize) {

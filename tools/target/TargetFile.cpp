@@ -1,4 +1,4 @@
-// Puts a made target on the disk.
+// Writes a target to the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/TargetFile.h"
 
@@ -20,7 +20,7 @@ QByteArray bytesOf(const CWav& wav) {
     return bytes;
 }
 
-/// A full disk shows only when the bytes that are held back are flushed.
+/// A full disk is reported only when the buffer is flushed.
 bool write(QFile& file, const QByteArray& bytes) {
     return file.write(bytes) == bytes.size() && file.flush() &&
            file.error() == QFileDevice::NoError && syncToDisk(file);
@@ -38,10 +38,10 @@ bool rename(QFile& file, const QString& name, ExistingFile existing) {
 QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile existing) {
     const QFileInfo named(fileName);
     if (named.exists() && !named.isFile())
-        return QStringLiteral("%1 is no regular file").arg(fileName);
+        return QStringLiteral("%1 is not a regular file").arg(fileName);
     if ((named.exists() || named.isSymLink()) && existing == ExistingFile::Keep)
         return QStringLiteral("%1 exists; --force replaces it").arg(fileName);
-    // What a link leads to is replaced, not the link, unless it leads nowhere.
+    // Replaces the file that a link points to, not the link, unless the link is dangling.
     const QFileInfo target(named.exists() ? named.canonicalFilePath() : named.absoluteFilePath());
     const QByteArray bytes = bytesOf(wav);
     QFile partial(QStringLiteral("%1/.pellion-target.%2.part")
@@ -52,7 +52,7 @@ QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile exist
     if (!write(partial, bytes))
         problem = QStringLiteral("%1 cannot be written completely").arg(fileName);
     else if (!rename(partial, target.filePath(), existing))
-        problem = QStringLiteral("%1 cannot be given its name").arg(fileName);
+        problem = QStringLiteral("%1 cannot be created: renaming failed").arg(fileName);
     if (!problem.isEmpty())
         partial.remove();
     return problem;

@@ -1,4 +1,4 @@
-// Puts a made target on the disk.
+// Writes a target to the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -9,9 +9,9 @@
 /// What to do about a file of the same name.
 enum class ExistingFile { Keep, Replace };
 
-/// Writes the header and the raw data into a new file beside the named one, and only when the disk
-/// holds all of them gives it the name: a file that exists is as it was when anything fails. Data
-/// of an odd size are followed by a byte of 0, as the format wants it.
+/// Writes the header and the raw data into a new file beside the named one, and renames it only
+/// when all of it is on the disk: if anything fails, an existing file stays as it was. Data of an
+/// odd size are followed by a byte of 0, as the format requires.
 ///
-/// Returns why it could not be done, in one sentence that ends in no full stop; empty when it was.
+/// Returns why it failed, in one sentence without full stop; empty on success.
 QString writeTarget(const CWav& wav, const QString& fileName, ExistingFile existing);

@@ -10,16 +10,17 @@ enum class SoundKind { Tone, Complex, Sam, Noise };
 enum class RampKind { None, Cosine, CosineSquared, Linear };
 enum class LevelKind { Peak, Rms };
 
-/// A sound and the file that holds it. What a member does not apply to ignores it.
+/// A sound and the file that holds it. Each kind of sound ignores the members that do not apply to
+/// it.
 struct TargetRecipe {
     SoundKind kind = SoundKind::Tone;
     double frequency = 440;  ///< Hz: of a tone, of a complex's fundamental, of SAM's carrier.
-    double phaseDegrees = 0; ///< At which tone, harmonics or carrier start.
+    double phaseDegrees = 0; ///< Phase at which tone, harmonics or carrier start.
     QVector<int> harmonics;  ///< Multiples of the frequency in a complex, ascending.
     double modulationFrequency = 40;   ///< Hz.
     double modulationDepth = 1;        ///< From 0 to 1, 1 being full modulation.
-    double modulationPhaseDegrees = 0; ///< At which the modulating cosine starts.
-    int seed = 0;                      ///< Of noise, from 0: the same one gives the same noise.
+    double modulationPhaseDegrees = 0; ///< Phase at which the modulating cosine starts.
+    int seed = 0;                      ///< Of noise, from 0; the same seed gives the same noise.
 
     double durationMs = 250;
     LevelKind levelKind = LevelKind::Peak;

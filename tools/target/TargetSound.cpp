@@ -21,8 +21,8 @@ double rampPoints(const TargetRecipe& recipe) {
     return std::round(recipe.rampMs * recipe.samplingRate / millisecondsPerSecond);
 }
 
-/// Half a sample more than the sound has: the library takes the integer below rate x duration,
-/// which is one too few wherever that product comes out a hair below an integer.
+/// Half a sample longer than the sound: the library truncates rate x duration, which gives one
+/// sample too few if rounding makes that product slightly less than an integer.
 double librarysDuration(const TargetRecipe& recipe) {
     return (sampleCountOf(recipe) + 0.5) / recipe.samplingRate;
 }
@@ -37,7 +37,7 @@ QVector<double> harmonicComplex(const TargetRecipe& recipe) {
     return sum;
 }
 
-/// The numbers of whiteNoise(), which would seed them with the time.
+/// The numbers of whiteNoise(), but seeded by `seed` instead of the time, minus their mean.
 QVector<double> centredNoise(int count, int seed) {
     seedRandomNumbers(static_cast<uint>(seed));
     QVector<double> noise(count);
@@ -79,7 +79,7 @@ void ramp(RampKind kind, QVector<double>& samples, int points) {
     }
 }
 
-/// The highest frequency in the sound, in Hz; that of noise is whatever the rate carries.
+/// The highest frequency in the sound, in Hz; noise has no limit but half the rate.
 double highestFrequency(const TargetRecipe& recipe) {
     switch (recipe.kind) {
     case SoundKind::Tone:
@@ -94,8 +94,8 @@ double highestFrequency(const TargetRecipe& recipe) {
     return 0;
 }
 
-/// The samples per channel that fit a file, whose sizes have 32 bits and count all but eight bytes
-/// of it, and the largest vector.
+/// The maximum number of samples per channel: they must fit the largest vector, and a file whose
+/// 32-bit size counts all but eight of its bytes.
 double mostSamplesOf(const TargetRecipe& recipe) {
     constexpr double headerBytesCounted = 36;
     constexpr double padByte = 1;
@@ -138,7 +138,8 @@ QVector<double> targetSound(const TargetRecipe& recipe) {
     if (reference == 0)
         return {};
     const double amplitude = factorOfDecibels(recipe.levelDecibels);
-    // Divided, so that the highest sample of a peak of 0 dB is full scale and not a hair beyond it.
+    // Divided first, so that with a peak of 0 dB rounding does not put the highest sample beyond
+    // full scale.
     for (double& sample : samples)
         sample = sample / reference * amplitude;
     ramp(recipe.rampKind, samples, static_cast<int>(rampPoints(recipe)));

@@ -1,4 +1,4 @@
-// The entry of pellion-target, which makes target sounds and looks at them.
+// The main function of pellion-target, which makes and inspects target sounds.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/Conversion.h"
 #include "tools/target/InfoReport.h"
@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Prints what the program would do with a file that was made as it was asked for.
+/// Prints the findings on a file that was made as requested.
 void printFindings(const QString& fileName) {
     const Inspection made = inspect(fileName);
     for (const Finding& finding : made.findings)
@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
         std::cout.flush();
         return std::cout ? status : notDone;
     } catch (const std::bad_alloc&) {
-        complain(QStringLiteral("the memory does not suffice"));
+        complain(QStringLiteral("not enough memory"));
     } catch (const std::exception& exception) {
         complain(QString::fromUtf8(exception.what()));
     }
