@@ -84,6 +84,7 @@ void TestMainWindowLayout::controlsAndChartsAreSideBySide() {
 void TestMainWindowLayout::elevenRowsAndThreeGridsAreAllInUse() {
     const auto rows = window->centralWidget()->findChildren<QHBoxLayout*>();
     QCOMPARE(rows.size(), 11);
+    QCOMPARE(window->rowLayouts.size(), 11);
     for (const QHBoxLayout* row : rows)
         QVERIFY(row->count() >= 2);
     const auto grids = window->centralWidget()->findChildren<QGridLayout*>();

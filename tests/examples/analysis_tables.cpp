@@ -3,9 +3,11 @@
 #include "analysis_tables.h"
 
 #include "session/ResultsFile.h"
+#include "support/FileBytes.h"
 #include "support/ProgramRun.h"
 #include "support/TestTable.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTest>
@@ -133,12 +135,26 @@ const QStringList& statisticsLanguage() {
     return command;
 }
 
+QString scriptName(const QStringList& command) {
+    return QFileInfo(command[1]).fileName();
+}
+
 bool isThere(const QStringList& command) {
     return !command[0].isEmpty();
 }
 
 void addLanguages() {
     forLanguages(testsupport::columns<QStringList>("command"));
+}
+
+bool writeSessions(const QTemporaryDir& folder, const QVector<AnalysedSession>& sessions) {
+    bool isWritten = true;
+    for (const AnalysedSession& session : sessions) {
+        const QByteArray text = resultsText(session.target, session.frequencies).toUtf8();
+        isWritten &= testsupport::writeBytes(folder.filePath(session.fileName()),
+                                             session.file.isEmpty() ? text : text + "\r\n\n");
+    }
+    return isWritten;
 }
 
 QString AnalysedSession::fileName() const {

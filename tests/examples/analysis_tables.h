@@ -2,8 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QVector>
+
+/// The folder of the simulated sessions.
+const QString simulated = QStringLiteral(PELLION_ANALYSIS "/simulated");
+
+/// The first line of a results file, and a file of one response.
+const QByteArray headerLine = "filename\tnTrials\tfrequency matched (Hz)\r\n";
+const QByteArray oneResponse = headerLine + "t.wav\t1\t440\r\n";
 
 /// One session and the values that the analyses should report.
 struct AnalysedSession {
@@ -18,6 +27,10 @@ struct AnalysedSession {
     QString fileName() const;
 };
 
+/// Writes sessions as the program does. One with a file name is written as a journal, which a
+/// failed write may have ended in empty lines.
+bool writeSessions(const QTemporaryDir& folder, const QVector<AnalysedSession>& sessions);
+
 /// The results of a run of an analysis.
 struct AnalysisRun {
     int status = -1;
@@ -29,6 +42,7 @@ struct AnalysisRun {
 const QStringList& python();
 const QStringList& statisticsLanguage();
 bool isThere(const QStringList& command);
+QString scriptName(const QStringList& command);
 
 /// Calls a function with the name and the command of each language that is there.
 template <typename Function> void forLanguages(Function&& function) {

@@ -76,6 +76,7 @@ public:
     using MainWindow::rangeFFT;
     using MainWindow::rangeTrend;
     using MainWindow::rangeWav;
+    using MainWindow::rowLayouts;
     using MainWindow::sequencePosition;
     using MainWindow::seriesFFT;
     using MainWindow::seriesTrend;

@@ -217,21 +217,23 @@ void TestTargetRefusals::whatWouldBePlayedOtherwiseIsNoted() {
 }
 
 void TestTargetRefusals::helpHasExamplesThatWork_data() {
-    const auto row = columns<QString, int>("arguments", "minimumExamples");
-    row("the program's", "--help", 5);
-    row("of make", "make --help", 5);
-    row("of a kind", "make tone -h", 5);
-    row("of convert", "convert --help", 3);
-    row("of info", "info --help", 4);
+    const auto row = columns<QString, QString, int>("arguments", "usage", "minimumExamples");
+    row("the program's", "--help", "command", 5);
+    row("of make", "make --help", "make kind file", 5);
+    row("of a kind", "make tone -h", "make kind file", 5);
+    row("of convert", "convert --help", "convert in out", 3);
+    row("of info", "info --help", "info file...", 4);
 }
 
 void TestTargetRefusals::helpHasExamplesThatWork() {
     QFETCH(QString, arguments);
+    QFETCH(QString, usage);
     QFETCH(int, minimumExamples);
     const ToolFolder folder;
     const ToolRun run = folder.run(arguments);
     QCOMPARE(run.status, 0);
     QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.output.split('\n')[0], "Usage: pellion-target [options] " + usage.toUtf8());
     int examples = 0;
     QVERIFY(folder.shell("mkdir Desktop && cp /dev/null Desktop/empty && "
                          "pellion-target make tone target.wav && cp target.wav Desktop"));

@@ -78,10 +78,9 @@ QJsonArray jsonLevels(const CWav& wav) {
 } // namespace
 
 QString lengthText(const CWav& wav) {
-    QString samples = QStringLiteral("%1 samples").arg(samplesPerChannel(wav));
-    if (wav.header.samplingRate == 0)
-        return samples;
-    return QStringLiteral("%1 ms, %2").arg(millisecondsText(durationSeconds(wav)), samples);
+    return QStringLiteral("%1 ms, %2 samples")
+        .arg(millisecondsText(durationSeconds(wav)))
+        .arg(samplesPerChannel(wav));
 }
 
 void printReport(const Inspection& inspection) {

@@ -56,9 +56,6 @@ std::optional<ClippedSample> firstClippedSample(const QVector<double>& samples) 
 CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe,
                    MinimumCode minimumCode) {
     CWav wav;
-    const auto sampleCount = static_cast<std::size_t>(samples.size() * qint64(recipe.channelCount));
-    const auto bytesPerSample = static_cast<std::size_t>(recipe.bitsPerSample / bitsPerByte);
-    wav.rawData.reserve(sampleCount * bytesPerSample);
     for (const double sample : samples) {
         const auto code = static_cast<unsigned>(codeOf(sample, recipe.bitsPerSample, minimumCode));
         for (int channel = 0; channel < recipe.channelCount; ++channel)
@@ -66,7 +63,7 @@ CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe,
                 wav.rawData.push_back(static_cast<char>((code >> unsigned(shift)) & 0xFFU));
     }
     wav.bytesRead = static_cast<std::int64_t>(wav.rawData.size());
-    wav.numberOfSamples = static_cast<quint32>(sampleCount);
+    wav.numberOfSamples = static_cast<quint32>(samples.size() * qint64(recipe.channelCount));
     wav.header = headerOf(recipe, static_cast<quint32>(wav.rawData.size()));
     return wav;
 }
