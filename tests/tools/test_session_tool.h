@@ -110,6 +110,6 @@ private slots:
     void helpHasExamplesThatWork_data();
     void helpHasExamplesThatWork();
     void onlyTheWindowNeedsADisplay();
-    void manualNamesEveryOption();
+    void manualDescribesTheOptionsOfTheHelp();
     void manualIsWellFormed();
 };
