@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 /// Holds the journal of a session that is over while it lives, so that nothing else recovers it.
 class JournalLock {
 public:
@@ -16,15 +18,14 @@ public:
     JournalLock& operator=(const JournalLock&) = delete;
     JournalLock& operator=(JournalLock&&) = delete;
 
-    bool isHeld() const { return descriptor >= 0; }
-
     /// Whether another process holds the journal, or is a session that may be about to. False also
     /// where the journal cannot be opened, or where its file system has no locks.
     bool isHeldElsewhere() const { return heldElsewhere; }
 
-    /// Returns the bytes of a held journal. They are read through the lock: where locks are
-    /// mandatory, even this process could not read the file again.
-    QByteArray contents() const;
+    /// Returns the bytes of a journal that this has locked; nothing when not all can be read. They
+    /// are read through the lock: where locks are mandatory, even this process could not read the
+    /// file again.
+    std::optional<QByteArray> contents() const;
 
 private:
     int descriptor = -1;

@@ -5,9 +5,9 @@
 #include "session/JournalLock.h"
 #include "session/ResponseJournal.h"
 #include "session/ResultsFile.h"
-#include "tools/session/KeptJournals.h"
-#include "tools/session/SavedState.h"
-#include "tools/session/SessionFindings.h"
+#include "support/TestTable.h"
+#include "tools/session/CheckReport.h"
+#include "tools/session/Recovery.h"
 #include "tools/session/SoundAnswers.h"
 
 #include <QDate>
@@ -27,8 +27,10 @@ Q_DECLARE_METATYPE(SoundState)
 
 namespace {
 
-/// Whether flock() works as on NFS, where only files that are open for writing can be locked.
-bool isNfsEmulated = false;
+/// What is wrong with the disk of the journals. On NFS only files that are open for writing can be
+/// locked.
+enum class Fault { None, Nfs, ReadError };
+Fault fault = Fault::None;
 
 /// Answers as pactl 16 gives them, shortened, about a sink with further values in its object.
 SoundAnswers pulseAudio(const QByteArray& sinkValues, const QByteArray& properties = {}) {
@@ -297,10 +299,10 @@ void TestSessionParts::journalsAreReadAsFarAsTheyAreWhole() {
 void TestSessionParts::journalsOnNfsAreFound() {
     const SessionHome home;
     const QString path = home.leaveJournal("SUB001_practice001", {440});
-    isNfsEmulated = true;
+    fault = Fault::Nfs;
     const KeptJournals kept = keptJournals(home.journals());
     const bool isHeldElsewhere = JournalLock(path).isHeldElsewhere();
-    isNfsEmulated = false;
+    fault = Fault::None;
     QCOMPARE(kept.inUse, 0);
     QCOMPARE(kept.journals.size(), 1);
     QCOMPARE(kept.journals[0].responses, 1);
@@ -338,9 +340,28 @@ void TestSessionParts::namesOfJournalsAreTakenApart() {
 
 // Replaces the system's function in the whole test program.
 extern "C" int flock(int fd, int operation) noexcept {
-    if (isNfsEmulated && (fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+    if (fault == Fault::ReadError) {
+        const QByteArray path = "/proc/self/fd/" + QByteArray::number(fd);
+        const int unreadable = open(path.constData(), O_WRONLY | O_CLOEXEC);
+        dup2(unreadable, fd);
+        close(unreadable);
+    }
+    if (fault == Fault::Nfs && (fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) {
         errno = EBADF;
         return -1;
     }
     return static_cast<int>(syscall(SYS_flock, fd, operation));
 }
+/// Not taken for an empty one, which would be removed.
+void TestSessionParts::unreadableJournalIsKept() {
+    const SessionHome home;
+    const QString path = home.leaveJournal("SUB001_practice001", {440});
+    fault = Fault::ReadError;
+    const KeptJournals kept = keptJournals(home.journals());
+    const Recovery recovery = recover(path, home.desktop());
+    fault = Fault::None;
+    QCOMPARE(kept.inUse, 1);
+    QCOMPARE(recovery.problem, QString("a running session holds it, or it cannot be read"));
+    QCOMPARE(testsupport::readBytes(path), resultsText("t.wav", {440}).toUtf8());
+}
+

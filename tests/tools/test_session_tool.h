@@ -59,6 +59,7 @@ private slots:
     void journalsAreReadAsFarAsTheyAreWhole();
     void journalsOnNfsAreFound();
     void namesOfJournalsAreTakenApart_data();
+    void unreadableJournalIsKept();
     void namesOfJournalsAreTakenApart();
 };
 

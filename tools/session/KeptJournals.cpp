@@ -79,8 +79,8 @@ KeptJournals keptJournals(const QString& folder) {
     for (const QFileInfo& file :
          QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
         const JournalLock lock(file.filePath());
-        if (lock.isHeld())
-            kept.journals.append(readJournal(file.filePath(), lock.contents()));
+        if (const auto bytes = lock.contents())
+            kept.journals.append(readJournal(file.filePath(), *bytes));
         else
             ++kept.inUse;
     }

@@ -70,11 +70,12 @@ QString obstacle(const KeptJournal& journal, const QDir& folder) {
 Recovery recover(const QString& journalPath, const QString& folder) {
     Recovery recovery;
     const JournalLock lock(journalPath);
-    if (!lock.isHeld()) {
+    const auto bytes = lock.contents();
+    if (!bytes) {
         recovery.problem = QStringLiteral("a running session holds it, or it cannot be read");
         return recovery;
     }
-    const KeptJournal journal = readJournal(journalPath, lock.contents());
+    const KeptJournal journal = readJournal(journalPath, *bytes);
     if (journal.holdsAnything()) {
         recovery.problem = obstacle(journal, QDir(folder));
         if (recovery.problem.isEmpty())
