@@ -76,6 +76,11 @@ void TestSessionCheck::faultsOfTheSoundAreFound_data() {
     row("suspended on idle", card(), "load-module module-suspend-on-idle timeout=3",
         "suspension: lab is suspended after 3 seconds without a sound");
     row("suspended by hand", card(), "suspend-sink lab 1", "suspension: lab is suspended. ");
+    row("suspended at once", card(), "load-module module-suspend-on-idle timeout=0",
+        "suspension: lab is suspended after 0 seconds without a sound");
+    row("suspended after a time of its own", card("module-suspend-on-idle.timeout=9"),
+        "load-module module-suspend-on-idle timeout=3",
+        "suspension: lab is suspended after 9 seconds without a sound");
     row("Bluetooth", card("device.bus=bluetooth"), "stat", "output: lab is Bluetooth, ");
     row("HDMI", card("device.profile.name=hdmi-stereo"), "stat",
         "output: lab is that of a screen (HDMI). ");

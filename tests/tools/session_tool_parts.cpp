@@ -97,7 +97,7 @@ void TestSessionParts::answersOfPulseAudioAreUnderstood() {
     QCOMPARE(state.exactVolumes, QString("front-left 65536, front-right 32768"));
     QCOMPARE(state.volume, 50);
     QVERIFY(!state.isBalanced && !state.isMuted && !state.isSuspended && state.isUnplugged);
-    QCOMPARE(state.suspendAfter, 5);
+    QCOMPARE(state.suspendAfter, QString("5"));
     QCOMPARE(state.streamProblem, QString());
     QCOMPARE(state.streamVolume, 70);
     QVERIFY(state.isStreamMuted);
@@ -108,16 +108,25 @@ void TestSessionParts::answersOfPipeWireAreUnderstood() {
     SoundAnswers answers = pulseAudio("", R"(,"session.suspend-timeout-seconds":"0")");
     answers.server = R"json({"server_name":"PulseAudio (on PipeWire 1.4.2)",
         "server_version":"15.0.0","default_sink_name":"card"})json";
+    const char* const ownTime = R"(,"module-suspend-on-idle.timeout":"%1")";
+    for (const auto& [time, expected] : {std::pair("-1", ""), {"0", "0"}, {"none", "5"}})
+        QCOMPARE(soundState(pulseAudio("", QString(ownTime).arg(time).toUtf8())).suspendAfter,
+                 QString(expected));
+    // With flat volumes, 50 % is the device's volume.
+    SoundAnswers flat = pulseAudio(R"(,"flags":["FLAT_VOLUME"])");
+    QCOMPARE(soundState(flat).streamVolume, 70);
+    flat.withStream.replace("70%", "50%");
+    QCOMPARE(soundState(flat).streamVolume, 100);
     answers.streamProcess = 7;
     const SoundState state = soundState(answers);
     QCOMPARE(state.server, QString("PipeWire 1.4.2"));
-    QCOMPARE(state.suspendAfter, 0);
+    QCOMPARE(state.suspendAfter, QString());
     QCOMPARE(state.streamProblem, QString("the sound server refuses sounds of 40000 Hz, one "
                                           "channel, 32-bit floats"));
     answers.isStreamLate = true;
     QCOMPARE(soundState(answers).streamProblem, QString("card takes long to accept a sound"));
     answers.everything.replace(R"("session.suspend-timeout-seconds":"0")", R"("a":"b")");
-    QCOMPARE(soundState(answers).suspendAfter, 5);
+    QCOMPARE(soundState(answers).suspendAfter, QString("5"));
 }
 
 void TestSessionParts::kindsOfDevices_data() {
@@ -233,7 +242,7 @@ void TestSessionParts::valuesThatLastSurviveSaving() {
     SoundState state = good();
     state.isMuted = true;
     state.streamVolume = 33;
-    state.suspendAfter = 7;
+    state.suspendAfter = "7";
     QCOMPARE(writeSavedState(home.path("day.json"), state), QString());
     const SavedState read = readSavedState(home.path("day.json"));
     QCOMPARE(read.problem, QString());
@@ -241,7 +250,7 @@ void TestSessionParts::valuesThatLastSurviveSaving() {
     QCOMPARE(textsOf(differences(lastingValues(state), lastingValues(read.sound))), QStringList());
     QCOMPARE(textsOf(differences(lastingValues(good()), lastingValues(read.sound))),
              QStringList({"changed: muted: yes, on the good day no",
-                          "changed: suspended after (s): 7, on the good day 0",
+                          "changed: suspended after (s): 7, on the good day none",
                           "changed: volume of Pellion's sounds (%): 33, on the good day 100"}));
 }
 

@@ -77,12 +77,11 @@ void addVolume(const SoundState& state, Findings& findings) {
 
 void addSuspension(const SoundState& state, Findings& findings) {
     const QString subject = QStringLiteral("suspension");
-    if (state.suspendAfter > 0)
+    if (!state.suspendAfter.isEmpty())
         findings.append({subject,
                          QStringLiteral("%1 is suspended after %2 seconds without a sound, and may "
                                         "swallow the beginning of the next")
-                             .arg(state.output)
-                             .arg(state.suspendAfter),
+                             .arg(state.output, state.suspendAfter),
                          "Copy a file from /usr/share/doc/pellion/examples/sound/; the guide says "
                          "which (\"Keeping the sound card awake\")."});
     else if (state.isSuspended && !state.isPipeWire())
