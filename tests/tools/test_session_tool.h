@@ -98,6 +98,8 @@ private slots:
     void whatCannotBeCopiedIsKept();
     void aFullDiskCostsNothing();
     void analysesReadWhatIsRecovered_data();
+    void aKillCostsNothing();
+    void aJournalOnAReadOnlyDiskIsCopied();
     void analysesReadWhatIsRecovered();
 };
 
