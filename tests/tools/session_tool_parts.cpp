@@ -12,11 +12,16 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMetaType>
 #include <QTest>
 #include <QTime>
 
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -48,6 +53,7 @@ SoundAnswers pulseAudio(const QByteArray& sinkValues, const QByteArray& properti
         R"json(}}],
         "sink_inputs":[{"corked":false,"properties":{"application.name":"(null)",
         "application.process.binary":"music"}},
+        {"corked":false,"properties":{"application.name":"music"}},
         {"corked":true,"properties":{"application.name":"Paused"}},
         {"corked":false,"properties":{"application.name":"Pellion"}}]})json";
     answers.withStream = R"json([{"mute":true,"resample_method":"wrong",
@@ -102,12 +108,6 @@ void TestSessionParts::answersOfPulseAudioAreUnderstood() {
     QCOMPARE(state.streamVolume, 70);
     QVERIFY(state.isStreamMuted);
     QCOMPARE(state.otherPrograms, QStringList("music"));
-}
-
-void TestSessionParts::answersOfPipeWireAreUnderstood() {
-    SoundAnswers answers = pulseAudio("", R"(,"session.suspend-timeout-seconds":"0")");
-    answers.server = R"json({"server_name":"PulseAudio (on PipeWire 1.4.2)",
-        "server_version":"15.0.0","default_sink_name":"card"})json";
     const char* const ownTime = R"(,"module-suspend-on-idle.timeout":"%1")";
     for (const auto& [time, expected] : {std::pair("-1", ""), {"0", "0"}, {"none", "5"}})
         QCOMPARE(soundState(pulseAudio("", QString(ownTime).arg(time).toUtf8())).suspendAfter,
@@ -117,6 +117,12 @@ void TestSessionParts::answersOfPipeWireAreUnderstood() {
     QCOMPARE(soundState(flat).streamVolume, 70);
     flat.withStream.replace("70%", "50%");
     QCOMPARE(soundState(flat).streamVolume, 100);
+}
+
+void TestSessionParts::answersOfPipeWireAreUnderstood() {
+    SoundAnswers answers = pulseAudio("", R"(,"session.suspend-timeout-seconds":"0")");
+    answers.server = R"json({"server_name":"PulseAudio (on PipeWire 1.4.2)",
+        "server_version":"15.0.0","default_sink_name":"card"})json";
     answers.streamProcess = 7;
     const SoundState state = soundState(answers);
     QCOMPARE(state.server, QString("PipeWire 1.4.2"));
@@ -130,29 +136,35 @@ void TestSessionParts::answersOfPipeWireAreUnderstood() {
 }
 
 void TestSessionParts::kindsOfDevices_data() {
-    QTest::addColumn<QByteArray>("properties");
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("card") << QByteArray() << "sound card";
-    QTest::newRow("Bluetooth") << QByteArray(R"(,"device.api":"bluez5")") << "Bluetooth";
-    QTest::newRow("HDMI") << QByteArray(R"(,"device.profile.name":"HDMI-stereo")") << "HDMI";
-    QTest::newRow("null sink") << QByteArray(R"(,"factory.name":"support.null-audio-sink")")
-                               << "null sink";
-    QTest::newRow("effect") << QByteArray(R"(,"device.class":"filter")") << "filter";
+    const auto row =
+        testsupport::columns<QByteArray, QByteArray, QString>("sink", "properties", "kind");
+    row("card", "card", "", "sound card");
+    row("Bluetooth", "card", R"(,"device.api":"bluez5")", "Bluetooth");
+    row("Bluetooth by its name", "bluez_sink.1", "", "Bluetooth");
+    row("HDMI", "card", R"(,"device.profile.name":"HDMI-stereo")", "HDMI");
+    row("HDMI by its name", "alsa_output.HDMI", "", "HDMI");
+    row("null sink", "card", R"(,"factory.name":"support.null-audio-sink")", "null sink");
+    row("null sink by its name", "auto_null", "", "null sink");
+    row("effect", "card", R"(,"device.class":"filter")", "filter");
 }
 
 void TestSessionParts::kindsOfDevices() {
+    QFETCH(QByteArray, sink);
     QFETCH(QByteArray, properties);
-    QTEST(soundState(pulseAudio("", properties)).device, "kind");
+    SoundAnswers answers = pulseAudio("", properties);
+    for (QByteArray* answer : {&answers.server, &answers.everything})
+        answer->replace("\"card\"", '"' + sink + '"');
+    QTEST(soundState(answers).device, "kind");
 }
 
 void TestSessionParts::answersThatAreNotUnderstoodAreReported() {
     for (const char* answer : {"", "Server Name: pulseaudio", "{", "[]"}) {
-        SoundAnswers answers = pulseAudio("");
-        answers.server = answer;
-        const SoundState state = soundState(answers);
-        QCOMPARE(state.problem, QString("pactl's answer is not understood"));
-        QCOMPARE(textsOf(soundFindings(state)),
-                 QStringList("sound server: pactl's answer is not understood"));
+        for (QByteArray SoundAnswers::*part : {&SoundAnswers::server, &SoundAnswers::everything}) {
+            SoundAnswers answers = pulseAudio("");
+            answers.*part = answer;
+            QCOMPARE(textsOf(soundFindings(soundState(answers))),
+                     QStringList("sound server: pactl's answer is not understood"));
+        }
     }
 }
 
@@ -189,6 +201,8 @@ void TestSessionParts::findings_data() {
             state.isSuspended = true;
         },
         "");
+    row(
+        "another clean resampler", [](SoundState& state) { state.resampler = "soxr-vhq"; }, "");
     row(
         "default resampler", [](SoundState& state) { state.resampler = "speex-float-1"; },
         "resampler: the output runs at 48000 Hz, and speex-float-1 adds noise on the way there");
@@ -237,6 +251,43 @@ void TestSessionParts::loadAndFoldersGiveFindings() {
                           "4 processors"}));
 }
 
+void TestSessionParts::reportsHoldEveryFinding() {
+    ComputerState state;
+    state.sound = good();
+    state.sound.isMuted = true;
+    state.sound.isUnplugged = true;
+    state.desktop = {"/d", "does not exist", 0};
+    state.journals = {"/j", "", 10000000};
+    SavedState goodDay;
+    goodDay.sound = good();
+    goodDay.sound.isUnplugged = true;
+    const CheckReport report = checkReport(state, goodDay);
+    QCOMPARE(textsOf(report.findings),
+             QStringList({"volume: card is muted", "changed: muted: yes, on the good day no",
+                          "desktop: /d does not exist"}));
+    QCOMPARE(textsOf(report.notes), QStringList("output: nothing is plugged in at card"));
+    QVERIFY(reportText(report).endsWith(": no (findings: 3)\n"));
+    QVERIFY(reportText({}).endsWith(": yes\n"));
+    const QJsonObject json = QJsonDocument::fromJson(reportJson(report).toUtf8()).object();
+    QCOMPARE(json["ready"], QJsonValue(false));
+    const auto compare = [&](const char* key, const QVector<SessionFinding>& findings) {
+        QJsonArray expected;
+        for (const auto& [subject, problem, remedy] : findings)
+            expected << QJsonObject{{"subject", subject}, {"problem", problem}, {"remedy", remedy}};
+        QCOMPARE(json[key].toArray(), expected);
+    };
+    compare("findings", report.findings);
+    compare("notes", report.notes);
+    QCOMPARE(json["sound"].toObject(), lastingValues(state.sound));
+    // Without a server nothing is known of the sound, and nothing is compared.
+    state.sound = {};
+    state.sound.problem = "none";
+    const CheckReport silent = checkReport(state, goodDay);
+    QCOMPARE(textsOf(silent.findings),
+             QStringList({"sound server: none", "desktop: /d does not exist"}));
+    QVERIFY(!QJsonDocument::fromJson(reportJson(silent).toUtf8()).object().contains("sound"));
+}
+
 void TestSessionParts::valuesThatLastSurviveSaving() {
     const SessionHome home;
     SoundState state = good();
@@ -270,6 +321,9 @@ void TestSessionParts::onlyASavedStateIsReplaced() {
                  path + " exists, and is not a saved state: it is not replaced");
         QCOMPARE(testsupport::readBytes(path), content);
     }
+    QVERIFY(QFile::remove(path) && QFile::link("nowhere", path));
+    QCOMPARE(writeSavedState(path, good()),
+             path + " exists, and is not a saved state: it is not replaced");
     QCOMPARE(writeSavedState(home.path("no/folder"), good()),
              home.path("no/folder") + " cannot be written");
 }
@@ -318,6 +372,19 @@ void TestSessionParts::journalsOnNfsAreFound() {
     QVERIFY(!isHeldElsewhere);
 }
 
+/// Not taken for an empty one, which would be removed.
+void TestSessionParts::unreadableJournalIsKept() {
+    const SessionHome home;
+    const QString path = home.leaveJournal("SUB001_practice001", {440});
+    fault = Fault::ReadError;
+    const KeptJournals kept = keptJournals(home.journals());
+    const Recovery recovery = recover(path, home.desktop());
+    fault = Fault::None;
+    QCOMPARE(kept.inUse, 1);
+    QCOMPARE(recovery.problem, QString("a running session holds it, or it cannot be read"));
+    QCOMPARE(testsupport::readBytes(path), resultsText("t.wav", {440}).toUtf8());
+}
+
 void TestSessionParts::namesOfJournalsAreTakenApart_data() {
     QTest::addColumn<QString>("resultsName");
     QTest::addColumn<QStringList>("parts");
@@ -361,16 +428,3 @@ extern "C" int flock(int fd, int operation) noexcept {
     }
     return static_cast<int>(syscall(SYS_flock, fd, operation));
 }
-/// Not taken for an empty one, which would be removed.
-void TestSessionParts::unreadableJournalIsKept() {
-    const SessionHome home;
-    const QString path = home.leaveJournal("SUB001_practice001", {440});
-    fault = Fault::ReadError;
-    const KeptJournals kept = keptJournals(home.journals());
-    const Recovery recovery = recover(path, home.desktop());
-    fault = Fault::None;
-    QCOMPARE(kept.inUse, 1);
-    QCOMPARE(recovery.problem, QString("a running session holds it, or it cannot be read"));
-    QCOMPARE(testsupport::readBytes(path), resultsText("t.wav", {440}).toUtf8());
-}
-

@@ -134,8 +134,8 @@ void TestSessionRecovery::aRunningSessionIsLeftAlone() {
     journal.begin("SUB001_practice001.txt", QDateTime::currentDateTime());
     journal.record("t.wav", {500});
     const SessionToolRun run = home.run({"recover", home.desktop()});
-    QCOMPARE(run.errors, QString("pellion-session: a journal was left alone: a running session "
-                                 "holds it, or it cannot be read\n"));
+    QCOMPARE(run.errors, QString("pellion-session: journals left alone, because a running session "
+                                 "holds them or they cannot be read: 1\n"));
     QCOMPARE(SessionHome::namesIn(home.desktop()), QStringList());
     journal.record("t.wav", {500, 501});
     journal.keep();

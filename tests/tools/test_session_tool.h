@@ -53,13 +53,14 @@ private slots:
     void findings_data();
     void findings();
     void loadAndFoldersGiveFindings();
+    void reportsHoldEveryFinding();
     void valuesThatLastSurviveSaving();
     void onlyASavedStateIsReplaced();
     void journalsAreReadAsFarAsTheyAreWhole_data();
     void journalsAreReadAsFarAsTheyAreWhole();
     void journalsOnNfsAreFound();
-    void namesOfJournalsAreTakenApart_data();
     void unreadableJournalIsKept();
+    void namesOfJournalsAreTakenApart_data();
     void namesOfJournalsAreTakenApart();
 };
 
@@ -97,9 +98,9 @@ private slots:
     void whatCannotBeCopiedIsKept_data();
     void whatCannotBeCopiedIsKept();
     void aFullDiskCostsNothing();
-    void analysesReadWhatIsRecovered_data();
     void aKillCostsNothing();
     void aJournalOnAReadOnlyDiskIsCopied();
+    void analysesReadWhatIsRecovered_data();
     void analysesReadWhatIsRecovered();
 };
 

@@ -31,7 +31,7 @@ struct KeptJournals {
     int inUse = 0;                 ///< Others, which running sessions hold or which cannot be read.
 };
 
-/// Says in a sentence how many journals were left alone.
+/// Says how many journals were left alone.
 QString inUseText(const KeptJournals& kept);
 
 /// Returns the journals in a folder.

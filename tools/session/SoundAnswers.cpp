@@ -170,11 +170,12 @@ void readStream(const SoundAnswers& answers, const QJsonObject& sink, SoundState
             state.streamVolume = 100;
         return;
     }
-    state.streamProblem =
-        answers.isStreamLate
-            ? QStringLiteral("%1 takes long to accept a sound").arg(state.output)
-            : QStringLiteral("the sound server refuses sounds of %1 Hz, one channel, 32-bit floats")
-                  .arg(playedRate);
+    if (answers.isStreamLate)
+        state.streamProblem = state.output + QStringLiteral(" takes long to accept a sound");
+    else
+        state.streamProblem =
+            QStringLiteral("the sound server refuses sounds of %1 Hz, one channel, 32-bit floats")
+                .arg(playedRate);
 }
 
 } // namespace
