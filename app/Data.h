@@ -15,8 +15,8 @@
 struct Data {
     double samplingRate = playedRate; ///< Hz, of everything generated and played.
     double soundDuration = 0.25;      ///< Seconds, of one sound.
-    /// Samples of one sound: floor(soundDuration x samplingRate). After loading a target those of
-    /// its file, until "Go" reads the fields again.
+    /// Samples of one sound: floor(soundDuration x samplingRate). After a target has been loaded,
+    /// the count of its file, until "Go" reads the fields again.
     int nSamples = 10000;
     double plotDuration = 0.25;      ///< Seconds of the waveform that are drawn.
     int nPointsToPlot = 10000;       ///< Samples of the waveform that are drawn, at most nSamples.
@@ -24,9 +24,8 @@ struct Data {
     int nFFTPointsToPlot = 500;      ///< Spectrum bins drawn, at most half the spectrum's length.
 
     QString wavFolder = desktopFolder(); ///< Folder in which the target dialog opens.
-    QString outputFilePath =
-        wavFolder; ///< Folder of the results file; after saving, its path, if any.
-    QString wavFilePath = wavFolder; ///< Folder of the current target.
+    QString outputFilePath = wavFolder;  ///< Folder of the results file; after saving, its path.
+    QString wavFilePath = wavFolder;     ///< Folder of the current target.
 
     QString subjectCode = QStringLiteral("SUB001");
     QString outputFileName = subjectCode + QStringLiteral(".txt");

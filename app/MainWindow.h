@@ -1,28 +1,28 @@
 // The experimenter's main window.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// One class, implemented in several folders, one subject a file:
+// One class, implemented in several folders, one subject per file. What can be computed without a
+// window is in plain functions and types beside it:
 //
-//   1  Life and assembly         app/MainWindow.cpp
-//   2  Layout and accessibility  app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
-//   3  Settings                  app/MainWindowSettings.cpp
-//   4  Session control           session/MainWindowSession.cpp
-//   5  Responses                 session/MainWindowResponses.cpp
-//   6  Results file              session/MainWindowResults.cpp
-//   7  Target                    sound/MainWindowTarget.cpp
-//   8  Playback                  sound/MainWindowPlayback.cpp
-//   9  Charts                    charts/MainWindowCharts.cpp, MainWindowWaveform.cpp,
-//                                MainWindowSpectrum.cpp, MainWindowTrend.cpp
+//      MainWindow...                             plain
+//   1  Construction  app/MainWindow.cpp
+//   2  Widgets       app/...Widgets, ...Layout,   window/Widgets.h, TopLevelWindow
+//                    ...Accessibility
+//   3  Settings      app/...Settings              app/Data.h, base/Numbers
+//   4  Session       session/...Session           session/TrialSequence
+//   5  Responses     session/...Responses         session/ResponseJournal, app/Record.h
+//   6  Results file  session/...Results           session/ResultsFile, FileReplacement
+//   7  Target        sound/...Target              sound/CWav, TargetSamples
+//   8  Playback      sound/...Playback            sound/Playback, Sinusoid
+//   9  Charts        charts/...Charts,            charts/ChartPoints, AmplitudeSpectrum
+//                    ...Waveform, ...Spectrum, ...Trend
 //
 // The course of a session: "Practice" or "Experiment" prepares it (getReadyToGo: read the controls,
 // choose a target, load it, draw it); "Go" opens the listener's window. Each of the listener's
-// requests arrives in updateMainwindow, which synthesises what is needed and, after a pause,
-// lets playOneSound play it. handleStateChanged notices the sound's end and unlocks the
-// listener's window. When that window is closed, refreshMainWindow saves the results and frees
-// the main window for the next session.
-//
-// The members translate between widgets, settings and plain types; what can be computed without
-// a window is a plain function in the folder of its subject.
+// requests arrives in updateMainwindow, which synthesises what is needed and, after a pause, lets
+// playOneSound play it. handleStateChanged notices the sound's end and unlocks the listener's
+// window. When that window is closed, refreshMainWindow saves the results and enables the main
+// window for the next session.
 #pragma once
 
 #include "app/Data.h"
@@ -64,17 +64,16 @@ class QLineSeries;
 class QValueAxis;
 QT_CHARTS_END_NAMESPACE
 
-/// The experimenter's console: prepares sessions, shows the target and the trend of the matches,
+/// The experimenter's window: prepares sessions, shows the target and the trend of the matches,
 /// plays what the listener asks for, and writes the results.
 ///
-/// Each widget carries its member's name as its object name, for tests and drivers from
-/// outside. connectSlotsByName must therefore never be called: every slot would be
-/// connected twice.
+/// Each widget has its member's name as its object name, for tests and for programs that drive the
+/// window. connectSlotsByName must therefore never be called: every slot would be connected twice.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    // 1 Life and assembly: app/MainWindow.cpp
+    // 1 Construction and closing: app/MainWindow.cpp
 
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
@@ -83,7 +82,7 @@ public:
     MainWindow& operator=(const MainWindow&) = delete;
     MainWindow& operator=(MainWindow&&) = delete;
 
-    // 2 Layout and accessibility: app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
+    // 2 Widgets: app/MainWindowWidgets.cpp, ...Layout.cpp, ...Accessibility.cpp
 
     /// Places and titles the window and lays out its widgets.
     void setupGUIMainWindow();
@@ -98,10 +97,10 @@ public:
     void initParameters();
 
     /// Copies the widgets back into the settings and recomputes the sample counts. A text that is
-    /// no number counts as 0.
+    /// not a number counts as 0.
     void getParameters();
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
 
     /// Prepares a session: reads the controls, lets the experimenter choose a target, loads and
     /// draws it and empties the trend. Without a usable target, charts, trend and texts stay as
@@ -111,7 +110,7 @@ public:
     /// Draws a new random order of the targets: nRepetitions x nFiles entries.
     void genRandomSequence();
 
-    /// Saves the results, if wanted, and advances the file number, without freeing the window.
+    /// Saves the results, if wanted, and advances the file number, without enabling the window.
     void finishIt();
 
     /// Disables the whole window.
@@ -139,9 +138,9 @@ public:
 
     /// Loads the target of the current trial, copies its first channel and sizes the charts'
     /// buffers. A file that fails to load or cannot be a target leaves the earlier target in use,
-    /// and the record names that one. The file is refused if there is no earlier target, or if that
-    /// does not suit the settings; a cancelled dialog is always refused. A refusal sets nFiles to
-    /// 0, empties trialSequence and changes nothing else.
+    /// and the record then names that one. If there is no earlier target, or it does not suit the
+    /// settings, the file is refused. A cancelled dialog is always refused. A refusal sets nFiles
+    /// to 0, empties trialSequence and changes nothing else.
     void genWav();
 
     /// Shows the folder and file name of the current target.
@@ -162,7 +161,7 @@ public:
     void displayEmptyFFT();   ///< Creates the empty spectrum chart, once.
     void displayEmptyTrend(); ///< Creates the empty trend chart, once.
 
-    /// Draws the first stretch of the target, one point a sample; the y axis spans the whole sound.
+    /// Draws the beginning of the target, one point per sample; the y axis spans the whole sound.
     void displayWav();
 
     /// Recomputes the number of waveform samples to draw, at most those of the sound.
@@ -175,11 +174,11 @@ public:
     /// Draws the spectrum up to fftMaxFrequency; the y axis spans all of its bins.
     void displayFFT();
 
-    /// Adds the match of the first record to the trend, whose frequencies journal and results file
-    /// hold.
+    /// Adds the match of the first record to the trend, whose frequencies go into the journal and
+    /// the results file.
     void updateTrend();
 
-    /// Empties the trend. Its x axis stays until the next response.
+    /// Empties the trend. Its x axis keeps its range until the next response.
     void resetTrend();
 
     // The order of signals and slots is the order of their meta-object indices: additions go to
@@ -189,14 +188,14 @@ signals:
     void transferParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
                             int frequencyStepSize);
 
-    /// A sound has started: the count of sounds of this request. -1: the last one has ended.
+    /// A sound has started; `index` counts the sounds of this request. -1: the last one has ended.
     void soundPlaying(int index);
 
-    /// Declared for listeners of the audio state; never emitted.
+    /// Never emitted; declared so that code outside can connect to it.
     void stateChanged(QAudio::State audioState);
 
 public slots:
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
     void on_pushButtonPractice_clicked();
     void on_pushButtonExperiment_clicked();
     void on_pushButtonGo_clicked();
@@ -209,11 +208,11 @@ public slots:
 
     // 8 Playback: sound/MainWindowPlayback.cpp
 
-    /// Plays the sound that is due, the sinusoid or the target, and emits soundPlaying(). A
+    /// Plays the sound that was requested, the sinusoid or the target, and emits soundPlaying(). A
     /// sinusoid is shown as the match and counted as a response.
     void playOneSound();
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
 
     /// Does nothing; keeps the indices of the later slots.
     void doNothing();
@@ -221,10 +220,10 @@ public slots:
     // 8 Playback: sound/MainWindowPlayback.cpp
 
     /// Releases the audio output when it has drained and emits soundPlaying(-1), which unlocks the
-    /// listener's window; reports an output that failed, or ended early, on the log.
+    /// listener's window; logs an output that failed or ended early.
     void handleStateChanged(QAudio::State audioState);
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
     void on_comboBoxSesType_currentIndexChanged(int index);
     void on_comboBoxSoundType_currentIndexChanged(int index);
     void on_comboBoxMainParameter_currentIndexChanged(int index);
@@ -232,23 +231,21 @@ public slots:
     void on_spinBoxFileNumber_valueChanged(int newFileNumber);
 
     /// Ends a session: cancels what is still pending or playing, saves the results if wanted,
-    /// advances the file number and frees the main window.
+    /// advances the file number and enables the main window.
     void refreshMainWindow();
 
     // Protected rather than private: tests, benchmarks and the fuzzer derive from the window.
 protected:
-    // 1 Life and assembly: app/MainWindow.cpp
-    // (the phases of the constructor, and closing)
+    // 1 Construction and closing: app/MainWindow.cpp
 
-    /// Ignored while the window is disabled for a session: a window manager's close button reaches
-    /// disabled windows too, and would take the unsaved responses with it.
+    /// Ignores the event while the window is disabled for a session: a window manager's close
+    /// button works on disabled windows too, and the unsaved responses would be lost.
     void closeEvent(QCloseEvent* event) override;
 
+    // 2 Widgets: app/MainWindowWidgets.cpp, ...Layout.cpp, ...Accessibility.cpp
     void createWidgets();
-    void createLayouts();
     void connectWidgets();
-
-    // 2 Layout and accessibility: app/MainWindowLayout.cpp, MainWindowAccessibility.cpp
+    void createLayouts();
     void layOutControls();
     void layOutRow(int row, std::initializer_list<QWidget*> widgets);
     void setUpAccessibility();
@@ -261,11 +258,11 @@ protected:
     void showSettings();
     void sizeBuffers();
 
-    // 4 Session control: session/MainWindowSession.cpp
+    // 4 Session: session/MainWindowSession.cpp
     void prepareSession(int repetitions, int sessionTypeIndex);
-    /// Loads and draws the target that has been chosen, for nRepetitions. Needs sequencePosition
-    /// and soundsPlayed at 0. A file that is refused leaves charts, trend and texts as they are,
-    /// and nFiles 0.
+    /// Shuffles the trials, then loads and draws the chosen target. sequencePosition and
+    /// soundsPlayed must be 0. If the file is refused, charts, trend and texts stay as they are and
+    /// nFiles is 0.
     void prepareTarget();
     void saveResultsAndAdvanceFileNumber();
 
@@ -296,9 +293,8 @@ protected:
     void sizeSpectrum();
     void deleteCharts();
 
-    // Widgets, in the order of their creation. The three labels and combo boxes that are owned
-    // here have no place in the window: the experimenter never sees them, yet they hold the
-    // selections.
+    // Widgets, in the order of their creation. The labels and combo boxes held by std::unique_ptr
+    // are in no layout: the experimenter never sees them, but they hold the selections.
     std::unique_ptr<QLabel> labelSessionType;
     std::unique_ptr<QLabel> labelSoundType;
     std::unique_ptr<QLabel> labelMainParameter;
@@ -325,7 +321,7 @@ protected:
     QLineEdit* lineEditWavFileName = nullptr;      ///< Name of the target without folder.
     QLineEdit* lineEditOutputFilePath = nullptr;   ///< Folder of the results file.
     QLineEdit* lineEditOutputFileName = nullptr;   ///< Proposed name of the results file.
-    QLineEdit* lineEditFrequencyMatched = nullptr; ///< Hz, of the last sinusoid that has sounded.
+    QLineEdit* lineEditFrequencyMatched = nullptr; ///< Hz, of the last sinusoid played.
     QPushButton* pushButtonPractice = nullptr;
     QPushButton* pushButtonExperiment = nullptr;
     QPushButton* pushButtonGo = nullptr;
@@ -337,7 +333,7 @@ protected:
     QGridLayout* layoutControls = nullptr; ///< Left column: the controls.
     QGridLayout* layoutCharts = nullptr;   ///< Right column: the charts.
     QGridLayout* layoutOuter = nullptr;    ///< Both columns.
-    QWidget* widgetCentral = nullptr;      ///< Carries the layouts.
+    QWidget* widgetCentral = nullptr;      ///< Holds the layouts.
 
     // From here on the order is that of construction and no longer that of the sections: members
     // are destroyed in reverse. "By" names the functions that write a member.
@@ -355,9 +351,9 @@ protected:
     QVector<double> fftPhases;       ///< Radians, of each bin; by genFFT.
     QVector<QPointF> pointsWav;      ///< Waveform: milliseconds, sample value; by displayWav.
     QVector<QPointF> pointsFFT;      ///< Spectrum: Hz, amplitude; by displayFFT.
-    QVector<double> trendTrials;     ///< Count of responses at each request of a sinusoid.
-    /// Hz, of each request of a sinusoid in the session: what journal and results file hold. Like
-    /// trendTrials by recordResponse and resetTrend.
+    QVector<double> trendTrials;     ///< The number of responses at each request of a sinusoid.
+    /// Hz, of each request of a sinusoid in the session, as in the journal and the results file.
+    /// Like trendTrials by recordResponse and resetTrend.
     QVector<double> trendFrequencies;
     QVector<double> rangeWav;      ///< Minimum and maximum sample of the target; by displayWav.
     QVector<double> rangeFFT;      ///< Minimum and maximum amplitude; by displayFFT.
@@ -372,14 +368,14 @@ protected:
     QVector<int> trialSequence; ///< Indices into the records in the order of presentation; also by
                                 ///< genRandomSequence, refuseTarget.
     QString currentTargetPath;  ///< Folder and name of the prepared target; also by genWav.
-    int sequencePosition = 0;   ///< In trialSequence; 0 unless updateMainwindow handles a response.
+    int sequencePosition = 0;   ///< Index in trialSequence; 0 outside updateMainwindow.
     int currentFileIndex = 0;   ///< Index of the prepared target's record; also by genWav.
     int nRepetitions = 0;       ///< Of each target in this session; by prepareSession.
     int nRepetitionsPractice = 1;   ///< Of each target in a practice session. Nothing changes it.
     int nRepetitionsExperiment = 1; ///< Of each target in an experiment. Nothing changes it.
     int nFiles = 0;                 ///< Targets chosen, 0 if none is usable; also by chooseTarget,
                                     ///< refuseTarget.
-    bool playSinusoidNext = false;  ///< Whether the sinusoid is due, or the target; by
+    bool playSinusoidNext = false;  ///< Whether the sinusoid was requested, or the target; by
                                     ///< updateMainwindow.
     int soundsPerPresentation = 0;  ///< Sounds played for one request; by initParameters.
     int soundsPlayed = 0; ///< Sounds started since the last request; also by updateMainwindow,
@@ -396,7 +392,7 @@ protected:
     CWav wav;                          ///< The accepted target, as loaded; by loadTarget.
     std::optional<Record> targetInUse; ///< Names the file that `wav` holds; by loadTarget.
 
-    // Playback. Output, buffer and bytes live from startAudioOutput to releaseAudioOutput.
+    // Playback. Output, buffer and bytes exist from startAudioOutput to releaseAudioOutput.
     std::unique_ptr<QByteArray> audioBytes; ///< What the output plays.
     std::unique_ptr<QBuffer> audioBuffer;   ///< The device it is pulled from.
     QAudioOutput* audioOutput = nullptr;    ///< A child of this window; null between sounds.
@@ -405,7 +401,7 @@ protected:
     /// Context of the timers that wait for a presentation; replacing it cancels them.
     std::unique_ptr<QObject> pendingPresentations;
 
-    // Placement
+    // Placement, for centerAndResizeMainWindow (app/MainWindowLayout.cpp)
     bool isCentered = true;
     double widthRatio = 0.8;  ///< Of the available screen.
     double heightRatio = 0.9; ///< Of the available screen.

@@ -1,4 +1,4 @@
-// The main window: names for screen readers, order of the tab key.
+// The main window: names for screen readers, tab order.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
@@ -15,8 +15,8 @@
 
 namespace {
 
-/// A chart as one accessible object. By default Qt gives it the role of a filler, which screen
-/// readers skip, with unnamed children.
+/// A chart as one accessible object. By default Qt gives it unnamed children and the role Filler,
+/// which screen readers skip.
 class ChartAccess : public QAccessibleWidget {
 public:
     explicit ChartAccess(QWidget* chartView) : QAccessibleWidget(chartView, QAccessible::Chart) {}

@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "window/TopLevelWindow.h"
+#include "window/Widgets.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -16,6 +17,16 @@ namespace {
 constexpr int columnsOfControls = 4;
 constexpr int headingRow = 1;
 } // namespace
+
+void MainWindow::createLayouts() {
+    constexpr int rowsOfSeveralControls = 11; // those that layOutRow() is called for
+    for (int row = 0; row < rowsOfSeveralControls; ++row)
+        rowLayouts.append(new QHBoxLayout);
+    layoutControls = new QGridLayout;
+    layoutCharts = new QGridLayout;
+    layoutOuter = new QGridLayout;
+    widgetCentral = named<QWidget>("widgetCentral");
+}
 
 void MainWindow::setupGUIMainWindow() {
     centerAndResizeMainWindow(isCentered, widthRatio, heightRatio);

@@ -1,4 +1,4 @@
-// The main window: settings, from the record to the widgets and back.
+// The main window: copies the settings into the widgets and back.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
@@ -54,7 +54,7 @@ void MainWindow::showSettings() {
 
 void MainWindow::sizeBuffers() {
     soundsPerPresentation = 1;
-    targetSamples.resize(data.nPointsToPlot); // the count before it is recomputed: deliberate
+    targetSamples.resize(data.nPointsToPlot); // deliberately before the count is recomputed
     trendTrials.clear();
     trendFrequencies.clear();
     data.nPointsToPlot = sampleCount(data.plotDuration, data.samplingRate);

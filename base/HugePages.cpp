@@ -10,7 +10,7 @@
 
 void preferHugePages(void* memory, std::size_t bytes) {
 #ifdef __linux__
-    // Whole huge pages only, so that the neighbours of a vector are left alone.
+    // Whole huge pages only, so that memory beside the vector is not affected.
     constexpr std::size_t hugePage = std::size_t{1} << 21U;
     const std::size_t pastBoundary = reinterpret_cast<std::uintptr_t>(memory) % hugePage;
     const std::size_t skipped = (hugePage - pastBoundary) % hugePage;

@@ -5,9 +5,9 @@
 #include <cstddef>
 
 /// Asks the kernel to back memory by transparent huge pages, where it has them; pages that have
-/// been written to stay as they are. It only shortens the first writing: a page fault for each 4
-/// KiB of a gibibyte takes longer than our own work on it. (The real FFT's arrays make the same
-/// request themselves.)
+/// been written to stay as they are. This makes only the first write faster: for a gibibyte, a page
+/// fault for each 4 KiB takes longer than our own computations. (The real FFT's arrays make the
+/// same request themselves.)
 void preferHugePages(void* memory, std::size_t bytes);
 
 /// Empties a vector and makes room for exactly `count` elements in it, on huge pages where it is

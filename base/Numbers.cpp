@@ -1,4 +1,4 @@
-// Numbers of the settings: limits, truncation, sample counts, and how they read as text.
+// Numbers of the settings: limits, truncation, sample counts, and their texts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/Numbers.h"
 

@@ -10,12 +10,13 @@
 #include <cstdlib>
 #include <vector>
 
-/// Returns how often to measure: once where BENCH_TRIAL is set, for trying the benchmarks.
+/// Returns how often to measure: once if BENCH_TRIAL is set, which only tests the benchmarks.
 inline int rounds(int usual) {
     return std::getenv("BENCH_TRIAL") == nullptr ? usual : 1;
 }
 
-/// Returns the median of at least one value, of an even number of values the upper one.
+/// Returns the median of one or more values; for an even number, the upper of the two middle
+/// values.
 inline double median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());

@@ -46,7 +46,7 @@ inline QString targetFile(Format format, int milliseconds) {
 }
 
 /// Returns the path of that target without the last sample of each channel, which its header still
-/// declares: a file that is read and not converted.
+/// declares. CWav reads such a file, but does not convert it.
 inline QString cutTargetFile(Format format, int milliseconds) {
     const QString whole = targetFile(format, milliseconds);
     QString path = whole + ".cut";

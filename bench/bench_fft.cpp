@@ -1,13 +1,13 @@
-// The real FFT beside FFTW, GSL and KISS FFT, as ratios of times taken in turns.
+// The real FFT compared with FFTW, GSL and KISS FFT, as ratios of times measured in turns.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // For each length, all of them transform in turns of about half a millisecond, so that other load
-// on the machine affects them equally. The counters are medians over the turns: of the
-// microseconds of each transform, and of the ratios of each two of them in the same turn,
-// "ours / fftw measure" for instance, which is below 1 where ours is faster. Run it on one idle
-// processor, and more than once, because the place of the arrays in memory is random.
+// on the machine affects them equally. The counters are medians over the turns: the microseconds of
+// each transform, and the ratios of each pair of transforms in the same turn. "ours / fftw
+// measure", for instance, is below 1 if ours is faster. Run it on one idle processor, and more than
+// once, because the addresses of the arrays are random.
 //
-// All compute with doubles. GSL transforms in place and gets a copy each time, which counts.
+// All compute with doubles. GSL transforms in place; copying its input is included in its time.
 #include "Cost.h"
 #include "tests/support/OpenFft.h"
 
@@ -27,7 +27,7 @@
 #include <utility>
 #include <vector>
 
-// After <cmath>, which it uses without including it.
+// After <cmath>, which this header uses without including it.
 #include <kissfft/kissfft.hh>
 
 using testsupport::OpenFft;
@@ -36,7 +36,7 @@ namespace {
 
 using Plan = std::unique_ptr<fftw_plan_s, decltype(&fftw_destroy_plan)>;
 
-/// Inputs and outputs of all libraries. Allocated once for each length, outside of the timing.
+/// Inputs and outputs of all libraries. Allocated once for each length, outside the timed code.
 struct Arrays {
     explicit Arrays(std::size_t length) : x(length), f(length), bins(length / 2 + 1) {}
 
@@ -118,7 +118,7 @@ void repeated(benchmark::State& state, int bits) {
     const OpenFft fft(static_cast<std::int64_t>(length));
     gsl_fft_real_wavetable* const wavetable = gsl_fft_real_wavetable_alloc(length);
     gsl_fft_real_workspace* const workspace = gsl_fft_real_workspace_alloc(length);
-    // Of pairs of real values as complex ones.
+    // Transforms pairs of real values as complex ones.
     const kissfft<double> kiss(length / 2, false);
     double* const f = arrays.f.data();
     const double* const x = arrays.x.data();
@@ -142,8 +142,8 @@ void repeated(benchmark::State& state, int bits) {
     gsl_fft_real_wavetable_free(wavetable);
 }
 
-/// Tables and a single transform, beside FFTW with a new plan each time, once without and once with
-/// the planner's accumulated knowledge ("warm").
+/// Tables and a single transform, compared with FFTW with a new plan each time, once without and
+/// once with the planner's accumulated knowledge ("warm").
 void once(benchmark::State& state, int bits) {
     const std::size_t length = std::size_t{1} << bits;
     Arrays arrays(length);

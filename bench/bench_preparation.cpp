@@ -12,6 +12,7 @@
 #include "DynArray.h"
 #include "FFTReal.h"
 #include "TargetFiles.h"
+#include "base/AvxRegisters.h"
 #include "charts/AmplitudeSpectrum.h"
 #include "charts/ChartPoints.h"
 #include "sound/CWav.h"
@@ -43,15 +44,6 @@
 #include <vector>
 
 namespace {
-
-/// Qt's painting leaves the upper halves of the AVX registers in use. On some processors Qt Charts'
-/// SSE code then takes twice as long, until something clears them, as the transform does.
-void clearUpperHalves() {
-#ifdef __x86_64__
-    if (__builtin_cpu_supports("avx"))
-        asm volatile("vzeroupper" ::: "memory");
-#endif
-}
 
 /// The contents of a prepared window's charts.
 struct DrawnPoints {
@@ -107,14 +99,14 @@ public:
         return points;
     }
 
-    /// Draws by Qt's calls alone.
+    /// Draws by calling Qt only.
     Cost draw(const DrawnPoints& points) {
         return costOf([&] {
-            clearUpperHalves();
+            clearUpperAvxHalves();
             seriesWav->replace(points.waveform);
             axisXWav->setRange(0, points.plottedMs);
             axisYWav->setRange(points.waveformRange[0], points.waveformRange[1]);
-            clearUpperHalves();
+            clearUpperAvxHalves();
             seriesFFT->replace(points.spectrum);
             axisYFFT->setRange(points.spectrumRange[0], points.spectrumRange[1]);
             paintEverything();
@@ -140,7 +132,7 @@ double statusBytes(const QByteArray& field) {
     return 0;
 }
 
-/// Resets the system's record of the process's peak memory.
+/// Resets the kernel's peak memory of the process.
 void resetPeakMemory() {
     QFile file("/proc/self/clear_refs");
     if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1)
@@ -148,8 +140,8 @@ void resetPeakMemory() {
 }
 
 /// Bytes of the buffers that exist at the same time while the spectrum is computed: the file's
-/// bytes and samples, the target, the three vectors of bins, the transform's tables and buffer
-/// (20 bytes a value), its input and its output.
+/// bytes and samples, the target, the three vectors of bins, the transform's tables and buffer (20
+/// bytes per value), its input and its output.
 double requiredBytes(const PreparedWindow& window) {
     const auto length = static_cast<double>(window.fftLength);
     return static_cast<double>(window.wav.rawData.size()) +
@@ -173,9 +165,9 @@ Cost sumOf(const std::vector<Cost>& costs) {
 }
 
 // Parts of a finished preparation are repeated on the same data, in memory that is already mapped,
-// so that none of them needs memory from the system.
+// so that none of them needs memory from the kernel.
 
-/// Reads the file, and converts it, each on its own.
+/// Reads the file and converts it, timed separately.
 void readAndConvert(const QString& cutPath, Cost& reading, Cost& conversion) {
     CWav wav;
     wav.LoadWav(cutPath.toStdString());
@@ -205,8 +197,8 @@ Cost pairAndFindRanges(const PreparedWindow& window) {
     });
 }
 
-/// Fills the spectrum from its transform; "library" is what the C library takes of a preparation:
-/// of this the arctangents, and of the transform's tables the cosines.
+/// Fills the spectrum from its transform. "library" is the time of a preparation in the C library:
+/// the arctangents of the spectrum, and the cosines of the transform's tables.
 void fillSpectrumAgain(PreparedWindow& window, Cost& filling, Cost& library) {
     const qint64 length = window.fftLength;
     const auto bins = static_cast<int>(length / 2);
@@ -232,7 +224,7 @@ void fillSpectrumAgain(PreparedWindow& window, Cost& filling, Cost& library) {
     benchmark::DoNotOptimize(results);
 }
 
-/// The steps of one preparation that the program takes one after the other.
+/// The consecutive steps of one preparation.
 struct Preparation {
     explicit Preparation(PreparedWindow& window) {
         loading = costOf([&] { window.genWav(); });
@@ -251,8 +243,8 @@ struct Preparation {
 };
 
 /// Separates steps that the program does not separate, by repeating parts of them: "buffers",
-/// "transform" and "chart update" are the remainders. "Own" is all but Qt's updating and painting
-/// of charts. The texts and the trend's reset, also part of prepareTarget(), are not timed.
+/// "transform" and "chart update" are the remainders. "Own" is all except Qt's updating and
+/// painting of charts. prepareTarget() also resets the texts and the trend, which is not timed.
 void separate(const Preparation& preparation, PreparedWindow& window, const QString& cutPath,
               Steps& steps) {
     const Cost pairing = pairAndFindRanges(window);
@@ -298,7 +290,7 @@ DrawnPoints prepareTwice(const Target& target, bool hasHugePages, Steps& steps,
     steps[pages + ", first"].push_back(first.whole());
     steps[pages + ", second"].push_back(Preparation(window).whole());
     if (hasHugePages) {
-        // The same in each iteration, within some pages.
+        // The same in each iteration, except for some pages.
         state.counters["peak bytes"] = peak;
         state.counters["required bytes"] = requiredBytes(window);
         separate(first, window, target.cutPath, steps);
@@ -320,7 +312,7 @@ void prepare(benchmark::State& state, Format format) {
     for ([[maybe_unused]] auto _ : state) {
         prepareTwice(target, hasHugePages, steps, state);
         steps["Qt alone"].push_back(drawAlone(prepareTwice(target, !hasHugePages, steps, state)));
-        // The one that begins changes.
+        // The other one begins the next time.
         hasHugePages = !hasHugePages;
         state.SetIterationTime(steps["huge pages, first"].back().elapsed * 1e-3);
     }

@@ -4,9 +4,9 @@
 //     divide_start NANOSECONDS
 //
 // NANOSECONDS is the time of the system's monotonic clock when this process was launched. Prints
-// one JSON object of milliseconds. The steps are those of the program's main() in its order, but
-// for two that the window's constructor would take: fonts and sound device are looked up before,
-// and the second time costs next to nothing.
+// one JSON object of milliseconds. The steps are those of the program's main() in the same order,
+// with one difference: fonts and sound device are looked up first, and the window's constructor
+// then finds them at almost no cost.
 #include "app/MainWindow.h"
 
 #include "session/ResponseJournal.h"

@@ -1,9 +1,9 @@
-// Draws a target's waveform and spectrum in the main window's charts and saves them as a picture:
+// Draws a target's waveform and spectrum in the main window's charts, and saves a picture of them:
 // draw_target TARGET PICTURE.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// A whole process from launch to a PNG file, for comparison with other programs' scripts. Like
-// those it needs no screen: the window is laid out, but not shown.
+// A whole process from launch to a PNG file, for comparison with other programs' scripts. Like them
+// it needs no screen: the window is laid out, but not shown.
 #include "app/MainWindow.h"
 
 #include <QApplication>
@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
     }
     DrawnTarget window;
     bool isPrepared = false;
-    // In between, the charts lay out the new points.
+    // Before the next timer, the charts lay out the new points.
     QTimer::singleShot(0, &window,
                        [&] { isPrepared = window.prepare(QFileInfo(QFile::decodeName(argv[1]))); });
     QTimer::singleShot(0, &window, [&] {

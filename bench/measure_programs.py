@@ -1,9 +1,9 @@
-"""Measures the program beside others: measure_programs.py BUILD FOLDER, on a virtual desk.
+"""Measures the program and others: measure_programs.py BUILD FOLDER, on a virtual desk.
 
-Starts the program and its peers in turns, with all files in memory and, where this is root's
-process, with none, and lets watch_start time each until its windows are painted. Divides the
-program's start into steps by divide_start. Then hyperfine times whole processes from launch to
-a picture of a target: draw_target and a Praat script in turns. The medians go into programs.json.
+Starts the program and the others in turns, with all files in memory and, if run by root, with none.
+watch_start times each start until its windows are painted. Divides the program's start into steps
+by divide_start. Then hyperfine times whole processes from launch to a picture of a target:
+draw_target and a Praat script in turns. The medians go into programs.json.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
 import array
@@ -62,7 +62,7 @@ def processor():
 
 
 def huge_pages():
-    """Returns for whom the kernel has huge pages: "always", "madvise" or "never"."""
+    """Returns when the kernel uses huge pages: "always", "madvise" or "never"."""
     if not HUGE_PAGES.exists():
         return "never"
     return re.search(r"\[(\w+)\]", HUGE_PAGES.read_text(encoding="ascii"))[1]
@@ -101,7 +101,7 @@ class Starts:
     def __init__(self, build, home):
         self.watcher = build / "bench" / "watch_start"
         self.home = home
-        # As it is on a desktop: the virtual desk keeps OpenGL away from every program.
+        # As on a desktop: the virtual desk disables OpenGL for every program.
         self.environment = {name: value for name, value in os.environ.items()
                             if name != "QT_XCB_GL_INTEGRATION"}
         programs = {"Pellion": (1, build / "bin" / "pellion"),
@@ -117,7 +117,7 @@ class Starts:
         return numbers_of([self.watcher, str(windows), program], self.environment)
 
     def rounds(self, count, prepare=lambda: None):
-        """Starts all programs so often, each round beginning with another one."""
+        """Starts all programs `count` times, each round beginning with another one."""
         runs = {name: [] for name in self.programs}
         for number in range(count):
             names = list(self.programs)

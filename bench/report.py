@@ -17,7 +17,7 @@ TEMPLATE = pathlib.Path(__file__).with_name("performance.md.in")
 PLACE = re.compile(r"\{(\w+)(?: ([\d.]+))?\}")
 RESPONSES_TITLE = "## Many sessions, many responses"
 PAUSE_MS = 750
-# The format whose figures tables without details give.
+# The format that tables without details show.
 FIRST_FORMAT = "mono16"
 STEPS = ["read", "convert", "buffers", "points, ranges", "transform", "amplitudes, phases",
          "chart update", "painting"]
@@ -137,7 +137,7 @@ class Preparations:
                      [[self.label(file), *self.cells(file, counters)] for file in self.files])
 
     def in_transforms(self, target):
-        """Returns the program's own work in transforms of 2^18 values by FFTW."""
+        """Returns the program's own work, in units of FFTW's transform of 2^18 values."""
         return measured(self.runs, lambda run: (
             1000 * run["preparation"][target]["own"] / run["fft"]["repeated/18"]["fftw estimate"]))
 
@@ -160,7 +160,7 @@ class Programs:
         self.runs = [run["programs"] for run in runs]
 
     def over_peers(self, kind, counter):
-        """Ours over the smallest of the peers'; None where one of the runs has no peer."""
+        """Our value divided by the smallest other program's; None if a run measured no other."""
         if any(len(run.get(kind, {})) < 2 for run in self.runs):
             return None
         return measured(self.runs, lambda run: run[kind]["Pellion"][counter] / min(
@@ -253,7 +253,7 @@ def machines(runs):
 
 
 def runs_text(count):
-    """Marks a number of runs that is too small for a range."""
+    """Returns the number of runs as text, with "only" if they are too few for a range."""
     return f"{'only ' if count < 5 else ''}{count} run{'s' if count != 1 else ''}"
 
 

@@ -17,7 +17,7 @@ class Transforms:
                         if name.startswith("repeated/")]
 
     def value(self, way, bits, counter):
-        """None where that was not measured."""
+        """None if that was not measured."""
         found = [run[f"{way}/{bits}"] for run in self.runs]
         return Measured(one[counter] for one in found) if counter in found[0] else None
 

@@ -5,7 +5,7 @@ import subprocess
 
 
 class Measured(float):
-    """The median of the values that the runs gave, with their range, and written with it."""
+    """The median of the runs' values; its text includes their range."""
 
     def __new__(cls, values):
         values = list(values)
@@ -14,7 +14,7 @@ class Measured(float):
         return measured
 
     def __format__(self, spec):
-        """Without a specification: three digits, or all in front of the point."""
+        """Without a specification: three digits, or all digits before the point."""
         median, low, high = (
             format(value, spec or (".3g" if abs(value) < 999.5 else ".0f")).replace("%", " %")
             for value in (float(self), self.low, self.high))
@@ -22,7 +22,7 @@ class Measured(float):
 
 
 def version(package):
-    """Returns the version of an installed package as its authors count; what Debian adds is cut."""
+    """Returns the upstream version of an installed package, without Debian's additions."""
     asked = subprocess.run(["dpkg-query", "-W", "-f", "${source:Upstream-Version}", package],
                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True,
                            check=False)
@@ -36,7 +36,7 @@ def table(titles, rows):
 
 
 def judge(values, limit):
-    """Reports by their ranges whether values, by a label each, are within a limit."""
+    """Returns in words whether labelled values, judged by their ranges, are within a limit."""
     verdicts = {"**missed**": [label for label, value in values.items() if value.low > limit],
                 "cannot be told": [label for label, value in values.items()
                                    if value.low <= limit < value.high]}
@@ -49,7 +49,7 @@ def at(label):
 
 
 def goal_cells(values, limit, spec):
-    """Returns the cells of a goal's row: aimed at, the largest of the values, the verdict."""
+    """Returns the cells of a goal's row: the limit, the largest of the values, the verdict."""
     aimed = f"{Measured([float(limit)]):{spec}}"
     if not values:
         return f"{aimed} | not measured |"

@@ -7,12 +7,13 @@
 // others. Prints one JSON object and ends the program again:
 //
 //   painted_ms   from launch until the commonest colour covers less than 99 % of 16 rows of pixels
-//                of each window; one half hidden by a splash screen counts by what shows of it
-//   cpu_ms       what the program had computed by then; the X server's work is not in it
+//                of each window; of a window partly hidden by a splash screen, the visible part
+//   cpu_ms       processor time of the program until then, without the X server's
 //   pss_kib      proportional set size, one second later
 //   rss_kib      resident set size, one second later
 //
-// xdotool, which waits for windows as well, looks for them twice a second, and not into them.
+// xdotool can wait for windows too, but checks only twice a second, and does not see what is
+// painted.
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -49,7 +50,7 @@ public:
     WatchedScreen() : display(XOpenDisplay(nullptr), &XCloseDisplay) {
         if (!display)
             fail("no screen");
-        // A window may go while it is looked at.
+        // A window may be closed while it is inspected.
         XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
     }
 
@@ -65,8 +66,8 @@ public:
         return found;
     }
 
-    /// Looks at some rows of pixels only: a whole window takes longer than its painting. A window
-    /// that is not viewable yet has none.
+    /// Reads only some rows of pixels: reading a whole window takes longer than painting it. A
+    /// window that is not viewable yet has no pixels.
     bool isPainted(Window window) const {
         XWindowAttributes attributes;
         if (XGetWindowAttributes(display.get(), window, &attributes) == 0 ||
@@ -101,7 +102,7 @@ private:
         XGetWindowProperty(display.get(), window, atom(name), 0, 1024, False, AnyPropertyType,
                            &type, &bits, &count, &rest, &items);
         const std::unique_ptr<unsigned char, decltype(&XFree)> owner(items, &XFree);
-        // Items of 32 bits are handed out as long ones.
+        // Xlib returns 32-bit items as longs.
         const auto* const first = reinterpret_cast<const unsigned long*>(items);
         return bits == 32 ? std::vector<unsigned long>(first, first + count)
                           : std::vector<unsigned long>();
@@ -152,7 +153,7 @@ long memory(pid_t process, const std::string& name) {
     return 0;
 }
 
-/// Waits until so many windows are painted; fails after half a minute.
+/// Waits until `windows` windows are painted; fails after half a minute.
 void watch(const WatchedScreen& screen, pid_t process, std::size_t windows) {
     const Clock::time_point start = Clock::now();
     std::set<Window> painted;

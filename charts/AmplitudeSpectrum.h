@@ -43,18 +43,18 @@ struct SpectrumVectors {
 ///
 /// Takes memory (see spectrumMemory()) until it returns; throws std::bad_alloc if there is none.
 ///
-/// @param length               a power of two from 1 to 2^30; another ends the program
+/// @param length               a power of two from 1 to 2^30; any other aborts the program
 /// @param nSamples             the sample count of the sound
 /// @param frequencyResolution  Hz per bin
 void computeAmplitudeSpectrum(const QVector<double>& samples, qint64 length, int nSamples,
                               double frequencyResolution, const SpectrumVectors& spectrum);
 
-/// Fills the first length / 2 elements of each vector of `spectrum`, which must have them, from the
-/// `length` values of a transform, in the layout that FFTReal.h describes.
+/// Fills the first length / 2 elements of each vector of `spectrum`, which must be long enough,
+/// from the `length` values of a transform in the layout of FFTReal.h.
 ///
-/// Amplitudes are sqrt(re^2 + im^2) divided by nSamples / 2 in integer division: half the length
-/// of the sound, not of the padded transform, so that padding does not lower them. Bin 0 takes
-/// the component at half the sampling rate for its imaginary part, deliberately; that component
-/// has no bin of its own. A length below 2 leaves the vectors as they are.
+/// Amplitudes are sqrt(re^2 + im^2) divided by nSamples / 2 in integer division: half the length of
+/// the sound, not of the padded transform, so that padding does not lower them. Bin 0 deliberately
+/// uses the component at half the sampling rate, which has no bin of its own, as its imaginary
+/// part. A length below 2 leaves the vectors as they are.
 void fillSpectrum(const double* transformed, qint64 length, int nSamples,
                   double frequencyResolution, const SpectrumVectors& spectrum);

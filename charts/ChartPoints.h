@@ -5,21 +5,21 @@
 #include <QPointF>
 #include <QVector>
 
-/// The first stretch of a sound, which is drawn.
+/// The part of a sound, from its beginning, that is drawn.
 struct PlottedStretch {
     int points;             ///< Samples drawn.
-    double durationSeconds; ///< Of the stretch, for the sounds that follow.
+    double durationSeconds; ///< The plot duration of later sounds, too.
 };
 
-/// Returns the stretch of plotDuration seconds at samplingRate (Hz), shortened to a sound of fewer
-/// samples. The duration then becomes the shorter one.
+/// Returns the part of plotDuration seconds at samplingRate (Hz), or the whole sound if that is
+/// shorter, with its duration.
 PlottedStretch plottedStretch(double plotDuration, double samplingRate, int nSamples);
 
-/// Makes `points` the first `count` pairs (x[i], y[i]), fewer where a vector is shorter. With
-/// a count below 1 `points` keeps what it held before.
+/// Sets `points` to the first `count` pairs (x[i], y[i]), or fewer if a vector is shorter. With a
+/// count below 1 `points` keeps what it held before.
 void pairPoints(const QVector<double>& x, const QVector<double>& y, int count,
                 QVector<QPointF>& points);
 
-/// Sets `range` to the smallest and the largest of `values` and returns true; without values the
-/// range stays and the result is false.
+/// Sets `range` to the minimum and the maximum of `values` and returns true. Returns false, with
+/// `range` unchanged, if there are no values.
 bool findRange(const QVector<double>& values, QVector<double>& range);

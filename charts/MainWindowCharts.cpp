@@ -1,4 +1,4 @@
-// The main window: making the three charts, empty, and deleting them.
+// The main window: creating and deleting the three charts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
@@ -26,7 +26,7 @@ void titleAxis(QValueAxis* axis, const QString& title, const QFont& labelsFont,
     axis->setTitleText(title);
 }
 
-/// A chart of one series over two axes, all three of which it takes over.
+/// Returns a chart that owns the series and both axes.
 QChart* createChart(QLineSeries* series, QValueAxis* axisX, QValueAxis* axisY, const QString& title,
                     const QFont& titleFont, int minimumWidth) {
     auto* chart = new QChart;

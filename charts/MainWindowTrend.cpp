@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "base/AvxRegisters.h"
 #include "charts/ChartPoints.h"
 
 #include <QtCharts/QLineSeries>
@@ -12,6 +13,7 @@ void MainWindow::updateTrend() {
     if (record == nullptr)
         return;
     recordResponse(record->frequencyMatched);
+    clearUpperAvxHalves();
     seriesTrend->append(trendTrials.last(), trendFrequencies.last());
     axisXTrend->setRange(0, data.nResponses);
     axisXTrend->setLabelFormat(QStringLiteral("%g"));

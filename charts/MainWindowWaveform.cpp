@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "base/AvxRegisters.h"
 #include "base/Numbers.h"
 #include "charts/ChartPoints.h"
 
@@ -11,9 +12,10 @@
 void MainWindow::displayWav() {
     updateNPointsToPlot();
     pairPoints(timeAxisMs, targetSamples, data.nPointsToPlot, pointsWav);
+    clearUpperAvxHalves();
     seriesWav->replace(pointsWav);
     axisXWav->setRange(0, data.nPointsToPlot / data.samplingRate * millisecondsPerSecond);
-    // The whole sound, not only the stretch that is drawn.
+    // The whole sound, not only the part that is drawn.
     if (findRange(targetSamples, rangeWav))
         axisYWav->setRange(rangeWav[0], rangeWav[1]);
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes a page of a document: guide_page.py CMARK_GFM DOCUMENT.md PAGE.html.
+"""Converts a document to a web page: guide_page.py CMARK_GFM DOCUMENT.md PAGE.html.
 
 Headings get the names that links within the document lead to. A link to another document leads to
 its page, or becomes plain text where none is installed. Fails where a link within the document, or

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Checks that the documents fit the program; scripts/check runs it.
 
-Every text in double quotes in a document that people work by has to be a text of the program, whole
-or as far as an ellipsis in it; every link in any document has to lead to a file; the build and the
-manual pages have to name the program's own version.
+Every text in double quotes in a user's document has to be a text of the program, complete or up to
+an ellipsis. Every link in any document has to lead to a file. The manual pages have to state the
+program's version.
 """
 # SPDX-License-Identifier: GPL-3.0-or-later
 import pathlib
@@ -18,7 +18,7 @@ MANUAL_PAGES = ["packaging/pellion.1", "tools/pellion-session.1", "tools/pellion
 SOURCES = ["app", "session", "subject", "sound", "charts", "signal", "window", "base"]
 QT_TEXTS = ["Yes"]
 
-# Adjacent literals are one text, as they are for the compiler.
+# Adjacent literals are one text, as for the compiler.
 LITERALS = re.compile(r'"(?:[^"\\\n]|\\.)*"(?:\s*"(?:[^"\\\n]|\\.)*")*')
 COMMENTS = re.compile(r'("(?:[^"\\\n]|\\.)*")|//[^\n]*')
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
@@ -41,7 +41,7 @@ def all_documents():
 
 
 def program_texts():
-    """Returns every text of the program's sources; of a line of columns, each column as well."""
+    """Returns every text of the program's sources, and each column of texts with tabs."""
     texts = set(QT_TEXTS)
     for folder in SOURCES:
         for path in (ROOT / folder).rglob("*.[ch]*"):

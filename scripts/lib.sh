@@ -3,13 +3,12 @@
 # shellcheck shell=bash disable=SC2034 # the arrays are for the commands
 
 # Names that Debian 12 and 13 share. "build" is what CMake looks for, "run" what the program and
-# ./run itself use, "desk" a screen and a sound device without hardware, "pipewire" another sound
-# server for it, "test" what only the tests call, "access" the accessibility bus and what listens to
-# it, "package" what makes the Debian package and checks it, "bench" what the benchmarks link and call,
-# "peers" the programs that they start beside this one, "clang" the compiler of sanitizers and
-# fuzzers and what names the lines of a finding, "mutate" what finds mutants and keeps them from the
-# system, "check" what looks at the sources, "campaigns" what loads the machine, "bootstrap" what makes
-# a bare system of either release.
+# ./run use, "desk" a virtual screen and sound device, "pipewire" another sound server for it.
+# "test" is what only the tests call, "access" the accessibility bus and its clients, "package" what
+# builds and checks the Debian package. "bench" is what the benchmarks link and call, "peers" the
+# programs that they compare with. "clang" is for sanitizers and fuzzers, and for line numbers in
+# their findings; "mutate" finds mutants and runs them in a sandbox. "check" is for the sources,
+# "campaigns" loads the machine, "bootstrap" makes a bare system of either release.
 packages_to_build=(g++ cmake ninja-build pkg-config qtbase5-dev qtmultimedia5-dev libqt5charts5-dev
     libxcb1-dev libfftw3-dev libsamplerate0-dev libsndfile1-dev)
 packages_to_run=(libqt5multimedia5-plugins fonts-dejavu-core x11-utils pulseaudio-utils)
@@ -42,13 +41,13 @@ need_packages() {
     done
     ((${#missing[@]})) || return 0
     if ! command -v apt-get >/dev/null; then
-        complain "needed, under these names on Debian: ${missing[*]}; going on with what is here"
+        complain "needed, under these names on Debian: ${missing[*]}; continuing without them"
         return 0
     fi
     local as_root=()
     if ((EUID != 0)); then
         if ! command -v sudo >/dev/null; then
-            complain "to be installed by root: ${missing[*]}; going on with what is here"
+            complain "to be installed by root: ${missing[*]}; continuing without them"
             return 0
         fi
         as_root=(sudo)
@@ -59,26 +58,26 @@ need_packages() {
     # replace PipeWire's.
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -qq -y --no-remove \
         --no-install-recommends "${missing[@]}" </dev/null >/dev/null ||
-        complain "could not install all of ${missing[*]}; going on with what is here"
+        complain "could not install all of ${missing[*]}; continuing without them"
 }
 
-# Once for each command is enough. To be called by need_packages only.
+# Once per command is enough. To be called by need_packages only.
 update_package_lists() {
     [[ -z ${package_lists_updated:-} ]] || return 0
     package_lists_updated=yes
     "${as_root[@]}" apt-get update -qq </dev/null ||
-        complain "no fresh package lists to be had; trying the old ones"
+        complain "cannot update the package lists; trying the old ones"
 }
 
 # In CI warnings are errors, because no person reads them.
 on_if_ci() { if [[ ${CI:-} == true ]]; then printf ON; else printf OFF; fi; }
 
-# configure PRESET [CMAKE-ARGUMENT...]: one of CMakePresets.json.
+# configure PRESET [CMAKE-ARGUMENT...]: PRESET is in CMakePresets.json.
 configure() {
     cmake -S "$root" --preset "$1" -DPELLION_WARNINGS_AS_ERRORS="$(on_if_ci)" "${@:2}"
 }
 
-# build DIRECTORY [TARGET...]: everything where no target is named.
+# build DIRECTORY [TARGET...]: builds everything if no target is named.
 build() {
     local targets=()
     (($# == 1)) || targets=(--target "${@:2}")
@@ -94,9 +93,9 @@ accepted_skips=(
     "the desk runs PulseAudio" # test_session_tool_pipewire runs that one
 )
 
-# run_tests DIRECTORY [CTEST-ARGUMENT...]: fails where a test does, in CI also where one is skipped
-# for a reason that is not accepted. One job more than there are processors: most of the time is
-# waiting for sounds.
+# run_tests DIRECTORY [CTEST-ARGUMENT...]: fails if a test fails, in CI also if one is skipped for a
+# reason that is not accepted. One job more than there are processors: most of the time is waiting
+# for sounds.
 run_tests() {
     local status=0 jobs=$(($(nproc) + 1))
     (cd -- "$root/$1" && ctest --output-on-failure -j"$jobs" --no-tests=error "${@:2}") || status=$?

@@ -1,4 +1,4 @@
-// Getting written files through to the disk.
+// Waiting until files have reached the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/DiskSync.h"
 

@@ -1,4 +1,4 @@
-// Getting written files through to the disk.
+// Waiting until files have reached the disk.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -10,6 +10,6 @@ class QFileDevice;
 /// the disk reports an error; a file that is on no disk, like a pipe, counts as written.
 bool syncToDisk(const QFileDevice& file);
 
-/// Waits until the names in a folder (files made, renamed or removed there) have reached the disk.
+/// Waits until the names in a folder (files created, renamed or removed) have reached the disk.
 /// Errors are ignored: some file systems do not support it.
 void syncNamesToDisk(const QString& folder);

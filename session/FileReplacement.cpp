@@ -14,19 +14,19 @@ namespace {
 
 constexpr QIODevice::OpenMode textMode = QIODevice::WriteOnly | QIODevice::Text;
 
-/// Whether a new file can be made beside a file and renamed over it. Anything but a regular file
+/// Whether a new file can be created beside a file and renamed over it. Anything but a regular file
 /// has to be written in place: a device would be replaced by a file.
 bool canBeReplaced(const QFileInfo& file) {
     return (!file.exists() || file.isFile()) && QFileInfo(file.path()).isWritable();
 }
 
-/// The path of the file itself, where the path is that of a link to one.
+/// Follows symbolic links to the file itself.
 QString resolved(const QString& path) {
     const QFileInfo named(path);
     return named.exists() ? named.canonicalFilePath() : named.absoluteFilePath();
 }
 
-/// Writes to an open file. A full disk shows only when the bytes that are held back are flushed.
+/// Writes to an open file. A full disk is reported only when the buffer is flushed.
 bool writeThrough(QFileDevice& file, const QByteArray& bytes) {
     return file.write(bytes) == bytes.size() && file.flush() &&
            file.error() == QFileDevice::NoError && syncToDisk(file);
@@ -64,7 +64,7 @@ FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
     if (!file.open(textMode)) {
         if (!target.exists())
             return writeInPlace(path, bytes);
-        // If there is no room for another file, the existing one must not be truncated.
+        // Even if no other file can be created, the existing one must not be truncated.
         return target.isWritable() ? FileReplacement::NotWritten : FileReplacement::NotOpened;
     }
     if (!writeThrough(file, bytes))

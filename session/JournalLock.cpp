@@ -1,4 +1,4 @@
-// Whether a running session holds a journal, and keeping others from it.
+// Locks a journal against other recoveries, and detects that a running session holds it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/JournalLock.h"
 
@@ -14,15 +14,16 @@
 
 namespace {
 
-/// Whether a journal is so young that its session may be between making and locking it. A journal
-/// that holds something has been locked before.
+/// Whether a journal is so new that its session may not have locked it yet. A journal that is not
+/// empty has been locked.
 bool mayBeUnlocked(const QFileInfo& file) {
     constexpr int minimumSeconds = 60;
     return file.exists() && file.size() == 0 &&
            file.lastModified().secsTo(QDateTime::currentDateTime()) < minimumSeconds;
 }
 
-/// NFS locks only what is open for writing; a disk with errors may be read-only by now.
+/// NFS locks only files that are open for writing; after disk errors a file system may be
+/// read-only.
 int openJournal(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
     const int descriptor = ::open(name.constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);

@@ -1,4 +1,4 @@
-// Whether a running session holds a journal, and keeping others from it.
+// Locks a journal against other recoveries, and detects that a running session holds it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -7,7 +7,8 @@
 
 #include <optional>
 
-/// Holds the journal of a session that is over while it lives, so that nothing else recovers it.
+/// During its lifetime, locks the journal of a session that is over, so that nothing else recovers
+/// it.
 class JournalLock {
 public:
     /// Locks a journal, if it can be opened and no running session holds it.
@@ -18,8 +19,8 @@ public:
     JournalLock& operator=(const JournalLock&) = delete;
     JournalLock& operator=(JournalLock&&) = delete;
 
-    /// Whether another process holds the journal, or is a session that may be about to. False also
-    /// where the journal cannot be opened, or where its file system has no locks.
+    /// Whether another process holds the journal, or a session may be about to lock it. Also false
+    /// if the journal cannot be opened, or if its file system has no locks.
     bool isHeldElsewhere() const { return heldElsewhere; }
 
     /// Returns the bytes of a journal that this has locked; nothing when not all can be read. They

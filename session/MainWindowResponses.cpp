@@ -21,8 +21,8 @@ void MainWindow::updateMainwindow(int response, int frequency) {
             record->frequencyMatched = frequency;
         genSinusoid();
         schedulePresentation();
-        // A request counts as a trial while the trend is updated; then the first trial is the next
-        // one again, so that there is always one left to present.
+        // A request counts as a trial while the trend is updated. Then the sequence starts again,
+        // so that there is always a trial left to present.
         ++sequencePosition;
         updateTrend();
         sequencePosition = 0;
@@ -48,7 +48,7 @@ Record* MainWindow::firstRecord() {
     return data.records.isEmpty() ? nullptr : data.records.data();
 }
 
-/// Appends the match to what the trend shows, and journal and results file will hold.
+/// Appends the match to the data of the trend, the journal and the results file.
 void MainWindow::recordResponse(double frequencyMatched) {
     trendTrials.append(data.nResponses);
     trendFrequencies.append(frequencyMatched);

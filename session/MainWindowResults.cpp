@@ -37,7 +37,7 @@ void MainWindow::writeDataToTxt() {
     if (const Record* record = firstRecord())
         bytes = resultsText(record->fileName, trendFrequencies).toLocal8Bit();
     const FileReplacement outcome = replaceFile(chosen, bytes);
-    // Before the warning, which may stay open for long.
+    // Before the warning, which may stay open for a long time.
     if (outcome == FileReplacement::Written)
         journal.discard(chosen);
     else

@@ -84,7 +84,7 @@ void MainWindow::on_pushButtonGo_clicked() {
     getParameters();
     if (data.saveDataToFile)
         journal.begin(data.outputFileName, QDateTime::currentDateTime());
-    // An earlier one stays a hidden child until the program ends.
+    // An earlier window stays a hidden child until the program ends.
     subjectWindow = new SubjectWindow(this);
     connect(subjectWindow, SIGNAL(subjectResponded(qint32, qint32)), this,
             SLOT(updateMainwindow(qint32, qint32)));

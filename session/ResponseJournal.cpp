@@ -27,14 +27,14 @@ QString ending() {
     return QStringLiteral(".txt");
 }
 
-/// Returns the name to try for a journal at an attempt: the first ones may be taken.
+/// Returns the name of a journal to try at the given attempt; earlier names may be taken.
 QString numbered(const QString& name, int attempt) {
     if (attempt == 1)
         return name;
     return name.chopped(ending().size()) + u'-' + QString::number(attempt) + ending();
 }
 
-/// Replaces what some file system refuses in a name, and what hides a file.
+/// Replaces characters that some file systems refuse, and a leading dot, which hides a file.
 QString sanitizedForFileName(QString text) {
     const QString refused = QStringLiteral("/\\:*?\"<>|");
     for (QChar& character : text) {
@@ -46,7 +46,7 @@ QString sanitizedForFileName(QString text) {
     return text;
 }
 
-/// Makes a folder and those above it, and waits until their names have reached the disk.
+/// Creates a folder and its parents, and waits until their names have reached the disk.
 void makeFolder(const QString& path) {
     if (QFileInfo::exists(path))
         return;
@@ -134,7 +134,7 @@ void ResponseJournal::discard(const QString& resultsPath) {
         return;
     const std::optional<Identity> found = identityOf(path);
     const bool isResultsFile = found.has_value() && found == identityOf(resultsPath);
-    // False when another file has replaced the journal.
+    // False if another file has replaced the journal.
     const bool isJournal = found == identityOf(file.handle());
     file.close();
     if (isResultsFile)
@@ -154,7 +154,7 @@ void ResponseJournal::keep() {
         QFile::remove(path);
 }
 
-/// Makes the file of this session, unless it is there already.
+/// Creates the file of this session, unless it is open already.
 bool ResponseJournal::open() {
     if (file.isOpen())
         return true;
@@ -184,7 +184,7 @@ bool ResponseJournal::open() {
 
 /// Writes all of the lines, or nothing if they do not fit.
 bool ResponseJournal::append(const QByteArray& lines) {
-    // Overwrites what a failed attempt may have left, which is the beginning of these lines.
+    // Overwrites what a failed attempt may have left: the beginning of the same lines.
     if (file.seek(wholeLines) && file.write(lines) == lines.size()) {
         wholeLines += lines.size();
         return true;

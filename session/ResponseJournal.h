@@ -12,25 +12,26 @@
 /// Returns the folder of all journals, in the user's application data.
 QString journalFolder();
 
-/// Prints the journals in a folder on standard error, one a line, oldest first: those of earlier
+/// Prints the journals in a folder on standard error, one per line, oldest first: those of earlier
 /// sessions whose results were not saved. Those that a running program still writes are skipped.
 void reportLeftoverJournals(const QString& folder);
 
-/// Of the results file's name without its ending, as much as a journal's name holds.
+/// How many characters of the results file's name, without extension, a journal's name has.
 constexpr int maximumResultsNameLength = 60;
 
-/// Returns the name of a journal without folder: the results file's, with what a file name cannot
-/// hold replaced by "_" and cut off, then the session's start, ".txt".
+/// Returns the name of a journal without folder: the results file's name, shortened and with
+/// invalid characters replaced by "_", then the session's start and ".txt".
 QString journalName(const QString& resultsFileName, const QDateTime& start);
 
 /// A file in the format of the results file that grows with each response, so that the responses
 /// survive the end of the program, a failed results file, and a crash of the machine. The first
 /// problem of a session is reported by one line on standard error and has no other effect.
 ///
-/// begin(), then record() with each response, then discard() or keep(); the destructor keeps.
+/// Call begin(), then record() with each response, then discard() or keep(). The destructor calls
+/// keep().
 class ResponseJournal {
 public:
-    /// The folder is made when the first response comes.
+    /// The folder is created at the first response.
     explicit ResponseJournal(QString journalsFolder) : folder(std::move(journalsFolder)) {}
     ~ResponseJournal();
     ResponseJournal(const ResponseJournal&) = delete;
@@ -38,8 +39,8 @@ public:
     ResponseJournal& operator=(const ResponseJournal&) = delete;
     ResponseJournal& operator=(ResponseJournal&&) = delete;
 
-    /// Starts the journal of a session; what an earlier one holds is kept. There is no file before
-    /// the first response.
+    /// Starts the journal of a session, and keeps an earlier one. The file is created at the first
+    /// response.
     void begin(const QString& resultsFileName, const QDateTime& start);
 
     /// Writes the responses that are not in the journal yet, and waits until they have reached the
@@ -48,11 +49,12 @@ public:
     void record(const QString& targetFileName, const QVector<double>& frequenciesMatched);
 
     /// Ends the session, whose results have been saved, and removes its journal. Two kinds of files
-    /// at the journal's path stay: the results file itself (same device and inode), which is named
-    /// on standard error, and a file by which something else has replaced the journal.
+    /// at the journal's path are not removed: the results file itself (same device and inode),
+    /// which is reported on standard error, and a file with which something else has replaced the
+    /// journal.
     void discard(const QString& resultsPath);
 
-    /// Ends the session and names its journal on standard error, if it holds any response.
+    /// Ends the session. Prints the journal's path on standard error, if it holds any response.
     void keep();
 
 private:

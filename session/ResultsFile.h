@@ -16,7 +16,7 @@ QString resultsHeader();
 /// Returns the lines of a results file for the requests of a sinusoid from `firstRequest` on, which
 /// counts from 0: the target's file name, the number of the request counted from 1, and its
 /// frequency in Hz with up to six significant digits. Fields are separated by a tab, lines end in
-/// CR LF; the decimal point is a point in every locale.
+/// CR LF, and numbers have a decimal point in every locale.
 QString resultsLines(const QString& targetFileName, const QVector<double>& frequenciesMatched,
                      int firstRequest = 0);
 

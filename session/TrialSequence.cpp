@@ -10,8 +10,8 @@
 
 namespace {
 
-/// A seed from the system's random device, closed again at once. If it cannot be opened the clock
-/// is the seed: a predictable order is better than no session.
+/// A seed from the system's random device, which is closed at once. If it cannot be opened, the
+/// clock gives the seed: a predictable order is better than no session.
 std::uint32_t randomSeed() {
     try {
         std::random_device device("/dev/urandom");

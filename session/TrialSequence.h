@@ -10,10 +10,9 @@
 /// Returns the indices 0 to nFiles - 1 in order, nRepetitions times over.
 QVector<int> orderedTrials(int nRepetitions, int nFiles);
 
-/// Shuffles a sequence in place, each order equally likely as far as the generator goes
-/// (Fisher-Yates from the front). Written out so that each position is one draw; the library's own
-/// shuffle may take two positions from one. A sequence of 0 or 1 entries draws nothing and stays as
-/// it is.
+/// Shuffles a sequence in place (Fisher-Yates from the front); each order is equally likely if the
+/// generator is uniform. Not std::shuffle, which may take two positions from one draw. A sequence
+/// of 0 or 1 entries draws nothing and stays as it is.
 template <typename Generator> void shuffleTrials(QVector<int>& trials, Generator& generator) {
     for (int i = 0; i + 1 < trials.size(); ++i) {
         std::uniform_int_distribution<int> offset(0, trials.size() - 1 - i);

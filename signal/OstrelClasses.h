@@ -1,16 +1,16 @@
 // The laboratory's library of stimulus routines.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// A signal is a vector of samples of one channel. It knows no sampling rate; the caller keeps that.
-// Durations are in seconds, frequencies and sampling rates in Hz, phases in degrees, amplitudes and
-// depths plain factors. Nothing is limited to full scale.
+// A signal is a vector of samples of one channel, without its sampling rate. Durations are in
+// seconds, frequencies and sampling rates in Hz, phases in degrees; amplitudes and depths are
+// factors. Nothing is limited to full scale.
 //
 // Every value is documented to the last bit: the formulas below are computed in doubles, in the
 // order in which they are written and without contraction (-ffp-contract=off). Sines and cosines
 // are the C library's.
 //
-// Warnings (WarningReport.h) never stop a routine: it continues once the box is closed or the line
-// written. Vectors that memory cannot hold end in std::bad_alloc.
+// Warnings (WarningReport.h) never stop a routine: it continues after the box is closed or the line
+// is written. Vectors that memory cannot hold end in std::bad_alloc.
 //
 //   Generators.cpp       whiteNoise, sine, sam
 //   Ramps.cpp            cosRamp, cos2Ramp, linearRamp
@@ -27,8 +27,8 @@ public:
 };
 
 /// Returns nPoints samples of uniform noise, each the next number of the thread's generator
-/// (RandomGenerator.h) divided by 2147483647.0: from 0 to 1 and not centred on zero, on purpose;
-/// callers take the offset away themselves. The generator is first seeded with the time in whole
+/// (RandomGenerator.h) divided by 2147483647.0: from 0 to 1 and deliberately not centred on zero;
+/// callers subtract the offset themselves. The generator is first seeded with the time in whole
 /// seconds, also where nPoints < 1 and the vector is empty. Two calls in the same second therefore
 /// return the same noise, deliberately.
 QVector<double> whiteNoise(int nPoints);
@@ -37,8 +37,8 @@ QVector<double> whiteNoise(int nPoints);
 ///
 ///     amplitude x sin(i x (frequency x 2 pi) / samplingRate + phaseDegrees x pi/180)
 ///
-/// with 2 pi = 6.283185307179586 and pi/180 = 0.017453292519943295. Fewer than one sample is an
-/// empty vector, and so is a count that is no int, which is reported on the log.
+/// with 2 pi = 6.283185307179586 and pi/180 = 0.017453292519943295. The vector is empty for less
+/// than one sample, and for a count that does not fit an int, which is logged.
 QVector<double> sine(double samplingRate, double durationSeconds, double frequency,
                      double amplitude, double phaseDegrees);
 
@@ -49,9 +49,9 @@ QVector<double> sine(double samplingRate, double durationSeconds, double frequen
 ///                     + modulatorPhaseDegrees x pi/180)
 ///     sample    = carrier x ((modulator x depth + 1) x amplitude)
 ///
-/// The depth is 1 for full modulation and not limited. The peak reaches amplitude x (1 + depth);
-/// where `normalise` is set each sample is multiplied by 1 / (depth + 1) last, so that for depths
-/// from 0 on the peak does not exceed the amplitude.
+/// The depth is 1 for full modulation and not limited. The peak reaches amplitude x (1 + depth); if
+/// `normalise` is set, each sample is finally multiplied by 1 / (depth + 1), so that for depths of
+/// 0 or more the peak does not exceed the amplitude.
 QVector<double> sam(double samplingRate, double durationSeconds, double carrierFrequency,
                     double modulationFrequency, double depth, double amplitude,
                     double carrierPhaseDegrees, double modulatorPhaseDegrees, bool normalise);
@@ -63,7 +63,7 @@ QVector<double> sam(double samplingRate, double durationSeconds, double carrierF
 //
 // A signal with less than 2 x nPoints samples is reported ("Vector size must be at least twice of
 // nPoints") and still ramped: samples in the overlap receive both gains, one that is its own mirror
-// image the same gain twice, and indices outside of the signal are passed over. nPoints < 1 changes
+// image the same gain twice, and indices outside the signal are skipped. nPoints < 1 changes
 // nothing.
 //
 // Each ramp has a form that returns a ramped copy and one that ramps the caller's vector, which
@@ -73,10 +73,10 @@ QVector<double> sam(double samplingRate, double durationSeconds, double carrierF
 QVector<double> cosRamp(QVector<double> signal, int nPoints);
 void cosRamp(QVector<double>* signal, int nPoints);
 
-/// The raised cosine squared, an onset like sin^4 and not a cos^2 window, deliberately: each
-/// sample is multiplied by the gain of cosRamp() and then by the same gain again. Only where the
-/// two ramps meet does it splatter less than cosRamp(); beside a plateau, whose bend is twice as
-/// sharp, it has twice the energy far from the carrier.
+/// The raised cosine squared, an onset like sin^4 and not a cos^2 window, deliberately: each sample
+/// is multiplied by the gain of cosRamp() and then by the same gain again. Only where the two ramps
+/// meet does it have less spectral splatter than cosRamp(). Next to a plateau it bends twice as
+/// sharply and has twice the energy far from the carrier.
 QVector<double> cos2Ramp(QVector<double> signal, int nPoints);
 void cos2Ramp(QVector<double>* signal, int nPoints);
 
@@ -88,7 +88,7 @@ void linearRamp(QVector<double>* signal, int nPoints);
 /// max inclusive with the slight bias of a plain remainder. The generator is not seeded: it
 /// continues from its state.
 ///
-/// max < min is reported ("min cannot be larger than max") and, other than in randomIntegers(),
+/// max < min is reported ("min cannot be larger than max") and, unlike in randomIntegers(),
 /// deliberately not corrected: the range is then negative and the remainder, whose sign is that of
 /// the number drawn, gives a value from min to min + (min - max - 2).
 ///

@@ -1,4 +1,4 @@
-// How many points a generated signal has.
+// The number of samples of a generated signal.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "signal/PointCount.h"
 
@@ -11,7 +11,7 @@ int pointCount(double samplingRate, double durationSeconds) {
     const double count = std::floor(samplingRate * durationSeconds);
     if (count < 1)
         return 0;
-    // So that NaN, which compares with nothing, is refused as well.
+    // Also refuses NaN, for which every comparison is false.
     if (count <= std::numeric_limits<int>::max())
         return static_cast<int>(count);
     qWarning("no signal has %g samples (%g Hz x %g s)", count, samplingRate, durationSeconds);

@@ -1,8 +1,7 @@
-// How many points a generated signal has.
+// The number of samples of a generated signal.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-/// Returns floor(samplingRate x durationSeconds), the sampling rate in Hz; 0 when that is below 1,
-/// down to minus infinity. For NaN and for counts beyond an int 0 is returned as well, and one line
-/// on the log says so.
+/// Returns floor(samplingRate x durationSeconds), the sampling rate in Hz; 0 if that is below 1.
+/// Also returns 0, and logs it in one line, for NaN and for counts that do not fit an int.
 int pointCount(double samplingRate, double durationSeconds);

@@ -10,8 +10,8 @@
 // chosen by the caller, repeat the numbers is part of the library's contract. The deprecation
 // warnings are switched off here, and everything else goes through these functions.
 //
-// Each thread has a generator of its own. Seeding one does not affect the others, and a thread that
-// has not been seeded draws as after seedRandomNumbers(1), independently of other threads.
+// Each thread has its own generator. Seeding one does not affect the others, and a thread that has
+// not been seeded draws as after seedRandomNumbers(1), independently of other threads.
 
 /// The numbers range from 0 to this.
 constexpr int maximumRandomNumber = 2147483647;

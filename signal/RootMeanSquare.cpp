@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-// By value, as the library's interface has it.
+// By value: the library's interface is fixed.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 double rms(QVector<int> signal) {
     qint64 sum = 0;

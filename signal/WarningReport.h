@@ -10,7 +10,7 @@ using WarningReporter = void (*)(const QString& text);
 /// Prints a text as one line on standard error.
 void printWarning(const QString& text);
 
-/// Reports a warning by the reporter that was set, printWarning() at first.
+/// Reports a warning by the current reporter, initially printWarning().
 ///
 /// Programs that link the windows show a modal box without a parent, titled "Warning", with the
 /// text and a single OK button; in a program without a QApplication, or outside its thread, the

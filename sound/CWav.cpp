@@ -27,8 +27,8 @@ constexpr std::uint16_t linearPcm = 1;
 /// Data are read in blocks of this many bytes, so that a declared size costs nothing by itself.
 constexpr std::size_t bytesPerBlock = std::size_t{1} << 20U;
 
-/// Samples are converted in blocks of this many: the zeros that a vector grows by are then still in
-/// the processor's first cache when the samples take their place.
+/// Samples are converted in blocks of this many: the zeros that resize() writes are then still in
+/// the level-1 cache when the samples replace them.
 constexpr std::size_t samplesPerBlock = 1024;
 
 /// Fills an empty vector with the samples that the bytes hold, at most `maximum`; throws, and
@@ -49,7 +49,7 @@ void fillSamples(std::string_view bytes, std::size_t maximum, std::vector<double
     }
 }
 
-/// Calls a function that makes room in vectors; returns whether there was memory.
+/// Calls a function that allocates memory for vectors; returns whether it succeeded.
 template <typename Function> bool tryAllocating(Function&& function) {
     try {
         std::forward<Function>(function)();
@@ -214,7 +214,7 @@ void CWav::DisplayHeader() const {
                << "WAVE header                : " << textOf(header.format) << '\n'
                << "FMT                        : " << textOf(header.formatChunkIdentifier)
                << '\n'
-               // The label is the laboratory's; the value is the size of the whole RIFF chunk.
+               // The laboratory's label; the value is the size of the whole RIFF chunk.
                << "Data size                  : " << header.riffChunkSize << '\n'
                << "Sampling Rate              : " << header.samplingRate << '\n'
                << "Number of bits per sample  : " << header.bitsPerSample << '\n'

@@ -51,26 +51,26 @@ public:
     ~CWav() = default;
     CWav(const CWav&) = delete;
     CWav& operator=(const CWav&) = delete;
-    /// The object moved from is left as one freshly constructed.
+    /// The object moved from is then as after default construction.
     CWav(CWav&& other) noexcept;
     CWav& operator=(CWav&& other) noexcept;
 
     /// Reads a file and converts its data to samples.
     ///
-    /// Returns whether it is a regular file whose header says WAVE, PCM and 8, 16 or 24 bits.
-    /// A file that cannot be opened changes nothing here; any other overwrites the header as far as
-    /// it reaches, also when it is refused. Where a file is shorter than 44 bytes, the rest of the
-    /// header keeps its earlier values. A file that ends before the data size counts as loaded,
-    /// with the bytes it has and no samples; a data size of 0 leaves data and samples as they were.
+    /// Returns whether it is a regular file whose header says WAVE, PCM and 8, 16 or 24 bits. A
+    /// file that cannot be opened changes nothing. Any other file overwrites the header, even if it
+    /// is refused; one shorter than 44 bytes overwrites only the beginning. A file that ends before
+    /// the data size counts as loaded, with the bytes it has and no samples; a data size of 0
+    /// leaves data and samples as they were.
     bool LoadWav(std::string fileName);
 
     /// Converts the data bytes at the header's bits per sample and replaces the samples. There are
-    /// none unless exactly the header's data size was read, nor at sizes other than 8, 16 and 24
-    /// bits, which are reported on standard error.
+    /// samples only if exactly the header's data size was read, with 8, 16 or 24 bits per sample.
+    /// Other numbers of bits are reported on standard error.
     void ConvertData();
 
-    /// Appends the header and the data bytes, as they were read, to a file, which is created where
-    /// there is none. Returns false if it cannot be opened or is not a regular file; errors while
+    /// Appends the header and the data bytes, as they were read, to a file, which is created if it
+    /// does not exist. Returns false if it cannot be opened or is not a regular file; errors while
     /// writing are not reported.
     bool WriteWav(std::string fileName) const;
 
@@ -81,14 +81,14 @@ public:
     std::uint16_t GetAudioFormat() const;
 
     /// Prints the header to standard output in twelve labelled lines; the size of the format chunk
-    /// has none.
+    /// is not printed.
     void DisplayHeader() const;
 
-    /// Prints the samples to standard output, one a line.
+    /// Prints the samples to standard output, one per line.
     void DisplayData() const;
 
     WavHeader header{};
-    std::uint16_t audioFormatWord = 0; ///< set by nothing
+    std::uint16_t audioFormatWord = 0; ///< never set
     std::vector<char> rawData;         ///< the data bytes as read, at most the header's data size
     std::int64_t bytesRead = 0;        ///< data bytes that the last read obtained
     /// Of all channels together, as the header declares it; there may be fewer in `samples`.
@@ -96,8 +96,8 @@ public:
     double* samplePointer = nullptr; ///< first of `samples`, null if there are none
     std::vector<double> samples;     ///< full scale -1 to +1, channels interleaved
 
-    /// The data of files that declare more samples than this are not read: such files count as
-    /// files that end before their data.
+    /// If a file declares more samples than this, its data are not read, as if it ended after the
+    /// header.
     std::uint64_t maximumSamplesPerChannel = std::numeric_limits<std::uint32_t>::max();
 
 private:

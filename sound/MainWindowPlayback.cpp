@@ -4,6 +4,7 @@
 
 #include "base/Numbers.h"
 #include "sound/Playback.h"
+#include "sound/Sinusoid.h"
 #include "subject/ResponseCode.h"
 
 #include <QAudioDeviceInfo>
@@ -69,8 +70,7 @@ void MainWindow::playOneSound() {
 }
 
 void MainWindow::startAudioOutput(const QVector<double>& samples, int length) {
-    // Still alive when a sound is requested while another plays, or the last one stopped with an
-    // error.
+    // The last output still exists if another sound is playing or stopped with an error.
     releaseAudioOutput();
     audioBytes = std::make_unique<QByteArray>(soundBytes(samples, length));
     const qint64 tailBytes =
@@ -92,13 +92,13 @@ void MainWindow::releaseAudioOutput() {
     audioBuffer->close();
     audioBytes.reset();
     audioBuffer.reset();
-    // Called from within the output's own signal: it is deleted once it has returned.
+    // Deleted later, because this may be called from the output's own signal.
     audioOutput->deleteLater();
     audioOutput = nullptr;
 }
 
-/// Deletes at once what releaseAudioOutput() has deferred. An output's destructor processes events,
-/// which would include the deferred deletion of itself or of another output.
+/// Deletes the outputs whose deletion releaseAudioOutput() has deferred. An output's destructor
+/// processes events, which would include the deferred deletion of itself or of another output.
 void MainWindow::deleteReleasedOutputs() {
     const auto outputs = findChildren<QAudioOutput*>(QString(), Qt::FindDirectChildrenOnly);
     for (QAudioOutput* output : outputs)

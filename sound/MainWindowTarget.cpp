@@ -34,8 +34,8 @@ void MainWindow::selectWavFile() {
         chooseTarget(QFileInfo(
             QFileDialog::getOpenFileName(this, QStringLiteral("Select a target sound file"),
                                          data.wavFolder, QStringLiteral("Sound files (*.wav)"))));
-        // The dialog gives one file or an empty name, which is a record as well, so that the
-        // question is never asked; it is kept for a dialog that gives the files of a folder.
+        // The dialog returns one file or an empty name, and both become a record. So the question
+        // below is never asked; it is kept for a dialog that returns the files of a folder.
         isAskingAgain =
             data.records.isEmpty() &&
             QMessageBox::question(this, QStringLiteral("Question"),
@@ -68,7 +68,7 @@ void MainWindow::genWav() {
         refuseTarget();
         return;
     }
-    // Again: an earlier target that is kept has another name than the chosen one.
+    // Set again: an earlier target that is kept has another name than the chosen one.
     data.wavFilePath = record.filePath;
     data.wavFileName = record.fileName;
     currentTargetPath = pathOf(record);
@@ -108,7 +108,7 @@ bool MainWindow::loadTarget(Record& record) {
         targetInUse = record;
         return true;
     }
-    // A failed load has been reported, but not that it leaves nothing to play.
+    // CWav has reported a failed load, but not that there is nothing to play.
     if (isLoaded || !targetInUse.has_value())
         report("Unusable WAV file: ", record);
     // The earlier target may need the memory.
@@ -130,7 +130,7 @@ bool MainWindow::keepEarlierTarget(Record& record) {
     return true;
 }
 
-/// Ends a preparation that has no target, so that no session can be started on it.
+/// Ends a preparation without target, so that no session can be started.
 void MainWindow::refuseTarget() {
     nFiles = 0;
     trialSequence.clear();

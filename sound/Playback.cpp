@@ -1,5 +1,4 @@
-// A sound as it is played: its samples and bytes, the silence after it, the pause before it, and
-// whether it was heard to its end.
+// A sound as it is played: its bytes, the pause before it and the silence after it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/Playback.h"
 
@@ -8,15 +7,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <cmath>
-
-void writeSinusoid(QVector<double>& samples, int count, double frequency, double samplingRate) {
-    const double angularFrequency = frequency * twoPi;
-    const int available = std::min(count, samples.size());
-    double* sample = samples.data();
-    for (int i = 0; i < available; ++i)
-        sample[i] = std::sin(i * angularFrequency / samplingRate);
-}
 
 QByteArray soundBytes(const QVector<double>& samples, int length) {
     constexpr int bytesPerSample = sizeof(float);

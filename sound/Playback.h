@@ -1,5 +1,4 @@
-// A sound as it is played: its samples and bytes, the silence after it, the pause before it, and
-// whether it was heard to its end.
+// A sound as it is played: its bytes, the pause before it and the silence after it.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -7,11 +6,6 @@
 #include <QByteArray>
 #include <QVector>
 #include <qnamespace.h>
-
-/// Writes sin(i x (frequency x 2 pi) / samplingRate) into the first `count` samples, or into all
-/// of them when there are fewer. Full scale, phase 0, and no onset or offset ramp, on purpose:
-/// what the listener compares starts and stops abruptly. Frequency and sampling rate in Hz.
-void writeSinusoid(QVector<double>& samples, int count, double frequency, double samplingRate);
 
 /// Returns `length` samples as little-endian 32-bit floats, four bytes each: the samples given,
 /// cut off or padded with zeros at the end. Nothing is scaled, clipped or dithered; values beyond
@@ -21,12 +15,13 @@ QByteArray soundBytes(const QVector<double>& samples, int length);
 
 /// Microseconds of silence to play after a sound. The output reports its end when the server has
 /// taken the last of it, and stopping it then discards what the server has not played yet: up to
-/// 210 ms with PulseAudio, whose devices take in advance what the output's buffer of 250 ms allows.
-/// PipeWire drops the samples that do not fill a quantum, and never ends a sound shorter than that.
+/// 210 ms with PulseAudio, which takes samples in advance as the output's buffer of 250 ms allows.
+/// PipeWire drops the samples that do not fill a quantum, and never reports the end of a sound
+/// shorter than that.
 constexpr qint64 silenceAfterSound = 250000;
 
-/// Hands out the bytes of an array, and then `tailBytes` zero bytes, which the array does not hold.
-/// Can be read once from start to end: seeking back does not restore the tail.
+/// Reads the bytes of an array, and then `tailBytes` zero bytes that are not in the array. Can be
+/// read once from start to end: seeking back does not restore the tail.
 class TailedBuffer : public QBuffer {
 public:
     TailedBuffer(QByteArray* bytes, qint64 tailBytes) : QBuffer(bytes), tailLeft(tailBytes) {}
@@ -41,7 +36,7 @@ private:
     qint64 tailLeft;
 };
 
-/// How long to wait from a request until its sound, and how precisely.
+/// How long to wait between a request and its sound, and how precisely.
 struct PresentationPause {
     int milliseconds;
     Qt::TimerType timerType;

@@ -18,8 +18,8 @@ public:
     RegularFile& operator=(const RegularFile&) = delete;
     RegularFile& operator=(RegularFile&&) = delete;
 
-    /// Returns a path by which a file stream opens this very file, while this object lives. Empty
-    /// when it could not be opened, or is no regular file.
+    /// Returns a path under which a file stream opens this same file during the object's lifetime.
+    /// Empty if it could not be opened or is not a regular file.
     std::filesystem::path path() const;
 
 private:

@@ -1,4 +1,4 @@
-// The values of PCM samples.
+// Converts PCM bytes to samples.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -9,8 +9,8 @@
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__,
               "samples are taken from the bytes as they are");
 
-// Each encoding has a byteCount and a decode(), which returns the sample, on the full scale of -1
-// to +1, of the byteCount bytes from `bytes` on, little-endian.
+// Each encoding has a byteCount and a decode(), which converts byteCount little-endian bytes to a
+// sample. Full scale is -1 to +1.
 
 /// 8 bits, unsigned, 128 being zero: divided by 128.
 struct Unsigned8Bit {

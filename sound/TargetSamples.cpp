@@ -23,7 +23,7 @@ bool isPlayableCount(double count) {
 qint64 bytesToPrepare(int samplesLoaded, int samplesPlayed) {
     constexpr auto bytesPerDouble = qint64(sizeof(double));
     const qint64 target = samplesLoaded * bytesPerDouble;
-    // The sinusoid, the sound that is due, and its bytes for the output.
+    // The sinusoid, the sound to be played, and its bytes for the output.
     const qint64 playing = samplesPlayed * (2 * bytesPerDouble + qint64(sizeof(float)));
     return target + spectrumMemory(samplesLoaded) + playing;
 }
@@ -40,10 +40,10 @@ qint64 unusedMemory() {
     return kibibytes * 1024;
 }
 
-/// Allocates the memory and frees it at once, so that a preparation does not fail half-way, when
-/// charts and settings have already changed.
+/// Allocates the memory and frees it at once, so that a preparation does not fail after charts and
+/// settings have changed.
 bool isMemoryAvailable(qint64 bytes) {
-    // Fails at a limit of the process, but the kernel may grant more than the machine has.
+    // Finds a limit of the process; the kernel may grant more memory than the machine has.
     // Volatile, because the compiler may remove a malloc() that is only freed.
     void* volatile block = std::malloc(static_cast<std::size_t>(bytes));
     const bool isAvailable = block != nullptr;

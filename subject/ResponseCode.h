@@ -9,5 +9,5 @@ enum ResponseCode : int {
     PlaySinusoid = 4,
 };
 
-/// In place of a count of sounds started: the last sound of a request has ended.
+/// Sent instead of the count of sounds started: the last sound of a request has ended.
 constexpr int soundsEnded = -1;

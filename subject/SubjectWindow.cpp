@@ -19,7 +19,7 @@
 
 namespace {
 
-// The range and value before the main window has sent its own; the members' defaults.
+// Range and value, equal to the members' defaults, until the main window sends its own.
 constexpr int minimumFrequency = 10;
 constexpr int maximumFrequency = 1000;
 constexpr int startFrequency = 500;
@@ -33,7 +33,7 @@ QString greyStyle() {
     return QStringLiteral("QPushButton {background-color: rgb(190, 190, 190); border: none;} ");
 }
 
-/// Large arrows, so that they can be hit without looking.
+/// Large arrows, which can be clicked without looking.
 QString spinBoxStyle() {
     return QStringLiteral(
         "QSpinBox::up-arrow { border-left: 17px solid none; border-right: 17px solid none; "
@@ -243,7 +243,7 @@ void SubjectWindow::unlock() {
 void SubjectWindow::on_pushButtonIAmReady_clicked() {
     lock();
     pushButtonPlayTarget->setEnabled(true);
-    // The target must be heard before a frequency can be set. The label stays grey for good.
+    // The target must be heard before a frequency can be set. The label stays disabled.
     labelCurrentValue->setEnabled(false);
     spinBoxFrequency->setEnabled(false);
     pushButtonPlaySinusoid->setEnabled(false);
@@ -257,7 +257,7 @@ void SubjectWindow::on_pushButtonIAmReady_clicked() {
     pushButtonDone->hide();
     pushButtonPlayTarget->setStyleSheet(hoverStyle());
     unlock();
-    // The button that had the focus is gone, and this is the only one that can be used.
+    // The button that had the focus is hidden, and only this one can be used.
     pushButtonPlayTarget->setFocus();
 }
 
@@ -318,7 +318,7 @@ void SubjectWindow::hideEvent(QHideEvent* event) {
 }
 
 void SubjectWindow::releaseHiddenWindow() {
-    // It may have been minimised only, or shown again since.
+    // The window may only be minimised, or may have been shown again.
     if (!isHidden())
         return;
     restorePlatformWindow(*this);

@@ -20,7 +20,7 @@ class QVBoxLayout;
 /// pitch. It plays nothing itself: each request goes out as subjectResponded() and leaves the
 /// window disabled until updateSubjectWindow(-1) says that the sound has ended.
 ///
-/// Each widget carries its member's name as its object name.
+/// Each widget has its member's name as its object name.
 class SubjectWindow : public QMainWindow {
     Q_OBJECT
 
@@ -61,8 +61,8 @@ public slots:
     void enableAllChoiceButtons();
 
     /// Takes over the frequencies that can be set, in Hz. They are not checked; the spin box and
-    /// the slider limit them. (The parameters have their names in the meta-object; in the
-    /// definition these would hide the members.)
+    /// the slider limit them. (The meta-object contains these parameter names; in the definition
+    /// they would hide the members.)
     // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
     void receiveParameters(int frequencyMin, int frequencyMax, int frequencyCurrent,
                            int frequencyStepSize);
@@ -114,7 +114,7 @@ protected:
 
     int frequencyMin = 10;      ///< Hz.
     int frequencyMax = 1000;    ///< Hz.
-    int frequencyCurrent = 500; ///< Hz: the one to start at, then the last one asked for.
+    int frequencyCurrent = 500; ///< Hz: the start, then the last one requested.
     int frequencyStepSize = 1;  ///< Hz.
 
     // Colours, read by nothing: the style sheets name their own.
@@ -129,7 +129,7 @@ protected:
 
     QPointer<QMessageBox> closeQuestion; ///< While the listener is asked; null otherwise.
 
-    // The focus when the window was locked: disabling a window takes it away.
+    // The focus when the window was locked: disabling a window removes it.
     QPointer<QWidget> lockedFocus;          ///< Null if no control of the window had the focus.
     bool wasWholeFrequencySelected = false; ///< Whether typing would have replaced the frequency.
 };

@@ -1,4 +1,4 @@
-// What the command lines of pellion-target and pellion-session have in common.
+// The command line code that pellion-target and pellion-session share.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/Command.h"
 
@@ -33,7 +33,7 @@ std::variant<QString, TextRequest, UsageError> parseCommand(QCommandLineParser& 
     const QCommandLineOption version({"v", "version"}, "Print the program's version.");
     parser.addOptions({help, version});
     if (!parser.parse(arguments)) {
-        // A sentence there, and the first half of one here.
+        // Qt's text is a whole sentence; here it has no full stop.
         QString problem = parser.errorText();
         if (problem.endsWith(u'.'))
             problem.chop(1);
@@ -61,6 +61,6 @@ int answer(const TextRequest& request) {
 
 int answer(const UsageError& error) {
     complain(error.problem);
-    complain(QStringLiteral("--help says more"));
+    complain(QStringLiteral("see --help"));
     return notUnderstood;
 }

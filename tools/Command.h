@@ -1,4 +1,4 @@
-// What the command lines of pellion-target and pellion-session have in common.
+// The command line code that pellion-target and pellion-session share.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -20,10 +20,10 @@ struct TextRequest {
 
 /// A command line that cannot be understood.
 struct UsageError {
-    QString problem; ///< In one sentence without full stop.
+    QString problem; ///< One sentence without full stop.
 };
 
-/// Describes a command and its options to the parser; the program when the command is empty.
+/// Describes a command and its options to the parser; with an empty command, the program.
 using CommandDescriber = void (*)(QCommandLineParser& parser, const QString& command);
 
 /// Parses a command line: the program's name, one of at least two commands, and what belongs to it.

@@ -1,4 +1,4 @@
-// The mouse while the program is busy: its cursor, and clicks that wait in the queue.
+// The mouse while the program is busy: the wait cursor, and clicks that are delivered late.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -8,13 +8,13 @@
 #include <QTimer>
 #include <QWidget>
 
-/// Shows the wait cursor while it lives and until the changes made by then are on the screen:
-/// minutes of sound take the charts seconds to draw.
+/// Shows the wait cursor during its lifetime, and after that until the changes have been painted:
+/// the charts of a sound of some minutes take seconds to draw.
 class WaitCursor {
 public:
     WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
     ~WaitCursor() {
-        // Painting is queued as events; the timer fires after them.
+        // Paint events are queued; the timer fires after them.
         QTimer::singleShot(0, qApp, [] { QApplication::restoreOverrideCursor(); });
     }
     WaitCursor(const WaitCursor&) = delete;
@@ -34,7 +34,7 @@ public:
         widget->installEventFilter(this);
     }
 
-    /// To be called before and after the work, with the widget not yet enabled.
+    /// begin() is called before the work, end() after it, while the widget is still disabled.
     void begin() { since = now(); }
     void end() { duration = widget->isEnabled() ? 0 : now() - since; }
 

@@ -1,4 +1,4 @@
-// The title, the place on the screen and the platform window of a top-level window.
+// The title, the position and the platform window of a top-level window.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/TopLevelWindow.h"
 

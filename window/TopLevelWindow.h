@@ -1,4 +1,4 @@
-// The title, the place on the screen and the platform window of a top-level window.
+// The title, the position and the platform window of a top-level window.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -25,13 +25,13 @@ inline QString titleOfWindow(const QString& window) {
 QRect windowPlacement(QSize available, QPoint currentPosition, bool center, double widthFraction,
                       double heightFraction);
 
-/// Places a window on the primary screen as windowPlacement() says. Without a screen it stays.
+/// Places a window on the primary screen as windowPlacement() says. Does nothing without a screen.
 void placeOnPrimaryScreen(QWidget& window, bool center, double widthFraction,
                           double heightFraction);
 
-/// Gives a window that was closed by its frame a platform window again; to be called before its
-/// QWindow is deleted. Closing by the frame destroys the platform window. Qt 5.15 then keeps a
-/// deleted QWindow as the window under the mouse, and the next modal dialog crashes.
+/// Creates the platform window again after the window's close button has destroyed it; to be called
+/// before the QWindow is deleted. Without it Qt 5.15 keeps a deleted QWindow as the window under
+/// the mouse, and the next modal dialog crashes.
 inline void restorePlatformWindow(const QWidget& window) {
     QWindow* const handle = window.windowHandle();
     if (handle != nullptr && handle->handle() == nullptr)

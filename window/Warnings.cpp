@@ -1,4 +1,4 @@
-// Shows the warnings of the signal library in boxes, in every program that links the windows.
+// Shows the warnings of the signal library in boxes, in every program that links this file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/Warnings.h"
 #include "signal/WarningReport.h"
@@ -8,8 +8,7 @@
 
 namespace {
 
-/// Where no box can be shown, in a program without a QApplication or outside its thread, the text
-/// is printed.
+/// Prints the text where no box can be shown: without a QApplication or outside its thread.
 void showOrPrint(const QString& text) {
     const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (application != nullptr && application->thread() == QThread::currentThread())

@@ -1,4 +1,4 @@
-// The box that reports what went wrong, and shows the warnings of the signal library too.
+// The warning box, which also shows the warnings of the signal library.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

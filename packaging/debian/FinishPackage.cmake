@@ -1,5 +1,5 @@
-# Run by CPack on the tree of the package: adds the files that only Debian requires, and brings the
-# others into the form that Debian requires.
+# Run by CPack on the tree of the package: adds the files that only Debian requires, and changes the
+# others as Debian requires.
 # SPDX-License-Identifier: GPL-3.0-or-later
 cmake_minimum_required(VERSION 3.19)
 set(programs ${CPACK_TEMPORARY_DIRECTORY}/usr/bin)
@@ -17,7 +17,7 @@ execute_process(COMMAND gzip --best --no-name --force ${texts} COMMAND_ERROR_IS_
 file(GLOB binaries ${programs}/*)
 execute_process(COMMAND strip --remove-section=.comment --remove-section=.note ${binaries}
                         COMMAND_ERROR_IS_FATAL ANY)
-# Independent of the umask of the user who makes the package.
+# Independent of the umask of the user who builds the package.
 execute_process(COMMAND chmod -R ug-s,u=rwX,go=rX ${CPACK_TEMPORARY_DIRECTORY}
                         COMMAND_ERROR_IS_FATAL ANY)
 # The same sources make the same package: CPack gives all files this time, by this variable.

@@ -22,7 +22,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PELLION_HOMEPAGE})
-# Those of the linked libraries; the sound plugin is loaded at run time.
+# The linked libraries, and the sound plugin, which is loaded at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5multimedia5-plugins)
 # A sound server (PipeWire brings pw-top), the tools that the guide and "pellion-session check" name,
@@ -31,7 +31,7 @@ set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "pipewire-pulse | pulseaudio, pulseaudio-utils, alsa-utils, pavucontrol, python3 | r-base-core")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg, r-base-core")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-# Adds the files beside this one under the names and in the form that Debian requires.
+# Adds the files beside this one with the names and in the form that Debian requires.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/FinishPackage.cmake)
 
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/changelog newest_entry LIMIT_COUNT 1)

@@ -35,7 +35,7 @@ STATEMENTS = {CursorKind.COMPOUND_STMT: slice(None), CursorKind.IF_STMT: slice(1
               CursorKind.WHILE_STMT: slice(-1, None),
               CursorKind.CXX_FOR_RANGE_STMT: slice(-1, None)}
 
-# Macros look like calls, but the tree shows what they expand to, at the place of their name.
+# Macros look like calls, but the tree has their expansion, at the position of their name.
 MACRO = re.compile(r"\b(?:QStringLiteral|[A-Z][A-Z0-9_]+)\(")
 PARENTHESIS_OR_TEXT = re.compile(r'R"\(.*?\)"|"(?:\\.|[^"\\])*"|' r"'(?:\\.|[^'\\])*'|[()]",
                                  re.DOTALL)
@@ -115,7 +115,7 @@ class Finder:
         self.source = source
         self.mutants = set()
         self.scopes = set()  # name, begin, end of each definition
-        self.statements = set()  # begin, end of those that are left out
+        self.statements = set()  # begin and end of statements that a mutant leaves out
 
     def add(self, operator, where, replacement):
         start, end = self.source.range_of(where) if isinstance(where, Cursor) else where
@@ -163,7 +163,7 @@ class Finder:
         self.negate_condition(children[-1])
 
     def visit_for(self, _cursor, children):
-        """Any of the three parts may be missing: the condition is the one between semicolons."""
+        """Any of the three parts may be missing: the condition is between the semicolons."""
         for child in children[:-1]:
             start, end = self.source.range_of(child)
             before, after = self.source.text[:start].rstrip(), self.source.text[end:].lstrip()
@@ -229,7 +229,7 @@ class Finder:
     def visit_call(self, cursor, children):
         arguments = [a for a in cursor.get_arguments() if a is not None]
         if re.fullmatch(r"operator\W+", cursor.spelling) and len(arguments) == 2:
-            # The shifts of classes write to streams and append to lists, their sums are texts.
+            # Shifts of classes write to streams or append to lists; sums of classes are texts.
             is_text = re.search("QString|QByteArray|basic_string", type_name(cursor))
             if not is_text and cursor.spelling not in ("operator<<", "operator>>", "operator[]"):
                 self.exchange_operator(*arguments)

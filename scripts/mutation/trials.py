@@ -24,9 +24,9 @@ TESTING = shlex.split("bwrap --die-with-parent --unshare-pid --unshare-ipc --uns
                       "--ro-bind / / --dev /dev --proc /proc --perms 1777 --tmpfs /tmp")
 FUNCTION_LIMIT_SECONDS = 60
 FIXTURE_FUNCTIONS = {"init", "cleanup", "initTestCase", "cleanupTestCase"}
-# Those whose names differ from the product's.
+# Folders of tests whose names differ from the product's.
 TEST_FOLDERS = {"base": "app", "window": "app", "xResources": "fft"}
-# The tools are programs of their own: no other test runs the code of tools/.
+# The tools are separate programs: only these tests run the code of tools/.
 RELEVANT_TESTS = {"tools": "_tool|example_targets|try_kills|analysis"}
 PROGRAMS = ["pellion", "pellion-session", "pellion-target"]
 
@@ -52,12 +52,12 @@ class Test:
         return "/tests/test_" in self.command[0]
 
     def shell_line(self, functions, stops):
-        """Runs the test and leaves its output in NAME.log; in NAME.end 0 if it passed, else 1, and
-        when it began and ended. It `stops` the shell if it fails."""
+        """Runs the test. Writes its output to NAME.log, and to NAME.end 0 if it passed, else 1,
+        and the times of begin and end. If it fails and `stops` is true, the shell exits."""
         command = ["env", *self.properties.get("ENVIRONMENT", []), *self.command]
         if self.is_qt_test:
             command += ["-v1", *functions]
-        # Qt ends a function that hangs; a busy machine must not count as a caught mutant.
+        # Qt stops a function that hangs; a slow run on a busy machine must not count as caught.
         limit = int(60 + 10 * self.seconds) if self.seconds else 300
         judge = f"[[ $? == 0 || $? == {self.properties.get('SKIP_RETURN_CODE', 0)} ]]"
         for expression in self.properties.get("PASS_REGULAR_EXPRESSION", []):
@@ -83,8 +83,7 @@ class Run:
 
 
 def failed_functions(log, has_ended_well):
-    """The functions of a Qt test that failed. If it ended without a result of the running function,
-    that one has failed."""
+    """The functions of a Qt test that failed, also one that was running when the test ended."""
     failed, under_way = [], ""
     for word, function in re.findall(r"^([A-Z!]+) *: (\w+::\w+)\(", log, re.MULTILINE):
         if word in ("FAIL!", "XPASS", "QFATAL") and function not in failed:
@@ -124,7 +123,7 @@ class Copy:
 
     def copy_tree(self):
         """Makes the copy equal to this tree. Equal files keep their times, so nothing is built
-        twice, and a mutant left behind by an interrupted run goes."""
+        twice, and a mutant left by an interrupted run is removed."""
         command = ["git", "-C", ROOT, "ls-files", "-z", "--cached", "--others",
                    "--exclude-standard"]
         listed = subprocess.run(command, check=True, capture_output=True, text=True).stdout
@@ -177,8 +176,8 @@ class Copy:
         return {path: digest for path, (_, digest) in self.objects.items()}
 
     def run(self, tests, functions=(), stops=True):
-        """Runs tests one after the other on a screen and a sound device of their own, up to the
-        first failure if it `stops`. Returns the Run of each that has begun."""
+        """Runs tests one after the other on a virtual desk, up to the first failure if `stops`
+        is true. Returns the Run of each test that has begun."""
         shutil.rmtree(self.logs, ignore_errors=True)
         self.logs.mkdir()
         script = "\n".join(test.shell_line(functions, stops) for test in tests)
@@ -207,7 +206,7 @@ class Copy:
     def read_run(self, test):
         end = self.logs / f"{test.name}.end"
         log = (self.logs / f"{test.name}.log").read_text(encoding="utf-8", errors="replace")
-        # Without an end, it was stopped at its first failure. Bash writes the locale's comma.
+        # Without NAME.end it was stopped at a failure. Bash writes the locale's decimal comma.
         words = end.read_text().replace(",", ".").split() if end.exists() else ["1", "0", "0"]
         passed = words[0] == "0"
         return Run(test, passed, float(words[2]) - float(words[1]), failed_functions(log, passed))
@@ -232,8 +231,9 @@ class Copy:
         return "caught" if confirmed else "survived", confirmed, doubtful
 
     def near_and_far_tests(self, mutant, catchers):
-        """First the tests of the same folder and those that have caught a mutant of the same file:
-        a header's change need not be built into all tests. Each the quickest first."""
+        """Returns two lists, each with the fastest tests first. The first has the tests of the
+        same folder and those that have caught a mutant of the same file: if one of them fails, a
+        change of a header need not be built into all tests."""
         folder = TEST_FOLDERS.get(mutant.subsystem, mutant.subsystem)
         relevant = re.compile(RELEVANT_TESTS.get(mutant.subsystem, ""))
         tests = [test for test in self.tests if relevant.search(test.name)]
@@ -242,7 +242,7 @@ class Copy:
         return near, [test for test in tests if test not in near]
 
     def build(self, tests):
-        """Builds the product and what the tests run; returns whether that went well."""
+        """Builds the product and what the tests run; returns whether that succeeded."""
         paths = {os.path.relpath(word, PLACE) for test in tests for word in test.command}
         programs = {os.path.basename(path) for path in paths if path.startswith("build/")
                     and (self.directory / path).is_file()

@@ -244,11 +244,11 @@ void TestSessionParts::loadAndFoldersGiveFindings() {
     state.desktop.freeBytes = 9949999;
     state.journals.problem = "is not a folder";
     state.keptJournals = 3;
-    QCOMPARE(textsOf(diskAndLoadFindings(state)),
-             QStringList({"desktop: only 9.9 MB are free for /d", "journals: /j is not a folder",
-                          "journals: 3 hold responses that were not saved",
-                          "processor: on average 4.5 programs wanted to run in the last minute, on "
-                          "4 processors"}));
+    QCOMPARE(
+        textsOf(diskAndLoadFindings(state)),
+        QStringList({"desktop: only 9.9 MB are free for /d", "journals: /j is not a folder",
+                     "journals: 3 hold responses that were not saved",
+                     "processor: the load average of the last minute is 4.5, on 4 processors"}));
 }
 
 void TestSessionParts::reportsHoldEveryFinding() {

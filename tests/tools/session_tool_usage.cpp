@@ -11,7 +11,7 @@
 void TestSessionUsage::wrongCommandLinesAreExplained_data() {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("problem");
-    const QString more = "\npellion-session: --help says more\n";
+    const QString more = "\npellion-session: see --help\n";
     const auto row = [&](const QStringList& arguments, const QString& problem) {
         QTest::newRow(qPrintable(arguments.join(' '))) << arguments << problem;
     };

@@ -87,7 +87,8 @@ void TestTargetConversion::stepsAreReported_data() {
         "silence added, 121 samples to 123, so that Pellion plays the last one\n"
         "y.wav: 3.08 ms, 123 samples, peak -6.02 dB, RMS -9.14 dB re full scale\n");
     row("24 bits of AIFF", "sox plain.wav -b 24 -t aiff x.wav", "",
-        "header replaced: It is no WAVE file but AIFF (Apple/SGI).\n24 bits kept\n" + madeAsPlain);
+        "header replaced: It is not a WAVE file but AIFF (Apple/SGI).\n24 bits kept\n" +
+            madeAsPlain);
     row("lowest codes",
         "printf 'RIFF\\054\\0\\0\\0WAVEfmt "
         "\\020\\0\\0\\0\\1\\0\\1\\0\\100\\234\\0\\0\\300\\324\\1\\0\\3\\0"

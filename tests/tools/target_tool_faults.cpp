@@ -94,7 +94,7 @@ void addEncodings() {
     for (const char* channels : {"1", "1 0"}) // with nothing in the second
         made(channels[1] == 0 ? "sox, AIFF" : "sox, AIFF, two channels",
              QStringLiteral("sox plain.wav -t aiff x.wav remix ") + channels,
-             {"It is no WAVE file but AIFF (Apple/SGI)."}, {notWave});
+             {"It is not a WAVE file but AIFF (Apple/SGI)."}, {notWave});
     made("ffmpeg, beyond 4 GiB", QString(byFfmpeg) + "-rf64 always -bitexact x.wav",
          {beyond4GiB + "20000."}, {notPcm});
 }
@@ -158,8 +158,8 @@ void addDamagedFiles() {
            with32(good, wavoffset::formatChunkSize, 18).insert(36, QByteArray(2, '\0')),
            {longerFormat}, {unusable}, good);
     byHand("two format chunks", QByteArray(good).insert(36, good.mid(12, 24)),
-           {"Its chunks say otherwise than its first 44 bytes."},
-           {"The program goes by the latter."}, good);
+           {"Its chunks contradict its first 44 bytes."}, {"The program uses those 44 bytes."},
+           good);
     byHand("junk before the format",
            QByteArray(good).insert(12, tag("JUNK", 28) + QByteArray(28, '\0')),
            {"It has a chunk JUNK of 28 bytes before its data."}, {notPcm}, good);

@@ -53,20 +53,20 @@ void TestTargetInfo::odditiesAreNoted_data() {
         named(rowName, "x.wav", bytes, notes);
     };
     const QByteArray good = handmade();
-    const QString size = "Its header says a file of 2044 bytes, which has %1. The program does not "
-                         "mind.";
+    const QString size = "Its header says a file of 2044 bytes, which has %1. The program "
+                         "ignores this.";
     row("not RIFF", "RIFT" + good.mid(4),
-        {"It does not begin with RIFF. The program does not mind, most others do."});
+        {"It does not begin with RIFF. The program ignores this, most others do not."});
     row("wrong byte rate", with32(good, wavoffset::byteRate, 1),
-        {"The bytes per second or per sample in its header do not fit the rest. The program does "
-         "not mind, others may."});
+        {"The bytes per second or per sample in its header do not fit the rest. The program "
+         "ignores this, others may not."});
     row("a chunk after the data", with32(good, 4, 2054) + tag("LIST", 10) + "INFOabcdef",
         {"It has a chunk LIST of 10 bytes after its data, which the program does not read."});
     row("twice in one file", good + good,
         {"A second WAV file begins after its data, which the program does not read.",
          size.arg(4088)});
     row("bytes after the data", good + "abc",
-        {"Its last bytes, 3 of them, are no chunk. The program does not read them.",
+        {"Its last bytes, 3 of them, are not a chunk. The program does not read them.",
          size.arg(2047)});
     row("half a sample at the end", with32(with32(good, wavoffset::dataSize, 1999), 4, 2036),
         {"Its data end within a sample, which the program leaves out."});

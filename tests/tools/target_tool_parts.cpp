@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
-#include "tools/Inspection.h"
-#include "tools/IntendedSound.h"
-#include "tools/TargetEncoding.h"
+#include "tools/target/Inspection.h"
+#include "tools/target/IntendedSound.h"
+#include "tools/target/TargetEncoding.h"
 
 #include <QBuffer>
 #include <QTest>

@@ -75,8 +75,8 @@ void TestTargetRefusals::forceReplacesWhatALinkPointsTo() {
 
 void TestTargetRefusals::aFileThatCannotBeMadeIsNamed_data() {
     const auto row = columns<QString, QString, QString>("preparation", "name", "complaint");
-    row("a folder", "mkdir x.wav", "x.wav", "x.wav is no regular file");
-    row("a pipe", "mkfifo x.wav", "x.wav", "x.wav is no regular file");
+    row("a folder", "mkdir x.wav", "x.wav", "x.wav is not a regular file");
+    row("a pipe", "mkfifo x.wav", "x.wav", "x.wav is not a regular file");
     row("in no folder", "true", "no/x.wav", "no file can be made in %1/no");
 }
 
@@ -187,7 +187,7 @@ void TestTargetRefusals::wrongCommandLinesAreExplained() {
     QCOMPARE(run.status, 2);
     QCOMPARE(run.output, QByteArray());
     QCOMPARE(QString::fromUtf8(run.errors),
-             QStringLiteral("pellion-target: %1\npellion-target: --help says more\n").arg(problem));
+             QStringLiteral("pellion-target: %1\npellion-target: see --help\n").arg(problem));
     QCOMPARE(folder.names(), QStringList());
 }
 

@@ -10,12 +10,12 @@
 struct CheckReport {
     ComputerState state;
     QVector<SessionFinding> findings;
-    QVector<SessionFinding> notes; ///< What would be a finding, were it not so on the good day.
+    QVector<SessionFinding> notes; ///< Problems that were already there on the good day.
 };
 
-/// Finds what is wrong with a state, beside that of a good day if there is one.
+/// Finds what is wrong with a state, compared with that of a good day if there is one.
 CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& goodDay);
 
-/// Returns the report in lines for a person, or as one JSON object.
+/// Returns the report as lines of text, or as one JSON object.
 QString reportText(const CheckReport& report);
 QString reportJson(const CheckReport& report);

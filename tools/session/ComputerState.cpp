@@ -33,7 +33,7 @@ FolderState folderState(const QString& path, bool isMadeBySessions) {
     else if (access(name.constData(), W_OK | X_OK) != 0 || statvfs(name.constData(), &disk) != 0)
         state.problem = QStringLiteral("cannot be written to (%1)")
                             .arg(QString::fromLocal8Bit(std::strerror(errno)));
-    // Some file systems have no limit to the number of files, and say 0 of 0.
+    // File systems without a limit to the number of files report 0 of 0.
     else if (disk.f_files == 0 || disk.f_favail > 0)
         state.freeBytes = qint64(disk.f_bavail) * qint64(disk.f_frsize);
     return state;

@@ -9,22 +9,21 @@
 /// A folder that a session writes into.
 struct FolderState {
     QString path;
-    QString problem;      ///< Why no file can be made there, if so.
-    qint64 freeBytes = 0; ///< For this user; 0 as well when no further file fits.
+    QString problem;      ///< Why no file can be created there; empty if one can.
+    qint64 freeBytes = 0; ///< For this user; also 0 if no further file can be created.
 };
 
 struct ComputerState {
     SoundState sound;
     FolderState desktop;  ///< Where results files are proposed.
     FolderState journals; ///< Where a running session keeps its responses.
-    int keptJournals = 0; ///< That hold responses of sessions that are over.
-    double load = 0;      ///< Processes that wanted to run, on average of the last minute.
+    int keptJournals = 0; ///< Number of journals that hold responses of ended sessions.
+    double load = 0;      ///< Load average of the last minute.
     int processors = 1;
 };
 
-/// Looks at a folder without writing into it. Of one that a session will make, the folder above
-/// counts.
+/// Checks a folder without writing into it; for one that a session will create, the parent folder.
 FolderState folderState(const QString& path, bool isMadeBySessions);
 
-/// Looks at everything.
+/// Returns the state of everything.
 ComputerState computerState();

@@ -15,9 +15,9 @@
 
 namespace {
 
-/// Takes the name of a journal apart: the proposed name of the results file, the session's start,
-/// and a number where several sessions have started within one second. A name that was cut off may
-/// have lost digits of its file number.
+/// Parses the name of a journal: the proposed name of the results file, the session's start, and a
+/// number if several sessions have started within one second. A shortened name may have lost digits
+/// of its file number.
 void readName(const QString& name, KeptJournal& journal) {
     static const QRegularExpression pattern(
         QStringLiteral(
@@ -32,10 +32,10 @@ void readName(const QString& name, KeptJournal& journal) {
     journal.number = match.captured(4);
 }
 
-/// Finds the whole lines. A journal that could not be written to the end, or that was on a disk
-/// without power, may end in a part of a line, in line feeds or in zeros.
+/// Finds the whole lines. After a failed write or a loss of power, a journal may end in a part of a
+/// line, in line feeds or in zeros.
 void readResponses(const QByteArray& bytes, KeptJournal& journal) {
-    // From the right: the name of a target may hold anything.
+    // Matched from the right: the name of a target may contain anything.
     static const QRegularExpression pattern(
         QStringLiteral("^(.*)\\t(\\d+)\\t(\\d+(?:\\.\\d+)?(?:e\\+\\d+)?)$"));
     const QByteArray header = resultsHeader().toLatin1();
@@ -84,7 +84,8 @@ KeptJournals keptJournals(const QString& folder) {
         else
             ++kept.inUse;
     }
-    // Of sessions that started within one second, the later ones have a number more in their names.
+    // Of sessions that started within one second, the later ones have an additional number in their
+    // names.
     std::sort(kept.journals.begin(), kept.journals.end(),
               [](const KeptJournal& journal, const KeptJournal& other) {
                   return std::make_tuple(journal.start, journal.path.size(), journal.path) <

@@ -10,16 +10,16 @@
 /// A journal, and what can be recovered from it.
 struct KeptJournal {
     QString path;
-    QDateTime start;      ///< Of the session; from the name, as all up to `number`.
+    QDateTime start;      ///< Of the session; like all up to `number` from the name.
     QString subject;      ///< Not valid where `sessionType` is empty.
     QString sessionType;  ///< "practice", "experiment", or empty where the name does not hold it.
     QString number;       ///< The file number, with its leading zeros.
     QString target;       ///< Name of the target's file.
-    int responses = 0;    ///< Whole ones, counted from 1 without a gap.
+    int responses = 0;    ///< Complete ones, numbered from 1 without a gap.
     QByteArray results;   ///< Header and lines of these responses: a results file.
-    int bytesLeftOut = 0; ///< After them, without empty lines.
+    int bytesLeftOut = 0; ///< Bytes after them, without empty lines.
 
-    /// Whether anything would be lost with the file.
+    /// Whether deleting the file would lose anything.
     bool holdsAnything() const { return responses > 0 || bytesLeftOut > 0; }
 };
 
@@ -28,7 +28,7 @@ KeptJournal readJournal(const QString& path, const QByteArray& bytes);
 
 struct KeptJournals {
     QVector<KeptJournal> journals; ///< By the starts of their sessions.
-    int inUse = 0;                 ///< Others, which running sessions hold or which cannot be read.
+    int inUse = 0;                 ///< Number of others, held by running sessions or unreadable.
 };
 
 /// Says how many journals were left alone.

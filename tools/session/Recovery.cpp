@@ -1,4 +1,4 @@
-// Making results files of journals.
+// Making results files from journals.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/Recovery.h"
 
@@ -20,8 +20,8 @@ bool holds(const QString& path, const QByteArray& bytes) {
     return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) && file.readAll() == bytes;
 }
 
-/// Makes a file of a new name, and fills it. Only the name is taken in one step: a copy that was
-/// interrupted leaves an empty file, which no analysis takes for results.
+/// Creates a file with a new name, and fills it. Creating it empty reserves the name: an
+/// interrupted copy leaves an empty file, which no analysis takes for results.
 QString writeNewFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
@@ -39,7 +39,7 @@ void copy(const KeptJournal& journal, const QDir& folder, Recovery& recovery) {
         const QString path =
             folder.filePath(proposedOutputFileName(journal.subject, journal.sessionType, number));
         recovery.wasThere = holds(path, journal.results);
-        // A link that leads nowhere does not exist, and yet takes the name.
+        // A dangling link takes the name, although exists() returns false.
         const bool isTaken = QFileInfo::exists(path) || QFileInfo(path).isSymLink();
         if (isTaken && !recovery.wasThere)
             continue;
@@ -52,7 +52,7 @@ void copy(const KeptJournal& journal, const QDir& folder, Recovery& recovery) {
     recovery.problem = QStringLiteral("no file number is free in %1").arg(folder.path());
 }
 
-/// Why nothing can be copied, if so.
+/// Why nothing can be copied; empty if something can.
 QString obstacle(const KeptJournal& journal, const QDir& folder) {
     if (journal.responses == 0)
         return QStringLiteral("it holds no whole response");
@@ -80,7 +80,7 @@ Recovery recover(const QString& journalPath, const QString& folder) {
         recovery.problem = obstacle(journal, QDir(folder));
         if (recovery.problem.isEmpty())
             copy(journal, QDir(folder), recovery);
-        // Not known to be the same session: a short one may be repeated to the hertz.
+        // It may be another session: the frequencies of a short one can occur twice.
         if (recovery.wasThere)
             recovery.problem = QStringLiteral("delete it if that file is of the same session");
         else if (recovery.problem.isEmpty() && journal.bytesLeftOut > 0)

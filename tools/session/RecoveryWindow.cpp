@@ -18,7 +18,7 @@
 
 namespace {
 
-/// Returns a widget under a name, by which screen readers and tests know it.
+/// Names a widget for screen readers and tests, and returns it.
 template <typename Widget> Widget* named(Widget* widget, const char* name, const char* label) {
     widget->setObjectName(QLatin1String(name));
     widget->setAccessibleName(QLatin1String(label));

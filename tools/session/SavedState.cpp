@@ -31,7 +31,7 @@ void read(const QJsonValue& value, bool& member) {
 SavedState readSavedState(const QString& path) {
     SavedState state;
     QFile file(path);
-    // A FIFO would block.
+    // Opening a FIFO would block.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
         state.problem = QStringLiteral("%1 cannot be read").arg(path);
         return state;

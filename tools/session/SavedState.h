@@ -9,13 +9,13 @@
 #include <optional>
 
 struct SavedState {
-    SoundState sound; ///< Of which only what lasts is in the file.
+    SoundState sound; ///< The file has only the lasting values.
     QString problem;  ///< Why the file cannot be used; empty when it can.
 };
 
 /// Reads a file that writeSavedState() has written.
 SavedState readSavedState(const QString& path);
 
-/// Writes what lasts of a state; returns what went wrong, or nothing. No file is replaced but an
-/// earlier saved state.
+/// Writes the lasting values of a state; returns what went wrong, or nothing. Of existing files,
+/// only a saved state is replaced.
 QString writeSavedState(const QString& path, const SoundState& sound);

@@ -1,4 +1,4 @@
-// What pellion-session is asked to do.
+// The command line of pellion-session.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/SessionCommandLine.h"
 
@@ -10,7 +10,7 @@ const QString checkCommand = QStringLiteral("check");
 const QString recoverCommand = QStringLiteral("recover");
 
 const char* const programDescription =
-    R"(Looks after the sessions of Pellion: before them and after them.
+    R"(Checks a computer before a session of Pellion, and recovers responses after it.
 
 Commands:
   check             report whether this computer is ready for a session
@@ -22,15 +22,15 @@ Examples:
   pellion-session recover
   pellion-session recover .
 
-"pellion-session check --help" and "pellion-session recover --help" say more.
+For details see "pellion-session check --help" and "pellion-session recover --help".
 )";
 
 const char* const checkDescription =
-    R"(Looks at the sound server and its default output, at the folders that sessions write to,
-at responses that were not saved, and at the load. Changes nothing, and plays nothing.
+    R"(Checks the sound server and its default output, the folders that sessions write to,
+responses that were not saved, and the load. Changes nothing, and plays nothing.
 
-What is not as a session wants it is one line, "Finding", with what to do about it. With
---compare, what a saved state has as well is a "Note".
+Each problem is one line, "Finding", with what to do about it. With --compare, a problem
+that the saved state has as well is a "Note".
 
 Examples:
   pellion-session check

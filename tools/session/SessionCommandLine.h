@@ -1,4 +1,4 @@
-// What pellion-session is asked to do.
+// The command line of pellion-session.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -9,7 +9,7 @@
 
 #include <variant>
 
-/// Look whether the computer is ready.
+/// Check whether the computer is ready.
 struct CheckRequest {
     QString saveTo;      ///< Where to save the state; empty for nowhere.
     QString compareWith; ///< A saved state; empty for none.

@@ -19,7 +19,7 @@ void addDevice(const SoundState& state, Findings& findings) {
     static constexpr struct {
         const char* device;
         const char* problem;
-    } unsuitable[] = {{"null sink", "plays nothing: it is no sound card"},
+    } unsuitable[] = {{"null sink", "plays nothing: it is not a sound card"},
                       {"Bluetooth", "is Bluetooth, which compresses and delays the sounds"},
                       {"HDMI", "is that of a screen (HDMI)"},
                       {"filter", "is an effect, which changes the sounds"}};
@@ -81,7 +81,7 @@ void addSuspension(const SoundState& state, Findings& findings) {
     if (!state.suspendAfter.isEmpty())
         findings.append({subject,
                          QStringLiteral("%1 is suspended after %2 seconds without a sound, and may "
-                                        "swallow the beginning of the next")
+                                        "cut off the beginning of the next")
                              .arg(state.output, state.suspendAfter),
                          "Copy a file from /usr/share/doc/pellion/examples/sound/; the guide says "
                          "which (\"Keeping the sound card awake\")."});
@@ -152,12 +152,12 @@ QVector<SessionFinding> diskAndLoadFindings(const ComputerState& state) {
              QStringLiteral("%1 hold responses that were not saved").arg(state.keptJournals),
              "\"pellion-session recover\"."});
     if (state.load > state.processors)
-        findings.append({"processor",
-                         QStringLiteral("on average %1 programs wanted to run in the last minute, "
-                                        "on %2 processors")
-                             .arg(state.load, 0, 'f', 1)
-                             .arg(state.processors),
-                         "End what is not needed; \"top\" shows it."});
+        findings.append(
+            {"processor",
+             QStringLiteral("the load average of the last minute is %1, on %2 processors")
+                 .arg(state.load, 0, 'f', 1)
+                 .arg(state.processors),
+             "End what is not needed; \"top\" shows it."});
     return findings;
 }
 

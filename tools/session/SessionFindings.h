@@ -7,10 +7,10 @@
 #include <QJsonObject>
 #include <QVector>
 
-/// One thing that is not as a session wants it.
+/// One problem that can disturb a session.
 struct SessionFinding {
     QString subject; ///< Of one or two words.
-    QString problem; ///< In one sentence, without full stop, which follows the subject.
+    QString problem; ///< One sentence without full stop, printed after the subject.
     QString remedy;  ///< What to do, in whole sentences.
 };
 
@@ -18,8 +18,8 @@ struct SessionFinding {
 QVector<SessionFinding> soundFindings(const SoundState& state);
 QVector<SessionFinding> diskAndLoadFindings(const ComputerState& state);
 
-/// Returns what lasts of a state, as a saved state holds it.
+/// Returns the lasting values of a state, as they are saved.
 QJsonObject lastingValues(const SoundState& state);
 
-/// Returns what differs between the values that last of a good day and of today.
+/// Returns what differs between the lasting values of a good day and those of today.
 QVector<SessionFinding> differences(const QJsonObject& goodDay, const QJsonObject& today);

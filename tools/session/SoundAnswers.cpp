@@ -87,8 +87,8 @@ std::pair<int, int> volumesOf(const QJsonObject& object) {
     return {std::min(minimum, maximum), maximum};
 }
 
-/// Seconds after which a device is suspended that plays nothing, by PulseAudio's module or by
-/// PipeWire's session manager; empty for never.
+/// Seconds after which a device that plays nothing is suspended, by PulseAudio's module or by
+/// PipeWire's session manager; empty if it is never suspended.
 QString suspendSeconds(const SoundState& state, const QJsonObject& sink,
                        const QJsonArray& modules) {
     QString seconds = property(sink, "session.suspend-timeout-seconds");

@@ -1,4 +1,4 @@
-// What the sound server answers, and what that means.
+// The sound server's answers, and what they mean.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -14,13 +14,12 @@ struct SoundAnswers {
     QByteArray everything;    ///< "pactl list", in JSON, before the silent stream was opened.
     QByteArray withStream;    ///< "pactl list sink-inputs", in JSON, with the silent stream.
     qint64 streamProcess = 0; ///< The process that held that stream; 0 when it could not be opened.
-    bool isStreamLate = false; ///< Whether the time was over before the stream was there.
+    bool isStreamLate = false; ///< Whether the time ran out before the stream was connected.
 };
 
 /// Asks the server by pactl, and by pacat for a stream in the program's format and under its name,
-/// in which nothing is played: only a stream shows which resampler serves it and at which volume.
-/// The user's own server is asked, or that of PULSE_SERVER. All questions together cost
-/// at most 1.5 seconds.
+/// in which nothing is played: only a stream shows its resampler and its volume. The user's own
+/// server is asked, or that of PULSE_SERVER. All questions together take at most 1.5 seconds.
 SoundAnswers askSoundServer();
 
 /// Returns the state that the answers describe. Needs no server.

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int limitMs = 1500;
 
-/// The tools write numbers and messages in the user's language, and JSON has a decimal point.
+/// The tools use the user's language, also for numbers; JSON needs a decimal point.
 QProcessEnvironment inEnglish() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
@@ -45,7 +45,7 @@ bool ask(const char* question, QDeadlineTimer deadline, SoundAnswers& answers, Q
     return answers.problem.isEmpty();
 }
 
-/// Waits until pacat reports that its stream is there; returns whether it is.
+/// Waits until pacat reports that its stream is connected; returns whether it is.
 bool waitForStream(QProcess& pacat, QDeadlineTimer deadline) {
     QByteArray messages;
     while (pacat.state() != QProcess::NotRunning && !deadline.hasExpired()) {
@@ -72,7 +72,7 @@ SoundAnswers askSoundServer() {
     QProcess pacat;
     pacat.setProcessEnvironment(inEnglish());
     pacat.setReadChannel(QProcess::StandardError);
-    // Without a byte on its standard input it plays nothing. The program names its device, too.
+    // Without data on its standard input it plays nothing. Like the program, it names the device.
     const QString stream = QStringLiteral("--playback --verbose --raw --client-name=Pellion "
                                           "--rate=%1 --channels=1 --format=float32le")
                                .arg(playedRate);

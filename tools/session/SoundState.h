@@ -27,7 +27,7 @@ struct SoundState {
     bool isUnplugged = false; ///< Whether the device says that nothing is plugged in.
     bool isSuspended = false;
     QString suspendAfter;   ///< Seconds without a sound, which may be 0; empty for never.
-    QString streamProblem;  ///< Why the server does not take the program's format, if so.
+    QString streamProblem;  ///< Why the server refuses the program's format; empty if not.
     int streamVolume = 100; ///< Percent, of the program's own sounds in the mixer.
     bool isStreamMuted = false;
     QStringList otherPrograms; ///< Those that are playing.
@@ -35,8 +35,8 @@ struct SoundState {
     bool isPipeWire() const { return server.startsWith(QLatin1String("PipeWire")); }
 };
 
-/// Calls a function with name and value of everything that a laboratory wants to be the same from
-/// day to day. The names are the keys of a saved state.
+/// Calls a function with name and value of everything that should be the same from day to day. The
+/// names are the keys of a saved state.
 template <typename State, typename Function>
 void forEachLastingValue(State& state, Function&& call) {
     call("sound server", state.server);

@@ -1,4 +1,4 @@
-// The entry of pellion-session, which looks after sessions: before them and after them.
+// The main function of pellion-session, which checks computers and recovers responses.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/ResponseJournal.h"
 #include "tools/session/CheckReport.h"
@@ -42,7 +42,7 @@ int answer(const CheckRequest& request) {
     return report.findings.isEmpty() ? done : notDone;
 }
 
-/// Prints the journals, one a line, under the names of the columns.
+/// Prints the journals, one per line, under the names of the columns.
 void list(const KeptJournals& kept) {
     if (!kept.journals.isEmpty())
         std::cout
@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
     if (argc > 0)
         argv[0] = name;
     const std::unique_ptr<QCoreApplication> instance = application(argc, argv);
-    // The journals are the program's.
+    // The journals are in the program's data folder.
     QCoreApplication::setApplicationName(QStringLiteral("pellion"));
     try {
         const int status = std::visit([](const auto& request) { return answer(request); },

@@ -14,9 +14,9 @@
 #include <sys/mman.h>
 #endif
 
-/// A heap array of default-initialised elements of any default-constructible type: numbers start
-/// out undetermined, not zero. Elements are destroyed with the array, also when resize() replaces
-/// it. Violated preconditions abort the program (FFTREAL_ASSERT). It is neither copied nor moved.
+/// A heap array of default-initialised elements of any default-constructible type: numbers are
+/// uninitialised, not zero. Elements are destroyed with the array, also when resize() replaces it.
+/// Violated preconditions abort the program (FFTREAL_ASSERT). It is neither copied nor moved.
 template <typename T> class DynArray {
 public:
     DynArray() = default;
@@ -31,9 +31,9 @@ public:
     DynArray(const DynArray&) = delete;
     DynArray& operator=(const DynArray&) = delete;
 
-    /// Replaces the array by a new one of `size` > 0 elements; the old contents are lost. A size
-    /// of 0 leaves the array as it is. When memory cannot be had, std::bad_alloc is thrown and
-    /// the array is unchanged.
+    /// Replaces the array by a new one of `size` > 0 elements; the old contents are lost. A size of
+    /// 0 leaves the array as it is. If memory cannot be allocated, std::bad_alloc is thrown and the
+    /// array is unchanged.
     void resize(std::int64_t size) {
         FFTREAL_ASSERT(size >= 0, "size >= 0");
         if (size > 0) {
@@ -81,7 +81,7 @@ private:
             return new T[count];
         T* const elems = new (std::align_val_t{alignment(size)}) T[count];
 #ifdef __linux__
-        // Page faults on small pages are half of the time of a long transform's construction. The
+        // Page faults on small pages take half of the time of constructing a long transform. The
         // kernel may refuse huge pages; nothing depends on them.
         if (alignment(size) == LARGE_PAGE)
             madvise(elems, count * sizeof(T), MADV_HUGEPAGE);

@@ -1,8 +1,8 @@
-// The passes of the real FFT on four values at a time, with the operations of the plain ones.
+// The passes of the real FFT, four values at a time, with the operations of the plain passes.
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// One sub-transform a lane
-// ------------------------
+// One sub-transform per lane
+// --------------------------
 // Until the last two passes, the plain passes (radix 2, decimation in time) work on four
 // independent sub-transforms of L/4 values: those of x[4m], x[4m + 1], x[4m + 2] and x[4m + 3]. All
 // four undergo the same operations with the same twiddle factors. So four neighbours of x are one
@@ -22,8 +22,8 @@
 //
 // Radix-4 steps, in place
 // -----------------------
-// Passes are counted as in FFTReal.h: 1, 2 and 3, and from p = 3 on again those that make one
-// transform of 2n values out of two of n = 2^p. (In that count the pass called 3 is p = 2.)
+// Passes are counted as in FFTReal.h: after passes 1, 2 and 3 the count continues with p = 3 again.
+// Pass p makes one transform of 2n values out of two of n = 2^p. (So pass 3 is the pass p = 2.)
 //
 // Passes p and p + 1 make one transform of 4n values out of four of n. One radix-4 step reads bin i
 // of all four, and nothing else, and writes four bins of the result (a Quad). With h = n/2:
@@ -33,22 +33,22 @@
 //     written   | i      n-i | n+i    2n-i | 2n+i   3n-i | 3n+i   4n-i |
 //
 // Bins i and h - i together are read from the places that they are written to, so that no second
-// array is needed. Bins 0 and h need hardly any multiplication and have functions of their own.
+// array is needed. Bins 0 and h need hardly any multiplication and have separate functions.
 //
 // Cache blocking
 // --------------
-// The time is that of memory. So a block is combined as soon as it is complete, while it is in the
-// cache; and four parts of the buffer are filled in turn, because their rows come from neighbouring
-// rows of x, which share cache lines (25 to 43 % faster from 2^17 on). The parts are a power of two
-// apart and compete for the same cache sets: more than four evict each other.
+// Memory access takes most of the time. So a block is combined as soon as it is complete, while it
+// is in the cache. Four parts of the buffer are filled in turn, because their rows come from
+// neighbouring rows of x, which share cache lines (25 to 43 % faster from 2^17 on). The parts are a
+// power of two apart and compete for the same cache sets: more than four evict each other.
 //
 // Twiddle factors of the late passes
 // ----------------------------------
-// Every block of a pass needs the same oscillator_cosines of the pass's oscillator. They are
+// Every block of a pass needs the same cosines and sines of the pass's oscillator. They are
 // computed once, at the start, and stored in f, which is unused until the last two passes: pass p
 // has 2^(p-1) cosines from f + L - 2^(p+1) on, followed by as many sines, backwards like those of
-// the table. All passes together fill f except for its end, and each factor is read by the very
-// step of the last two passes that overwrites it.
+// the table. All passes together fill f except for its end, and each factor is read by the step of
+// the last two passes that overwrites it.
 #pragma once
 
 #include "ExactArithmetic.h"
@@ -101,7 +101,7 @@ public:
     }
 
 private:
-    /// Lays out the oscillator_cosines of all oscillators in f.
+    /// Computes the cosines and sines of all oscillators into f.
     FFTREAL_INLINE void tabulate_oscillators() const {
         // Two oscillators at a time: each step depends on the one before it, so two overlap (5 to
         // 12 % faster from 2^15 on).
@@ -146,7 +146,7 @@ private:
         return {h, _work.cosines + h - 4, _work.cosines + h - 4};
     }
 
-    /// The only angle is pi/4, whose factors are a constant and in no table.
+    /// The only angle is pi/4, whose factors are a constant and not in a table.
     static FFTREAL_INLINE Twiddles twiddles_of_pass_3() { return {2, nullptr, nullptr}; }
 
     /// All passes but the last two: from x to rows in the buffer.

@@ -21,7 +21,7 @@ using Int = std::int64_t;
 struct Twiddles {
     Int h;
     const double* cosines;
-    const double* sines; ///< backwards; in the table, the cosines themselves
+    const double* sines; ///< in reverse order; in the table, the cosines themselves
 
     FFTREAL_INLINE double cos(Int i) const { return cosines[i]; }
     FFTREAL_INLINE double sin(Int i) const { return sines[h - i]; }
@@ -50,8 +50,9 @@ template <typename V> FFTREAL_INLINE void butterfly_of_pass_3(V& re_0, V& im_0, 
 }
 
 /// A bin of four transforms of n values, real and imaginary parts, in their order in memory.
-/// `stride` is the distance of the two parts in memory, the length of h = n/2 rows or values. Eight
-/// named members and not an array, which costs up to twice the time: compilers keep it in memory.
+/// `stride` is the distance between the two parts in memory: the length of h = n/2 rows or values.
+/// Eight named members and not an array, which costs up to twice the time: compilers keep it in
+/// memory.
 template <typename V> struct Quad {
     V re_0, im_0, re_1, im_1, re_2, im_2, re_3, im_3;
 
@@ -98,7 +99,7 @@ template <typename V> struct Quad {
                     V::load(b.cosines + b.h - i - 3).reversed(), V::load(b.sines + i));
     }
 
-    /// Writes bin i to p and bin n - i to `mirror`, and so on.
+    /// Writes bins i, n + i, ... from p on, and bins n - i, 2n - i, ... from `mirror` on.
     FFTREAL_INLINE void store(double* p, double* mirror, Int stride) const {
         re_0.store(p);
         re_3.store(p + 2 * stride);
@@ -109,7 +110,7 @@ template <typename V> struct Quad {
         im_1.store(mirror + 4 * stride);
         im_2.store(mirror + 6 * stride);
     }
-    /// The same for neighbouring bins, whose mirrors run backwards.
+    /// The same for neighbouring bins, whose mirrors are in reverse order.
     FFTREAL_INLINE void store_neighbours(double* p, double* mirror, Int stride) const {
         const Quad stored = {
             re_0, im_0, re_1.reversed(), im_1.reversed(), re_2.reversed(), im_2.reversed(),

@@ -39,8 +39,8 @@
 // The order of the operations is part of the contract: for the same cosines and sines, which are
 // the C library's, results are the same to the last bit everywhere. For doubles, do_fft does the
 // same operations four at a time where the compiler has vectors (see FFTFastPasses.h); the passes
-// below serve elsewhere and for other types. They are the reference for tests of the fast ones, and
-// the place to begin reading.
+// below are used elsewhere and for other types. They are the reference for tests of the fast ones,
+// and the place to begin reading.
 #pragma once
 
 #include "Assertion.h"
@@ -72,7 +72,7 @@ public:
     /// The last pass that takes its cosines from the table.
     static constexpr int TRIGO_BD_LIMIT = 12;
 
-    /// Builds the tables for `length` values, a power of two from 1 to 2^30. Takes 20 bytes a
+    /// Builds the tables for `length` values, a power of two from 1 to 2^30. Takes 20 bytes per
     /// value for T = double; throws std::bad_alloc if there is no memory.
     explicit FFTReal(std::int64_t length);
 
@@ -96,7 +96,7 @@ protected:
     void build_cos_table();
     void build_oscillators();
 
-    /// The buffer of L values that alternates with the output array; of the fast passes, their only
+    /// The buffer of L values that alternates with the output array. The fast passes use no other
     /// array.
     [[nodiscard]] T* use_buffer() const { return &_work_buf[0]; }
 
@@ -179,7 +179,7 @@ template <typename T>
 FFTReal<T>::FFTReal(std::int64_t length)
     : _fft_len(length), _nbr_bits(count_significant_bits(length > 0 ? length - 1 : 0)) {
     // All checks come before the first allocation, so that an invalid length is reported as such
-    // and never shows as a lack of memory. "size" is what the buffer would be sized to.
+    // and never as a lack of memory. "size" is the size that the buffer would have.
     FFTREAL_ASSERT(length >= 0, "size >= 0");
     FFTREAL_ASSERT(FFTReal_is_pow2(length), "FFTReal_is_pow2 (length)");
     FFTREAL_ASSERT(_nbr_bits <= MAX_BIT_DEPTH, "_nbr_bits <= MAX_BIT_DEPTH");
@@ -232,7 +232,7 @@ template <typename T> void FFTReal<T>::build_bitrev_table() {
     std::int64_t* const table = &_bitrev_table[0];
     table[0] = 0;
 
-    // As many entries again are those already there, each with the next lower bit set.
+    // Doubles the filled part: the new entries are the old ones with the next lower bit set.
     std::int64_t bit = _fft_len;
     for (std::int64_t filled = 1; bit > 1; filled *= 2) {
         bit /= 2;
@@ -246,7 +246,7 @@ template <typename T> void FFTReal<T>::build_cos_table() {
         return;
 
     // Every level is filled, also those above TRIGO_BD_LIMIT that no pass reads. The angles of a
-    // level are every other one of the level above it, to the last bit: the factor is halved.
+    // level are exactly every other angle of the next level: the factor is halved.
     _cos_table.resize((std::int64_t{1} << (_nbr_bits - 1)) - 4);
     std::int64_t level_len = std::int64_t{1} << (_nbr_bits - 2);
     T* level_part = &_cos_table[level_len - 4];

@@ -31,7 +31,7 @@ FFTREAL_EXACT_BEGIN
 
 namespace fftreal {
 
-/// One double with the operations of the types below, for the remainders of fours.
+/// One double with the operations of the types below, where fewer than four values are left.
 struct One {
     static constexpr int lanes = 1;
     double v;
@@ -67,7 +67,7 @@ struct TwoPairs {
         __builtin_memcpy(p, &lo, sizeof lo);
         __builtin_memcpy(p + 2, &hi, sizeof hi);
     }
-    /// The last first.
+    /// In reverse order.
     FFTREAL_INLINE TwoPairs reversed() const {
         return {__builtin_shufflevector(hi, hi, 1, 0), __builtin_shufflevector(lo, lo, 1, 0)};
     }

@@ -8,9 +8,9 @@
 
 FFTREAL_EXACT_BEGIN
 
-/// A point that turns on the unit circle by a fixed angle a step: cos and sin of multiples of that
-/// angle by the addition theorem, without a trigonometric call a step. The rounding of each step
-/// stays in the position until it is reset.
+/// A point that turns on the unit circle by a fixed angle per step: cos and sin of multiples of
+/// that angle by the addition theorem, without calling a trigonometric function. Rounding errors
+/// accumulate until it is reset.
 class RotationOsc {
 public:
     /// The angle of one step in radians; the position stays.
@@ -19,13 +19,13 @@ public:
         _inc_sin = std::sin(angle);
     }
 
-    /// Back to the angle 0.
+    /// Returns to the angle 0.
     void reset() {
         _cur_cos = 1;
         _cur_sin = 0;
     }
 
-    /// One step on.
+    /// Advances by one step.
     void advance() {
         const double old_cos = _cur_cos;
         const double old_sin = _cur_sin;

@@ -1,9 +1,0 @@
-// The problems of a WAV file, in words.
-// SPDX-License-Identifier: GPL-3.0-or-later
-#pragma once
-
-#include "tools/Inspection.h"
-
-/// Adds the findings, the notes and the fix to an inspection that has everything else.
-/// `isLoaded` is what CWav::LoadWav() has returned.
-void judge(Inspection& inspection, bool isLoaded);

@@ -1,0 +1,133 @@
+// What "pellion-target info" prints of an inspected file.
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tools/target/InfoReport.h"
+
+#include "base/Numbers.h"
+#include "signal/OstrelClasses.h"
+#include "sound/TargetSamples.h"
+#include "tools/target/Conversion.h"
+#include "tools/target/IntendedSound.h"
+#include "tools/target/Levels.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+
+#include <algorithm>
+#include <iostream>
+
+namespace {
+
+/// As wide as the labels of CWav::DisplayHeader().
+constexpr int labelWidth = 27;
+
+void printLine(const QString& label, const QString& text) {
+    std::cout << label.leftJustified(labelWidth).toStdString() << ": " << text.toStdString()
+              << '\n';
+}
+
+void printSound(const CWav& wav) {
+    if (samplesPerChannel(wav) == 0) {
+        printLine(QStringLiteral("Duration"), QStringLiteral("unknown"));
+        return;
+    }
+    printLine(QStringLiteral("Duration"), lengthText(wav));
+    for (int channel = 0; channel < wav.header.numberOfChannels; ++channel)
+        printLine(QStringLiteral("Channel %1").arg(channel + 1),
+                  levelsText(channelOf(wav, channel)));
+}
+
+/// Quotes a file's name for the shell, so that it is one word and not taken for an option.
+QString nameWord(const QString& fileName) {
+    QString name = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
+    const bool isPlain = std::all_of(name.cbegin(), name.cend(), [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("/._-+").contains(character);
+    });
+    return isPlain ? name : u'\'' + name.replace(u'\'', QLatin1String("'\\''")) + u'\'';
+}
+
+QString fixedName(const QString& fileName) {
+    const QFileInfo file(fileName);
+    const QString folder = fileName.left(fileName.size() - file.fileName().size());
+    return folder + file.completeBaseName() + QStringLiteral("-fixed.wav");
+}
+
+/// Returns the shell command that converts a file to one beside it with "-fixed" in its name.
+QString fixCommand(const QString& fileName) {
+    return QStringLiteral("pellion-target convert ") + nameWord(fileName) + u' ' +
+           nameWord(fixedName(fileName));
+}
+
+/// Empty where nothing has to be fixed, or nothing can be.
+QString fixOf(const Inspection& inspection) {
+    const bool isFixable = inspection.isOpened && !inspection.isAsIntended() &&
+                           conversionProblem(inspection.intended).isEmpty();
+    return isFixable ? fixCommand(inspection.fileName) : QString();
+}
+
+/// No number where a level is minus infinity.
+QJsonArray jsonLevels(const CWav& wav) {
+    QJsonArray levels;
+    for (int channel = 0; channel < wav.header.numberOfChannels; ++channel) {
+        const QVector<double> samples = channelOf(wav, channel);
+        levels << QJsonObject{{"peakDb", decibelsOf(peakOf(samples))},
+                              {"rmsDb", decibelsOf(rms(samples))}};
+    }
+    return levels;
+}
+
+} // namespace
+
+QString lengthText(const CWav& wav) {
+    QString samples = QStringLiteral("%1 samples").arg(samplesPerChannel(wav));
+    if (wav.header.samplingRate == 0)
+        return samples;
+    return QStringLiteral("%1 ms, %2").arg(millisecondsText(durationSeconds(wav)), samples);
+}
+
+void printReport(const Inspection& inspection) {
+    std::cout << inspection.fileName.toStdString() << '\n';
+    if (!inspection.isOpened) {
+        printLine(QStringLiteral("Read as intended"),
+                  QStringLiteral("no: it cannot be opened as a regular file"));
+        return;
+    }
+    inspection.program.DisplayHeader();
+    printSound(inspection.intended);
+    printLine(QStringLiteral("Read as intended"),
+              inspection.isAsIntended() ? QStringLiteral("yes") : QStringLiteral("no"));
+    for (const Finding& finding : inspection.findings) {
+        printLine(QStringLiteral("Problem"), finding.what);
+        printLine(QStringLiteral("Effect"), finding.consequence);
+    }
+    if (!inspection.isAsIntended()) {
+        const QString fix = fixOf(inspection);
+        printLine(QStringLiteral("Fix"),
+                  fix.isEmpty() ? QStringLiteral("make the file again") : fix);
+    }
+    for (const QString& note : inspection.notes)
+        printLine(QStringLiteral("Note"), note);
+}
+
+QJsonObject jsonReport(const Inspection& inspection) {
+    const CWav& wav = inspection.intended;
+    const bool isKnown = samplesPerChannel(wav) > 0;
+    const auto known = [isKnown](const QJsonValue& value) {
+        return isKnown ? value : QJsonValue();
+    };
+    QJsonArray problems;
+    for (const Finding& finding : inspection.findings)
+        problems << QJsonObject{{"problem", finding.what}, {"effect", finding.consequence}};
+    const QString fix = fixOf(inspection);
+    return {{"file", inspection.fileName},
+            {"opened", inspection.isOpened},
+            {"asIntended", inspection.isAsIntended()},
+            {"channels", known(wav.header.numberOfChannels)},
+            {"samplingRate", known(qint64(wav.header.samplingRate))},
+            {"bitsPerSample", known(wav.header.bitsPerSample)},
+            {"samples", known(samplesPerChannel(wav))},
+            {"durationMs", isKnown ? durationSeconds(wav) * millisecondsPerSecond : QJsonValue()},
+            {"levels", jsonLevels(wav)},
+            {"problems", problems},
+            {"fix", fix.isEmpty() ? QJsonValue() : fix},
+            {"notes", QJsonArray::fromStringList(inspection.notes)}};
+}
