@@ -49,9 +49,14 @@ JournalLock::~JournalLock() {
         ::close(descriptor);
 }
 
-QByteArray JournalLock::contents() const {
+std::optional<QByteArray> JournalLock::contents() const {
+    if (descriptor < 0)
+        return std::nullopt;
     QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
+    file.open(descriptor, QIODevice::ReadOnly);
+    QByteArray bytes = file.readAll();
+    // A disk with errors may hand out a part, or nothing.
+    if (bytes.size() != file.size())
+        return std::nullopt;
+    return bytes;
 }

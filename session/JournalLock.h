@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 /// During its lifetime, locks the journal of a session that is over, so that nothing else recovers
 /// it.
 class JournalLock {
@@ -17,15 +19,14 @@ public:
     JournalLock& operator=(const JournalLock&) = delete;
     JournalLock& operator=(JournalLock&&) = delete;
 
-    bool isHeld() const { return descriptor >= 0; }
-
     /// Whether another process holds the journal, or a session may be about to lock it. Also false
     /// if the journal cannot be opened, or if its file system has no locks.
     bool isHeldElsewhere() const { return heldElsewhere; }
 
-    /// Returns the bytes of a held journal. They are read through the lock: where locks are
-    /// mandatory, even this process could not read the file again.
-    QByteArray contents() const;
+    /// Returns the bytes of a journal that this has locked; nothing when not all can be read. They
+    /// are read through the lock: where locks are mandatory, even this process could not read the
+    /// file again.
+    std::optional<QByteArray> contents() const;
 
 private:
     int descriptor = -1;

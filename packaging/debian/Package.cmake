@@ -25,9 +25,10 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PELLION_HOMEPAGE})
 # The linked libraries, and the sound plugin, which is loaded at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt5multimedia5-plugins)
-# A sound server, the tools that the guide uses to inspect it, and what runs the analysis.
+# A sound server (PipeWire brings pw-top), the tools that the guide and "pellion-session check" name,
+# and what runs the analysis.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "pipewire-pulse | pulseaudio, pulseaudio-utils, alsa-utils, python3 | r-base-core")
+    "pipewire-pulse | pulseaudio, pulseaudio-utils, alsa-utils, pavucontrol, python3 | r-base-core")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "sox, ffmpeg, r-base-core")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 # Adds the files beside this one with the names and in the form that Debian requires.

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/ProgramRun.h"
 
+#include "support/FileBytes.h"
+
 #include <QProcess>
+#include <QRegularExpression>
 
 namespace testsupport {
 
@@ -29,6 +32,22 @@ bool runShell(const QString& commandLine, const QString& folder) {
     if (run.status != 0)
         qWarning("%s: %s", qPrintable(commandLine), run.errors.constData());
     return run.status == 0;
+}
+
+QStringList optionsIn(const QString& text, const QString& lines) {
+    const QRegularExpression line(lines, QRegularExpression::MultilineOption);
+    const QRegularExpression option(QStringLiteral("(?<![\\w-])--?[a-z][a-z-]*"));
+    QStringList options;
+    for (auto found = line.globalMatch(text); found.hasNext();)
+        for (auto in = option.globalMatch(found.next().captured()); in.hasNext();)
+            options << in.next().captured();
+    options.removeDuplicates();
+    options.sort();
+    return options;
+}
+
+QString manualText(const QString& path) {
+    return QString::fromUtf8(readBytes(path)).replace(QLatin1String("\\-"), QLatin1String("-"));
 }
 
 } // namespace testsupport

@@ -23,4 +23,11 @@ ProgramRun runProgram(const QString& program, const QStringList& arguments,
 /// where it did not.
 bool runShell(const QString& commandLine, const QString& folder);
 
+/// Returns the options that lines of a text contain, such as "-h" and "--help", sorted and each
+/// once. The lines are those that match a pattern.
+QStringList optionsIn(const QString& text, const QString& lines);
+
+/// Returns the text of a manual page, whose hyphens are escaped in the file.
+QString manualText(const QString& path);
+
 } // namespace testsupport

@@ -18,6 +18,7 @@ public:
 
     int count = 0;             ///< Calls so far.
     int failure = 0;           ///< The errno of the next ones; 0 lets them succeed.
+    int killAt = 0;            ///< The call during which the process is killed; 0 for none.
     unsigned delayMs = 0;      ///< How long each takes.
     int truncationFailure = 0; ///< The errno of the next truncations; 0 hands them on.
     long long bytesSynced = 0; ///< Size of the file at the last call that was for a regular one.

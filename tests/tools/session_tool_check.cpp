@@ -4,6 +4,7 @@
 
 #include "support/DiskFaults.h"
 #include "support/SoundServer.h"
+#include "tools/session/ComputerState.h"
 
 #include <QDir>
 #include <QFile>
@@ -75,6 +76,11 @@ void TestSessionCheck::faultsOfTheSoundAreFound_data() {
         "volume: the channels of lab differ. ");
     row("suspended on idle", card(), "load-module module-suspend-on-idle timeout=3",
         "suspension: lab is suspended after 3 seconds without a sound");
+    row("suspended at once", card(), "load-module module-suspend-on-idle timeout=0",
+        "suspension: lab is suspended after 0 seconds without a sound");
+    row("suspended after a time of its own", card("module-suspend-on-idle.timeout=9"),
+        "load-module module-suspend-on-idle timeout=3",
+        "suspension: lab is suspended after 9 seconds without a sound");
     row("suspended by hand", card(), "suspend-sink lab 1", "suspension: lab is suspended. ");
     row("Bluetooth", card("device.bus=bluetooth"), "stat", "output: lab is Bluetooth, ");
     row("HDMI", card("device.profile.name=hdmi-stereo"), "stat",
@@ -167,6 +173,12 @@ void TestSessionCheck::aMissingOrFrozenServerIsReportedInTime() {
     const SessionToolRun missing = home.run({"check"}, {"PULSE_SERVER=unix:/nowhere/at/all"});
     QVERIFY(holds(missing.findings(), "sound server: no sound server is running. Start it: "));
     QCOMPARE(missing.status, 1);
+    const SessionToolRun unsaved =
+        home.run({"check", "--save", "day.json"}, {"PULSE_SERVER=unix:/nowhere/at/all"});
+    QCOMPARE(unsaved.errors,
+             QString("pellion-session: no sound server is running: nothing was saved\n"));
+    QCOMPARE(unsaved.status, 2);
+    QVERIFY(!QFileInfo::exists(home.path("day.json")));
     const SessionToolRun without = home.run({"check"}, {"PATH=/nowhere"});
     QCOMPARE(without.findings(), QStringList("sound server: pactl is not installed. Install "
                                              "pulseaudio-utils."));
@@ -190,11 +202,18 @@ void TestSessionCheck::faultsOfTheDiskAreFound() {
     QVERIFY(QDir().rmdir(home.desktop()));
     QVERIFY(holds(home.run({"check"}, nowhere).findings(),
                   "desktop: " + home.desktop() + " does not exist. "));
+    QVERIFY(testsupport::writeBytes(home.desktop(), {}));
+    QVERIFY(holds(home.run({"check"}, nowhere).findings(),
+                  "desktop: " + home.desktop() + " is not a folder. "));
+    QVERIFY(QFile::remove(home.desktop()));
     QVERIFY(QFile::link(disk.path(), home.desktop()));
     disk.fill();
     QVERIFY(holds(home.run({"check"}, nowhere).findings(),
                   "desktop: only 0.0 MB are free for " + home.desktop()));
     disk.clear();
+    QVERIFY(folderState(disk.path(), false).freeBytes > 0);
+    for (int number = 0; folderState(disk.path(), false).freeBytes > 0; ++number)
+        QVERIFY(testsupport::writeBytes(disk.path(QString::number(number)), {}));
     QVERIFY(disk.makeReadOnly());
     QVERIFY(
         holds(home.run({"check"}, nowhere).findings(),

@@ -5,18 +5,23 @@
 #include "session/JournalLock.h"
 #include "session/ResponseJournal.h"
 #include "session/ResultsFile.h"
-#include "tools/session/KeptJournals.h"
-#include "tools/session/SavedState.h"
-#include "tools/session/SessionFindings.h"
+#include "support/TestTable.h"
+#include "tools/session/CheckReport.h"
+#include "tools/session/Recovery.h"
 #include "tools/session/SoundAnswers.h"
 
 #include <QDate>
 #include <QDateTime>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMetaType>
 #include <QTest>
 #include <QTime>
 
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -27,8 +32,10 @@ Q_DECLARE_METATYPE(SoundState)
 
 namespace {
 
-/// Whether flock() works as on NFS, where only files that are open for writing can be locked.
-bool isNfsEmulated = false;
+/// What is wrong with the disk of the journals. On NFS only files that are open for writing can be
+/// locked.
+enum class Fault { None, Nfs, ReadError };
+Fault fault = Fault::None;
 
 /// Answers as pactl 16 gives them, shortened, about a sink with further values in its object.
 SoundAnswers pulseAudio(const QByteArray& sinkValues, const QByteArray& properties = {}) {
@@ -46,6 +53,7 @@ SoundAnswers pulseAudio(const QByteArray& sinkValues, const QByteArray& properti
         R"json(}}],
         "sink_inputs":[{"corked":false,"properties":{"application.name":"(null)",
         "application.process.binary":"music"}},
+        {"corked":false,"properties":{"application.name":"music"}},
         {"corked":true,"properties":{"application.name":"Paused"}},
         {"corked":false,"properties":{"application.name":"Pellion"}}]})json";
     answers.withStream = R"json([{"mute":true,"resample_method":"wrong",
@@ -95,11 +103,20 @@ void TestSessionParts::answersOfPulseAudioAreUnderstood() {
     QCOMPARE(state.exactVolumes, QString("front-left 65536, front-right 32768"));
     QCOMPARE(state.volume, 50);
     QVERIFY(!state.isBalanced && !state.isMuted && !state.isSuspended && state.isUnplugged);
-    QCOMPARE(state.suspendAfter, 5);
+    QCOMPARE(state.suspendAfter, QString("5"));
     QCOMPARE(state.streamProblem, QString());
     QCOMPARE(state.streamVolume, 70);
     QVERIFY(state.isStreamMuted);
     QCOMPARE(state.otherPrograms, QStringList("music"));
+    const char* const ownTime = R"(,"module-suspend-on-idle.timeout":"%1")";
+    for (const auto& [time, expected] : {std::pair("-1", ""), {"0", "0"}, {"none", "5"}})
+        QCOMPARE(soundState(pulseAudio("", QString(ownTime).arg(time).toUtf8())).suspendAfter,
+                 QString(expected));
+    // With flat volumes, 50 % is the device's volume.
+    SoundAnswers flat = pulseAudio(R"(,"flags":["FLAT_VOLUME"])");
+    QCOMPARE(soundState(flat).streamVolume, 70);
+    flat.withStream.replace("70%", "50%");
+    QCOMPARE(soundState(flat).streamVolume, 100);
 }
 
 void TestSessionParts::answersOfPipeWireAreUnderstood() {
@@ -109,39 +126,45 @@ void TestSessionParts::answersOfPipeWireAreUnderstood() {
     answers.streamProcess = 7;
     const SoundState state = soundState(answers);
     QCOMPARE(state.server, QString("PipeWire 1.4.2"));
-    QCOMPARE(state.suspendAfter, 0);
+    QCOMPARE(state.suspendAfter, QString());
     QCOMPARE(state.streamProblem, QString("the sound server refuses sounds of 40000 Hz, one "
                                           "channel, 32-bit floats"));
     answers.isStreamLate = true;
     QCOMPARE(soundState(answers).streamProblem, QString("card takes long to accept a sound"));
     answers.everything.replace(R"("session.suspend-timeout-seconds":"0")", R"("a":"b")");
-    QCOMPARE(soundState(answers).suspendAfter, 5);
+    QCOMPARE(soundState(answers).suspendAfter, QString("5"));
 }
 
 void TestSessionParts::kindsOfDevices_data() {
-    QTest::addColumn<QByteArray>("properties");
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("card") << QByteArray() << "sound card";
-    QTest::newRow("Bluetooth") << QByteArray(R"(,"device.api":"bluez5")") << "Bluetooth";
-    QTest::newRow("HDMI") << QByteArray(R"(,"device.profile.name":"HDMI-stereo")") << "HDMI";
-    QTest::newRow("null sink") << QByteArray(R"(,"factory.name":"support.null-audio-sink")")
-                               << "null sink";
-    QTest::newRow("effect") << QByteArray(R"(,"device.class":"filter")") << "filter";
+    const auto row =
+        testsupport::columns<QByteArray, QByteArray, QString>("sink", "properties", "kind");
+    row("card", "card", "", "sound card");
+    row("Bluetooth", "card", R"(,"device.api":"bluez5")", "Bluetooth");
+    row("Bluetooth by its name", "bluez_sink.1", "", "Bluetooth");
+    row("HDMI", "card", R"(,"device.profile.name":"HDMI-stereo")", "HDMI");
+    row("HDMI by its name", "alsa_output.HDMI", "", "HDMI");
+    row("null sink", "card", R"(,"factory.name":"support.null-audio-sink")", "null sink");
+    row("null sink by its name", "auto_null", "", "null sink");
+    row("effect", "card", R"(,"device.class":"filter")", "filter");
 }
 
 void TestSessionParts::kindsOfDevices() {
+    QFETCH(QByteArray, sink);
     QFETCH(QByteArray, properties);
-    QTEST(soundState(pulseAudio("", properties)).device, "kind");
+    SoundAnswers answers = pulseAudio("", properties);
+    for (QByteArray* answer : {&answers.server, &answers.everything})
+        answer->replace("\"card\"", '"' + sink + '"');
+    QTEST(soundState(answers).device, "kind");
 }
 
 void TestSessionParts::answersThatAreNotUnderstoodAreReported() {
     for (const char* answer : {"", "Server Name: pulseaudio", "{", "[]"}) {
-        SoundAnswers answers = pulseAudio("");
-        answers.server = answer;
-        const SoundState state = soundState(answers);
-        QCOMPARE(state.problem, QString("pactl's answer is not understood"));
-        QCOMPARE(textsOf(soundFindings(state)),
-                 QStringList("sound server: pactl's answer is not understood"));
+        for (QByteArray SoundAnswers::*part : {&SoundAnswers::server, &SoundAnswers::everything}) {
+            SoundAnswers answers = pulseAudio("");
+            answers.*part = answer;
+            QCOMPARE(textsOf(soundFindings(soundState(answers))),
+                     QStringList("sound server: pactl's answer is not understood"));
+        }
     }
 }
 
@@ -178,6 +201,8 @@ void TestSessionParts::findings_data() {
             state.isSuspended = true;
         },
         "");
+    row(
+        "another clean resampler", [](SoundState& state) { state.resampler = "soxr-vhq"; }, "");
     row(
         "default resampler", [](SoundState& state) { state.resampler = "speex-float-1"; },
         "resampler: the output runs at 48000 Hz, and speex-float-1 adds noise on the way there");
@@ -226,12 +251,49 @@ void TestSessionParts::loadAndFoldersGiveFindings() {
                      "processor: the load average of the last minute is 4.5, on 4 processors"}));
 }
 
+void TestSessionParts::reportsHoldEveryFinding() {
+    ComputerState state;
+    state.sound = good();
+    state.sound.isMuted = true;
+    state.sound.isUnplugged = true;
+    state.desktop = {"/d", "does not exist", 0};
+    state.journals = {"/j", "", 10000000};
+    SavedState goodDay;
+    goodDay.sound = good();
+    goodDay.sound.isUnplugged = true;
+    const CheckReport report = checkReport(state, goodDay);
+    QCOMPARE(textsOf(report.findings),
+             QStringList({"volume: card is muted", "changed: muted: yes, on the good day no",
+                          "desktop: /d does not exist"}));
+    QCOMPARE(textsOf(report.notes), QStringList("output: nothing is plugged in at card"));
+    QVERIFY(reportText(report).endsWith(": no (findings: 3)\n"));
+    QVERIFY(reportText({}).endsWith(": yes\n"));
+    const QJsonObject json = QJsonDocument::fromJson(reportJson(report).toUtf8()).object();
+    QCOMPARE(json["ready"], QJsonValue(false));
+    const auto compare = [&](const char* key, const QVector<SessionFinding>& findings) {
+        QJsonArray expected;
+        for (const auto& [subject, problem, remedy] : findings)
+            expected << QJsonObject{{"subject", subject}, {"problem", problem}, {"remedy", remedy}};
+        QCOMPARE(json[key].toArray(), expected);
+    };
+    compare("findings", report.findings);
+    compare("notes", report.notes);
+    QCOMPARE(json["sound"].toObject(), lastingValues(state.sound));
+    // Without a server nothing is known of the sound, and nothing is compared.
+    state.sound = {};
+    state.sound.problem = "none";
+    const CheckReport silent = checkReport(state, goodDay);
+    QCOMPARE(textsOf(silent.findings),
+             QStringList({"sound server: none", "desktop: /d does not exist"}));
+    QVERIFY(!QJsonDocument::fromJson(reportJson(silent).toUtf8()).object().contains("sound"));
+}
+
 void TestSessionParts::valuesThatLastSurviveSaving() {
     const SessionHome home;
     SoundState state = good();
     state.isMuted = true;
     state.streamVolume = 33;
-    state.suspendAfter = 7;
+    state.suspendAfter = "7";
     QCOMPARE(writeSavedState(home.path("day.json"), state), QString());
     const SavedState read = readSavedState(home.path("day.json"));
     QCOMPARE(read.problem, QString());
@@ -239,7 +301,7 @@ void TestSessionParts::valuesThatLastSurviveSaving() {
     QCOMPARE(textsOf(differences(lastingValues(state), lastingValues(read.sound))), QStringList());
     QCOMPARE(textsOf(differences(lastingValues(good()), lastingValues(read.sound))),
              QStringList({"changed: muted: yes, on the good day no",
-                          "changed: suspended after (s): 7, on the good day 0",
+                          "changed: suspended after (s): 7, on the good day none",
                           "changed: volume of Pellion's sounds (%): 33, on the good day 100"}));
 }
 
@@ -259,6 +321,9 @@ void TestSessionParts::onlyASavedStateIsReplaced() {
                  path + " exists, and is not a saved state: it is not replaced");
         QCOMPARE(testsupport::readBytes(path), content);
     }
+    QVERIFY(QFile::remove(path) && QFile::link("nowhere", path));
+    QCOMPARE(writeSavedState(path, good()),
+             path + " exists, and is not a saved state: it is not replaced");
     QCOMPARE(writeSavedState(home.path("no/folder"), good()),
              home.path("no/folder") + " cannot be written");
 }
@@ -297,14 +362,27 @@ void TestSessionParts::journalsAreReadAsFarAsTheyAreWhole() {
 void TestSessionParts::journalsOnNfsAreFound() {
     const SessionHome home;
     const QString path = home.leaveJournal("SUB001_practice001", {440});
-    isNfsEmulated = true;
+    fault = Fault::Nfs;
     const KeptJournals kept = keptJournals(home.journals());
     const bool isHeldElsewhere = JournalLock(path).isHeldElsewhere();
-    isNfsEmulated = false;
+    fault = Fault::None;
     QCOMPARE(kept.inUse, 0);
     QCOMPARE(kept.journals.size(), 1);
     QCOMPARE(kept.journals[0].responses, 1);
     QVERIFY(!isHeldElsewhere);
+}
+
+/// Not taken for an empty one, which would be removed.
+void TestSessionParts::unreadableJournalIsKept() {
+    const SessionHome home;
+    const QString path = home.leaveJournal("SUB001_practice001", {440});
+    fault = Fault::ReadError;
+    const KeptJournals kept = keptJournals(home.journals());
+    const Recovery recovery = recover(path, home.desktop());
+    fault = Fault::None;
+    QCOMPARE(kept.inUse, 1);
+    QCOMPARE(recovery.problem, QString("a running session holds it, or it cannot be read"));
+    QCOMPARE(testsupport::readBytes(path), resultsText("t.wav", {440}).toUtf8());
 }
 
 void TestSessionParts::namesOfJournalsAreTakenApart_data() {
@@ -338,7 +416,13 @@ void TestSessionParts::namesOfJournalsAreTakenApart() {
 
 // Replaces the system's function in the whole test program.
 extern "C" int flock(int fd, int operation) noexcept {
-    if (isNfsEmulated && (fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+    if (fault == Fault::ReadError) {
+        const QByteArray path = "/proc/self/fd/" + QByteArray::number(fd);
+        const int unreadable = open(path.constData(), O_WRONLY | O_CLOEXEC);
+        dup2(unreadable, fd);
+        close(unreadable);
+    }
+    if (fault == Fault::Nfs && (fcntl(fd, F_GETFL) & O_ACCMODE) == O_RDONLY) {
         errno = EBADF;
         return -1;
     }

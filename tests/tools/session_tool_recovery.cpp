@@ -6,11 +6,16 @@
 #include "session/ResponseJournal.h"
 #include "session/ResultsFile.h"
 #include "support/DiskFaults.h"
+#include "support/SyncCalls.h"
+#include "tools/session/Recovery.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QTest>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using testsupport::readBytes;
 using testsupport::writeBytes;
@@ -129,8 +134,8 @@ void TestSessionRecovery::aRunningSessionIsLeftAlone() {
     journal.begin("SUB001_practice001.txt", QDateTime::currentDateTime());
     journal.record("t.wav", {500});
     const SessionToolRun run = home.run({"recover", home.desktop()});
-    QCOMPARE(run.errors, QString("pellion-session: a journal was left alone: a running session "
-                                 "holds it, or it cannot be read\n"));
+    QCOMPARE(run.errors, QString("pellion-session: journals left alone, because a running session "
+                                 "holds them or they cannot be read: 1\n"));
     QCOMPARE(SessionHome::namesIn(home.desktop()), QStringList());
     journal.record("t.wav", {500, 501});
     journal.keep();
@@ -147,10 +152,13 @@ void TestSessionRecovery::emptyJournalsGoWhenTheyAreOld() {
     QVERIFY(old.setFileTime(QDateTime::currentDateTime().addSecs(-100),
                             QFileDevice::FileModificationTime));
     old.close();
+    const QString torn = home.leaveJournal("torn_practice001", {}, "t.wav\t1\t4");
     const SessionToolRun run = home.run({"recover", home.desktop()});
-    QCOMPARE(run.output, QString("old-20260309-080559.txt: held no response, removed\n"));
-    QCOMPARE(run.status, 0);
-    QCOMPARE(SessionHome::namesIn(home.journals()), QStringList("new-20260309-080559.txt"));
+    QCOMPARE(run.output, "old-20260309-080559.txt: held no response, removed\n" + torn +
+                             " is kept: it holds no whole response\n");
+    QCOMPARE(run.status, 1);
+    QCOMPARE(SessionHome::namesIn(home.journals()),
+             QStringList({"new-20260309-080559.txt", QFileInfo(torn).fileName()}));
 }
 
 void TestSessionRecovery::whatCannotBeCopiedIsKept_data() {
@@ -167,6 +175,9 @@ void TestSessionRecovery::whatCannotBeCopiedIsKept_data() {
         << "S_practice99999999999"
         << "Desktop"
         << "its name does not hold session type and file number";
+    QTest::newRow("no further file number") << "S_practice2147483647"
+                                            << "Desktop"
+                                            << "no file number is free in Desktop\n";
     QTest::newRow("the journals' own folder")
         << elsewhere << ".local/share/pellion/journal"
         << ".local/share/pellion/journal is the journals' own folder\n";
@@ -204,6 +215,44 @@ void TestSessionRecovery::aFullDiskCostsNothing() {
     disk.clear();
     QCOMPARE(home.run({"recover", disk.path()}).status, 0);
     QCOMPARE(readBytes(disk.path("SUB001_practice001.txt")), results(frequencies));
+}
+
+/// The journal is there until the copy, and its name, are on the disk.
+void TestSessionRecovery::aKillCostsNothing() {
+    enum { SyncOfCopy = 1, SyncOfItsName, SyncOfRemoval, Syncs = SyncOfRemoval };
+    for (int sync = 1; sync <= Syncs; ++sync) {
+        const SessionHome home;
+        const QString path = home.leaveJournal("SUB001_practice001", {440});
+        const pid_t process = fork();
+        if (process == 0) {
+            testsupport::SyncCalls syncs;
+            syncs.killAt = sync;
+            recover(path, home.desktop());
+            _exit(0);
+        }
+        int status = 0;
+        QCOMPARE(waitpid(process, &status, 0), process);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(QFileInfo::exists(path), sync < SyncOfRemoval);
+        QCOMPARE(readBytes(home.desktop() + "/SUB001_practice001.txt"),
+                 sync > SyncOfCopy ? results({440}) : QByteArray(""));
+    }
+}
+
+void TestSessionRecovery::aJournalOnAReadOnlyDiskIsCopied() {
+    const testsupport::SmallDisk disk;
+    if (!disk.isThere())
+        QSKIP("mounting needs root");
+    const SessionHome home;
+    const QString path = disk.path("pellion/journal/SUB001_practice001-20260309-080559.txt");
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()) && writeBytes(path, results({440})));
+    QVERIFY(disk.makeReadOnly());
+    const SessionToolRun run =
+        home.run({"recover", home.desktop()}, {"XDG_DATA_HOME=" + disk.path()});
+    const QString copy = home.desktop() + "/SUB001_practice001.txt";
+    QCOMPARE(run.output, copy + ": saved; " + path + " is kept: it cannot be removed\n");
+    QCOMPARE(run.status, 1);
+    QCOMPARE(readBytes(copy), results({440}));
 }
 
 void TestSessionRecovery::analysesReadWhatIsRecovered_data() {

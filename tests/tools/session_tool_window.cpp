@@ -4,6 +4,7 @@
 
 #include "session/ResponseJournal.h"
 #include "session/ResultsFile.h"
+#include "support/DialogDriver.h"
 #include "support/FileBytes.h"
 #include "support/ManagedWindows.h"
 
@@ -24,6 +25,7 @@ private slots:
     void runningSessionIsMentioned();
     void journalsAreShownAndSaved();
     void whatCannotBeSavedIsSaid();
+    void folderIsChosen();
     void nothingToRecoverIsSaid();
     void everythingHasANameForScreenReaders();
     void programOpensTheWindowAndEndsWithIt();
@@ -72,8 +74,8 @@ void TestRecoveryWindow::runningSessionIsMentioned() {
     journal.record("t.wav", {500});
     const RecoveryWindow window(journals.path(), folder.path());
     QCOMPARE(widget<QLabel>(window, "labelMessage")->text(),
-             QString("Please note: a journal was left alone: a running session holds it, or it "
-                     "cannot be read."));
+             QString("Please note: journals left alone, because a running session holds them or "
+                     "they cannot be read: 1."));
     QVERIFY(!widget<QPushButton>(window, "pushButtonSave")->isEnabled());
 }
 
@@ -115,6 +117,26 @@ void TestRecoveryWindow::whatCannotBeSavedIsSaid() {
     QVERIFY2(message->text().contains(" is kept: its name does not hold session type"),
              qPrintable(message->text()));
     QCOMPARE(widget<QTableWidget>(window, "tableJournals")->rowCount(), 1);
+}
+
+void TestRecoveryWindow::folderIsChosen() {
+    const QTemporaryDir folder;
+    const QTemporaryDir chosen;
+    testsupport::DialogDriver dialogs;
+    const RecoveryWindow window(folder.path(), folder.path());
+    auto* const button = widget<QPushButton>(window, "pushButtonFolder");
+    auto* const field = widget<QLineEdit>(window, "lineEditFolder");
+    dialogs.expect("Save in folder",
+                   [](QWidget* widget) { qobject_cast<QDialog*>(widget)->reject(); });
+    button->click();
+    QCOMPARE(field->text(), folder.path());
+    dialogs.expect("Save in folder", [&](QWidget* widget) {
+        widget->findChild<QLineEdit*>("fileNameEdit")->setText(chosen.path());
+        qobject_cast<QDialog*>(widget)->accept();
+    });
+    button->click();
+    QCOMPARE(field->text(), chosen.path());
+    QCOMPARE(dialogs.takeComplaints(), QStringList());
 }
 
 void TestRecoveryWindow::nothingToRecoverIsSaid() {

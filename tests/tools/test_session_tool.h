@@ -53,11 +53,13 @@ private slots:
     void findings_data();
     void findings();
     void loadAndFoldersGiveFindings();
+    void reportsHoldEveryFinding();
     void valuesThatLastSurviveSaving();
     void onlyASavedStateIsReplaced();
     void journalsAreReadAsFarAsTheyAreWhole_data();
     void journalsAreReadAsFarAsTheyAreWhole();
     void journalsOnNfsAreFound();
+    void unreadableJournalIsKept();
     void namesOfJournalsAreTakenApart_data();
     void namesOfJournalsAreTakenApart();
 };
@@ -96,6 +98,8 @@ private slots:
     void whatCannotBeCopiedIsKept_data();
     void whatCannotBeCopiedIsKept();
     void aFullDiskCostsNothing();
+    void aKillCostsNothing();
+    void aJournalOnAReadOnlyDiskIsCopied();
     void analysesReadWhatIsRecovered_data();
     void analysesReadWhatIsRecovered();
 };
@@ -110,6 +114,6 @@ private slots:
     void helpHasExamplesThatWork_data();
     void helpHasExamplesThatWork();
     void onlyTheWindowNeedsADisplay();
-    void manualNamesEveryOption();
+    void manualDescribesTheOptionsOfTheHelp();
     void manualIsWellFormed();
 };

@@ -112,7 +112,7 @@ private slots:
     void helpHasExamplesThatWork_data();
     void helpHasExamplesThatWork();
     void helpAndVersionNeedNoDisplay();
-    void manualNamesEveryOption();
+    void manualDescribesTheOptionsOfTheHelp();
     void manualIsWellFormed();
 };
 

@@ -24,10 +24,10 @@ QString findingText(const SessionFinding& finding) {
 QString soundText(const SoundState& sound) {
     if (!sound.problem.isEmpty() || sound.output.isEmpty())
         return line("Sound server", sound.problem.isEmpty() ? sound.server : "none");
-    const QString resampling =
-        sound.resampler.isEmpty()
-            ? QStringLiteral("as the program's")
-            : QStringLiteral("resampled from %1 Hz by %2").arg(playedRate).arg(sound.resampler);
+    QString resampling = QStringLiteral("as the program's");
+    if (!sound.resampler.isEmpty())
+        resampling =
+            QStringLiteral("resampled from %1 Hz by %2").arg(playedRate).arg(sound.resampler);
     return line("Sound server", sound.server) +
            line("Output", QStringLiteral("%1 (%2)").arg(sound.output, sound.device)) +
            line("Format",
@@ -78,9 +78,10 @@ QString reportText(const CheckReport& report) {
         text += line("Note, as on the good day", findingText(finding));
     for (const SessionFinding& finding : report.findings)
         text += line("Finding", findingText(finding));
-    const int count = report.findings.size();
-    return text + line("Ready", count == 0 ? QStringLiteral("yes")
-                                           : QStringLiteral("no (findings: %1)").arg(count));
+    QString ready = QStringLiteral("yes");
+    if (!report.findings.isEmpty())
+        ready = QStringLiteral("no (findings: %1)").arg(report.findings.size());
+    return text + line("Ready", ready);
 }
 
 QString reportJson(const CheckReport& report) {

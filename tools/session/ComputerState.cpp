@@ -22,7 +22,7 @@ FolderState folderState(const QString& path, bool isMadeBySessions) {
     FolderState state;
     state.path = path;
     QFileInfo folder(path);
-    while (isMadeBySessions && !folder.exists() && !folder.isRoot())
+    while (isMadeBySessions && !folder.exists())
         folder.setFile(folder.path());
     const QByteArray name = QFile::encodeName(folder.filePath());
     struct statvfs disk = {};
@@ -30,11 +30,8 @@ FolderState folderState(const QString& path, bool isMadeBySessions) {
         state.problem = QStringLiteral("does not exist");
     else if (!folder.isDir())
         state.problem = QStringLiteral("is not a folder");
-    else if (access(name.constData(), W_OK | X_OK) != 0)
+    else if (access(name.constData(), W_OK | X_OK) != 0 || statvfs(name.constData(), &disk) != 0)
         state.problem = QStringLiteral("cannot be written to (%1)")
-                            .arg(QString::fromLocal8Bit(std::strerror(errno)));
-    else if (statvfs(name.constData(), &disk) != 0)
-        state.problem = QStringLiteral("cannot be inspected (%1)")
                             .arg(QString::fromLocal8Bit(std::strerror(errno)));
     // File systems without a limit to the number of files report 0 of 0.
     else if (disk.f_files == 0 || disk.f_favail > 0)
@@ -50,8 +47,7 @@ ComputerState computerState() {
     state.journals = folderState(journalFolder(), true);
     for (const KeptJournal& journal : keptJournals(journalFolder()).journals)
         state.keptJournals += int(journal.holdsAnything());
-    if (getloadavg(&state.load, 1) != 1)
-        state.load = 0;
+    getloadavg(&state.load, 1); // Where it fails, the load stays 0.
     state.processors = QThread::idealThreadCount();
     return state;
 }

@@ -69,9 +69,9 @@ KeptJournal readJournal(const QString& path, const QByteArray& bytes) {
 }
 
 QString inUseText(const KeptJournals& kept) {
-    return QStringLiteral("%1 left alone: a running session holds it, or it cannot be read")
-        .arg(kept.inUse == 1 ? QStringLiteral("a journal was")
-                             : QStringLiteral("%1 journals were").arg(kept.inUse));
+    return QStringLiteral("journals left alone, because a running session holds them or they "
+                          "cannot be read: %1")
+        .arg(kept.inUse);
 }
 
 KeptJournals keptJournals(const QString& folder) {
@@ -79,8 +79,8 @@ KeptJournals keptJournals(const QString& folder) {
     for (const QFileInfo& file :
          QDir(folder).entryInfoList({QStringLiteral("*.txt")}, QDir::Files, QDir::Name)) {
         const JournalLock lock(file.filePath());
-        if (lock.isHeld())
-            kept.journals.append(readJournal(file.filePath(), lock.contents()));
+        if (const auto bytes = lock.contents())
+            kept.journals.append(readJournal(file.filePath(), *bytes));
         else
             ++kept.inUse;
     }

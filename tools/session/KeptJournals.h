@@ -31,7 +31,7 @@ struct KeptJournals {
     int inUse = 0;                 ///< Number of others, held by running sessions or unreadable.
 };
 
-/// Says in a sentence how many journals were left alone.
+/// Says how many journals were left alone.
 QString inUseText(const KeptJournals& kept);
 
 /// Returns the journals in a folder.

@@ -70,11 +70,12 @@ QString obstacle(const KeptJournal& journal, const QDir& folder) {
 Recovery recover(const QString& journalPath, const QString& folder) {
     Recovery recovery;
     const JournalLock lock(journalPath);
-    if (!lock.isHeld()) {
+    const auto bytes = lock.contents();
+    if (!bytes) {
         recovery.problem = QStringLiteral("a running session holds it, or it cannot be read");
         return recovery;
     }
-    const KeptJournal journal = readJournal(journalPath, lock.contents());
+    const KeptJournal journal = readJournal(journalPath, *bytes);
     if (journal.holdsAnything()) {
         recovery.problem = obstacle(journal, QDir(folder));
         if (recovery.problem.isEmpty())
@@ -96,14 +97,14 @@ Recovery recover(const QString& journalPath, const QString& folder) {
 }
 
 QString recoveryText(const Recovery& recovery, const QString& journalPath) {
-    QString text =
-        QStringLiteral("%1: held no response, removed").arg(QFileInfo(journalPath).fileName());
-    if (!recovery.results.isEmpty())
-        text = recovery.wasThere
-                   ? QStringLiteral("%1: holds the same responses already").arg(recovery.results)
-                   : QStringLiteral("%1: saved").arg(recovery.results);
-    if (recovery.problem.isEmpty())
-        return text;
-    const QString kept = QStringLiteral("%1 is kept: %2").arg(journalPath, recovery.problem);
-    return recovery.results.isEmpty() ? kept : text + QStringLiteral("; ") + kept;
+    QStringList texts;
+    if (recovery.wasThere)
+        texts << recovery.results + QStringLiteral(": holds the same responses already");
+    else if (!recovery.results.isEmpty())
+        texts << recovery.results + QStringLiteral(": saved");
+    if (!recovery.problem.isEmpty())
+        texts << QStringLiteral("%1 is kept: %2").arg(journalPath, recovery.problem);
+    if (texts.isEmpty())
+        texts << QFileInfo(journalPath).fileName() + QStringLiteral(": held no response, removed");
+    return texts.join(QStringLiteral("; "));
 }

@@ -50,6 +50,8 @@ SavedState readSavedState(const QString& path) {
 }
 
 QString writeSavedState(const QString& path, const SoundState& sound) {
+    if (!sound.problem.isEmpty())
+        return sound.problem + QStringLiteral(": nothing was saved");
     const QFileInfo file(path);
     if ((file.exists() || file.isSymLink()) && !readSavedState(path).problem.isEmpty())
         return QStringLiteral("%1 exists, and is not a saved state: it is not replaced").arg(path);

@@ -79,7 +79,7 @@ SessionRequest checkRequest(const QCommandLineParser& parser) {
     if (parser.positionalArguments().size() > 1)
         return UsageError{QStringLiteral("check takes no further argument, not \"%1\"")
                               .arg(parser.positionalArguments()[1])};
-    for (const char* option : {"save", "compare"})
+    for (const QString option : {"save", "compare"})
         if (parser.isSet(option) && parser.value(option).isEmpty())
             return UsageError{QStringLiteral("--%1 takes the name of a file").arg(option)};
     return CheckRequest{parser.value("save"), parser.value("compare"), parser.isSet("json")};

@@ -6,7 +6,6 @@
 
 #include <QJsonArray>
 #include <QJsonValue>
-#include <QMap>
 #include <QVariant>
 
 namespace {
@@ -17,23 +16,24 @@ const QString output = QStringLiteral("output");
 const QString volume = QStringLiteral("volume");
 
 void addDevice(const SoundState& state, Findings& findings) {
-    static const QMap<QString, QString> problems{
-        {"null sink", "plays nothing: it is not a sound card"},
-        {"Bluetooth", "is Bluetooth, which compresses and delays the sounds"},
-        {"HDMI", "is that of a screen (HDMI)"},
-        {"filter", "is an effect, which changes the sounds"}};
-    const QString problem = problems.value(state.device);
-    if (!problem.isEmpty())
-        findings.append({output, QStringLiteral("%1 %2").arg(state.output, problem),
-                         "Choose that of the headphones: \"pactl list short sinks\", then \"pactl "
-                         "set-default-sink NAME\"."});
+    static constexpr struct {
+        const char* device;
+        const char* problem;
+    } unsuitable[] = {{"null sink", "plays nothing: it is not a sound card"},
+                      {"Bluetooth", "is Bluetooth, which compresses and delays the sounds"},
+                      {"HDMI", "is that of a screen (HDMI)"},
+                      {"filter", "is an effect, which changes the sounds"}};
+    for (const auto& kind : unsuitable)
+        if (state.device == kind.device)
+            findings.append({output, QStringLiteral("%1 %2").arg(state.output, kind.problem),
+                             "Choose that of the headphones: \"pactl list short sinks\", then "
+                             "\"pactl set-default-sink NAME\"."});
     if (state.isUnplugged)
         findings.append({output, QStringLiteral("nothing is plugged in at %1").arg(state.output),
                          "Connect the headphones."});
 }
 
 void addRate(const SoundState& state, Findings& findings) {
-    static const QStringList clean{"speex-float-10", "soxr-vhq"};
     if (state.rate < int(playedRate))
         findings.append({"sampling rate",
                          QStringLiteral("the output runs at %1 Hz and leaves out what is above "
@@ -41,7 +41,8 @@ void addRate(const SoundState& state, Findings& findings) {
                              .arg(state.rate)
                              .arg(state.rate / 2),
                          "Choose another output, or another profile of this one."});
-    if (!state.resampler.isEmpty() && !state.isPipeWire() && !clean.contains(state.resampler))
+    if (!state.resampler.isEmpty() && !state.isPipeWire() && state.resampler != "speex-float-10" &&
+        state.resampler != "soxr-vhq")
         findings.append({"resampler",
                          QStringLiteral("the output runs at %1 Hz, and %2 adds noise on the way "
                                         "there")
@@ -77,12 +78,11 @@ void addVolume(const SoundState& state, Findings& findings) {
 
 void addSuspension(const SoundState& state, Findings& findings) {
     const QString subject = QStringLiteral("suspension");
-    if (state.suspendAfter > 0)
+    if (!state.suspendAfter.isEmpty())
         findings.append({subject,
                          QStringLiteral("%1 is suspended after %2 seconds without a sound, and may "
                                         "cut off the beginning of the next")
-                             .arg(state.output)
-                             .arg(state.suspendAfter),
+                             .arg(state.output, state.suspendAfter),
                          "Copy a file from /usr/share/doc/pellion/examples/sound/; the guide says "
                          "which (\"Keeping the sound card awake\")."});
     else if (state.isSuspended && !state.isPipeWire())

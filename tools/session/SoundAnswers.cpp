@@ -88,19 +88,28 @@ std::pair<int, int> volumesOf(const QJsonObject& object) {
 }
 
 /// Seconds after which a device that plays nothing is suspended, by PulseAudio's module or by
-/// PipeWire's session manager; 0 if it is never suspended.
-int suspendSeconds(const SoundState& state, const QJsonObject& sink, const QJsonArray& modules) {
-    constexpr int usualSeconds = 5;
+/// PipeWire's session manager; empty if it is never suspended.
+QString suspendSeconds(const SoundState& state, const QJsonObject& sink,
+                       const QJsonArray& modules) {
     QString seconds = property(sink, "session.suspend-timeout-seconds");
-    if (!state.isPipeWire()) {
+    if (state.isPipeWire()) {
+        if (seconds == QLatin1String("0"))
+            return {};
+    } else {
         const QJsonObject module = found(modules, "name", QStringLiteral("module-suspend-on-idle"));
         if (module.isEmpty())
-            return 0;
-        seconds = QRegularExpression(QStringLiteral("timeout=(\\d+)"))
-                      .match(text(module, "argument"))
-                      .captured(1);
+            return {};
+        // A sink's own time counts before that of all sinks; 0 is at once, less than 0 is never.
+        bool isNumber = false;
+        seconds = property(sink, "module-suspend-on-idle.timeout");
+        if (seconds.toInt(&isNumber) < 0)
+            return {};
+        if (!isNumber)
+            seconds = QRegularExpression(QStringLiteral("timeout=(\\d+)"))
+                          .match(text(module, "argument"))
+                          .captured(1);
     }
-    return seconds.isEmpty() ? usualSeconds : seconds.toInt();
+    return seconds.isEmpty() ? QStringLiteral("5") : seconds;
 }
 
 bool isUnplugged(const QJsonObject& sink) {
@@ -161,11 +170,12 @@ void readStream(const SoundAnswers& answers, const QJsonObject& sink, SoundState
             state.streamVolume = 100;
         return;
     }
-    state.streamProblem =
-        answers.isStreamLate
-            ? QStringLiteral("%1 takes long to accept a sound").arg(state.output)
-            : QStringLiteral("the sound server refuses sounds of %1 Hz, one channel, 32-bit floats")
-                  .arg(playedRate);
+    if (answers.isStreamLate)
+        state.streamProblem = state.output + QStringLiteral(" takes long to accept a sound");
+    else
+        state.streamProblem =
+            QStringLiteral("the sound server refuses sounds of %1 Hz, one channel, 32-bit floats")
+                .arg(playedRate);
 }
 
 } // namespace

@@ -20,11 +20,10 @@ QProcessEnvironment inEnglish() {
 }
 
 /// Runs pactl; returns whether it succeeded.
-bool ask(const QStringList& question, QDeadlineTimer deadline, SoundAnswers& answers,
-         QByteArray& answer) {
+bool ask(const char* question, QDeadlineTimer deadline, SoundAnswers& answers, QByteArray& answer) {
     QProcess process;
     process.setProcessEnvironment(inEnglish());
-    process.start(QStringLiteral("pactl"), QStringList{QStringLiteral("--format=json")} + question);
+    process.start(QStringLiteral("pactl"), QString(question).split(u' '));
     process.closeWriteChannel();
     const bool isFinished = process.waitForFinished(int(deadline.remainingTime()));
     if (process.error() == QProcess::FailedToStart) {
@@ -63,8 +62,8 @@ bool waitForStream(QProcess& pacat, QDeadlineTimer deadline) {
 SoundAnswers askSoundServer() {
     SoundAnswers answers;
     const QDeadlineTimer deadline(limitMs);
-    if (!ask({QStringLiteral("info")}, deadline, answers, answers.server) ||
-        !ask({QStringLiteral("list")}, deadline, answers, answers.everything))
+    if (!ask("--format=json info", deadline, answers, answers.server) ||
+        !ask("--format=json list", deadline, answers, answers.everything))
         return answers;
     const QString output = QJsonDocument::fromJson(answers.server)
                                .object()
@@ -74,15 +73,13 @@ SoundAnswers askSoundServer() {
     pacat.setProcessEnvironment(inEnglish());
     pacat.setReadChannel(QProcess::StandardError);
     // Without data on its standard input it plays nothing. Like the program, it names the device.
-    pacat.start(QStringLiteral("pacat"),
-                {QStringLiteral("--playback"), QStringLiteral("--verbose"), QStringLiteral("--raw"),
-                 QStringLiteral("--device=") + output, QStringLiteral("--client-name=Pellion"),
-                 QStringLiteral("--rate=%1").arg(playedRate), QStringLiteral("--channels=1"),
-                 QStringLiteral("--format=float32le")});
+    const QString stream = QStringLiteral("--playback --verbose --raw --client-name=Pellion "
+                                          "--rate=%1 --channels=1 --format=float32le")
+                               .arg(playedRate);
+    pacat.start(QStringLiteral("pacat"), stream.split(u' ') << "--device=" + output);
     SoundAnswers aboutStream;
     if (waitForStream(pacat, deadline) &&
-        ask({QStringLiteral("list"), QStringLiteral("sink-inputs")}, deadline, aboutStream,
-            answers.withStream))
+        ask("--format=json list sink-inputs", deadline, aboutStream, answers.withStream))
         answers.streamProcess = pacat.processId();
     answers.isStreamLate = deadline.hasExpired();
     pacat.kill();

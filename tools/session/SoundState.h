@@ -26,7 +26,7 @@ struct SoundState {
     bool isMuted = false;
     bool isUnplugged = false; ///< Whether the device says that nothing is plugged in.
     bool isSuspended = false;
-    int suspendAfter = 0;   ///< Seconds without a sound; 0 for never.
+    QString suspendAfter;   ///< Seconds without a sound, which may be 0; empty for never.
     QString streamProblem;  ///< Why the server refuses the program's format; empty if not.
     int streamVolume = 100; ///< Percent, of the program's own sounds in the mixer.
     bool isStreamMuted = false;

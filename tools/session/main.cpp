@@ -33,10 +33,7 @@ int answer(const CheckRequest& request) {
     const CheckReport report = checkReport(computerState(), goodDay);
     std::cout << (request.isJson ? reportJson(report) : reportText(report)).toStdString();
     if (!request.saveTo.isEmpty()) {
-        const SoundState& sound = report.state.sound;
-        const QString problem = sound.problem.isEmpty()
-                                    ? writeSavedState(request.saveTo, sound)
-                                    : QStringLiteral("%1: nothing was saved").arg(sound.problem);
+        const QString problem = writeSavedState(request.saveTo, report.state.sound);
         if (!problem.isEmpty()) {
             complain(problem);
             return notUnderstood;
