@@ -7,6 +7,7 @@
 #include "support/ManagedWindows.h"
 
 #include <QApplication>
+#include <QAudioOutput>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
@@ -95,9 +96,10 @@ void TestMainWindowLife::destructorDeletesEverything() {
         QVERIFY2(before.contains(widget), widget->metaObject()->className());
 }
 
-void TestMainWindowLife::destructorDeletesTheChartsInTheirOrder() {
-    const InspectedMainWindow& window = fixture->window();
+void TestMainWindowLife::destructorDeletesOutputsAndChartsInTheirOrder() {
+    InspectedMainWindow& window = fixture->window();
     const QVector<QPair<const char*, QObject*>> expectedOrder = {
+        {"released output", new QAudioOutput(QAudioFormat(), &window)},
         {"seriesWav", window.seriesWav},
         {"seriesFFT", window.seriesFFT},
         {"seriesTrend", window.seriesTrend},

@@ -127,7 +127,7 @@ class TestMainWindowLife : public testsupport::FixtureTest {
 private slots:
     void openingAndDestroyingWritesNothingOnTheLog();
     void destructorDeletesEverything();
-    void destructorDeletesTheChartsInTheirOrder();
+    void destructorDeletesOutputsAndChartsInTheirOrder();
     void openGlDriverIsLoadedOnlyOnRequest_data();
     void openGlDriverIsLoadedOnlyOnRequest();
     void quitClosesTheWindow();

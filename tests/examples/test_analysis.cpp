@@ -3,6 +3,7 @@
 #include "test_analysis.h"
 
 #include "support/FileBytes.h"
+#include "support/ProgramRun.h"
 #include "support/TestMain.h"
 #include "support/TestTable.h"
 

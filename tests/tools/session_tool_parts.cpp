@@ -298,8 +298,8 @@ void TestSessionParts::valuesThatLastSurviveSaving() {
     const SavedState read = readSavedState(home.path("day.json"));
     QCOMPARE(read.problem, QString());
     QCOMPARE(lastingValues(read.sound), lastingValues(state));
-    QCOMPARE(textsOf(differences(lastingValues(state), lastingValues(read.sound))), QStringList());
-    QCOMPARE(textsOf(differences(lastingValues(good()), lastingValues(read.sound))),
+    QCOMPARE(textsOf(differences(state, read.sound)), QStringList());
+    QCOMPARE(textsOf(differences(good(), read.sound)),
              QStringList({"changed: muted: yes, on the good day no",
                           "changed: suspended after (s): 7, on the good day none",
                           "changed: volume of Pellion's sounds (%): 33, on the good day 100"}));

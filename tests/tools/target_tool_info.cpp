@@ -60,8 +60,8 @@ void TestTargetInfo::odditiesAreNoted_data() {
     row("wrong byte rate", with32(good, wavoffset::byteRate, 1),
         {"The bytes per second or per sample in its header do not fit the rest. The program "
          "ignores this, others may not."});
-    row("a chunk after the data", with32(good, 4, 2054) + tag("LIST", 10) + "INFOabcdef",
-        {"It has a chunk LIST of 10 bytes after its data, which the program does not read."});
+    row("a chunk after the data", with32(good, 4, 2054) + tag("id3 ", 10) + "INFOabcdef",
+        {"It has a chunk id3 of 10 bytes after its data, which the program does not read."});
     row("twice in one file", good + good,
         {"A second WAV file begins after its data, which the program does not read.",
          size.arg(4088)});

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
+#include "base/Numbers.h"
+#include "tools/target/Conversion.h"
 #include "tools/target/Inspection.h"
 #include "tools/target/IntendedSound.h"
 #include "tools/target/TargetEncoding.h"
@@ -60,6 +62,30 @@ void TestTargetParts::playedLengthIsThatOfTheMainWindow() {
     QFETCH(int, rate);
     QFETCH(int, played);
     QCOMPARE(playedSamples(samples, quint32(rate)), played);
+}
+
+void TestTargetParts::soundsOfEveryTargetsLengthCanBeConverted_data() {
+    const auto row = columns<qint64, int, bool>("samples", "rate", "isConverted");
+    const qint64 longest = maximumSampleCount - 4; // Conversion may add as many.
+    row("none", 0, 40000, false);
+    row("one", 1, 40000, true);
+    row("less than one when resampled", 1, 100000, false);
+    row("as many as possible", longest, 40000, true);
+    row("one more", longest + 1, 40000, false);
+    row("as many as possible when resampled", longest / 2, 20000, true);
+    row("one more when resampled", longest / 2 + 1, 20000, false);
+    row("one more before resampling", longest + 1, 80000, false);
+}
+
+void TestTargetParts::soundsOfEveryTargetsLengthCanBeConverted() {
+    QFETCH(qint64, samples);
+    QFETCH(int, rate);
+    QFETCH(bool, isConverted);
+    CWav wav;
+    wav.header.numberOfChannels = 1;
+    wav.header.samplingRate = quint32(rate);
+    wav.numberOfSamples = quint32(samples);
+    QCOMPARE(conversionProblem(wav).isEmpty(), isConverted);
 }
 
 void TestTargetParts::chunksAreFoundWhereverTheyAre() {

@@ -163,6 +163,8 @@ private slots:
     void samplesAreRoundedToTheNearestCode();
     void playedLengthIsThatOfTheMainWindow_data();
     void playedLengthIsThatOfTheMainWindow();
+    void soundsOfEveryTargetsLengthCanBeConverted_data();
+    void soundsOfEveryTargetsLengthCanBeConverted();
     void chunksAreFoundWhereverTheyAre();
     void aChunkCutOffHoldsWhatIsThere();
     void minimumCodeOf24BitsIsMinusOne();

@@ -8,8 +8,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <algorithm>
-
 namespace {
 
 QString line(const QString& label, const QString& text) {
@@ -54,21 +52,8 @@ QJsonObject toJson(const FolderState& folder) {
 } // namespace
 
 CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& goodDay) {
-    CheckReport report;
-    report.state = state;
-    QVector<SessionFinding> known;
-    if (goodDay)
-        known = soundFindings(goodDay->sound);
-    for (const SessionFinding& finding : soundFindings(state.sound)) {
-        const bool isKnown = std::any_of(known.cbegin(), known.cend(), [&](const auto& other) {
-            return other.subject == finding.subject && other.problem == finding.problem;
-        });
-        (isKnown ? report.notes : report.findings).append(finding);
-    }
-    if (goodDay && state.sound.problem.isEmpty())
-        report.findings += differences(lastingValues(goodDay->sound), lastingValues(state.sound));
-    report.findings += diskAndLoadFindings(state);
-    return report;
+    const ComparedFindings sound = compareSound(state.sound, goodDay);
+    return {state, sound.findings + diskAndLoadFindings(state), sound.notes};
 }
 
 QString reportText(const CheckReport& report) {

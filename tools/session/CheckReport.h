@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "tools/session/SavedState.h"
-#include "tools/session/SessionFindings.h"
-
-#include <optional>
+#include "tools/session/Comparison.h"
+#include "tools/session/ComputerState.h"
 
 struct CheckReport {
     ComputerState state;

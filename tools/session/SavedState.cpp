@@ -4,13 +4,11 @@
 
 #include "base/Version.h"
 #include "session/FileReplacement.h"
-#include "tools/session/SessionFindings.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QJsonObject>
 
 namespace {
 
@@ -27,6 +25,14 @@ void read(const QJsonValue& value, bool& member) {
 }
 
 } // namespace
+
+QJsonObject lastingValues(const SoundState& state) {
+    QJsonObject values;
+    forEachLastingValue(state, [&](const char* name, const auto& value) {
+        values.insert(QLatin1String(name), QJsonValue(value));
+    });
+    return values;
+}
 
 SavedState readSavedState(const QString& path) {
     SavedState state;

@@ -4,6 +4,7 @@
 
 #include "tools/session/SoundState.h"
 
+#include <QJsonObject>
 #include <QString>
 
 #include <optional>
@@ -12,6 +13,9 @@ struct SavedState {
     SoundState sound; ///< The file has only the lasting values.
     QString problem;  ///< Why the file cannot be used; empty when it can.
 };
+
+/// Returns the lasting values of a state, as they are saved.
+QJsonObject lastingValues(const SoundState& state);
 
 /// Reads a file that writeSavedState() has written.
 SavedState readSavedState(const QString& path);

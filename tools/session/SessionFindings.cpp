@@ -4,10 +4,6 @@
 
 #include "base/Numbers.h"
 
-#include <QJsonArray>
-#include <QJsonValue>
-#include <QVariant>
-
 namespace {
 
 using Findings = QVector<SessionFinding>;
@@ -107,13 +103,6 @@ void addFolder(const QString& subject, const FolderState& folder, Findings& find
                          "Delete what is not needed."});
 }
 
-QString valueText(const QJsonValue& value) {
-    if (value.isBool())
-        return value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
-    const QString text = value.toVariant().toString();
-    return text.isEmpty() ? QStringLiteral("none") : text;
-}
-
 } // namespace
 
 QVector<SessionFinding> soundFindings(const SoundState& state) {
@@ -158,26 +147,5 @@ QVector<SessionFinding> diskAndLoadFindings(const ComputerState& state) {
                  .arg(state.load, 0, 'f', 1)
                  .arg(state.processors),
              "End what is not needed; \"top\" shows it."});
-    return findings;
-}
-
-QJsonObject lastingValues(const SoundState& state) {
-    QJsonObject values;
-    forEachLastingValue(state, [&](const char* name, const auto& value) {
-        values.insert(QLatin1String(name), QJsonValue(value));
-    });
-    return values;
-}
-
-QVector<SessionFinding> differences(const QJsonObject& goodDay, const QJsonObject& today) {
-    Findings findings;
-    for (auto then = goodDay.begin(); then != goodDay.end(); ++then) {
-        const QJsonValue now = today.value(then.key());
-        if (now != then.value())
-            findings.append({"changed",
-                             QStringLiteral("%1: %2, on the good day %3")
-                                 .arg(then.key(), valueText(now), valueText(then.value())),
-                             "Change it back, or keep today's state by --save."});
-    }
     return findings;
 }

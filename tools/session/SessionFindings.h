@@ -4,7 +4,6 @@
 
 #include "tools/session/ComputerState.h"
 
-#include <QJsonObject>
 #include <QVector>
 
 /// One problem that can disturb a session.
@@ -17,9 +16,3 @@ struct SessionFinding {
 /// Returns what is wrong with the sound, or with the rest.
 QVector<SessionFinding> soundFindings(const SoundState& state);
 QVector<SessionFinding> diskAndLoadFindings(const ComputerState& state);
-
-/// Returns the lasting values of a state, as they are saved.
-QJsonObject lastingValues(const SoundState& state);
-
-/// Returns what differs between the lasting values of a good day and those of today.
-QVector<SessionFinding> differences(const QJsonObject& goodDay, const QJsonObject& today);
