@@ -8,11 +8,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-RegularFile::RegularFile(const std::filesystem::path& name, Purpose purpose) {
-    constexpr mode_t modeBeforeUmask = 0666;
-    const int mode = purpose == Purpose::Reading ? O_RDONLY : O_WRONLY | O_APPEND | O_CREAT;
-    // Opening a FIFO that nothing reads or writes fails instead of blocking.
-    descriptor = open(name.c_str(), mode | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, modeBeforeUmask);
+namespace {
+int openFlags(RegularFile::Purpose purpose) {
+    return purpose == RegularFile::Purpose::Reading ? O_RDONLY : O_WRONLY | O_APPEND | O_CREAT;
+}
+constexpr mode_t modeBeforeUmask = 0666;
+} // namespace
+
+// Opening a FIFO that nothing reads or writes fails instead of blocking.
+RegularFile::RegularFile(const std::filesystem::path& name, Purpose purpose)
+    : descriptor(open(name.c_str(), openFlags(purpose) | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
+                      modeBeforeUmask)) {
     struct stat status = {};
     if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
         close(descriptor);

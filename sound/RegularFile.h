@@ -23,5 +23,5 @@ public:
     std::filesystem::path path() const;
 
 private:
-    int descriptor = -1;
+    int descriptor; ///< -1 if there is none.
 };

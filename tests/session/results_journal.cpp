@@ -253,6 +253,7 @@ void TestResponseJournal::keptJournalIsReported() {
     {
         StartedJournal journal(folder->path());
         journal.keep();
+        journal.record("t.wav", {500, 640});
         journal.keep();
     }
     QCOMPARE(fixture->takePrinted(),

@@ -26,7 +26,6 @@ QString writeNewFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         return QStringLiteral("%1 cannot be made (%2)").arg(path, file.errorString());
-    file.close();
     if (replaceFile(path, bytes) == FileReplacement::Written && holds(path, bytes))
         return {};
     QFile::remove(path);
