@@ -16,6 +16,7 @@
 namespace {
 
 constexpr int fewResponses = 10;
+constexpr int usualResponses = 100;
 constexpr double kibibytesInMebibyte = 1024;
 
 /// Other memory that a session may keep (MiB): widgets of its listener's window, and objects that
@@ -154,7 +155,8 @@ public:
         for (int number = 1; number <= count; ++number) {
             if (!session.respond())
                 return isWrong("a response went wrong");
-            if (number == fewResponses || number % 500 == 0 || number == count)
+            if (number == fewResponses || number == usualResponses || number % 500 == 0 ||
+                number == count)
                 report(number);
         }
         const ProcessResources last = resourcesAtRest();
