@@ -13,9 +13,10 @@
 //   5  Responses     session/...Responses         session/ResponseJournal, app/Record.h
 //   6  Results file  session/...Results           session/ResultsFile, FileReplacement
 //   7  Target        sound/...Target              sound/CWav, TargetSamples
-//   8  Playback      sound/...Playback            sound/Playback, Sinusoid
+//   8  Playback      sound/...Playback            sound/Playback, PresentationPause, Sinusoid
 //   9  Charts        charts/...Charts,            charts/ChartPoints, AmplitudeSpectrum
-//                    ...Waveform, ...Spectrum, ...Trend
+//                    ...Waveform, ...Spectrum,
+//                    ...Trend
 //
 // The course of a session: "Practice" or "Experiment" prepares it (getReadyToGo: read the controls,
 // choose a target, load it, draw it); "Go" opens the listener's window. Each of the listener's
@@ -287,8 +288,6 @@ protected:
     void deleteReleasedOutputs();
 
     // 9 Charts: charts/MainWindowCharts.cpp, ...Waveform.cpp, ...Spectrum.cpp, ...Trend.cpp
-    /// The y axis of the empty trend runs from 0 to this.
-    static constexpr double emptyTrendTop = 4;
     void setUpFonts();
     void sizeSpectrum();
     void deleteCharts();

@@ -4,12 +4,37 @@
 
 #include "base/HugePages.h"
 #include "charts/AmplitudeSpectrum.h"
+#include "charts/ChartParts.h"
 #include "charts/ChartPoints.h"
 
-#include <QtCharts/QLineSeries>
-#include <QtCharts/QValueAxis>
+#include <QGridLayout>
 
 #include <cstddef>
+
+using namespace QtCharts;
+
+void MainWindow::displayEmptyFFT() {
+    if (seriesFFT == nullptr)
+        seriesFFT = new QLineSeries;
+    if (axisXFFT == nullptr) {
+        axisXFFT = new QValueAxis;
+        axisXFFT->setRange(0, data.fftMaxFrequency);
+        axisXFFT->setLabelFormat(QStringLiteral("%.0f"));
+        titleAxis(axisXFFT, QStringLiteral("Frequency (Hz)"), fontAxisLabels, fontAxisTitles);
+    }
+    if (axisYFFT == nullptr) {
+        axisYFFT = new QValueAxis;
+        axisYFFT->setRange(0, 1);
+        titleAxis(axisYFFT, QStringLiteral("Amplitude"), fontAxisLabels, fontAxisTitles);
+    }
+    if (chartFFT == nullptr)
+        chartFFT = createChart(seriesFFT, axisXFFT, axisYFFT, QStringLiteral("Amplitude Spectrum"),
+                               fontChartTitle, minimumChartWidth);
+    if (chartViewFFT == nullptr) {
+        chartViewFFT = createView("chartViewFFT", chartFFT);
+        layoutCharts->addWidget(chartViewFFT, 1, 0, 1, 1);
+    }
+}
 
 void MainWindow::sizeSpectrum() {
     const SpectrumSizing sizing =

@@ -3,10 +3,50 @@
 #include "app/MainWindow.h"
 
 #include "base/AvxRegisters.h"
+#include "charts/ChartParts.h"
 #include "charts/ChartPoints.h"
 
-#include <QtCharts/QLineSeries>
-#include <QtCharts/QValueAxis>
+#include <QGridLayout>
+
+using namespace QtCharts;
+
+namespace {
+/// The y axis of the empty trend runs from 0 to this.
+constexpr double emptyTrendTop = 4;
+} // namespace
+
+void MainWindow::displayEmptyTrend() {
+    constexpr int minimumTickCount = 2;
+    const QString numberFormat = QStringLiteral("%g");
+    if (seriesTrend == nullptr) {
+        seriesTrend = new QLineSeries;
+        seriesTrend->setName(QStringLiteral("trend"));
+        seriesTrend->setPointsVisible(true);
+    }
+    if (axisXTrend == nullptr) {
+        axisXTrend = new QValueAxis;
+        axisXTrend->setLabelsVisible(true);
+        axisXTrend->setLabelFormat(numberFormat);
+        axisXTrend->setTickCount(minimumTickCount);
+        titleAxis(axisXTrend, QStringLiteral("Number of trials"), fontAxisLabels, fontAxisTitles);
+    }
+    if (axisYTrend == nullptr) {
+        axisYTrend = new QValueAxis;
+        axisYTrend->setLabelsVisible(true);
+        axisYTrend->setRange(0, emptyTrendTop);
+        axisYTrend->setLabelFormat(numberFormat);
+        titleAxis(axisYTrend, QStringLiteral("Frequency matched (Hz)"), fontAxisLabels,
+                  fontAxisTitles);
+    }
+    if (chartTrend == nullptr)
+        chartTrend =
+            createChart(seriesTrend, axisXTrend, axisYTrend, QStringLiteral("Response Trend"),
+                        fontChartTitle, minimumTrendWidth);
+    if (chartViewTrend == nullptr) {
+        chartViewTrend = createView("chartViewTrend", chartTrend);
+        layoutCharts->addWidget(chartViewTrend, 2, 0, 1, 2);
+    }
+}
 
 void MainWindow::updateTrend() {
     const Record* record = firstRecord();

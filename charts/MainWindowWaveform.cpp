@@ -4,10 +4,32 @@
 
 #include "base/AvxRegisters.h"
 #include "base/Numbers.h"
+#include "charts/ChartParts.h"
 #include "charts/ChartPoints.h"
 
-#include <QtCharts/QLineSeries>
-#include <QtCharts/QValueAxis>
+#include <QGridLayout>
+
+using namespace QtCharts;
+
+void MainWindow::displayEmptyWav() {
+    if (seriesWav == nullptr)
+        seriesWav = new QLineSeries;
+    if (axisXWav == nullptr) {
+        axisXWav = new QValueAxis;
+        titleAxis(axisXWav, QStringLiteral("Time (ms)"), fontAxisLabels, fontAxisTitles);
+    }
+    if (axisYWav == nullptr) {
+        axisYWav = new QValueAxis;
+        titleAxis(axisYWav, QStringLiteral("Amplitude"), fontAxisLabels, fontAxisTitles);
+    }
+    if (chartWav == nullptr)
+        chartWav = createChart(seriesWav, axisXWav, axisYWav, QStringLiteral("Time Waveform"),
+                               fontChartTitle, minimumChartWidth);
+    if (chartViewWav == nullptr) {
+        chartViewWav = createView("chartViewWav", chartWav);
+        layoutCharts->addWidget(chartViewWav, 0, 0, 1, 1);
+    }
+}
 
 void MainWindow::displayWav() {
     updateNPointsToPlot();

@@ -4,6 +4,7 @@
 
 #include "base/Numbers.h"
 #include "sound/Playback.h"
+#include "sound/PresentationPause.h"
 #include "sound/Sinusoid.h"
 #include "subject/ResponseCode.h"
 

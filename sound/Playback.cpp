@@ -1,4 +1,4 @@
-// A sound as it is played: its bytes, the pause before it and the silence after it.
+// A sound as it is played: its bytes, the silence after it, and whether it was heard to its end.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/Playback.h"
 
@@ -25,13 +25,6 @@ qint64 TailedBuffer::readData(char* bytes, qint64 maximumBytes) {
     std::fill_n(bytes + fromArray, fromTail, '\0');
     tailLeft -= fromTail;
     return fromArray + fromTail;
-}
-
-PresentationPause presentationPause(double soundDuration, double silentInterval) {
-    constexpr int coarseFrom = 2000;
-    const double pause = (soundDuration + silentInterval) * millisecondsPerSecond;
-    const int milliseconds = std::max(truncatedToInt(pause), 0);
-    return {milliseconds, milliseconds < coarseFrom ? Qt::PreciseTimer : Qt::CoarseTimer};
 }
 
 bool isHeardCompletely(qint64 bytesHandedOver, qint64 bytes, qint64 elapsedMs, qint64 durationMs) {

@@ -1,11 +1,10 @@
-// A sound as it is played: its bytes, the pause before it and the silence after it.
+// A sound as it is played: its bytes, the silence after it, and whether it was heard to its end.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QBuffer>
 #include <QByteArray>
 #include <QVector>
-#include <qnamespace.h>
 
 /// Returns `length` samples as little-endian 32-bit floats, four bytes each: the samples given,
 /// cut off or padded with zeros at the end. Nothing is scaled, clipped or dithered; values beyond
@@ -35,17 +34,6 @@ protected:
 private:
     qint64 tailLeft;
 };
-
-/// How long to wait between a request and its sound, and how precisely.
-struct PresentationPause {
-    int milliseconds;
-    Qt::TimerType timerType;
-};
-
-/// Returns the pause of one sound's length plus the silent interval, both in seconds, truncated to
-/// whole milliseconds and limited to 0 and the largest int. Pauses under two seconds ask for
-/// a precise timer, others for a coarse one.
-PresentationPause presentationPause(double soundDuration, double silentInterval);
 
 /// Returns whether the listener can have heard all of a sound when its output goes idle: it has
 /// been handed over to the last byte, and at least its duration has passed since the output was

@@ -4,6 +4,7 @@
 #include "test_playback.h"
 
 #include "sound/Playback.h"
+#include "sound/PresentationPause.h"
 #include "sound/Sinusoid.h"
 #include "support/TestMain.h"
 

@@ -1,11 +1,14 @@
-// The problems of a WAV file, in words.
+// The problems of a WAV file in words, and the command that fixes them.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/FileFindings.h"
 
 #include "base/Numbers.h"
 #include "sound/TargetSamples.h"
+#include "tools/target/Conversion.h"
 #include "tools/target/HeaderObjections.h"
 #include "tools/target/IntendedSound.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -131,6 +134,27 @@ void judgeSound(Inspection& inspection) {
                                     QStringLiteral("The program uses those 44 bytes.")});
 }
 
+/// Quotes a file's name for the shell, so that it is one word and not taken for an option.
+QString nameWord(const QString& fileName) {
+    QString name = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
+    const bool isPlain = std::all_of(name.cbegin(), name.cend(), [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("/._-+").contains(character);
+    });
+    return isPlain ? name : u'\'' + name.replace(u'\'', QLatin1String("'\\''")) + u'\'';
+}
+
+QString fixedName(const QString& fileName) {
+    const QFileInfo file(fileName);
+    const QString folder = fileName.left(fileName.size() - file.fileName().size());
+    return folder + file.completeBaseName() + QStringLiteral("-fixed.wav");
+}
+
+/// Returns the shell command that converts a file to one beside it with "-fixed" in its name.
+QString fixCommand(const QString& fileName) {
+    return QStringLiteral("pellion-target convert ") + nameWord(fileName) + u' ' +
+           nameWord(fixedName(fileName));
+}
+
 } // namespace
 
 void judge(Inspection& inspection, bool isLoaded) {
@@ -140,4 +164,6 @@ void judge(Inspection& inspection, bool isLoaded) {
     if (!inspection.fileName.endsWith(QLatin1String(".wav"), Qt::CaseInsensitive))
         inspection.notes << QStringLiteral("Its name does not end in .wav, so the program's dialog "
                                            "does not show it.");
+    if (!inspection.isAsIntended() && conversionProblem(inspection.intended).isEmpty())
+        inspection.fix = fixCommand(inspection.fileName);
 }

@@ -1,9 +1,9 @@
-// The problems of a WAV file, in words.
+// The problems of a WAV file in words, and the command that fixes them.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "tools/target/Inspection.h"
 
-/// Adds the findings and the notes to an inspection that is otherwise complete. `isLoaded` is what
-/// CWav::LoadWav() has returned.
+/// Adds the findings, the notes and the fix to an inspection that is otherwise complete. `isLoaded`
+/// is what CWav::LoadWav() has returned.
 void judge(Inspection& inspection, bool isLoaded);

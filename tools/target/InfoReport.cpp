@@ -5,14 +5,11 @@
 #include "base/Numbers.h"
 #include "signal/OstrelClasses.h"
 #include "sound/TargetSamples.h"
-#include "tools/target/Conversion.h"
 #include "tools/target/IntendedSound.h"
 #include "tools/target/Levels.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 
-#include <algorithm>
 #include <iostream>
 
 namespace {
@@ -34,34 +31,6 @@ void printSound(const CWav& wav) {
     for (int channel = 0; channel < wav.header.numberOfChannels; ++channel)
         printLine(QStringLiteral("Channel %1").arg(channel + 1),
                   levelsText(channelOf(wav, channel)));
-}
-
-/// Quotes a file's name for the shell, so that it is one word and not taken for an option.
-QString nameWord(const QString& fileName) {
-    QString name = fileName.startsWith(u'-') ? QStringLiteral("./") + fileName : fileName;
-    const bool isPlain = std::all_of(name.cbegin(), name.cend(), [](QChar character) {
-        return character.isLetterOrNumber() || QStringLiteral("/._-+").contains(character);
-    });
-    return isPlain ? name : u'\'' + name.replace(u'\'', QLatin1String("'\\''")) + u'\'';
-}
-
-QString fixedName(const QString& fileName) {
-    const QFileInfo file(fileName);
-    const QString folder = fileName.left(fileName.size() - file.fileName().size());
-    return folder + file.completeBaseName() + QStringLiteral("-fixed.wav");
-}
-
-/// Returns the shell command that converts a file to one beside it with "-fixed" in its name.
-QString fixCommand(const QString& fileName) {
-    return QStringLiteral("pellion-target convert ") + nameWord(fileName) + u' ' +
-           nameWord(fixedName(fileName));
-}
-
-/// Empty where nothing has to be fixed, or nothing can be.
-QString fixOf(const Inspection& inspection) {
-    const bool isFixable = inspection.isOpened && !inspection.isAsIntended() &&
-                           conversionProblem(inspection.intended).isEmpty();
-    return isFixable ? fixCommand(inspection.fileName) : QString();
 }
 
 /// No number where a level is minus infinity.
@@ -98,11 +67,10 @@ void printReport(const Inspection& inspection) {
         printLine(QStringLiteral("Problem"), finding.what);
         printLine(QStringLiteral("Effect"), finding.consequence);
     }
-    if (!inspection.isAsIntended()) {
-        const QString fix = fixOf(inspection);
-        printLine(QStringLiteral("Fix"),
-                  fix.isEmpty() ? QStringLiteral("make the file again") : fix);
-    }
+    if (!inspection.isAsIntended())
+        printLine(QStringLiteral("Fix"), inspection.fix.isEmpty()
+                                             ? QStringLiteral("make the file again")
+                                             : inspection.fix);
     for (const QString& note : inspection.notes)
         printLine(QStringLiteral("Note"), note);
 }
@@ -116,7 +84,6 @@ QJsonObject jsonReport(const Inspection& inspection) {
     QJsonArray problems;
     for (const Finding& finding : inspection.findings)
         problems << QJsonObject{{"problem", finding.what}, {"effect", finding.consequence}};
-    const QString fix = fixOf(inspection);
     return {{"file", inspection.fileName},
             {"opened", inspection.isOpened},
             {"asIntended", inspection.isAsIntended()},
@@ -127,6 +94,6 @@ QJsonObject jsonReport(const Inspection& inspection) {
             {"durationMs", isKnown ? durationSeconds(wav) * millisecondsPerSecond : QJsonValue()},
             {"levels", jsonLevels(wav)},
             {"problems", problems},
-            {"fix", fix.isEmpty() ? QJsonValue() : fix},
+            {"fix", inspection.fix.isEmpty() ? QJsonValue() : inspection.fix},
             {"notes", QJsonArray::fromStringList(inspection.notes)}};
 }

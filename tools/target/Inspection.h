@@ -24,6 +24,7 @@ struct Inspection {
     QString encoding;       ///< and of the encoding of the samples.
     RiffWalk walk;
     QVector<Finding> findings;
+    QString fix;       ///< The shell command that fixes them; empty if there is none.
     QStringList notes; ///< Irregularities that the program ignores, in whole sentences.
 
     bool isAsIntended() const { return isOpened && findings.isEmpty(); }
