@@ -107,7 +107,9 @@ void TestTargetHugePages::reservedVectorIsEmpty() {
     QVERIFY(isOnHugePages(addressOf(many.data()) + 4 * hugePage));
 
     const double* const memory = many.data();
+    many.resize(3);
     reserveOnHugePages(many, count);
+    QVERIFY(many.empty());
     QCOMPARE(many.data(), memory);
     reserveOnHugePages(many, 2);
     QVERIFY(many.capacity() < count);

@@ -3,6 +3,7 @@
 #include "test_session_tool.h"
 
 #include "support/DiskFaults.h"
+#include "support/FileBytes.h"
 #include "support/SoundServer.h"
 #include "tools/session/ComputerState.h"
 
@@ -189,6 +190,14 @@ void TestSessionCheck::aMissingOrFrozenServerIsReportedInTime() {
     QVERIFY(holds(frozen.findings(), "sound server: the sound server does not answer. "));
     QVERIFY2(frozen.milliseconds < 2000, qPrintable(QString::number(frozen.milliseconds)));
     server.thaw();
+    const QString stuck = home.path("pacat");
+    QVERIFY(testsupport::writeBytes(stuck, "#!/bin/sh\nexec sleep 10\n"));
+    QVERIFY(QFile::setPermissions(stuck, QFile::ReadOwner | QFile::ExeOwner));
+    const SessionToolRun late =
+        home.run({"check"},
+                 {address(server), "PATH=" + home.path(".") + u':' + qEnvironmentVariable("PATH")});
+    QCOMPARE(late.findings().filter(" takes long to accept a sound. ").size(), 1);
+    QVERIFY2(late.milliseconds < 2000, qPrintable(QString::number(late.milliseconds)));
     QVERIFY(server.removeSink());
     QVERIFY(holds(home.run({"check"}, {address(server)}).findings(), "output: there is none. "));
 }
