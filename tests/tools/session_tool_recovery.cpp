@@ -38,6 +38,8 @@ void TestSessionRecovery::journalsAreListedAndStay() {
              "subject\tsession\tnumber\tstart\ttarget\tresponses\tbytes left out\tjournal\n"
              "A b\texperiment\t012\t2026-03-09T08:05:59\tt.wav\t2\t9\t" +
                  path + '\n');
+    QCOMPARE(run.errors,
+             QString("pellion-session: to save them: pellion-session recover FOLDER\n"));
     QCOMPARE(run.status, 0);
     QCOMPARE(SessionHome::namesIn(home.journals()), QStringList(QFileInfo(path).fileName()));
 }
