@@ -54,6 +54,7 @@ class TestSessionPreparation : public SessionTest {
     Q_OBJECT
 
 private slots:
+    void sessionTypeIsReadFromItsBox();
     void buttonsAfterPreparing_data();
     void buttonsAfterPreparing();
     void everythingIsResetBeforeTheTargetIsChosen();

@@ -9,6 +9,7 @@
 #include "tools/target/TargetEncoding.h"
 
 #include <QBuffer>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cmath>
@@ -86,6 +87,20 @@ void TestTargetParts::soundsOfEveryTargetsLengthCanBeConverted() {
     wav.header.samplingRate = quint32(rate);
     wav.numberOfSamples = quint32(samples);
     QCOMPARE(conversionProblem(wav).isEmpty(), isConverted);
+}
+
+void TestTargetParts::suggestedGainIsTheHighestThatHelps() {
+    const QRegularExpression suggestion("--gain (\\S+)");
+    for (double peak = 1.0001; peak < 2; peak *= 1.0123) {
+        Inspection source;
+        source.intended.header.numberOfChannels = 1;
+        source.intended.header.samplingRate = 40000;
+        source.intended.numberOfSamples = 1;
+        source.intended.samples = {peak};
+        const double gain = suggestion.match(convert(source, 0).problem).captured(1).toDouble();
+        QCOMPARE(convert(source, gain).problem, QString());
+        QVERIFY(!convert(source, gain + 0.01).problem.isEmpty());
+    }
 }
 
 void TestTargetParts::chunksAreFoundWhereverTheyAre() {

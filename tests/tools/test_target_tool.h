@@ -165,6 +165,7 @@ private slots:
     void playedLengthIsThatOfTheMainWindow();
     void soundsOfEveryTargetsLengthCanBeConverted_data();
     void soundsOfEveryTargetsLengthCanBeConverted();
+    void suggestedGainIsTheHighestThatHelps();
     void chunksAreFoundWhereverTheyAre();
     void aChunkCutOffHoldsWhatIsThere();
     void minimumCodeOf24BitsIsMinusOne();
