@@ -6,7 +6,6 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QTest>
 
 namespace {
@@ -29,16 +28,6 @@ QStringList lookWhileChoosing(testsupport::Fixture& fixture, const std::function
 } // namespace
 
 Q_DECLARE_METATYPE(Slot)
-
-void TestSessionPreparation::sessionTypeIsReadFromItsBox() {
-    testsupport::InspectedMainWindow& window = fixture->window();
-    {
-        const QSignalBlocker blocker(*window.comboBoxSesType);
-        window.comboBoxSesType->setCurrentIndex(1);
-    }
-    lookWhileChoosing(*fixture, [] {});
-    QCOMPARE(window.data.sessionTypeIndex, 1);
-}
 
 void TestSessionPreparation::buttonsAfterPreparing_data() {
     QTest::addColumn<Slot>("slot");

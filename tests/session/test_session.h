@@ -54,7 +54,6 @@ class TestSessionPreparation : public SessionTest {
     Q_OBJECT
 
 private slots:
-    void sessionTypeIsReadFromItsBox();
     void buttonsAfterPreparing_data();
     void buttonsAfterPreparing();
     void everythingIsResetBeforeTheTargetIsChosen();
