@@ -268,12 +268,12 @@ void TestSessionParts::reportsHoldEveryFinding() {
     QCOMPARE(textsOf(report.notes), QStringList("output: nothing is plugged in at card"));
     QStringList lines = reportText(report).split('\n');
     QVERIFY(lines[5].endsWith(": /d") && lines[6].endsWith(": /j"));
-    QCOMPARE(lines.mid(0, 5), QStringList({"Sound server               : PulseAudio 16.1",
+    QCOMPARE(lines.mid(0, 3), QStringList({"Sound server               : PulseAudio 16.1",
                                            "Output                     : card (sound card)",
-                                           "Format                     : s16le, channels: 2",
-                                           "Sampling rate              : 48000 Hz, resampled from "
-                                           "40000 Hz by speex-float-10",
-                                           "Volume                     : 100 %"}));
+                                           "Format                     : s16le, channels: 2"}));
+    QCOMPARE(lines[3], QString("Sampling rate              : 48000 Hz, resampled from 40000 Hz by "
+                               "speex-float-10"));
+    QCOMPARE(lines[4], QString("Volume                     : 100 %"));
     QCOMPARE(lines.mid(11), QStringList({"Ready                      : no (findings: 3)", ""}));
     lines = reportText({}).split('\n');
     QCOMPARE(lines[0], QString("Sound server               : "));
