@@ -8,12 +8,12 @@
 //   1  Construction  app/MainWindow.cpp
 //   2  Widgets       app/...Widgets, ...Layout,   window/Widgets.h, TopLevelWindow
 //                    ...Accessibility
-//   3  Settings      app/...Settings              app/Data.h, base/Numbers
+//   3  Settings      app/...Settings              app/Data.h, base/NumberTexts
 //   4  Session       session/...Session           session/TrialSequence
 //   5  Responses     session/...Responses         session/ResponseJournal, app/Record.h
 //   6  Results file  session/...Results           session/ResultsFile, FileReplacement
 //   7  Target        sound/...Target              sound/CWav, TargetSamples
-//   8  Playback      sound/...Playback            sound/Playback, PresentationPause, Sinusoid
+//   8  Playback      sound/...Playback            sound/PlayedSound, PresentationPause, Sinusoid
 //   9  Charts        charts/...Charts,            charts/ChartPoints, AmplitudeSpectrum
 //                    ...Waveform, ...Spectrum,
 //                    ...Trend

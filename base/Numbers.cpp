@@ -1,4 +1,4 @@
-// Numbers of the settings: limits, truncation, sample counts, and their texts.
+// Numbers of the settings: limits, truncation and sample counts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/Numbers.h"
 
@@ -16,20 +16,4 @@ int truncatedToInt(double number) {
 int sampleCount(double durationSeconds, double samplingRate) {
     return std::clamp(truncatedToInt(std::floor(durationSeconds * samplingRate)), 0,
                       maximumSampleCount);
-}
-
-QString millisecondsText(double durationSeconds) {
-    return QString::number(durationSeconds * millisecondsPerSecond, 'f', 2);
-}
-
-double secondsFromMillisecondsText(const QString& milliseconds) {
-    return milliseconds.toDouble() / millisecondsPerSecond;
-}
-
-double durationAsShown(double durationSeconds) {
-    return secondsFromMillisecondsText(millisecondsText(durationSeconds));
-}
-
-QString hertzText(double hertz) {
-    return QString::number(hertz, 'g', 6);
 }

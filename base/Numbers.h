@@ -1,9 +1,9 @@
-// Numbers of the settings: limits, truncation, sample counts, and their texts.
+// Numbers of the settings: limits, truncation and sample counts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QArrayData>
-#include <QString>
+#include <QtGlobal>
 
 #include <limits>
 
@@ -27,18 +27,3 @@ int truncatedToInt(double number);
 /// Returns floor(durationSeconds x samplingRate), the sampling rate in Hz, limited to 0 and
 /// maximumSampleCount; for NaN 0.
 int sampleCount(double durationSeconds, double samplingRate);
-
-/// Returns a duration given in seconds as milliseconds with two decimals and, in every locale, a
-/// decimal point: 0.25 s reads "250.00".
-QString millisecondsText(double durationSeconds);
-
-/// Returns the duration in seconds of a text in milliseconds, and 0 if the text is not a number.
-double secondsFromMillisecondsText(const QString& milliseconds);
-
-/// Returns a duration in seconds as it is read back from millisecondsText(), hence rounded to 0.01
-/// ms.
-double durationAsShown(double durationSeconds);
-
-/// Returns a rate or frequency in Hz in general format with six significant digits and, in every
-/// locale, a decimal point.
-QString hertzText(double hertz);

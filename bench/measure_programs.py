@@ -32,7 +32,7 @@ HUGE_PAGES = pathlib.Path("/sys/kernel/mm/transparent_hugepage/enabled")
 DROP_CACHES = pathlib.Path("/proc/sys/vm/drop_caches")
 
 
-def complain(message):
+def print_error(message):
     print(f"measure_programs: {message}", file=sys.stderr)
 
 
@@ -182,7 +182,7 @@ def main():
     numbers = {"processor": processor(), "date": str(datetime.date.today()),
                "huge pages": huge_pages(), "beside": processes_with_qt()}
     if numbers["beside"]:
-        complain(f"Qt is in use and in memory: {', '.join(numbers['beside'])}")
+        print_error(f"Qt is in use and in memory: {', '.join(numbers['beside'])}")
     starts.rounds(1)
     numbers["warm"] = starts.rounds(WARM_ROUNDS)
     numbers["steps"] = starts.steps(build / "bench" / "divide_start")
@@ -191,7 +191,7 @@ def main():
     try:
         numbers["cold"] = starts.rounds(COLD_ROUNDS, empty_page_cache)
     except OSError as error:
-        complain(f"no cold starts, for only root can empty the page cache: {error}")
+        print_error(f"no cold starts, for only root can empty the page cache: {error}")
     (folder / "programs.json").write_text(json.dumps(numbers, indent=1), encoding="utf-8")
 
 

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-PlottedStretch plottedStretch(double plotDuration, double samplingRate, int nSamples) {
+PlottedPart plottedPart(double plotDuration, double samplingRate, int nSamples) {
     const int points = sampleCount(plotDuration, samplingRate);
     if (nSamples < points)
         return {nSamples, nSamples / samplingRate};

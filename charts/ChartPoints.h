@@ -6,14 +6,14 @@
 #include <QVector>
 
 /// The part of a sound, from its beginning, that is drawn.
-struct PlottedStretch {
+struct PlottedPart {
     int points;             ///< Samples drawn.
     double durationSeconds; ///< The plot duration of later sounds, too.
 };
 
 /// Returns the part of plotDuration seconds at samplingRate (Hz), or the whole sound if that is
 /// shorter, with its duration.
-PlottedStretch plottedStretch(double plotDuration, double samplingRate, int nSamples);
+PlottedPart plottedPart(double plotDuration, double samplingRate, int nSamples);
 
 /// Sets `points` to the first `count` pairs (x[i], y[i]), or fewer if a vector is shorter. With a
 /// count below 1 `points` keeps what it held before.

@@ -43,8 +43,7 @@ void MainWindow::displayWav() {
 }
 
 void MainWindow::updateNPointsToPlot() {
-    const PlottedStretch stretch =
-        plottedStretch(data.plotDuration, data.samplingRate, data.nSamples);
-    data.nPointsToPlot = stretch.points;
-    data.plotDuration = stretch.durationSeconds;
+    const PlottedPart part = plottedPart(data.plotDuration, data.samplingRate, data.nSamples);
+    data.nPointsToPlot = part.points;
+    data.plotDuration = part.durationSeconds;
 }

@@ -178,7 +178,7 @@ private:
         require(data.nPointsToPlot <= data.nSamples && timeAxisMs.size() >= data.nPointsToPlot,
                 "every plotted sample has its time");
         require(seriesWav->count() == data.nPointsToPlot || data.nPointsToPlot < 1,
-                "the stretch is drawn");
+                "the plotted part is drawn");
         require(data.nFFTPointsToPlot <= fftLength / 2 &&
                     seriesFFT->count() == data.nFFTPointsToPlot,
                 "the spectrum is drawn");

@@ -3,7 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "base/Numbers.h"
-#include "sound/Playback.h"
+#include "sound/PlayedSound.h"
 #include "sound/PresentationPause.h"
 #include "sound/Sinusoid.h"
 #include "subject/ResponseCode.h"

@@ -3,6 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "base/HugePages.h"
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "sound/TargetSamples.h"
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/TargetSamples.h"
 
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "charts/AmplitudeSpectrum.h"
 #include "sound/CWav.h"

@@ -49,7 +49,7 @@ std::variant<QString, TextRequest, UsageError> parseCommand(QCommandLineParser& 
     return command;
 }
 
-void complain(const QString& text) {
+void printError(const QString& text) {
     std::cerr << QCoreApplication::arguments().constFirst().toStdString() << ": "
               << text.toStdString() << '\n';
 }
@@ -60,7 +60,7 @@ int answer(const TextRequest& request) {
 }
 
 int answer(const UsageError& error) {
-    complain(error.problem);
-    complain(QStringLiteral("see --help"));
+    printError(error.problem);
+    printError(QStringLiteral("see --help"));
     return notUnderstood;
 }

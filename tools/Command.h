@@ -35,7 +35,7 @@ std::variant<QString, TextRequest, UsageError> parseCommand(QCommandLineParser& 
                                                             CommandDescriber describe);
 
 /// Prints a line on standard error after the program's name.
-void complain(const QString& text);
+void printError(const QString& text);
 
 /// Print a text or an error, and return the exit status.
 int answer(const TextRequest& request);

@@ -1,4 +1,4 @@
-// Lengths, stretches, points and ranges of the charts.
+// Lengths, plotted parts, points and ranges of the charts.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_charts.h"
 
@@ -85,7 +85,7 @@ void TestChartFunctions::frameLastsAsLongAsItsSamples() {
     QVERIFY(spectrumSizing(1, 8000, 2000).frameDurationSeconds == 1.0 / 8000);
 }
 
-void TestChartFunctions::stretchIsLimitedToTheSound_data() {
+void TestChartFunctions::plottedPartIsLimitedToTheSound_data() {
     const auto row = columns<double, double, int, int, double>(
         "samplingRate", "plotDuration", "nSamples", "points", "durationAfterwards");
     row("longer sound", 40000, 0.25, 40000, 10000, 0.25);
@@ -99,14 +99,14 @@ void TestChartFunctions::stretchIsLimitedToTheSound_data() {
     row("another rate, shorter sound", 8000, 0.25, 1000, 1000, 0.125);
 }
 
-void TestChartFunctions::stretchIsLimitedToTheSound() {
+void TestChartFunctions::plottedPartIsLimitedToTheSound() {
     QFETCH(double, samplingRate);
     QFETCH(double, plotDuration);
     QFETCH(double, durationAfterwards);
     QFETCH(int, nSamples);
-    const PlottedStretch stretch = plottedStretch(plotDuration, samplingRate, nSamples);
-    QTEST(stretch.points, "points");
-    QVERIFY(stretch.durationSeconds == durationAfterwards);
+    const PlottedPart part = plottedPart(plotDuration, samplingRate, nSamples);
+    QTEST(part.points, "points");
+    QVERIFY(part.durationSeconds == durationAfterwards);
 }
 
 void TestChartFunctions::pointsPairTimesAndValues_data() {

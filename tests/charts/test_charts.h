@@ -18,7 +18,7 @@ inline Range rangeOf(const QtCharts::QValueAxis* axis) {
 /// A sinusoid of `periods` periods in `length` samples, phase in radians.
 QVector<double> sinusoid(int count, double amplitude, double periods, int length, double phase);
 
-/// Lengths, stretches, points and ranges, without a window (test_charts.cpp).
+/// Lengths, plotted parts, points and ranges, without a window (test_charts.cpp).
 class TestChartFunctions : public QObject {
     Q_OBJECT
 
@@ -29,8 +29,8 @@ private slots:
     void pointsReachTheMaximumFrequency_data();
     void pointsReachTheMaximumFrequency();
     void frameLastsAsLongAsItsSamples();
-    void stretchIsLimitedToTheSound_data();
-    void stretchIsLimitedToTheSound();
+    void plottedPartIsLimitedToTheSound_data();
+    void plottedPartIsLimitedToTheSound();
     void pointsPairTimesAndValues_data();
     void pointsPairTimesAndValues();
     void rangeSpansTheExtremes_data();

@@ -3,7 +3,7 @@
 #include "reliability/LongSession.h"
 
 #include "session/ResultsFile.h"
-#include "sound/Playback.h"
+#include "sound/PlayedSound.h"
 #include "subject/ResponseCode.h"
 #include "support/FileBytes.h"
 #include "support/WavBytes.h"

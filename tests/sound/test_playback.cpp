@@ -3,7 +3,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_playback.h"
 
-#include "sound/Playback.h"
+#include "sound/PlayedSound.h"
 #include "sound/PresentationPause.h"
 #include "sound/Sinusoid.h"
 #include "support/TestMain.h"

@@ -34,24 +34,3 @@ struct SoundState {
 
     bool isPipeWire() const { return server.startsWith(QLatin1String("PipeWire")); }
 };
-
-/// Calls a function with name and value of everything that should be the same from day to day. The
-/// names are the keys of a saved state.
-template <typename State, typename Function>
-void forEachLastingValue(State& state, Function&& call) {
-    call("sound server", state.server);
-    call("output", state.output);
-    call("device", state.device);
-    call("port", state.port);
-    call("sample format", state.format);
-    call("channels", state.channels);
-    call("sampling rate (Hz)", state.rate);
-    call("resampler", state.resampler);
-    call("volume (%)", state.volume);
-    call("volume of each channel (65536 is 100 %)", state.exactVolumes);
-    call("same volume in all channels", state.isBalanced);
-    call("muted", state.isMuted);
-    call("suspended after (s)", state.suspendAfter);
-    call("volume of Pellion's sounds (%)", state.streamVolume);
-    call("Pellion's sounds muted", state.isStreamMuted);
-}

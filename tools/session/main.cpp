@@ -26,7 +26,7 @@ int answer(const CheckRequest& request) {
     if (!request.compareWith.isEmpty()) {
         goodDay = readSavedState(request.compareWith);
         if (!goodDay->problem.isEmpty()) {
-            complain(goodDay->problem);
+            printError(goodDay->problem);
             return notUnderstood;
         }
     }
@@ -35,7 +35,7 @@ int answer(const CheckRequest& request) {
     if (!request.saveTo.isEmpty()) {
         const QString problem = writeSavedState(request.saveTo, report.state.sound);
         if (!problem.isEmpty()) {
-            complain(problem);
+            printError(problem);
             return notUnderstood;
         }
     }
@@ -63,7 +63,7 @@ void list(const KeptJournals& kept) {
 
 int showWindow(const QString& folder) {
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
-        complain(QStringLiteral("--window needs a display"));
+        printError(QStringLiteral("--window needs a display"));
         return notUnderstood;
     }
     const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
@@ -76,18 +76,18 @@ int answer(const RecoverRequest& request) {
     if (request.isInWindow)
         return showWindow(request.folder);
     if (!request.folder.isEmpty() && !QFileInfo(request.folder).isDir()) {
-        complain(QStringLiteral("there is no folder %1").arg(request.folder));
+        printError(QStringLiteral("there is no folder %1").arg(request.folder));
         return notUnderstood;
     }
     const KeptJournals kept = keptJournals(journalFolder());
     if (kept.inUse > 0)
-        complain(inUseText(kept));
+        printError(inUseText(kept));
     else if (kept.journals.isEmpty())
-        complain(QStringLiteral("there is nothing to recover"));
+        printError(QStringLiteral("there is nothing to recover"));
     if (request.folder.isEmpty()) {
         list(kept);
         if (!kept.journals.isEmpty())
-            complain(QStringLiteral("to save them: pellion-session recover FOLDER"));
+            printError(QStringLiteral("to save them: pellion-session recover FOLDER"));
         return done;
     }
     int status = done;
@@ -128,7 +128,7 @@ int main(int argc, char** argv) {
         std::cout.flush();
         return std::cout ? status : notDone;
     } catch (const std::exception& exception) {
-        complain(QString::fromUtf8(exception.what()));
+        printError(QString::fromUtf8(exception.what()));
     }
     return notDone;
 }

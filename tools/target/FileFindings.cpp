@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/FileFindings.h"
 
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "sound/TargetSamples.h"
 #include "tools/target/Conversion.h"
@@ -30,7 +31,7 @@ QString programsAnswer(const Inspection& inspection, bool isLoaded) {
         .arg(inspection.program.header.dataSize);
 }
 
-void judgeHeader(Inspection& inspection, bool isLoaded) {
+void addHeaderFindings(Inspection& inspection, bool isLoaded) {
     QStringList objections = headerObjections(inspection);
     const qint64 samples = samplesPerChannel(inspection.intended);
     if (objections.isEmpty() && !isUsableTarget(inspection.program, playedRate))
@@ -42,7 +43,7 @@ void judgeHeader(Inspection& inspection, bool isLoaded) {
 }
 
 /// How much of the file is heard when it is played at another rate than its own.
-QString stretchHeard(qint64 samples, qint64 played) {
+QString lengthHeard(qint64 samples, qint64 played) {
     if (played < samples)
         return QStringLiteral(" The last %1 of its %2 samples are left out.")
             .arg(samples - played)
@@ -54,7 +55,7 @@ QString stretchHeard(qint64 samples, qint64 played) {
     return {};
 }
 
-void judgeRate(Inspection& inspection, qint64 samples, quint32 samplingRate) {
+void addRateFinding(Inspection& inspection, qint64 samples, quint32 samplingRate) {
     if (samplingRate == playedRate)
         return;
     constexpr double centsPerOctave = 1200;
@@ -68,10 +69,10 @@ void judgeRate(Inspection& inspection, qint64 samples, quint32 samplingRate) {
              .arg(exampleFrequency)
              .arg(exampleFrequency * ratio, 0, 'f', 2)
              .arg(centsPerOctave * std::log2(ratio), 0, 'f', 1)
-             .arg(stretchHeard(samples, playedSamples(samples, samplingRate)))});
+             .arg(lengthHeard(samples, playedSamples(samples, samplingRate)))});
 }
 
-void judgeChannels(Inspection& inspection, int channels) {
+void addChannelFinding(Inspection& inspection, int channels) {
     if (channels > 2)
         inspection.findings.append({QStringLiteral("It has %1 channels.").arg(channels),
                                     QStringLiteral("The program plays silence in its place.")});
@@ -82,7 +83,7 @@ void judgeChannels(Inspection& inspection, int channels) {
 
 /// The program shows the duration in hundredths of a millisecond, and plays as many samples as fit
 /// the shown duration. A sample at 40000 Hz lasts 2.5 hundredths.
-void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
+void addLengthFinding(Inspection& inspection, qint64 samples, quint32 samplingRate) {
     const int played = playedSamples(samples, samplingRate);
     if (samplingRate != playedRate || played == samples)
         return;
@@ -98,7 +99,7 @@ void judgeLength(Inspection& inspection, qint64 samples, quint32 samplingRate) {
              .arg(samples - played)});
 }
 
-void judgeMinimumCodes(Inspection& inspection) {
+void addMinimumCodeFinding(Inspection& inspection) {
     const qint64 count = minimumCodesOf24Bits(inspection.intended);
     if (count == 0)
         return;
@@ -115,7 +116,7 @@ bool isReadAlike(const Inspection& inspection) {
            std::equal(intended.cbegin(), intended.cend(), read.cbegin());
 }
 
-void judgeSound(Inspection& inspection) {
+void addSoundFindings(Inspection& inspection) {
     const WavHeader& header = inspection.intended.header;
     const qint64 samples = samplesPerChannel(inspection.intended);
     if (samples == 0)
@@ -125,10 +126,10 @@ void judgeSound(Inspection& inspection) {
                     [](double sample) { return sample == 0; });
     if (isSilent)
         inspection.notes << QStringLiteral("It is silent.");
-    judgeChannels(inspection, header.numberOfChannels);
-    judgeRate(inspection, samples, header.samplingRate);
-    judgeMinimumCodes(inspection);
-    judgeLength(inspection, samples, header.samplingRate);
+    addChannelFinding(inspection, header.numberOfChannels);
+    addRateFinding(inspection, samples, header.samplingRate);
+    addMinimumCodeFinding(inspection);
+    addLengthFinding(inspection, samples, header.samplingRate);
     if (inspection.findings.isEmpty() && !isReadAlike(inspection))
         inspection.findings.append({QStringLiteral("Its chunks contradict its first 44 bytes."),
                                     QStringLiteral("The program uses those 44 bytes.")});
@@ -157,9 +158,9 @@ QString fixCommand(const QString& fileName) {
 
 } // namespace
 
-void judge(Inspection& inspection, bool isLoaded) {
-    judgeHeader(inspection, isLoaded);
-    judgeSound(inspection);
+void addFindings(Inspection& inspection, bool isLoaded) {
+    addHeaderFindings(inspection, isLoaded);
+    addSoundFindings(inspection);
     inspection.notes += headerNotes(inspection.walk);
     if (!inspection.fileName.endsWith(QLatin1String(".wav"), Qt::CaseInsensitive))
         inspection.notes << QStringLiteral("Its name does not end in .wav, so the program's dialog "

@@ -6,4 +6,4 @@
 
 /// Adds the findings, the notes and the fix to an inspection that is otherwise complete. `isLoaded`
 /// is what CWav::LoadWav() has returned.
-void judge(Inspection& inspection, bool isLoaded);
+void addFindings(Inspection& inspection, bool isLoaded);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/InfoReport.h"
 
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "signal/OstrelClasses.h"
 #include "sound/TargetSamples.h"

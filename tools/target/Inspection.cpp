@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/Inspection.h"
 
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "sound/RegularFile.h"
 #include "tools/target/DecodedSound.h"
@@ -68,6 +69,6 @@ Inspection inspect(const QString& fileName) {
         inspection.container = sound.container;
         inspection.encoding = sound.encoding;
     }
-    judge(inspection, isLoaded);
+    addFindings(inspection, isLoaded);
     return inspection;
 }

@@ -4,7 +4,7 @@
 
 #include "signal/RandomGenerator.h"
 #include "tools/target/HelpText.h"
-#include "tools/target/NumberReader.h"
+#include "tools/target/OptionValues.h"
 #include "tools/target/TargetSound.h"
 
 #include <QCommandLineParser>
@@ -88,7 +88,7 @@ void addFileOptions(QCommandLineParser& parser) {
          forceOption()});
 }
 
-TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, NumberReader& values) {
+TargetRecipe recipeOf(const QCommandLineParser& parser, SoundKind kind, OptionValues& values) {
     constexpr double maximumHertz = 1e6;
     constexpr double maximumDegrees = 360;
     constexpr double maximumMilliseconds = 1e8;
@@ -147,7 +147,7 @@ Request makeRequest(const QCommandLineParser& parser) {
     const QString problem = problemOfOptions(parser, words[1]);
     if (!problem.isEmpty())
         return UsageError{problem};
-    NumberReader values(parser);
+    OptionValues values(parser);
     MakeRequest request;
     request.recipe = recipeOf(parser, static_cast<SoundKind>(kind), values);
     request.fileName = words.constLast();
@@ -164,7 +164,7 @@ Request convertRequest(const QCommandLineParser& parser) {
     const QStringList words = parser.positionalArguments();
     if (words.size() != 3 || words[1].isEmpty() || words[2].isEmpty())
         return UsageError{QStringLiteral("convert takes the names of two files")};
-    NumberReader values(parser);
+    OptionValues values(parser);
     const double gain = values.number("gain", minimumDecibels, maximumDecibels);
     if (!values.problem().isEmpty())
         return UsageError{values.problem()};

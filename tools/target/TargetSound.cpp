@@ -21,16 +21,16 @@ double rampPoints(const TargetRecipe& recipe) {
     return std::round(recipe.rampMs * recipe.samplingRate / millisecondsPerSecond);
 }
 
-/// Half a sample longer than the sound: the library truncates rate x duration, which gives one
+/// Half a sample longer than the sound: the generators truncate rate x duration, which gives one
 /// sample too few if rounding makes that product slightly less than an integer.
-double librarysDuration(const TargetRecipe& recipe) {
+double durationForGenerator(const TargetRecipe& recipe) {
     return (sampleCountOf(recipe) + 0.5) / recipe.samplingRate;
 }
 
 QVector<double> harmonicComplex(const TargetRecipe& recipe) {
     QVector<double> sum(static_cast<int>(sampleCountOf(recipe)), 0.0);
     for (const int harmonic : recipe.harmonics) {
-        const QVector<double> partial = sine(recipe.samplingRate, librarysDuration(recipe),
+        const QVector<double> partial = sine(recipe.samplingRate, durationForGenerator(recipe),
                                              harmonic * recipe.frequency, 1, recipe.phaseDegrees);
         std::transform(sum.cbegin(), sum.cend(), partial.cbegin(), sum.begin(), std::plus<>());
     }
@@ -52,12 +52,12 @@ QVector<double> centredNoise(int count, int seed) {
 QVector<double> unscaledSound(const TargetRecipe& recipe) {
     switch (recipe.kind) {
     case SoundKind::Tone:
-        return sine(recipe.samplingRate, librarysDuration(recipe), recipe.frequency, 1,
+        return sine(recipe.samplingRate, durationForGenerator(recipe), recipe.frequency, 1,
                     recipe.phaseDegrees);
     case SoundKind::Complex:
         return harmonicComplex(recipe);
     case SoundKind::Sam:
-        return sam(recipe.samplingRate, librarysDuration(recipe), recipe.frequency,
+        return sam(recipe.samplingRate, durationForGenerator(recipe), recipe.frequency,
                    recipe.modulationFrequency, recipe.modulationDepth, 1, recipe.phaseDegrees,
                    recipe.modulationPhaseDegrees, true);
     case SoundKind::Noise:
@@ -96,7 +96,7 @@ double highestFrequency(const TargetRecipe& recipe) {
 
 /// The maximum number of samples per channel: they must fit the largest vector, and a file whose
 /// 32-bit size counts all but eight of its bytes.
-double mostSamplesOf(const TargetRecipe& recipe) {
+double maximumSamplesOf(const TargetRecipe& recipe) {
     constexpr double headerBytesCounted = 36;
     constexpr double padByte = 1;
     const double bytes = std::numeric_limits<quint32>::max() - headerBytesCounted - padByte;
@@ -123,7 +123,7 @@ QString problemOf(const TargetRecipe& recipe) {
         return QStringLiteral("%1 ms hold no sample at %2 Hz")
             .arg(recipe.durationMs)
             .arg(recipe.samplingRate);
-    if (count > mostSamplesOf(recipe))
+    if (count > maximumSamplesOf(recipe))
         return QStringLiteral("%1 ms are more than a file can hold").arg(recipe.durationMs);
     if (2 * rampPoints(recipe) > count)
         return QStringLiteral("two ramps of %1 ms do not fit into %2 ms")

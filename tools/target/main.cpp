@@ -24,9 +24,9 @@ namespace {
 void printFindings(const QString& fileName) {
     const Inspection made = inspect(fileName);
     for (const Finding& finding : made.findings)
-        complain(QStringLiteral("note: %1 %2").arg(finding.what, finding.consequence));
+        printError(QStringLiteral("note: %1 %2").arg(finding.what, finding.consequence));
     for (const QString& note : made.notes)
-        complain(QStringLiteral("note: %1").arg(note));
+        printError(QStringLiteral("note: %1").arg(note));
 }
 
 void printMade(const QString& fileName, const CWav& wav, const QVector<double>& samples,
@@ -39,11 +39,11 @@ void printMade(const QString& fileName, const CWav& wav, const QVector<double>& 
 int answer(const MakeRequest& request) {
     const QVector<double> samples = targetSound(request.recipe);
     if (samples.isEmpty()) {
-        complain(QStringLiteral("the sound is silent: nothing was written"));
+        printError(QStringLiteral("the sound is silent: nothing was written"));
         return notDone;
     }
     if (const auto clipped = firstClippedSample(samples)) {
-        complain(
+        printError(
             QStringLiteral("sample %1, counted from 0, would be %2 and full scale is 1: nothing "
                            "was written; lower the level")
                 .arg(clipped->number)
@@ -53,7 +53,7 @@ int answer(const MakeRequest& request) {
     const CWav wav = encodedTarget(samples, request.recipe);
     const QString problem = writeTarget(wav, request.fileName, request.existing);
     if (!problem.isEmpty()) {
-        complain(problem);
+        printError(problem);
         return notDone;
     }
     const bool isNoise = request.recipe.kind == SoundKind::Noise;
@@ -66,17 +66,17 @@ int answer(const MakeRequest& request) {
 int answer(const ConvertRequest& request) {
     const Inspection source = inspect(request.sourceName);
     if (!source.isOpened) {
-        complain(QStringLiteral("%1 cannot be opened as a regular file").arg(request.sourceName));
+        printError(QStringLiteral("%1 cannot be opened as a regular file").arg(request.sourceName));
         return notDone;
     }
     const Conversion conversion = convert(source, request.gainDecibels);
     if (!conversion.problem.isEmpty()) {
-        complain(QStringLiteral("%1: %2").arg(request.sourceName, conversion.problem));
+        printError(QStringLiteral("%1: %2").arg(request.sourceName, conversion.problem));
         return notDone;
     }
     const QString problem = writeTarget(conversion.wav, request.fileName, request.existing);
     if (!problem.isEmpty()) {
-        complain(problem);
+        printError(problem);
         return notDone;
     }
     for (const QString& step : conversion.steps)
@@ -122,9 +122,9 @@ int main(int argc, char** argv) {
         std::cout.flush();
         return std::cout ? status : notDone;
     } catch (const std::bad_alloc&) {
-        complain(QStringLiteral("not enough memory"));
+        printError(QStringLiteral("not enough memory"));
     } catch (const std::exception& exception) {
-        complain(QString::fromUtf8(exception.what()));
+        printError(QString::fromUtf8(exception.what()));
     }
     return notDone;
 }

@@ -1,38 +1,38 @@
-// Reads numbers from a command line.
+// The values of options on a command line, checked.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/target/NumberReader.h"
+#include "tools/target/OptionValues.h"
 
 #include <QCommandLineParser>
 
 #include <algorithm>
 
-double NumberReader::number(const QString& option, double minimum, double maximum) {
+double OptionValues::number(const QString& option, double minimum, double maximum) {
     bool isNumber = false;
     const double value = parser.value(option).toDouble(&isNumber);
     // Also refuses NaN, for which every comparison is false.
     if (isNumber && value >= minimum && value <= maximum)
         return value;
-    complain(option, QStringLiteral("a number from %1 to %2").arg(minimum).arg(maximum));
+    reportInvalid(option, QStringLiteral("a number from %1 to %2").arg(minimum).arg(maximum));
     return minimum;
 }
 
-int NumberReader::integer(const QString& option, int minimum, int maximum) {
+int OptionValues::integer(const QString& option, int minimum, int maximum) {
     bool isNumber = false;
     const int value = parser.value(option).toInt(&isNumber);
     if (isNumber && value >= minimum && value <= maximum)
         return value;
-    complain(option, QStringLiteral("a whole number from %1 to %2").arg(minimum).arg(maximum));
+    reportInvalid(option, QStringLiteral("a whole number from %1 to %2").arg(minimum).arg(maximum));
     return minimum;
 }
 
-int NumberReader::choice(const QString& option, const QStringList& words) {
+int OptionValues::choice(const QString& option, const QStringList& words) {
     const int position = words.indexOf(parser.value(option));
     if (position < 0)
-        complain(option, words.join(QLatin1String(", ")));
+        reportInvalid(option, words.join(QLatin1String(", ")));
     return std::max(position, 0);
 }
 
-QVector<int> NumberReader::list(const QString& option) {
+QVector<int> OptionValues::list(const QString& option) {
     constexpr int highest = 10000;
     QVector<int> numbers;
     for (const QString& part : parser.value(option).split(u',')) {
@@ -42,7 +42,7 @@ QVector<int> NumberReader::list(const QString& option) {
         const int first = ends.constFirst().toInt(&isFirst);
         const int last = ends.constLast().toInt(&isLast);
         if (!isFirst || !isLast || ends.size() > 2 || first < 1 || last < first || last > highest) {
-            complain(
+            reportInvalid(
                 option,
                 QStringLiteral("a list such as 2-10 or 1,3,5 of numbers up to %1").arg(highest));
             return {1};
@@ -55,7 +55,7 @@ QVector<int> NumberReader::list(const QString& option) {
     return numbers;
 }
 
-void NumberReader::complain(const QString& option, const QString& wanted) {
+void OptionValues::reportInvalid(const QString& option, const QString& wanted) {
     if (firstProblem.isEmpty())
         firstProblem =
             QStringLiteral("--%1 takes %2, not \"%3\"").arg(option, wanted, parser.value(option));

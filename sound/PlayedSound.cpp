@@ -1,6 +1,6 @@
 // A sound as it is played: its bytes, the silence after it, and whether it was heard to its end.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "sound/Playback.h"
+#include "sound/PlayedSound.h"
 
 #include "base/Numbers.h"
 

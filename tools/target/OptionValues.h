@@ -1,4 +1,4 @@
-// Reads numbers from a command line.
+// The values of options on a command line, checked.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -10,9 +10,9 @@ class QCommandLineParser;
 
 /// Reads the values of options and remembers the first invalid one. Numbers have a decimal point in
 /// every locale.
-class NumberReader {
+class OptionValues {
 public:
-    explicit NumberReader(const QCommandLineParser& commandLine) : parser(commandLine) {}
+    explicit OptionValues(const QCommandLineParser& commandLine) : parser(commandLine) {}
 
     /// Returns an option's number; the minimum if it is not a number from `minimum` to `maximum`.
     double number(const QString& option, double minimum, double maximum);
@@ -28,7 +28,7 @@ public:
     QString problem() const { return firstProblem; }
 
 private:
-    void complain(const QString& option, const QString& wanted);
+    void reportInvalid(const QString& option, const QString& wanted);
 
     const QCommandLineParser& parser;
     QString firstProblem;
