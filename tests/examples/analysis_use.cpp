@@ -1,16 +1,32 @@
 // Tests of the example analyses: command lines, help, codebook, and calls as a library.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "test_analysis.h"
-
+#include "analysis_tables.h"
 #include "support/FileBytes.h"
 #include "support/ProgramRun.h"
+#include "support/TestMain.h"
 #include "support/TestTable.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTest>
 
 using testsupport::writeBytes;
+
+/// Command lines, help, codebook and calls as a library.
+class TestAnalysisUse : public QObject {
+    Q_OBJECT
+
+private slots:
+    void wrongCommandLinesAreRefused_data();
+    void wrongCommandLinesAreRefused();
+    void examplesInTheHelpWork_data() { addLanguages(); }
+    void examplesInTheHelpWork();
+    void codebookListsEveryColumn_data() { addLanguages(); }
+    void codebookListsEveryColumn();
+    void functionsCanBeCalled_data() { addLanguages(); }
+    void functionsCanBeCalled();
+};
 
 namespace {
 
@@ -130,3 +146,10 @@ void TestAnalysisUse::functionsCanBeCalled() {
     QCOMPARE(run.output.trimmed(), "6");
     QCOMPARE(run.status, 0);
 }
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return testsupport::runAll<TestAnalysisUse>(argc, argv);
+}
+
+#include "analysis_use.moc"

@@ -286,6 +286,5 @@ void TestAnalysisTables::languagesAgree() {
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    return testsupport::runAll<TestAnalysisTables, TestAnalysisUse, TestAnalysisExamples>(argc,
-                                                                                          argv);
+    return testsupport::runAll<TestAnalysisTables, TestAnalysisExamples>(argc, argv);
 }

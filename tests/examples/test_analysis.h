@@ -30,21 +30,6 @@ private slots:
     void languagesAgree();
 };
 
-/// Command lines, help, codebook and calls as a library (analysis_use.cpp).
-class TestAnalysisUse : public QObject {
-    Q_OBJECT
-
-private slots:
-    void wrongCommandLinesAreRefused_data();
-    void wrongCommandLinesAreRefused();
-    void examplesInTheHelpWork_data() { addLanguages(); }
-    void examplesInTheHelpWork();
-    void codebookListsEveryColumn_data() { addLanguages(); }
-    void codebookListsEveryColumn();
-    void functionsCanBeCalled_data() { addLanguages(); }
-    void functionsCanBeCalled();
-};
-
 /// The simulated listeners that ship as examples, and pictures (analysis_examples.cpp).
 class TestAnalysisExamples : public QObject {
     Q_OBJECT

@@ -79,6 +79,7 @@ void TestFftCodePaths::everyCodePathEqualsThePlainPasses() {
     const OpenFft fft(static_cast<std::int64_t>(length));
     const plainfft::Transform plain(bits);
     const double mark = -77.0;
+    std::vector<double> framed;
     for (const std::vector<double>& input : inputs(bits)) {
         const std::vector<double> expected = plain(input);
         // Offset by one double, so that nothing is better aligned than a double.
@@ -87,7 +88,7 @@ void TestFftCodePaths::everyCodePathEqualsThePlainPasses() {
         for (const CodePath& path : codePaths()) {
             if (bits < path.minimumBits)
                 continue;
-            std::vector<double> framed(length + 2, std::numeric_limits<double>::quiet_NaN());
+            framed.assign(length + 2, std::numeric_limits<double>::quiet_NaN());
             framed.front() = mark;
             framed.back() = mark;
             path.transform(fft, framed.data() + 1, framedInput.data() + 1);
