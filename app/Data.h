@@ -24,8 +24,9 @@ struct Data {
     int nFFTPointsToPlot = 500;      ///< Spectrum bins drawn, at most half the spectrum's length.
 
     QString wavFolder = desktopFolder(); ///< Folder in which the target dialog opens.
-    QString outputFilePath = wavFolder;  ///< Folder of the results file; after saving, its path.
-    QString wavFilePath = wavFolder;     ///< Folder of the current target.
+    /// Folder of the results file; after saving, the full path of the file.
+    QString outputFilePath = wavFolder;
+    QString wavFilePath = wavFolder; ///< Folder of the current target.
 
     QString subjectCode = QStringLiteral("SUB001");
     QString outputFileName = subjectCode + QStringLiteral(".txt");
@@ -37,14 +38,15 @@ struct Data {
     QStringList mainParameters = {QStringLiteral("sound files"), QStringLiteral("reserved")};
     int mainParameterIndex = 0;
 
-    int fileNumber = 1;          ///< Number of the session's results file, from 1.
-    double silentInterval = 0.5; ///< Seconds of silence between two sounds.
+    int fileNumber = 1; ///< Number of the session's results file, from 1.
+    /// Seconds of the pause before each sound, in addition to one soundDuration.
+    double silentInterval = 0.5;
     QString wavFileName = QStringLiteral("File001.wav"); ///< File name of the current target.
     QVector<Record> records; ///< Candidate targets; element 0 also holds the session's match.
 
     int frequencyMin = 10;      ///< Hz, the lowest frequency that the listener can set.
     int frequencyMax = 1000;    ///< Hz, the highest frequency that the listener can set.
-    int frequencyStart = 500;   ///< Hz, where each run starts.
+    int frequencyStart = 500;   ///< Hz, where each session starts.
     int frequencyCurrent = 500; ///< Hz, of the comparison sinusoid.
     int frequencyStepSize = 1;  ///< Hz, the step of the listener's slider and spin box.
 

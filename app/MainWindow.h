@@ -5,7 +5,8 @@
 // window is in plain functions and types beside it:
 //
 //      MainWindow...                             plain
-//   1  Construction  app/MainWindow.cpp
+//   1  Construction, app/MainWindow.cpp
+//      closing
 //   2  Widgets       app/...Widgets, ...Layout,   window/Widgets.h, TopLevelWindow
 //                    ...Accessibility
 //   3  Settings      app/...Settings              app/Data.h, base/NumberTexts
@@ -14,7 +15,7 @@
 //   6  Results file  session/...Results           session/ResultsFile, FileReplacement
 //   7  Target        sound/...Target              sound/CWav, TargetSamples
 //   8  Playback      sound/...Playback            sound/PlayedSound, PresentationPause, Sinusoid
-//   9  Charts        charts/...Charts,            charts/ChartPoints, AmplitudeSpectrum
+//   9  Charts        charts/...ChartFonts,        charts/ChartPoints, AmplitudeSpectrum
 //                    ...Waveform, ...Spectrum,
 //                    ...Trend
 //
@@ -127,9 +128,10 @@ public:
     /// Proposes a name for the results file from subject code, session type and file number.
     void updateOutputFileName();
 
-    /// Asks where to save and writes the results there. Path and name of the settings become
-    /// those of the chosen file, empty when the dialog was cancelled; a file that cannot be
-    /// opened or written is reported in a warning box, and the session's journal is kept.
+    /// Asks where to save and writes the results there. data.outputFilePath and
+    /// data.outputFileName become path and name of the chosen file, empty when the dialog was
+    /// cancelled. A file that cannot be opened or written is reported in a warning box, and the
+    /// session's journal is kept.
     void writeDataToTxt();
 
     // 7 Target: sound/MainWindowTarget.cpp
@@ -140,8 +142,8 @@ public:
     /// Loads the target of the current trial, copies its first channel and sizes the charts'
     /// buffers. A file that fails to load or cannot be a target leaves the earlier target in use,
     /// and the record then names that one. If there is no earlier target, or it does not suit the
-    /// settings, the file is refused. A cancelled dialog is always refused. A refusal sets nFiles
-    /// to 0, empties trialSequence and changes nothing else.
+    /// settings, the file is refused. The empty name of a cancelled dialog is always refused. A
+    /// refusal sets nFiles to 0, empties trialSequence and changes nothing else.
     void genWav();
 
     /// Shows the folder and file name of the current target.
@@ -152,11 +154,11 @@ public:
     /// Synthesises the comparison sinusoid at frequencyCurrent.
     void genSinusoid();
 
-    /// Schedules playOneSound as a response does, if a trial is left, and moves on to the next
-    /// trial. Returns its position.
+    /// Schedules playOneSound as a request does, if a trial is left. Then advances
+    /// sequencePosition, and returns it.
     int playWav();
 
-    // 9 Charts: charts/MainWindowCharts.cpp, ...Waveform.cpp, ...Spectrum.cpp, ...Trend.cpp
+    // 9 Charts: charts/MainWindowChartFonts.cpp, ...Waveform.cpp, ...Spectrum.cpp, ...Trend.cpp
 
     void displayEmptyWav();   ///< Creates the empty waveform chart, once.
     void displayEmptyFFT();   ///< Creates the empty spectrum chart, once.
@@ -243,6 +245,8 @@ protected:
     /// button works on disabled windows too, and the unsaved responses would be lost.
     void closeEvent(QCloseEvent* event) override;
 
+    void deleteCharts();
+
     // 2 Widgets: app/MainWindowWidgets.cpp, ...Layout.cpp, ...Accessibility.cpp
     void createWidgets();
     void connectWidgets();
@@ -287,10 +291,9 @@ protected:
     void releaseAudioOutput();
     void deleteReleasedOutputs();
 
-    // 9 Charts: charts/MainWindowCharts.cpp, ...Waveform.cpp, ...Spectrum.cpp, ...Trend.cpp
+    // 9 Charts: charts/MainWindowChartFonts.cpp, ...Waveform.cpp, ...Spectrum.cpp, ...Trend.cpp
     void setUpFonts();
     void sizeSpectrum();
-    void deleteCharts();
 
     // Widgets, in the order of their creation. The labels and combo boxes held by std::unique_ptr
     // are in no layout: the experimenter never sees them, but they hold the selections.
@@ -350,9 +353,9 @@ protected:
     QVector<double> fftPhases;       ///< Radians, of each bin; by genFFT.
     QVector<QPointF> pointsWav;      ///< Waveform: milliseconds, sample value; by displayWav.
     QVector<QPointF> pointsFFT;      ///< Spectrum: Hz, amplitude; by displayFFT.
-    QVector<double> trendTrials;     ///< The number of responses at each request of a sinusoid.
+    QVector<double> trendTrials;     ///< Sinusoids played before each request of one.
     /// Hz, of each request of a sinusoid in the session, as in the journal and the results file.
-    /// Like trendTrials by recordResponse and resetTrend.
+    /// Written by recordResponse and resetTrend, as trendTrials is.
     QVector<double> trendFrequencies;
     QVector<double> rangeWav;      ///< Minimum and maximum sample of the target; by displayWav.
     QVector<double> rangeFFT;      ///< Minimum and maximum amplitude; by displayFFT.
@@ -367,14 +370,15 @@ protected:
     QVector<int> trialSequence; ///< Indices into the records in the order of presentation; also by
                                 ///< genRandomSequence, refuseTarget.
     QString currentTargetPath;  ///< Folder and name of the prepared target; also by genWav.
-    int sequencePosition = 0;   ///< Index in trialSequence; 0 outside updateMainwindow.
+    int sequencePosition = 0;   ///< Index in trialSequence; also by playWav, and by
+                                ///< updateMainwindow, which sets it back to 0.
     int currentFileIndex = 0;   ///< Index of the prepared target's record; also by genWav.
     int nRepetitions = 0;       ///< Of each target in this session; by prepareSession.
     int nRepetitionsPractice = 1;   ///< Of each target in a practice session. Nothing changes it.
     int nRepetitionsExperiment = 1; ///< Of each target in an experiment. Nothing changes it.
     int nFiles = 0;                 ///< Targets chosen, 0 if none is usable; also by chooseTarget,
                                     ///< refuseTarget.
-    bool playSinusoidNext = false;  ///< Whether the sinusoid was requested, or the target; by
+    bool playSinusoidNext = false;  ///< True if a sinusoid was requested, false if the target; by
                                     ///< updateMainwindow.
     int soundsPerPresentation = 0;  ///< Sounds played for one request; by initParameters.
     int soundsPlayed = 0; ///< Sounds started since the last request; also by updateMainwindow,
@@ -393,7 +397,7 @@ protected:
 
     // Playback. Output, buffer and bytes exist from startAudioOutput to releaseAudioOutput.
     std::unique_ptr<QByteArray> audioBytes; ///< What the output plays.
-    std::unique_ptr<QBuffer> audioBuffer;   ///< The device it is pulled from.
+    std::unique_ptr<QBuffer> audioBuffer;   ///< The device from which the output pulls the bytes.
     QAudioOutput* audioOutput = nullptr;    ///< A child of this window; null between sounds.
     QElapsedTimer audioClock;               ///< Since the output was last started.
     QAudioFormat audioFormat;               ///< Of every sound, by setUpAudioFormat().

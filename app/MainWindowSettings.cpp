@@ -55,7 +55,8 @@ void MainWindow::showSettings() {
 
 void MainWindow::sizeBuffers() {
     soundsPerPresentation = 1;
-    targetSamples.resize(data.nPointsToPlot); // deliberately before the count is recomputed
+    // By the count that the settings start with, deliberately, and not by the one computed below.
+    targetSamples.resize(data.nPointsToPlot);
     trendTrials.clear();
     trendFrequencies.clear();
     data.nPointsToPlot = sampleCount(data.plotDuration, data.samplingRate);

@@ -5,8 +5,8 @@
 #include <QStandardPaths>
 #include <QString>
 
-/// Returns the user's desktop folder as the platform reports it, or an empty text if it
-/// reports no such folder: where target files are looked for and results files are proposed.
+/// Returns the desktop folder, where target files are looked for and results files are proposed;
+/// empty if the platform reports none.
 inline QString desktopFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 }

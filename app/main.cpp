@@ -29,8 +29,8 @@ void completeEnvironment() {
           // a process id.
           std::pair("PULSE_PROP_OVERRIDE_application.name", "Pellion"),
           std::pair("PULSE_PROP_application.icon_name", "pellion"),
-          // Nothing is drawn by OpenGL. Its driver alone would take half of the program's memory
-          // and a third of its start.
+          // Nothing is drawn by OpenGL, whose driver alone would take half of the program's
+          // memory and a third of its starting time.
           std::pair("QT_XCB_GL_INTEGRATION", "none")})
         if (!qEnvironmentVariableIsSet(variable))
             qputenv(variable, value);

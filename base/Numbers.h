@@ -24,6 +24,6 @@ constexpr int maximumSampleCount =
 /// int is returned, for NaN 0: a plain conversion would be undefined there.
 int truncatedToInt(double number);
 
-/// Returns floor(durationSeconds x samplingRate), the sampling rate in Hz, limited to 0 and
-/// maximumSampleCount; for NaN 0.
+/// Returns floor(durationSeconds x samplingRate), the sampling rate in Hz, limited to
+/// 0..maximumSampleCount; for NaN 0.
 int sampleCount(double durationSeconds, double samplingRate);

@@ -4,6 +4,6 @@
 
 #include <QString>
 
-/// Returns the version as titles and "pellion-target --version" show it, such as "v014": the
-/// version number in CMakeLists.txt with three digits.
+/// Returns the version as titles and --version show it, such as "v014": the version number in
+/// CMakeLists.txt with three digits.
 QString programVersion();

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Each iteration prepares a target twice in a new main window, with huge pages, and twice in
-// another one without them; the steps of the very first preparation are timed one by one. Then Qt
-// draws the same points in a window that has done nothing else. Counters are medians over the
+// another one without them; the steps of the first one with huge pages are timed one by one. Then
+// Qt draws the same points in a window that has done nothing else. Counters are medians over the
 // iterations: milliseconds, page faults, bytes; shares are those of the sums. Loading is compared
 // with libsndfile's reading of the same file into doubles.
 #include "app/MainWindow.h"

@@ -5,8 +5,8 @@
 //
 // NANOSECONDS is the time of the system's monotonic clock when this process was launched. Prints
 // one JSON object of milliseconds. The steps are those of the program's main() in the same order,
-// with one difference: fonts and sound device are looked up first, and the window's constructor
-// then finds them at almost no cost.
+// without version, desktop file name and some environment variables. Fonts and sound device are
+// looked up before the window, whose constructor then finds them at almost no cost.
 #include "app/MainWindow.h"
 
 #include "session/ResponseJournal.h"
@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
     // The steady clock is the system's monotonic one.
     Steps steps(Clock::time_point(std::chrono::nanoseconds(std::strtoll(argv[1], nullptr, 10))));
     steps.end("libraries");
-    // The environment variables that the program sets first.
+    // Of the environment variables that the program sets first, the one that matters to the time.
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     const QApplication application(argc, argv);
     steps.end("screen");

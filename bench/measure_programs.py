@@ -80,7 +80,7 @@ def answer_first_questions(home):
 
 
 def end_earlier_praat(home):
-    """A new Praat hands over to an earlier process unless that has quit properly."""
+    """A Praat that was killed leaves its process id, to which a new one would hand over."""
     (home / ".praat-dir" / "pid").unlink(missing_ok=True)
 
 
@@ -163,7 +163,7 @@ def time_in_turns(commands, rounds, folder):
 
 
 def drawings(build, folder):
-    """Of targets of each length, by their seconds."""
+    """Returns the times of drawing targets, by their seconds."""
     target, picture = folder / "target.wav", folder / "picture.png"
     script = pathlib.Path(__file__).with_name("draw_target.praat")
     commands = {"Pellion": [build / "bench" / "draw_target", target, picture]}

@@ -1,4 +1,4 @@
-// The one-sided amplitude spectrum of a sound, and how long it is.
+// The one-sided amplitude spectrum of a sound, and its length.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "charts/AmplitudeSpectrum.h"
 
@@ -56,7 +56,7 @@ void fillSpectrum(const double* transformed, qint64 length, int nSamples,
     const int bins = static_cast<int>(length / 2);
     const double* const real = transformed;
     const double* const negatedImaginary = transformed + bins;
-    const int halfSound = nSamples / 2; // whole samples, deliberately
+    const int halfSound = nSamples / 2; // integer division, deliberately
     double* const frequency = spectrum.frequencies.data();
     double* const amplitude = spectrum.amplitudes.data();
     double* const phase = spectrum.phases.data();

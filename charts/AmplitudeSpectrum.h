@@ -1,4 +1,4 @@
-// The one-sided amplitude spectrum of a sound, and how long it is.
+// The one-sided amplitude spectrum of a sound, and its length.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

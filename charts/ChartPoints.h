@@ -8,7 +8,7 @@
 /// The part of a sound, from its beginning, that is drawn.
 struct PlottedPart {
     int points;             ///< Samples drawn.
-    double durationSeconds; ///< The plot duration of later sounds, too.
+    double durationSeconds; ///< Its duration, which also becomes the plot duration of later sounds.
 };
 
 /// Returns the part of plotDuration seconds at samplingRate (Hz), or the whole sound if that is

@@ -10,7 +10,7 @@ check_pie_supported()
 
 # pellion_harden(compile|link FLAG): adds the flag if the compiler knows it.
 function(pellion_harden kind flag)
-    # The variable's name is what the configuration's output shows.
+    # CMake prints this variable's name.
     string(MAKE_C_IDENTIFIER "PELLION_HAS_${flag}" is_known)
     if(kind STREQUAL "compile")
         check_cxx_compiler_flag(${flag} ${is_known})
@@ -32,7 +32,7 @@ pellion_harden(link -Wl,-z,relro)
 pellion_harden(link -Wl,-z,now)
 pellion_harden(link -Wl,-z,noexecstack)
 target_compile_definitions(pellion_options INTERFACE _GLIBCXX_ASSERTIONS)
-# Needs an optimising build.
+# _FORTIFY_SOURCE needs an optimising build.
 if(NOT PELLION_SANITIZE)
     set(is_optimising "$<OR:$<CONFIG:Release>,$<CONFIG:RelWithDebInfo>>")
     target_compile_options(

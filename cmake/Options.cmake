@@ -6,9 +6,10 @@ option(PELLION_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 file(RELATIVE_PATH source_from_build ${CMAKE_BINARY_DIR} ${PROJECT_SOURCE_DIR})
 
 add_library(pellion_options INTERFACE)
-# Contracted multiply-adds would make results depend on the machine. Qt's QSKIP, with one argument, is
-# a variadic macro without a variadic argument, to which clang objects. Where a target is one translation
-# unit, one file's locals may have the names of another file's constants.
+# Contracted multiply-adds would make results depend on the machine. Qt's QSKIP, with one argument,
+# is a variadic macro without a variadic argument, to which clang objects. Where a target is one
+# translation unit, one file's locals may have the names of another file's constants, so -Wshadow is
+# off there.
 target_compile_options(
     pellion_options
     INTERFACE -Wall -Wextra -Wpedantic -Wconversion -ffp-contract=off

@@ -84,7 +84,7 @@ def main():
                   for name in DOCUMENTS for quoted in missing_texts(read(name), texts)]
     objections += [f"{name}: there is no {target}"
                    for name in all_documents() for target in dead_links(name)]
-    objections += [f"{name}: the version is {found}, of the program {expected}"
+    objections += [f"{name}: the version is {found}, the program's is {expected}"
                    for name, found, expected in other_versions()]
     print(*objections, sep="\n", end="\n" if objections else "", file=sys.stderr)
     return 1 if objections else 0

@@ -90,7 +90,7 @@ accepted_skips=(
     "This system has no huge pages to ask for."
     "too little memory for the longest sound"
     "a limit of the address space leaves the sanitizer none"
-    "the desk runs PulseAudio" # test_session_tool_pipewire runs that one
+    "the desk runs PulseAudio" # test_session_tool_pipewire runs the skipped test
 )
 
 # run_tests DIRECTORY [CTEST-ARGUMENT...]: fails if a test fails, in CI also if one is skipped for a

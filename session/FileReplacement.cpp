@@ -1,4 +1,4 @@
-// Writing a file so that neither the new nor the old content is lost.
+// Replacing a file so that an error leaves its old content wherever this is possible.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "session/FileReplacement.h"
 
@@ -64,13 +64,14 @@ FileReplacement replaceFile(const QString& path, const QByteArray& bytes) {
     if (!file.open(textMode)) {
         if (!target.exists())
             return writeInPlace(path, bytes);
-        // Even if no other file can be created, the existing one must not be truncated.
+        // The folder is writable, but no file can be created, as on a full disk: truncating the
+        // existing one would lose it.
         return target.isWritable() ? FileReplacement::NotWritten : FileReplacement::NotOpened;
     }
     if (!writeThrough(file, bytes))
         return FileReplacement::NotWritten;
-    // The rename fails over another user's file in a sticky directory, and the temporary name may
-    // be too long.
+    // Renaming fails over another user's file in a sticky directory, or if the temporary name is
+    // too long.
     if (!file.commit())
         return writeInPlace(path, bytes);
     syncNamesToDisk(target.path());

@@ -24,8 +24,8 @@ public:
     bool isHeldElsewhere() const { return heldElsewhere; }
 
     /// Returns the bytes of a journal that this has locked; nothing when not all can be read. They
-    /// are read through the lock: where locks are mandatory, even this process could not read the
-    /// file again.
+    /// are read from the locked descriptor: where locks are mandatory, even this process could not
+    /// read the file through another one.
     std::optional<QByteArray> contents() const;
 
 private:

@@ -4,7 +4,7 @@
 
 #include "base/NumberTexts.h"
 #include "subject/ResponseCode.h"
-#include "window/Warnings.h"
+#include "window/WarningBox.h"
 
 #include <QDebug>
 #include <QLineEdit>
@@ -21,8 +21,8 @@ void MainWindow::updateMainwindow(int response, int frequency) {
             record->frequencyMatched = frequency;
         genSinusoid();
         schedulePresentation();
-        // A request counts as a trial while the trend is updated. Then the sequence starts again,
-        // so that there is always a trial left to present.
+        // The position counts this trial while the trend is updated, as code that is connected to
+        // the trend's axes sees. Then back to 0, so that there is always a trial left to present.
         ++sequencePosition;
         updateTrend();
         sequencePosition = 0;

@@ -4,7 +4,7 @@
 
 #include "session/FileReplacement.h"
 #include "session/ResultsFile.h"
-#include "window/Warnings.h"
+#include "window/WarningBox.h"
 
 #include <QDir>
 #include <QFileDialog>

@@ -110,7 +110,7 @@ void ResponseJournal::begin(const QString& resultsFileName, const QDateTime& sta
     keep();
     name = journalName(resultsFileName, start);
     responses = 0;
-    wholeLines = 0;
+    completeBytes = 0;
     hasReportedFailure = false;
 }
 
@@ -185,14 +185,14 @@ bool ResponseJournal::open() {
 /// Writes all of the lines, or nothing if they do not fit.
 bool ResponseJournal::append(const QByteArray& lines) {
     // Overwrites what a failed attempt may have left: the beginning of the same lines.
-    if (file.seek(wholeLines) && file.write(lines) == lines.size()) {
-        wholeLines += lines.size();
+    if (file.seek(completeBytes) && file.write(lines) == lines.size()) {
+        completeBytes += lines.size();
         return true;
     }
     // A line cut off within its frequency would read as another frequency. If truncating fails,
     // line feeds overwrite the incomplete line.
-    if (!file.resize(wholeLines) && file.seek(wholeLines))
-        file.write(QByteArray(std::max(0, int(file.size() - wholeLines)), '\n'));
+    if (!file.resize(completeBytes) && file.seek(completeBytes))
+        file.write(QByteArray(std::max(0, int(file.size() - completeBytes)), '\n'));
     return false;
 }
 

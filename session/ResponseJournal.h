@@ -16,7 +16,8 @@ QString journalFolder();
 /// sessions whose results were not saved. Those that a running program still writes are skipped.
 void reportLeftoverJournals(const QString& folder);
 
-/// How many characters of the results file's name, without extension, a journal's name has.
+/// A journal's name holds at most this many characters of the results file's name, without
+/// extension.
 constexpr int maximumResultsNameLength = 60;
 
 /// Returns the name of a journal without folder: the results file's name, shortened and with
@@ -50,11 +51,11 @@ public:
 
     /// Ends the session, whose results have been saved, and removes its journal. Two kinds of files
     /// at the journal's path are not removed: the results file itself (same device and inode),
-    /// which is reported on standard error, and a file with which something else has replaced the
-    /// journal.
+    /// which is reported on standard error, and another file that has replaced the journal.
     void discard(const QString& resultsPath);
 
-    /// Ends the session. Prints the journal's path on standard error, if it holds any response.
+    /// Ends the session. If its journal holds any response, prints the path on standard error;
+    /// otherwise removes it.
     void keep();
 
 private:
@@ -63,10 +64,10 @@ private:
     void reportFailure();
 
     QString folder;
-    QString name;          ///< Empty between sessions.
-    QString path;          ///< Of the file, from the first attempt to create it.
-    QFile file;            ///< Open from the first response on; only its owner may read it.
-    int responses = 0;     ///< Held by the file.
-    qint64 wholeLines = 0; ///< Bytes of the file that are these responses.
+    QString name;             ///< Empty between sessions.
+    QString path;             ///< Of the file, from the first attempt to create it.
+    QFile file;               ///< Open from the first response on; only its owner may read it.
+    int responses = 0;        ///< Held by the file.
+    qint64 completeBytes = 0; ///< Of the file: its header and these responses.
     bool hasReportedFailure = false;
 };

@@ -22,6 +22,6 @@ template <typename Generator> void shuffleTrials(QVector<int>& trials, Generator
     }
 }
 
-/// Returns orderedTrials() in an order seeded by the system's random device, which cannot be
-/// repeated.
+/// Returns the trials in a random order, which cannot be repeated: the system's random device gives
+/// the seed.
 QVector<int> randomTrials(int nRepetitions, int nFiles);

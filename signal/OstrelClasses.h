@@ -62,8 +62,8 @@ QVector<double> sam(double samplingRate, double durationSeconds, double carrierF
 // between the ramps keep their values.
 //
 // A signal with less than 2 x nPoints samples is reported ("Vector size must be at least twice of
-// nPoints") and still ramped: samples in the overlap receive both gains, one that is its own mirror
-// image the same gain twice, and indices outside the signal are skipped. nPoints < 1 changes
+// nPoints") and still ramped: samples in the overlap receive both gains (the middle sample of an
+// odd number the same gain twice), and indices outside the signal are skipped. nPoints < 1 changes
 // nothing.
 //
 // Each ramp has a form that returns a ramped copy and one that ramps the caller's vector, which

@@ -6,9 +6,9 @@
 
 #include <ctime>
 
-// The generator is Qt's qrand(), which is deprecated: that two calls in the same second, and a seed
-// chosen by the caller, repeat the numbers is part of the library's contract. The deprecation
-// warnings are switched off here, and everything else goes through these functions.
+// The generator is Qt's deprecated qrand(). The library's contract includes that two calls in the
+// same second, and equal seeds, repeat the numbers. The deprecation warnings are switched off here,
+// and everything else goes through these functions.
 //
 // Each thread has its own generator. Seeding one does not affect the others, and a thread that has
 // not been seeded draws as after seedRandomNumbers(1), independently of other threads.

@@ -24,7 +24,7 @@ namespace {
 constexpr std::array<char, 4> waveFormat{'W', 'A', 'V', 'E'};
 constexpr std::uint16_t linearPcm = 1;
 
-/// Data are read in blocks of this many bytes, so that a declared size costs nothing by itself.
+/// Data are read in blocks of this many bytes, so that a large declared size alone takes no memory.
 constexpr std::size_t bytesPerBlock = std::size_t{1} << 20U;
 
 /// Samples are converted in blocks of this many: the zeros that resize() writes are then still in
@@ -70,8 +70,8 @@ std::size_t remainingBytes(std::istream& file) {
     return file && end > next ? static_cast<std::size_t>(end - next) : 0;
 }
 
-/// Replaces `bytes` by the next ones of a file: `wanted` of them, or fewer when the file or the
-/// memory ends before.
+/// Replaces `bytes` by the next ones of a file: `wanted` of them, or fewer when the file ends or
+/// memory runs out.
 void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) {
     // Avoids the copies of growing block by block. One extra byte, so that the last read reaches
     // the end of the file.
@@ -91,7 +91,7 @@ void readUpTo(std::size_t wanted, std::istream& file, std::vector<char>& bytes) 
     bytes.resize(obtained);
 }
 
-/// Reports a problem with a file on standard error; returns false, the result of its caller.
+/// Reports a problem with a file on standard error; returns false, which its caller returns too.
 bool refuse(std::string_view problem, const std::filesystem::path& path) {
     std::cerr << problem << path.native() << std::endl;
     return false;
@@ -164,7 +164,7 @@ bool CWav::LoadWav(std::string fileName) {
 
 void CWav::ConvertData() {
     samples.clear();
-    // A caller may have changed any of these since the file was read.
+    // Header and data are public: a caller may have changed them since the file was read.
     const bool isComplete = bytesRead == header.dataSize;
     const std::size_t heldBytes = std::min<std::size_t>(header.dataSize, rawData.size());
     const std::string_view bytes(rawData.data(), isComplete ? heldBytes : 0);
@@ -214,7 +214,8 @@ void CWav::DisplayHeader() const {
                << "WAVE header                : " << textOf(header.format) << '\n'
                << "FMT                        : " << textOf(header.formatChunkIdentifier)
                << '\n'
-               // The laboratory's label; the value is the size of the whole RIFF chunk.
+               // The laboratory's label is wrong and kept: the value is the size of the RIFF
+               // chunk's content.
                << "Data size                  : " << header.riffChunkSize << '\n'
                << "Sampling Rate              : " << header.samplingRate << '\n'
                << "Number of bits per sample  : " << header.bitsPerSample << '\n'

@@ -71,7 +71,7 @@ void MainWindow::playOneSound() {
 }
 
 void MainWindow::startAudioOutput(const QVector<double>& samples, int length) {
-    // The last output still exists if another sound is playing or stopped with an error.
+    // An earlier output still exists if it is playing or stopped with an error.
     releaseAudioOutput();
     audioBytes = std::make_unique<QByteArray>(soundBytes(samples, length));
     const qint64 tailBytes =

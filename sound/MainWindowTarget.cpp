@@ -109,7 +109,8 @@ bool MainWindow::loadTarget(Record& record) {
         targetInUse = record;
         return true;
     }
-    // CWav has reported a failed load, but not that there is nothing to play.
+    // CWav reports a file that fails to load, but neither one that cannot be a target nor that
+    // there is no earlier one.
     if (isLoaded || !targetInUse.has_value())
         report("Unusable WAV file: ", record);
     // The earlier target may need the memory.

@@ -8,15 +8,14 @@
 
 /// Returns `length` samples as little-endian 32-bit floats, four bytes each: the samples given,
 /// cut off or padded with zeros at the end. Nothing is scaled, clipped or dithered; values beyond
-/// -1..+1 are passed on as they are. A length below 1 gives no bytes, one beyond maximumSampleCount
-/// that many samples.
+/// -1..+1 are passed on as they are. The length is limited to 0..maximumSampleCount.
 QByteArray soundBytes(const QVector<double>& samples, int length);
 
-/// Microseconds of silence to play after a sound. The output reports its end when the server has
-/// taken the last of it, and stopping it then discards what the server has not played yet: up to
-/// 210 ms with PulseAudio, which takes samples in advance as the output's buffer of 250 ms allows.
-/// PipeWire drops the samples that do not fill a quantum, and never reports the end of a sound
-/// shorter than that.
+/// Microseconds of silence to play after a sound. The output reports the end when the server has
+/// taken the last sample; stopping the output then discards what the server has not played yet: up
+/// to 210 ms with PulseAudio, which takes samples in advance as the output's buffer of 250 ms
+/// allows. PipeWire drops the samples that do not fill a quantum, and never reports the end of a
+/// sound shorter than that.
 constexpr qint64 silenceAfterSound = 250000;
 
 /// Reads the bytes of an array, and then `tailBytes` zero bytes that are not in the array. Can be

@@ -11,6 +11,6 @@ struct PresentationPause {
 };
 
 /// Returns the pause of one sound's length plus the silent interval, both in seconds, truncated to
-/// whole milliseconds and limited to 0 and the largest int. Pauses under two seconds ask for
-/// a precise timer, others for a coarse one.
+/// whole milliseconds and limited to the range from 0 to the largest int. Pauses under two seconds
+/// ask for a precise timer, others for a coarse one.
 PresentationPause presentationPause(double soundDuration, double silentInterval);

@@ -15,7 +15,7 @@ int openFlags(RegularFile::Purpose purpose) {
 constexpr mode_t modeBeforeUmask = 0666;
 } // namespace
 
-// Opening a FIFO that nothing reads or writes fails instead of blocking.
+// O_NONBLOCK: opening a FIFO must not wait for its other end.
 RegularFile::RegularFile(const std::filesystem::path& name, Purpose purpose)
     : descriptor(open(name.c_str(), openFlags(purpose) | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
                       modeBeforeUmask)) {

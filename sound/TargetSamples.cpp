@@ -44,7 +44,7 @@ qint64 unusedMemory() {
 /// Allocates the memory and frees it at once, so that a preparation does not fail after charts and
 /// settings have changed.
 bool isMemoryAvailable(qint64 bytes) {
-    // Finds a limit of the process; the kernel may grant more memory than the machine has.
+    // malloc() finds a limit of the process, but the kernel may grant more memory than there is.
     // Volatile, because the compiler may remove a malloc() that is only freed.
     void* volatile block = std::malloc(static_cast<std::size_t>(bytes));
     const bool isAvailable = block != nullptr;

@@ -217,7 +217,7 @@ void SubjectWindow::disableAllChoiceButtons() {
 void SubjectWindow::lock() {
     QWidget* const focusInQuestion =
         closeQuestion.isNull() ? nullptr : closeQuestion->focusWidget();
-    // A window that is locked already has no focus any more.
+    // A window already locked has lost its focus.
     if (isEnabled()) {
         const auto* frequencyText = spinBoxFrequency->findChild<QLineEdit*>();
         lockedFocus = focusWidget();

@@ -107,7 +107,7 @@ protected:
     QPushButton* pushButtonIAmReady = nullptr;
     QPushButton* pushButtonDone = nullptr;
     QHBoxLayout* layoutFrequency = nullptr; ///< Label and spin box.
-    QVBoxLayout* layoutUnused = nullptr;    ///< Part of the window, holds nothing.
+    QVBoxLayout* layoutUnused = nullptr;    ///< Empty, in no layout and without a parent.
     QGridLayout* layoutWindow = nullptr;
     QWidget* widgetCentral = nullptr;
     int reserved = 0; ///< Read by nothing.

@@ -56,11 +56,11 @@ void printError(const QString& text) {
 
 int answer(const TextRequest& request) {
     std::cout << request.text.toStdString();
-    return done;
+    return exitDone;
 }
 
 int answer(const UsageError& error) {
     printError(error.problem);
     printError(QStringLiteral("see --help"));
-    return notUnderstood;
+    return exitUnusable;
 }

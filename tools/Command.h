@@ -9,9 +9,10 @@
 
 class QCommandLineParser;
 
-constexpr int done = 0;
-constexpr int notDone = 1;
-constexpr int notUnderstood = 2;
+/// Exit statuses. The last is for a command line, file or folder that cannot be used.
+constexpr int exitDone = 0;
+constexpr int exitNotDone = 1;
+constexpr int exitUnusable = 2;
 
 /// Print a text that was asked for.
 struct TextRequest {
@@ -27,8 +28,8 @@ struct UsageError {
 using CommandDescriber = void (*)(QCommandLineParser& parser, const QString& command);
 
 /// Parses a command line: the program's name, one of at least two commands, and what belongs to it.
-/// Returns the command, whose options and arguments the parser then holds. --help and --version are
-/// texts.
+/// Returns the command, whose options and arguments the parser then holds; for --help and --version
+/// a text.
 std::variant<QString, TextRequest, UsageError> parseCommand(QCommandLineParser& parser,
                                                             const QStringList& arguments,
                                                             const QStringList& commands,

@@ -358,7 +358,8 @@ def read_written_mutants(product):
         file, _, scope = place.partition(" ")
         original, arrow, replacement = change.partition("=>")
         if not (scope and description and original.strip() and arrow):
-            raise Problem(f"{WRITTEN_BY_HAND}: not as its head demands: {head}")
+            raise Problem(f"{WRITTEN_BY_HAND}: not in the form that its first comment describes: "
+                          f"{head}")
         places = places_in_scopes(product, file, scope, original)
         if len(places) == 1:
             start, end = places.pop()

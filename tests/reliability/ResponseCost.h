@@ -7,7 +7,7 @@
 
 /// The costs of one response, in ms.
 struct ResponseCost {
-    /// The program's own share: match, synthesis, trend, bytes to be played. Processor time, which
+    /// The program's own time: match, synthesis, trend, bytes to be played. Processor time, which
     /// excludes other load on the machine.
     double own = 0;
     double journal = 0; ///< The journal, with its way to the disk.

@@ -149,7 +149,7 @@ public:
     bool hold() {
         if (!session.begin())
             return isWrong("the long session did not begin");
-        out << "\n| responses | own share (ms) | journal (ms) | own + journal (ms) | Qt (ms) "
+        out << "\n| responses | own time (ms) | journal (ms) | own + journal (ms) | Qt (ms) "
             << "| click (ms) | longest event (ms) | memory (MiB) | open files | threads |\n"
             << "|---|---|---|---|---|---|---|---|---|---|\n";
         for (int number = 1; number <= count; ++number) {
@@ -208,7 +208,7 @@ private:
                 << mebibytes(moment.held.privateMiB) << " | " << mebibytes(moment.held.allocatedMiB)
                 << " |\n";
         if (!areCostsKept)
-            out << "\nThe own share is too large, or open files or threads grew.\n";
+            out << "\nThe own time is too long, or open files or threads grew.\n";
     }
 
     /// Allocated memory shows growth more exactly than resident memory.

@@ -205,7 +205,7 @@ void TestSessionParts::findings_data() {
         "another clean resampler", [](SoundState& state) { state.resampler = "soxr-vhq"; }, "");
     row(
         "default resampler", [](SoundState& state) { state.resampler = "speex-float-1"; },
-        "resampler: the output runs at 48000 Hz, and speex-float-1 adds noise on the way there");
+        "resampler: the output runs at 48000 Hz, and resampling by speex-float-1 adds noise");
     row(
         "unplugged", [](SoundState& state) { state.isUnplugged = true; },
         "output: nothing is plugged in at card");
@@ -258,12 +258,12 @@ void TestSessionParts::reportsHoldEveryFinding() {
     state.sound.isUnplugged = true;
     state.desktop = {"/d", "does not exist", 0};
     state.journals = {"/j", "", 10000000};
-    SavedState goodDay;
-    goodDay.sound = good();
-    goodDay.sound.isUnplugged = true;
-    const CheckReport report = checkReport(state, goodDay);
+    SavedState saved;
+    saved.sound = good();
+    saved.sound.isUnplugged = true;
+    const CheckReport report = checkReport(state, saved);
     QCOMPARE(textsOf(report.findings),
-             QStringList({"volume: card is muted", "changed: muted: yes, on the good day no",
+             QStringList({"volume: card is muted", "changed: muted: yes, saved: no",
                           "desktop: /d does not exist"}));
     QCOMPARE(textsOf(report.notes), QStringList("output: nothing is plugged in at card"));
     QStringList lines = reportText(report).split('\n');
@@ -289,13 +289,23 @@ void TestSessionParts::reportsHoldEveryFinding() {
     compare("findings", report.findings);
     compare("notes", report.notes);
     QCOMPARE(json["sound"].toObject(), lastingValues(state.sound));
+    // Without the silent stream the resampler is not known.
+    state.sound.resampler.clear();
+    const auto rateIn = [](const CheckReport& other) {
+        return reportText(other).split('\n').value(3);
+    };
+    QCOMPARE(rateIn(checkReport(state, saved)),
+             QString("Sampling rate              : 48000 Hz, resampler unknown"));
+    state.sound.rate = 40000;
+    QCOMPARE(rateIn(checkReport(state, saved)),
+             QString("Sampling rate              : 40000 Hz, not resampled"));
     // Without a server nothing is known of the sound, and nothing is compared.
     state.sound = {};
     state.sound.problem = "none";
-    const CheckReport silent = checkReport(state, goodDay);
+    const CheckReport silent = checkReport(state, saved);
     QCOMPARE(textsOf(silent.findings),
              QStringList({"sound server: none", "desktop: /d does not exist"}));
-    QVERIFY(reportText(silent).startsWith("Sound server               : none\nDesktop "));
+    QVERIFY(reportText(silent).startsWith("Sound server               : unknown\nDesktop "));
     QVERIFY(!QJsonDocument::fromJson(reportJson(silent).toUtf8()).object().contains("sound"));
 }
 
@@ -311,9 +321,9 @@ void TestSessionParts::valuesThatLastSurviveSaving() {
     QCOMPARE(lastingValues(read.sound), lastingValues(state));
     QCOMPARE(textsOf(differences(state, read.sound)), QStringList());
     QCOMPARE(textsOf(differences(good(), read.sound)),
-             QStringList({"changed: muted: yes, on the good day no",
-                          "changed: suspended after (s): 7, on the good day none",
-                          "changed: volume of Pellion's sounds (%): 33, on the good day 100"}));
+             QStringList({"changed: muted: yes, saved: no",
+                          "changed: suspended after (s): 7, saved: none",
+                          "changed: volume of Pellion's sounds (%): 33, saved: 100"}));
 }
 
 void TestSessionParts::onlyASavedStateIsReplaced() {
@@ -377,7 +387,7 @@ void TestSessionParts::journalsOnNfsAreFound() {
     const KeptJournals kept = keptJournals(home.journals());
     const bool isHeldElsewhere = JournalLock(path).isHeldElsewhere();
     fault = Fault::None;
-    QCOMPARE(kept.inUse, 0);
+    QCOMPARE(kept.leftAlone, 0);
     QCOMPARE(kept.journals.size(), 1);
     QCOMPARE(kept.journals[0].responses, 1);
     QVERIFY(!isHeldElsewhere);
@@ -391,7 +401,7 @@ void TestSessionParts::unreadableJournalIsKept() {
     const KeptJournals kept = keptJournals(home.journals());
     const Recovery recovery = recover(path, home.desktop());
     fault = Fault::None;
-    QCOMPARE(kept.inUse, 1);
+    QCOMPARE(kept.leftAlone, 1);
     QCOMPARE(recovery.problem, QString("a running session holds it, or it cannot be read"));
     QCOMPARE(testsupport::readBytes(path), resultsText("t.wav", {440}).toUtf8());
 }

@@ -105,7 +105,7 @@ void TestSessionRecovery::aFileThatHoldsTheSameIsNotWrittenTwice() {
     const QString path = home.leaveJournal("SUB001_practice001", {440});
     QCOMPARE(home.run({"recover", home.desktop()}).output,
              home.desktop() + "/SUB001_practice002.txt: holds the same responses already; " + path +
-                 " is kept: delete it if that file is of the same session\n");
+                 " is kept: delete the journal if both are of the same session\n");
     QCOMPARE(SessionHome::namesIn(home.desktop()).size(), 2);
     QCOMPARE(readBytes(path), results({440}));
 }
@@ -120,7 +120,7 @@ void TestSessionRecovery::aTornJournalIsKeptBesideItsCopy() {
     for (const QString& outcome :
          {": saved" + kept + "its last 9 bytes are not a whole response and were left out\n",
           ": holds the same responses already" + kept +
-              "delete it if that file is of the same session\n"}) {
+              "delete the journal if both are of the same session\n"}) {
         const SessionToolRun run = home.run({"recover", home.desktop()});
         QCOMPARE(run.output, copy + outcome);
         QCOMPARE(run.status, 1);

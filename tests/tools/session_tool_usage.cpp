@@ -18,7 +18,7 @@ void TestSessionUsage::wrongCommandLinesAreExplained_data() {
     row({}, "the command is missing: check or recover" + more);
     row({"chek"}, "the command is missing: check or recover" + more);
     row({"now", "check"}, "the command is missing: check or recover" + more);
-    row({"check", "now"}, "check takes no further argument, not \"now\"" + more);
+    row({"check", "now"}, "check takes no further argument: \"now\"" + more);
     row({"check", "--fast"}, "Unknown option 'fast'" + more);
     row({"check", "--save"}, "Missing value after '--save'" + more);
     row({"check", "--save="}, "--save takes the name of a file" + more);

@@ -14,26 +14,26 @@ namespace wavoffset = testsupport::wavoffset;
 namespace {
 
 const QString goesOn = "\") and goes on with the earlier target, if there is one.";
-const QString unusable = "The program cannot play it (\"Unusable WAV file: x.wav" + goesOn;
+const QString unusable = "Pellion cannot play it (\"Unusable WAV file: x.wav" + goesOn;
 const QString notPcm =
-    "The program refuses it (\"Not a PCM (linear quantitation) WAV file: x.wav" + goesOn;
-const QString silent = "The program plays silence in its place.";
+    "Pellion refuses it (\"Not a PCM (linear quantitation) WAV file: x.wav" + goesOn;
+const QString silent = "Pellion plays silence in its place.";
 
 /// What is heard of a tone of 440 Hz at another rate, and of its samples.
 QString playedAt40000(const char* hertz, const char* cents, const char* samples) {
-    return QStringLiteral("The program plays it at 40000 Hz without conversion: 440 Hz in it are "
+    return QStringLiteral("Pellion plays it at 40000 Hz without conversion: 440 Hz in it are "
                           "heard as %1 Hz (%2 cents). %3")
         .arg(hertz, cents, samples);
 }
 
-const QString noRate = "Its header says a sampling rate of 0 Hz, which is taken for 40000 Hz.";
+const QString noRate = "Its header declares a sampling rate of 0 Hz; 40000 Hz is assumed here.";
 const QString extensible =
     "Its header is extensible, with a format chunk of 40 bytes instead of 16.";
 const QString longerFormat = "Its format chunk has 18 bytes instead of 16.";
 const QString fact = " It has a chunk fact of 4 bytes before its data.";
 const QString beyond4GiB =
     "It has the header of files beyond 4 GiB (RF64). It has a chunk ds64 of 28 bytes "
-    "before its data. Its header says 4294967295 bytes of data, but "
+    "before its data. Its header declares 4294967295 bytes of data, but "
     "the file ends after ";
 
 /// A quarter of full scale and its negative in turns, as 24 bits.
@@ -73,9 +73,10 @@ void byHand(const char* name, const QByteArray& bytes, const QStringList& matter
 void addEncodings() {
     made("ffmpeg, not bit-exact", QString(byFfmpeg) + "x.wav",
          {"It has a chunk LIST of 26 bytes before its data."},
-         {"The program takes the 26 bytes from byte 44 on for the sound."});
+         {"Pellion takes the 26 bytes from byte 44 on for the sound."});
     made("ffmpeg, through a pipe", QString(byFfmpeg) + "-bitexact -f wav - >x.wav",
-         {"Its header says 4294967295 bytes of data, but the file ends after 20000."}, {unusable});
+         {"Its header declares 4294967295 bytes of data, but the file ends after 20000."},
+         {unusable});
     made("sox, 24 bits", "sox plain.wav -b 24 x.wav", {extensible + fact}, {notPcm});
     made("ffmpeg, 24 bits", QString(byFfmpeg) + "-c:a pcm_s24le -bitexact x.wav", {extensible},
          {notPcm});
@@ -90,7 +91,7 @@ void addEncodings() {
          {longerFormat + fact + " Its samples are encoded as A-Law, not as linear PCM."}, {notPcm},
          false);
     made("sox, big-endian", "sox plain.wav -B x.wav", {"It is big-endian (RIFX)."}, {notPcm});
-    const QString notWave = "The program refuses it (\"Not a WAV file: x.wav" + goesOn;
+    const QString notWave = "Pellion refuses it (\"Not a WAV file: x.wav" + goesOn;
     for (const char* channels : {"1", "1 0"}) // with nothing in the second
         made(channels[1] == 0 ? "sox, AIFF" : "sox, AIFF, two channels",
              QStringLiteral("sox plain.wav -t aiff x.wav remix ") + channels,
@@ -101,8 +102,8 @@ void addEncodings() {
 
 void addLengths() {
     const QString shownAs23747 =
-        "Its 9499 samples are 237.475 ms long, which the program shows as 237.47 ms.";
-    const QString leavesOut = "The program plays as many samples as the duration shown holds, %1, "
+        "Its 9499 samples are 237.475 ms long, which Pellion shows as 237.47 ms.";
+    const QString leavesOut = "Pellion plays as many samples as the duration shown holds, %1, "
                               "and leaves out the last 1.";
     made("ffmpeg, beyond 4 GiB, 237.475 ms",
          "sox plain.wav short.wav trim 0 9499s && ffmpeg -v error -i short.wav -rf64 always "
@@ -112,7 +113,7 @@ void addLengths() {
            wavWithData({}, handmade({}, 9499).mid(wavoffset::data) + QByteArray(2, '\0')));
     // 10.2 / 1000 x 40000 is a hair below 408 in doubles, and 409 samples are shown as 10.22 ms.
     byHand("10.2 ms", handmade({}, 408),
-           {"Its 408 samples are 10.200 ms long, which the program shows as 10.20 ms."},
+           {"Its 408 samples are 10.200 ms long, which Pellion shows as 10.20 ms."},
            {leavesOut.arg(407)},
            wavWithData({}, handmade({}, 408).mid(wavoffset::data) + QByteArray(4, '\0')));
 }
@@ -143,23 +144,22 @@ void addRatesAndChannels() {
 void addDamagedFiles() {
     const QByteArray good = handmade();
     byHand("a lowest code", wavWithSamples({40000, 1, 24}, {1, -0x800000, 2, -0x800000}),
-           {"It has the lowest code of 24 bits, which means -1 (2 times)."},
-           {"The program reads it as +1: a click."},
+           {"It has the lowest code of 24 bits, which means -1, 2 times."},
+           {"Pellion reads it as +1: a click."},
            wavWithSamples({40000, 1, 24}, {1, -0x7FFFFF, 2, -0x7FFFFF}));
     byHand("data that end early", good.chopped(1000),
-           {"Its header says 2000 bytes of data, but the file ends after 1000."}, {unusable},
+           {"Its header declares 2000 bytes of data, but the file ends after 1000."}, {unusable},
            handmade({}, 500));
     byHand("data of no size", with32(good, wavoffset::dataSize, 0),
-           {"Its header says 0 bytes of data."}, {unusable}, good);
+           {"Its header declares 0 bytes of data."}, {unusable}, good);
     byHand("a rate of 0", with32(good, wavoffset::samplingRate, 0), {noRate}, {unusable}, good);
     byHand("no channels", with16(good, wavoffset::channelCount, 0),
-           {"Its header says that it has no channels, which is taken for one."}, {unusable}, good);
+           {"Its header declares no channel; one is assumed here."}, {unusable}, good);
     byHand("a longer format chunk",
            with32(good, wavoffset::formatChunkSize, 18).insert(36, QByteArray(2, '\0')),
            {longerFormat}, {unusable}, good);
     byHand("two format chunks", QByteArray(good).insert(36, good.mid(12, 24)),
-           {"Its chunks contradict its first 44 bytes."}, {"The program uses those 44 bytes."},
-           good);
+           {"Its chunks contradict its first 44 bytes."}, {"Pellion uses those 44 bytes."}, good);
     byHand("junk before the format",
            QByteArray(good).insert(12, tag("JUNK", 28) + QByteArray(28, '\0')),
            {"It has a chunk JUNK of 28 bytes before its data."}, {notPcm}, good);
@@ -223,14 +223,14 @@ void TestTargetInfo::faultsAreReportedAndFixed() {
 void TestTargetInfo::fileBeyondFixingIsReported_data() {
     const auto row = columns<QByteArray, QString, QString>("bytes", "matter", "consequence");
     row("nothing in it", "", "It is empty.",
-        "The program refuses it (\"Header size is zero. x.wav" + goesOn);
+        "Pellion refuses it (\"Header size is zero. x.wav" + goesOn);
     row("no data", wavWithData({}, {}), "It has no data.", unusable);
     row("no data chunk", testsupport::wavHeader({}, 0).left(36), "It has no data chunk.", unusable);
     row("no channels, 12 bits",
         with16(wavWithData({40000, 0, 12}, "abcd"), wavoffset::channelCount, 0),
-        "Its samples have 12 bits, not 8, 16 or 24. Its header says that it has no channels, which "
-        "is taken for one.",
-        "The program refuses it (\"Not a 8-bit, 16-bit, or 24-bit WAV file: x.wav" + goesOn);
+        "Its samples have 12 bits, not 8, 16 or 24. Its header declares no channel; one is assumed "
+        "here.",
+        "Pellion refuses it (\"Not a 8-bit, 16-bit, or 24-bit WAV file: x.wav" + goesOn);
     row("no format chunk", with32("RIFF....WAVE" + tag("data", 4) + "abcd", 4, 16),
         "It has no format chunk.", notPcm);
     row("too short to be played", wavWithSamples({400000, 1, 16}, {1}),

@@ -53,28 +53,27 @@ void TestTargetInfo::odditiesAreNoted_data() {
         named(rowName, "x.wav", bytes, notes);
     };
     const QByteArray good = handmade();
-    const QString size = "Its header says a file of 2044 bytes, which has %1. The program "
+    const QString size = "Its header declares a file of 2044 bytes, but it has %1. Pellion "
                          "ignores this.";
     row("not RIFF", "RIFT" + good.mid(4),
-        {"It does not begin with RIFF. The program ignores this, most others do not."});
+        {"It does not begin with RIFF. Pellion ignores this, most other programs do not."});
     row("wrong byte rate", with32(good, wavoffset::byteRate, 1),
-        {"The bytes per second or per sample in its header do not fit the rest. The program "
-         "ignores this, others may not."});
+        {"The bytes per second or per sample in its header do not fit the rest. Pellion "
+         "ignores this, other programs may not."});
     row("a chunk after the data", with32(good, 4, 2054) + tag("id3 ", 10) + "INFOabcdef",
-        {"It has a chunk id3 of 10 bytes after its data, which the program does not read."});
+        {"Pellion does not read its chunk id3 of 10 bytes after the data."});
     row("twice in one file", good + good,
-        {"A second WAV file begins after its data, which the program does not read.",
-         size.arg(4088)});
+        {"Pellion does not read the second WAV file that begins after its data.", size.arg(4088)});
     row("bytes after the data", good + "abc",
-        {"Its last bytes, 3 of them, are not a chunk. The program does not read them.",
+        {"Its last bytes, 3 of them, are not a chunk. Pellion does not read them.",
          size.arg(2047)});
     row("half a sample at the end", with32(with32(good, wavoffset::dataSize, 1999), 4, 2036),
-        {"Its data end within a sample, which the program leaves out."});
+        {"Its data end within a sample, which Pellion leaves out."});
     row("different channels", handmade({40000, 2, 16}),
-        {"The program plays the left of its two channels."});
+        {"Pellion plays the left of its two channels."});
     row("silence", wavWithData({}, QByteArray(2000, '\0')), {"It is silent."});
     named("another name", "x.wave", good,
-          {"Its name does not end in .wav, so the program's dialog does not show it."});
+          {"Its name does not end in .wav, so Pellion's dialog does not show it."});
     named("capital letters", "X.WAV", good, {});
 }
 
@@ -189,13 +188,12 @@ void TestTargetInfo::jsonHoldsTheSame() {
     QCOMPARE(good["levels"][0]["rmsDb"].toDouble(), 20 * std::log10(0.5));
     QVERIFY(good["levels"][1]["peakDb"].isNull() && good["levels"][1]["rmsDb"].isNull());
     QCOMPARE(good["problems"].toArray(), QJsonArray());
-    QCOMPARE(good["notes"].toArray(),
-             QJsonArray({"The program plays the left of its two channels."}));
+    QCOMPARE(good["notes"].toArray(), QJsonArray({"Pellion plays the left of its two channels."}));
     const QJsonObject bad = reports[1].toObject();
     QVERIFY(bad["opened"].toBool() && !bad["asIntended"].toBool());
     QCOMPARE(bad["problems"][0]["problem"].toString(),
              QStringLiteral("Its sampling rate is 400000 Hz."));
-    QVERIFY(bad["problems"][0]["effect"].toString().startsWith("The program plays it at 40000 Hz"));
+    QVERIFY(bad["problems"][0]["effect"].toString().startsWith("Pellion plays it at 40000 Hz"));
     QCOMPARE(bad["fix"].toString(), QStringLiteral("pellion-target convert bad.wav bad-fixed.wav"));
     const QJsonObject missing = reports[2].toObject();
     QVERIFY(!missing["opened"].toBool() && !missing["asIntended"].toBool());

@@ -110,19 +110,19 @@ void TestTargetParts::chunksAreFoundWhereverTheyAre() {
                        QByteArray("LIST\4\0\0\0INFO\1\2", 14);
     QBuffer file(&bytes);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const RiffWalk walk = walkRiff(file);
+    const RiffContents riff = readRiff(file);
     QStringList found;
-    for (const RiffChunk& chunk : walk.chunks)
+    for (const RiffChunk& chunk : riff.chunks)
         found << QStringLiteral("%1 %2 %3")
                      .arg(QString::fromLatin1(chunk.identifier))
                      .arg(chunk.offset)
                      .arg(chunk.heldSize);
     QCOMPARE(found,
              QStringList({"JUNK 20 3", "fmt  32 16", "note 56 0", "data 64 6", "LIST 78 4"}));
-    QCOMPARE(walk.bytesAfterData, 2);
-    QVERIFY(walk.format.has_value());
-    QCOMPARE(walk.format->samplingRate, 40000U);
-    QCOMPARE(channelOf(intendedSound(file, walk), 0),
+    QCOMPARE(riff.bytesAfterChunks, 2);
+    QVERIFY(riff.format.has_value());
+    QCOMPARE(riff.format->samplingRate, 40000U);
+    QCOMPARE(channelOf(intendedSound(file, riff), 0),
              QVector<double>({1 / 32768.0, 2 / 32768.0, 3 / 32768.0}));
 }
 
@@ -131,17 +131,17 @@ void TestTargetParts::aChunkCutOffHoldsWhatIsThere() {
     bytes.chop(3);
     QBuffer file(&bytes);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const RiffWalk walk = walkRiff(file);
-    QCOMPARE(walk.chunks.last().declaredSize, 12U);
-    QCOMPARE(walk.chunks.last().heldSize, 9);
-    QCOMPARE(channelOf(intendedSound(file, walk), 1), QVector<double>({2 / 32768.0, 4 / 32768.0}));
+    const RiffContents riff = readRiff(file);
+    QCOMPARE(riff.chunks.last().declaredSize, 12U);
+    QCOMPARE(riff.chunks.last().heldSize, 9);
+    QCOMPARE(channelOf(intendedSound(file, riff), 1), QVector<double>({2 / 32768.0, 4 / 32768.0}));
 }
 
 void TestTargetParts::minimumCodeOf24BitsIsMinusOne() {
     QByteArray bytes = testsupport::wavWithSamples({40000, 1, 24}, {1, -0x800000, 0x7FFFFF});
     QBuffer file(&bytes);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const CWav wav = intendedSound(file, walkRiff(file));
+    const CWav wav = intendedSound(file, readRiff(file));
     QCOMPARE(minimumCodesOf24Bits(wav), 1);
     QCOMPARE(channelOf(wav, 0), QVector<double>({std::ldexp(1, -23), -1, 1 - std::ldexp(1, -23)}));
 }

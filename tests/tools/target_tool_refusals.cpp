@@ -206,12 +206,12 @@ void TestTargetRefusals::whatWouldBePlayedOtherwiseIsNoted() {
     const ToolRun run = folder.run("make tone x.wav --rate 20000 --duration 100");
     QCOMPARE(run.status, 0);
     QCOMPARE(run.errors,
-             QByteArray("pellion-target: note: Its sampling rate is 20000 Hz. The program plays it "
-                        "at 40000 Hz without conversion: 440 Hz in it are heard as 880.00 Hz "
+             QByteArray("pellion-target: note: Its sampling rate is 20000 Hz. Pellion plays it at "
+                        "40000 Hz without conversion: 440 Hz in it are heard as 880.00 Hz "
                         "(1200.0 cents). Its 2000 samples are followed by 2000 of silence.\n"));
     QCOMPARE(folder.run("make tone y.wav").errors, QByteArray());
     QCOMPARE(folder.run("make tone sound").errors,
-             QByteArray("pellion-target: note: Its name does not end in .wav, so the program's "
+             QByteArray("pellion-target: note: Its name does not end in .wav, so Pellion's "
                         "dialog does not show it.\n"));
 }
 

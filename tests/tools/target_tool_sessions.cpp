@@ -62,8 +62,8 @@ void TestTargetSessions::lengthPredictedIsTheLengthHeard() {
     const testsupport::ProgramRun run = testsupport::runProgram(
         PELLION_TARGET, {"make", "tone", path, "--duration", "30.025", "--ramp", "none"});
     QCOMPARE(run.errors,
-             QByteArray("pellion-target: note: Its 1201 samples are 30.025 ms long, which the "
-                        "program shows as 30.02 ms. The program plays as many samples as the "
+             QByteArray("pellion-target: note: Its 1201 samples are 30.025 ms long, which "
+                        "Pellion shows as 30.02 ms. Pellion plays as many samples as the "
                         "duration shown holds, 1200, and leaves out the last 1.\n"));
     QCOMPARE(testsupport::readBytes(path).size(), testsupport::wavoffset::data + 2 * 1201);
     fixture->record();

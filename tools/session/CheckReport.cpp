@@ -21,11 +21,13 @@ QString findingText(const SessionFinding& finding) {
 
 QString soundText(const SoundState& sound) {
     if (!sound.problem.isEmpty() || sound.output.isEmpty())
-        return line("Sound server", sound.problem.isEmpty() ? sound.server : "none");
-    QString resampling = QStringLiteral("as the program's");
+        return line("Sound server", sound.problem.isEmpty() ? sound.server : "unknown");
+    QString resampling = QStringLiteral("not resampled");
     if (!sound.resampler.isEmpty())
         resampling =
             QStringLiteral("resampled from %1 Hz by %2").arg(playedRate).arg(sound.resampler);
+    else if (sound.rate != int(playedRate))
+        resampling = QStringLiteral("resampler unknown");
     return line("Sound server", sound.server) +
            line("Output", QStringLiteral("%1 (%2)").arg(sound.output, sound.device)) +
            line("Format",
@@ -51,8 +53,8 @@ QJsonObject toJson(const FolderState& folder) {
 
 } // namespace
 
-CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& goodDay) {
-    const ComparedFindings sound = compareSound(state.sound, goodDay);
+CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& saved) {
+    const ComparedFindings sound = compareSound(state.sound, saved);
     return {state, sound.findings + diskAndLoadFindings(state), sound.notes};
 }
 
@@ -60,7 +62,7 @@ QString reportText(const CheckReport& report) {
     QString text = soundText(report.state.sound) + line("Desktop", report.state.desktop.path) +
                    line("Journals", report.state.journals.path);
     for (const SessionFinding& finding : report.notes)
-        text += line("Note, as on the good day", findingText(finding));
+        text += line("Note, as saved", findingText(finding));
     for (const SessionFinding& finding : report.findings)
         text += line("Finding", findingText(finding));
     QString ready = QStringLiteral("yes");

@@ -8,11 +8,11 @@
 struct CheckReport {
     ComputerState state;
     QVector<SessionFinding> findings;
-    QVector<SessionFinding> notes; ///< Problems that were already there on the good day.
+    QVector<SessionFinding> notes; ///< Problems that the saved state has as well.
 };
 
-/// Finds what is wrong with a state, compared with that of a good day if there is one.
-CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& goodDay);
+/// Finds what is wrong with a state, compared with a saved one if there is one.
+CheckReport checkReport(const ComputerState& state, const std::optional<SavedState>& saved);
 
 /// Returns the report as lines of text, or as one JSON object.
 QString reportText(const CheckReport& report);

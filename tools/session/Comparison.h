@@ -1,4 +1,4 @@
-// Today's sound, compared with that of a good day.
+// Today's sound, compared with a saved state.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -7,14 +7,14 @@
 
 #include <optional>
 
-/// Returns what differs between the lasting values of a good day and those of today.
-QVector<SessionFinding> differences(const SoundState& goodDay, const SoundState& today);
+/// Returns what differs between the values that are saved and those of today.
+QVector<SessionFinding> differences(const SoundState& saved, const SoundState& today);
 
 struct ComparedFindings {
     QVector<SessionFinding> findings;
-    QVector<SessionFinding> notes; ///< Problems that were already there on the good day.
+    QVector<SessionFinding> notes; ///< Problems that the saved state has as well.
 };
 
-/// Returns what is wrong with today's sound and, if there is a good day, what has changed since.
-/// Without a sound server nothing can have changed.
-ComparedFindings compareSound(const SoundState& today, const std::optional<SavedState>& goodDay);
+/// Returns what is wrong with today's sound and, if there is a saved state, what has changed since.
+/// Without a sound server nothing is compared.
+ComparedFindings compareSound(const SoundState& today, const std::optional<SavedState>& saved);

@@ -68,10 +68,10 @@ KeptJournal readJournal(const QString& path, const QByteArray& bytes) {
     return journal;
 }
 
-QString inUseText(const KeptJournals& kept) {
+QString leftAloneText(const KeptJournals& kept) {
     return QStringLiteral("journals left alone, because a running session holds them or they "
                           "cannot be read: %1")
-        .arg(kept.inUse);
+        .arg(kept.leftAlone);
 }
 
 KeptJournals keptJournals(const QString& folder) {
@@ -82,7 +82,7 @@ KeptJournals keptJournals(const QString& folder) {
         if (const auto bytes = lock.contents())
             kept.journals.append(readJournal(file.filePath(), *bytes));
         else
-            ++kept.inUse;
+            ++kept.leftAlone;
     }
     // Of sessions that started within one second, the later ones have an additional number in their
     // names.

@@ -10,7 +10,8 @@
 /// A journal, and what can be recovered from it.
 struct KeptJournal {
     QString path;
-    QDateTime start;      ///< Of the session; like all up to `number` from the name.
+    /// Of the session. This and all up to `number` come from the journal's name.
+    QDateTime start;
     QString subject;      ///< Not valid where `sessionType` is empty.
     QString sessionType;  ///< "practice", "experiment", or empty where the name does not hold it.
     QString number;       ///< The file number, with its leading zeros.
@@ -28,11 +29,11 @@ KeptJournal readJournal(const QString& path, const QByteArray& bytes);
 
 struct KeptJournals {
     QVector<KeptJournal> journals; ///< By the starts of their sessions.
-    int inUse = 0;                 ///< Number of others, held by running sessions or unreadable.
+    int leftAlone = 0;             ///< Number of others, held by running sessions or unreadable.
 };
 
 /// Says how many journals were left alone.
-QString inUseText(const KeptJournals& kept);
+QString leftAloneText(const KeptJournals& kept);
 
 /// Returns the journals in a folder.
 KeptJournals keptJournals(const QString& folder);

@@ -79,9 +79,9 @@ Recovery recover(const QString& journalPath, const QString& folder) {
         recovery.problem = obstacle(journal, QDir(folder));
         if (recovery.problem.isEmpty())
             copy(journal, QDir(folder), recovery);
-        // It may be another session: the frequencies of a short one can occur twice.
+        // The file may be another session's: two short ones can have the same responses.
         if (recovery.wasThere)
-            recovery.problem = QStringLiteral("delete it if that file is of the same session");
+            recovery.problem = QStringLiteral("delete the journal if both are of the same session");
         else if (recovery.problem.isEmpty() && journal.bytesLeftOut > 0)
             recovery.problem = QStringLiteral("its last %1 bytes are not a whole response and were "
                                               "left out")

@@ -83,8 +83,8 @@ void RecoveryWindow::fillTable() {
     }
     tableJournals->resizeColumnsToContents();
     pushButtonSave->setEnabled(!kept.journals.isEmpty());
-    if (kept.inUse > 0)
-        labelMessage->setText(QStringLiteral("Please note: %1.").arg(inUseText(kept)));
+    if (kept.leftAlone > 0)
+        labelMessage->setText(QStringLiteral("Please note: %1.").arg(leftAloneText(kept)));
     else if (kept.journals.isEmpty())
         labelMessage->setText(QStringLiteral("There are no responses to recover."));
 }

@@ -13,7 +13,7 @@ class QTableWidget;
 /// Shows the kept journals of a folder in a table, and saves all of them as results files.
 class RecoveryWindow : public QDialog {
 public:
-    /// Results files are proposed to go into `folder`.
+    /// Proposes `folder` for the results files.
     RecoveryWindow(QString journalsFolder, const QString& folder);
 
 private:

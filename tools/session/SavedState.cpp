@@ -1,4 +1,4 @@
-// The state of a good day, in a file.
+// A saved state of the sound, in a file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/session/SavedState.h"
 

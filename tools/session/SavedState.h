@@ -1,4 +1,4 @@
-// The state of a good day, in a file.
+// A saved state of the sound, in a file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -10,11 +10,12 @@
 #include <optional>
 
 struct SavedState {
-    SoundState sound; ///< The file has only the lasting values.
+    SoundState sound; ///< The file has only its lasting values.
     QString problem;  ///< Why the file cannot be used; empty when it can.
 };
 
-/// Returns the lasting values of a state, as they are saved.
+/// Returns the lasting values of a state, those that should be the same from day to day, by the
+/// names under which they are saved.
 QJsonObject lastingValues(const SoundState& state);
 
 /// Reads a file that writeSavedState() has written.

@@ -61,7 +61,7 @@ void describe(QCommandLineParser& parser, const QString& command) {
     if (command == checkCommand) {
         parser.setApplicationDescription(QLatin1String(checkDescription));
         parser.addPositionalArgument("check", "This command.");
-        parser.addOptions({{"save", "Save today's state, that of a good day.", "file"},
+        parser.addOptions({{"save", "Save today's state, to compare with it later.", "file"},
                            {"compare", "Report what differs from a saved state.", "file"},
                            {"json", "Print everything as JSON."}});
     } else if (command == recoverCommand) {
@@ -77,7 +77,7 @@ void describe(QCommandLineParser& parser, const QString& command) {
 
 SessionRequest checkRequest(const QCommandLineParser& parser) {
     if (parser.positionalArguments().size() > 1)
-        return UsageError{QStringLiteral("check takes no further argument, not \"%1\"")
+        return UsageError{QStringLiteral("check takes no further argument: \"%1\"")
                               .arg(parser.positionalArguments()[1])};
     for (const QString option : {"save", "compare"})
         if (parser.isSet(option) && parser.value(option).isEmpty())

@@ -40,8 +40,8 @@ void addRate(const SoundState& state, Findings& findings) {
     if (!state.resampler.isEmpty() && !state.isPipeWire() && state.resampler != "speex-float-10" &&
         state.resampler != "soxr-vhq")
         findings.append({"resampler",
-                         QStringLiteral("the output runs at %1 Hz, and %2 adds noise on the way "
-                                        "there")
+                         QStringLiteral("the output runs at %1 Hz, and resampling by %2 adds "
+                                        "noise")
                              .arg(state.rate)
                              .arg(state.resampler),
                          "Write \"resample-method = speex-float-10\" into "
@@ -56,7 +56,7 @@ void addVolume(const SoundState& state, Findings& findings) {
     if (state.volume != 100)
         findings.append({volume,
                          QStringLiteral("%1 is at %2 %").arg(state.output).arg(state.volume),
-                         "If this is the calibrated volume, save it by --save and look by "
+                         "If this is the calibrated volume, save it with --save and check with "
                          "--compare. If not: turn the amplifier down, then " +
                              setVolume + ", and calibrate at the amplifier."});
     if (!state.isBalanced)

@@ -32,7 +32,8 @@ QJsonObject found(const QJsonArray& objects, const char* key, const QString& val
     return {};
 }
 
-/// Returns "PipeWire 1.4.2" for "PulseAudio (on PipeWire 1.4.2)", whose version is the protocol's.
+/// Returns "PipeWire 1.4.2" for "PulseAudio (on PipeWire 1.4.2)", whose server_version is that of
+/// the PulseAudio it stands in for.
 QString serverName(const QJsonObject& server) {
     const QString name = text(server, "server_name");
     const QRegularExpressionMatch match =
@@ -99,7 +100,7 @@ QString suspendSeconds(const SoundState& state, const QJsonObject& sink,
         const QJsonObject module = found(modules, "name", QStringLiteral("module-suspend-on-idle"));
         if (module.isEmpty())
             return {};
-        // A sink's own time counts before that of all sinks; 0 is at once, less than 0 is never.
+        // A sink's own time overrides that of all sinks; 0 is at once, less than 0 is never.
         bool isNumber = false;
         seconds = property(sink, "module-suspend-on-idle.timeout");
         if (seconds.toInt(&isNumber) < 0)
@@ -118,7 +119,7 @@ bool isUnplugged(const QJsonObject& sink) {
     return text(port, "availability") == QLatin1String("not available");
 }
 
-/// The names of the programs and modules that play something. Pellion itself may.
+/// The names of the programs and modules that play something, except Pellion.
 QStringList playingPrograms(const QJsonArray& streams) {
     QStringList names;
     for (const QJsonValue& value : streams) {

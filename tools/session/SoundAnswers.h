@@ -17,9 +17,9 @@ struct SoundAnswers {
     bool isStreamLate = false; ///< Whether the time ran out before the stream was connected.
 };
 
-/// Asks the server by pactl, and by pacat for a stream in the program's format and under its name,
-/// in which nothing is played: only a stream shows its resampler and its volume. The user's own
-/// server is asked, or that of PULSE_SERVER. All questions together take at most 1.5 seconds.
+/// Asks the server by pactl, and opens a silent stream by pacat, in Pellion's format and under its
+/// name: only a stream shows resampler and volume. The user's own server is asked, or that of
+/// PULSE_SERVER. All questions together take at most 1.5 seconds.
 SoundAnswers askSoundServer();
 
 /// Returns the state that the answers describe. Needs no server.

@@ -13,21 +13,22 @@ struct SoundState {
 
     QString server; ///< Name and version, such as "PulseAudio 16.1" or "PipeWire 1.4.2".
     QString output; ///< Name of the default sink; empty when there is none.
-    QString
-        device;   ///< "sound card", or what is not one: "HDMI", "Bluetooth", "null sink", "filter".
-    QString port; ///< The device's jack, such as "analog-output-headphones".
+    QString device; ///< Its kind: "sound card", "HDMI", "Bluetooth", "null sink" or "filter".
+    QString port;   ///< The device's jack, such as "analog-output-headphones".
     QString format; ///< Of the samples that the device takes, such as "s16le".
     int channels = 0;
-    int rate = 0;           ///< Hz.
-    QString resampler;      ///< For the program's sounds; empty where nothing is resampled.
+    int rate = 0; ///< Hz.
+    /// For the program's sounds; empty where nothing is resampled, or no stream was connected.
+    QString resampler;
     QString exactVolumes;   ///< Of each channel, "front-left 65536, front-right 65536" being 100 %.
     int volume = 0;         ///< Percent; of several channels the minimum.
     bool isBalanced = true; ///< Whether all channels have the same volume.
     bool isMuted = false;
     bool isUnplugged = false; ///< Whether the device says that nothing is plugged in.
     bool isSuspended = false;
-    QString suspendAfter;   ///< Seconds without a sound, which may be 0; empty for never.
-    QString streamProblem;  ///< Why the server refuses the program's format; empty if not.
+    QString suspendAfter; ///< Seconds without a sound, which may be 0; empty for never.
+    /// Why no stream in the program's format was connected; empty if one was.
+    QString streamProblem;
     int streamVolume = 100; ///< Percent, of the program's own sounds in the mixer.
     bool isStreamMuted = false;
     QStringList otherPrograms; ///< Those that are playing.

@@ -22,24 +22,24 @@
 namespace {
 
 int answer(const CheckRequest& request) {
-    std::optional<SavedState> goodDay;
+    std::optional<SavedState> saved;
     if (!request.compareWith.isEmpty()) {
-        goodDay = readSavedState(request.compareWith);
-        if (!goodDay->problem.isEmpty()) {
-            printError(goodDay->problem);
-            return notUnderstood;
+        saved = readSavedState(request.compareWith);
+        if (!saved->problem.isEmpty()) {
+            printError(saved->problem);
+            return exitUnusable;
         }
     }
-    const CheckReport report = checkReport(computerState(), goodDay);
+    const CheckReport report = checkReport(computerState(), saved);
     std::cout << (request.isJson ? reportJson(report) : reportText(report)).toStdString();
     if (!request.saveTo.isEmpty()) {
         const QString problem = writeSavedState(request.saveTo, report.state.sound);
         if (!problem.isEmpty()) {
             printError(problem);
-            return notUnderstood;
+            return exitUnusable;
         }
     }
-    return report.findings.isEmpty() ? done : notDone;
+    return report.findings.isEmpty() ? exitDone : exitNotDone;
 }
 
 /// Prints the journals, one per line, under the names of the columns.
@@ -64,7 +64,7 @@ void list(const KeptJournals& kept) {
 int showWindow(const QString& folder) {
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
         printError(QStringLiteral("--window needs a display"));
-        return notUnderstood;
+        return exitUnusable;
     }
     const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
     RecoveryWindow window(journalFolder(), folder.isEmpty() ? desktop : folder);
@@ -77,25 +77,25 @@ int answer(const RecoverRequest& request) {
         return showWindow(request.folder);
     if (!request.folder.isEmpty() && !QFileInfo(request.folder).isDir()) {
         printError(QStringLiteral("there is no folder %1").arg(request.folder));
-        return notUnderstood;
+        return exitUnusable;
     }
     const KeptJournals kept = keptJournals(journalFolder());
-    if (kept.inUse > 0)
-        printError(inUseText(kept));
+    if (kept.leftAlone > 0)
+        printError(leftAloneText(kept));
     else if (kept.journals.isEmpty())
         printError(QStringLiteral("there is nothing to recover"));
     if (request.folder.isEmpty()) {
         list(kept);
         if (!kept.journals.isEmpty())
             printError(QStringLiteral("to save them: pellion-session recover FOLDER"));
-        return done;
+        return exitDone;
     }
-    int status = done;
+    int status = exitDone;
     for (const KeptJournal& journal : kept.journals) {
         const Recovery recovery = recover(journal.path, request.folder);
         std::cout << recoveryText(recovery, journal.path).toStdString() << std::endl;
         if (!recovery.problem.isEmpty())
-            status = notDone;
+            status = exitNotDone;
     }
     return status;
 }
@@ -126,9 +126,9 @@ int main(int argc, char** argv) {
         const int status = std::visit([](const auto& request) { return answer(request); },
                                       parseSessionCommandLine(QCoreApplication::arguments()));
         std::cout.flush();
-        return std::cout ? status : notDone;
+        return std::cout ? status : exitNotDone;
     } catch (const std::exception& exception) {
         printError(QString::fromUtf8(exception.what()));
     }
-    return notDone;
+    return exitNotDone;
 }

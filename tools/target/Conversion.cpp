@@ -17,7 +17,8 @@
 
 namespace {
 
-/// The shown duration is in hundredths of a millisecond; a sample at 40000 Hz lasts 2.5 of them.
+/// At most so many samples are added until the duration shown, in hundredths of a millisecond (2.5
+/// for each sample), holds all.
 constexpr int maximumPadding = 4;
 
 /// Far above any intended level, and far below the resampler's overflow.
@@ -79,7 +80,7 @@ bool amplify(Conversion& conversion, double decibels) {
 void pad(Conversion& conversion) {
     const int count = conversion.samples.size();
     int padded = count;
-    // Beyond the longest target there is no such length.
+    // Beyond the longest target no length is played whole.
     while (playedSamples(padded, playedRate) != padded && padded - count < maximumPadding)
         ++padded;
     if (padded == count)
@@ -121,7 +122,7 @@ QString conversionProblem(const CWav& sound) {
         return QStringLiteral("it holds samples that are not numbers or beyond %1")
             .arg(maximumMagnitude);
     const qint64 count = resampledCount(samples, samplingRate);
-    // Decoding stops at the largest count, too.
+    // A source of maximumSampleCount samples may have been cut off when it was read.
     if (count < 1 || std::max(count, samples) > maximumSampleCount - maximumPadding)
         return QStringLiteral("%1 samples at %2 Hz are too few or too many")
             .arg(samples)

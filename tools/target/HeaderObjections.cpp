@@ -13,37 +13,37 @@ QString text(const QByteArray& identifier) {
 
 /// What the first twelve bytes say.
 QStringList fileObjections(const Inspection& inspection) {
-    const RiffWalk& walk = inspection.walk;
-    if (walk.fileSize == 0)
+    const RiffContents& riff = inspection.riff;
+    if (riff.fileSize == 0)
         return {QStringLiteral("It is empty.")};
-    if (walk.form != "WAVE")
+    if (riff.form != "WAVE")
         return {inspection.container.isEmpty()
                     ? QStringLiteral("It is not a WAVE file.")
                     : QStringLiteral("It is not a WAVE file but %1.").arg(inspection.container)};
-    if (walk.identifier == "RIFX")
+    if (riff.identifier == "RIFX")
         return {QStringLiteral("It is big-endian (RIFX).")};
-    if (walk.identifier == "RF64" || walk.identifier == "BW64")
+    if (riff.identifier == "RF64" || riff.identifier == "BW64")
         return {QStringLiteral("It has the header of files beyond 4 GiB (%1).")
-                    .arg(text(walk.identifier))};
+                    .arg(text(riff.identifier))};
     return {};
 }
 
-QStringList chunkObjections(const RiffWalk& walk) {
+QStringList chunkObjections(const RiffContents& riff) {
     QStringList objections;
-    const RiffChunk* const format = walk.find("fmt ");
-    if (format == nullptr || !walk.format)
+    const RiffChunk* const format = riff.find("fmt ");
+    if (format == nullptr || !riff.format)
         objections << QStringLiteral("It has no format chunk.");
-    else if (walk.format->isExtensible)
+    else if (riff.format->isExtensible)
         objections << QStringLiteral("Its header is extensible, with a format chunk of %1 bytes "
                                      "instead of 16.")
                           .arg(format->declaredSize);
     else if (format->declaredSize != plainFormatBytes)
         objections << QStringLiteral("Its format chunk has %1 bytes instead of 16.")
                           .arg(format->declaredSize);
-    const RiffChunk* const data = walk.find("data");
+    const RiffChunk* const data = riff.find("data");
     if (data == nullptr)
         objections << QStringLiteral("It has no data chunk.");
-    for (const RiffChunk& chunk : walk.chunks) {
+    for (const RiffChunk& chunk : riff.chunks) {
         if (data == nullptr || chunk.offset >= data->offset)
             break;
         if (chunk.identifier != "fmt ")
@@ -63,77 +63,76 @@ QStringList formatObjections(const RiffFormat& format, const QString& encoding) 
         objections << QStringLiteral("Its samples have %1 bits, not 8, 16 or 24.")
                           .arg(format.bitsPerSample);
     if (format.channelCount == 0)
-        objections << QStringLiteral("Its header says that it has no channels, which is taken for "
-                                     "one.");
+        objections << QStringLiteral("Its header declares no channel; one is assumed here.");
     if (format.samplingRate == 0)
-        objections << QStringLiteral("Its header says a sampling rate of 0 Hz, which is taken for "
-                                     "%1 Hz.")
+        objections << QStringLiteral("Its header declares a sampling rate of 0 Hz; %1 Hz is "
+                                     "assumed here.")
                           .arg(playedRate);
     return objections;
 }
 
-QStringList dataObjections(const RiffWalk& walk, const RiffChunk& data) {
+QStringList dataObjections(const RiffContents& riff, const RiffChunk& data) {
     if (data.heldSize < data.declaredSize && data.heldSize > 0)
-        return {QStringLiteral("Its header says %1 bytes of data, but the file ends after %2.")
+        return {QStringLiteral("Its header declares %1 bytes of data, but the file ends after %2.")
                     .arg(data.declaredSize)
                     .arg(data.heldSize)};
     if (data.heldSize > 0)
         return {};
-    const bool isAtTheEnd = data.offset == walk.fileSize;
+    const bool isAtTheEnd = data.offset == riff.fileSize;
     return {isAtTheEnd ? QStringLiteral("It has no data.")
-                       : QStringLiteral("Its header says 0 bytes of data.")};
+                       : QStringLiteral("Its header declares 0 bytes of data.")};
 }
 
 } // namespace
 
 QStringList headerObjections(const Inspection& inspection) {
-    const RiffWalk& walk = inspection.walk;
+    const RiffContents& riff = inspection.riff;
     QStringList objections = fileObjections(inspection);
-    if (!objections.isEmpty() && walk.chunks.isEmpty())
+    if (!objections.isEmpty() && riff.chunks.isEmpty())
         return objections;
-    objections += chunkObjections(walk);
-    const RiffChunk* const data = walk.find("data");
-    if (!walk.format || data == nullptr)
+    objections += chunkObjections(riff);
+    const RiffChunk* const data = riff.find("data");
+    if (!riff.format || data == nullptr)
         return objections;
-    return objections + formatObjections(*walk.format, inspection.encoding) +
-           dataObjections(walk, *data);
+    return objections + formatObjections(*riff.format, inspection.encoding) +
+           dataObjections(riff, *data);
 }
 
-QStringList headerNotes(const RiffWalk& walk) {
+QStringList headerNotes(const RiffContents& riff) {
     QStringList notes;
-    const RiffChunk* const data = walk.find("data");
-    if (data == nullptr || !walk.format)
+    const RiffChunk* const data = riff.find("data");
+    if (data == nullptr || !riff.format)
         return notes;
-    const RiffFormat& format = *walk.format;
-    if (walk.identifier != "RIFF")
-        notes << QStringLiteral("It does not begin with RIFF. The program ignores this, most "
-                                "others do not.");
+    const RiffFormat& format = *riff.format;
+    if (riff.identifier != "RIFF")
+        notes << QStringLiteral("It does not begin with RIFF. Pellion ignores this, most other "
+                                "programs do not.");
     if (format.encoding == linearPcm &&
         (format.blockAlign != format.frameBytes() ||
          format.byteRate != format.frameBytes() * format.samplingRate))
         notes << QStringLiteral("The bytes per second or per sample in its header do not fit the "
-                                "rest. The program ignores this, others may not.");
-    for (const RiffChunk& chunk : walk.chunks)
+                                "rest. Pellion ignores this, other programs may not.");
+    for (const RiffChunk& chunk : riff.chunks)
         if (chunk.offset > data->offset)
             notes << (chunk.identifier == "RIFF"
-                          ? QStringLiteral("A second WAV file begins after its data, which the "
-                                           "program does not read.")
-                          : QStringLiteral("It has a chunk %1 of %2 bytes after its data, which "
-                                           "the program does not read.")
+                          ? QStringLiteral("Pellion does not read the second WAV file that begins "
+                                           "after its data.")
+                          : QStringLiteral("Pellion does not read its chunk %1 of %2 bytes after "
+                                           "the data.")
                                 .arg(text(chunk.identifier), QString::number(chunk.declaredSize)));
-    if (walk.bytesAfterData > 0)
-        notes << QStringLiteral("Its last bytes, %1 of them, are not a chunk. The program does not "
+    if (riff.bytesAfterChunks > 0)
+        notes << QStringLiteral("Its last bytes, %1 of them, are not a chunk. Pellion does not "
                                 "read them.")
-                     .arg(walk.bytesAfterData);
+                     .arg(riff.bytesAfterChunks);
     if (isReadableFormat(format) && format.channelCount > 0 &&
         data->heldSize % format.frameBytes() != 0)
-        notes << QStringLiteral("Its data end within a sample, which the program leaves out.");
+        notes << QStringLiteral("Its data end within a sample, which Pellion leaves out.");
     constexpr qint64 bytesNotCounted = 8;
-    const qint64 declared = walk.declaredSize + bytesNotCounted;
-    if (declared != walk.fileSize && declared != walk.fileSize + 1)
-        notes << QStringLiteral("Its header says a file of %1 bytes, which has %2. The program "
+    const qint64 declared = riff.declaredSize + bytesNotCounted;
+    if (declared != riff.fileSize && declared != riff.fileSize + 1)
+        notes << QStringLiteral("Its header declares a file of %1 bytes, but it has %2. Pellion "
                                 "ignores this.")
                      .arg(declared)
-                     .arg(walk.fileSize);
+                     .arg(riff.fileSize);
     return notes;
 }

@@ -9,4 +9,4 @@
 QStringList headerObjections(const Inspection& inspection);
 
 /// Returns a sentence for each irregularity that the program ignores.
-QStringList headerNotes(const RiffWalk& walk);
+QStringList headerNotes(const RiffContents& riff);

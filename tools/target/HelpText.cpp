@@ -13,7 +13,7 @@ Commands:
   make sam FILE       a sinusoidally amplitude-modulated tone
   make noise FILE     uniform white noise
   convert IN OUT      a target from the sound in another file
-  info FILE...        header, duration, levels, and what the program would do with each file
+  info FILE...        header, duration, levels, and what Pellion would do with each file
 
 Examples:
   pellion-target make tone a440.wav --frequency 440 --duration 500
@@ -41,7 +41,7 @@ has an RMS level of -3.01 dB. A sample beyond full scale is an error, and nothin
 Samples are rounded to the nearest of the integers that the bits allow, without dither. Full
 scale itself, +1 and -1, becomes the greatest of them and its negative.
 
-The noise is the signal library's, minus its mean. Its seed is printed; --seed with the same
+The noise is uniform white noise, minus its mean. The seed is printed; --seed with the same
 number makes the same noise again.
 
 Examples:
@@ -63,7 +63,7 @@ At this rate and with 8, 16 or 24 bits each sample stays as it is. Only the lowe
 bits is raised by one step. Other sounds are resampled and rounded to 24 bits, without
 dither. Silence is added where Pellion would leave out the last sample.
 
-A sample beyond full scale is an error, and nothing is written: resampling can raise the peak.
+A sample beyond full scale is an error, and nothing is written. Resampling can raise the peak.
 The message names the --gain that lowers it enough.
 
 Examples:
@@ -76,8 +76,8 @@ Examples:
 QString infoDescription() {
     return QStringLiteral(
         R"(Prints each file's header, duration, and peak and RMS level of each channel, and says
-whether Pellion would read it as intended: it walks through the file's chunks by itself and
-compares. Each problem is printed with its effect, and with the command that fixes it.
+whether Pellion would read it as intended, after comparing the file's chunks with what Pellion
+reads. Each problem is printed with its effect, and with the command that fixes it.
 
 Examples:
   pellion-target info target.wav

@@ -7,8 +7,8 @@
 #include <QJsonObject>
 
 /// Prints an inspection to standard output: the file's name, its header by CWav::DisplayHeader(),
-/// the duration and the levels of what it is meant to hold, and whether the program would read it
-/// as intended, or with its problems and the command that fixes it.
+/// the duration and the levels of what it is meant to hold, whether the program would read it as
+/// intended, then its problems, the command that fixes them, and the notes.
 void printReport(const Inspection& inspection);
 
 /// Returns the same as a JSON object: "file", "opened", "asIntended", "channels", "samplingRate"

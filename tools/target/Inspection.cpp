@@ -6,7 +6,7 @@
 #include "base/Numbers.h"
 #include "sound/RegularFile.h"
 #include "tools/target/DecodedSound.h"
-#include "tools/target/FileFindings.h"
+#include "tools/target/FindingsAndFix.h"
 #include "tools/target/IntendedSound.h"
 
 #include <QFile>
@@ -56,15 +56,15 @@ Inspection inspect(const QString& fileName) {
     inspection.isOpened = file.open(QIODevice::ReadOnly);
     if (!inspection.isOpened)
         return inspection;
-    inspection.walk = walkRiff(file);
-    inspection.intended = intendedSound(file, inspection.walk);
+    inspection.riff = readRiff(file);
+    inspection.intended = intendedSound(file, inspection.riff);
     if (inspection.intended.samples.empty()) {
-        const RiffWalk& walk = inspection.walk;
+        const RiffContents& riff = inspection.riff;
         const bool isLengthDeclared =
-            walk.format && walk.format->isInBlocks() && walk.declaredFrames > 0;
+            riff.format && riff.format->isInBlocks() && riff.declaredFrames > 0;
         DecodedSound sound =
             decodedSound(regular.path().string(),
-                         isLengthDeclared ? walk.declaredFrames : quint32(maximumSampleCount));
+                         isLengthDeclared ? riff.declaredFrames : quint32(maximumSampleCount));
         inspection.intended = std::move(sound.wav);
         inspection.container = sound.container;
         inspection.encoding = sound.encoding;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/target/RiffWalk.h"
+#include "tools/target/RiffContents.h"
 
 #include <QStringList>
 
@@ -20,9 +20,9 @@ struct Inspection {
     QString programMessage; ///< What the program says on standard error; empty when nothing.
     CWav program;           ///< The file as the program reads it.
     CWav intended;          ///< The sound that it holds.
-    QString container;      ///< Where libsndfile had to read that: its name of the format,
-    QString encoding;       ///< and of the encoding of the samples.
-    RiffWalk walk;
+    QString container;      ///< libsndfile's name of the format; empty if it was not needed.
+    QString encoding;       ///< Likewise, of the samples' encoding.
+    RiffContents riff;
     QVector<Finding> findings;
     QString fix;       ///< The shell command that fixes them; empty if there is none.
     QStringList notes; ///< Irregularities that the program ignores, in whole sentences.

@@ -13,16 +13,16 @@ bool isReadableFormat(const RiffFormat& format) {
     return format.encoding == linearPcm && (bits == 8 || bits == 16 || bits == 24);
 }
 
-CWav intendedSound(QIODevice& file, const RiffWalk& walk) {
+CWav intendedSound(QIODevice& file, const RiffContents& riff) {
     CWav wav;
-    const RiffChunk* const data = walk.find("data");
-    if (data == nullptr || !walk.format || !isReadableFormat(*walk.format))
+    const RiffChunk* const data = riff.find("data");
+    if (data == nullptr || !riff.format || !isReadableFormat(*riff.format))
         return wav;
-    RiffFormat format = *walk.format;
+    RiffFormat format = *riff.format;
     format.channelCount = std::max<quint16>(format.channelCount, 1);
     if (format.samplingRate == 0)
         format.samplingRate = playedRate;
-    const qint64 size = data->declaredSize == 0 ? walk.fileSize - data->offset : data->heldSize;
+    const qint64 size = data->declaredSize == 0 ? riff.fileSize - data->offset : data->heldSize;
     const qint64 frames = std::min<qint64>(size / format.frameBytes(), maximumSampleCount);
     wav.header.audioFormat = format.encoding;
     wav.header.numberOfChannels = format.channelCount;

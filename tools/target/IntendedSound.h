@@ -3,7 +3,7 @@
 #pragma once
 
 #include "sound/CWav.h"
-#include "tools/target/RiffWalk.h"
+#include "tools/target/RiffContents.h"
 
 /// Returns whether a format is linear PCM of 8, 16 or 24 bits.
 bool isReadableFormat(const RiffFormat& format);
@@ -12,7 +12,7 @@ bool isReadableFormat(const RiffFormat& format);
 /// frames of the data chunk. Full scale is -1 to +1; the lowest code of 24 bits is -1 here. A value
 /// of 0 in the header is taken for one channel, for the program's rate, or for data to the end of
 /// the file. There are no samples without format or data, or with another encoding.
-CWav intendedSound(QIODevice& file, const RiffWalk& walk);
+CWav intendedSound(QIODevice& file, const RiffContents& riff);
 
 /// Returns how many samples have the lowest code of 24 bits; 0 at other numbers of bits.
 qint64 minimumCodesOf24Bits(const CWav& wav);

@@ -59,16 +59,17 @@ void addSoundOptions(QCommandLineParser& parser) {
     parser.addOptions(
         {valued("frequency", "Of the tone, the fundamental or the carrier (default %1).", "Hz",
                 usual.frequency),
-         valued("phase", "At which tone, harmonics or carrier start (default %1).", "degrees",
+         valued("phase", "Starting phase of tone, harmonics or carrier (default %1).", "degrees",
                 usual.phaseDegrees),
-         valued("harmonics", "complex: which, such as 2-10 or 1,3,5 (default %1).", "list", "1-10"),
+         valued("harmonics", "complex: its harmonics, such as 2-10 or 1,3,5 (default %1).", "list",
+                "1-10"),
          {"without-fundamental", "complex: leave out harmonic 1."},
          valued("modulation", "sam: frequency of the modulation (default %1).", "Hz",
                 usual.modulationFrequency),
          valued("depth", "sam: from 0 to 1 (default %1).", "factor", usual.modulationDepth),
-         valued("modulation-phase", "sam: at which the modulating cosine starts (default %1).",
+         valued("modulation-phase", "sam: starting phase of the modulating cosine (default %1).",
                 "degrees", usual.modulationPhaseDegrees),
-         {"seed", "noise: the same number gives the same noise (drawn by default).", "number"}});
+         {"seed", "noise: the same number gives the same noise (random by default).", "number"}});
 }
 
 void addFileOptions(QCommandLineParser& parser) {
@@ -80,8 +81,8 @@ void addFileOptions(QCommandLineParser& parser) {
          valued("rms", "RMS level re full scale, in the place of --peak.", "dB", "0"),
          valued("ramp", "Onset and offset: cos, cos2, linear or none (default %1).", "kind", "cos"),
          valued("ramp-duration", "Of either ramp (default %1).", "ms", usual.rampMs),
-         valued("rate", "Sampling rate (default %1, the only one that the program plays).", "Hz",
-                usual.samplingRate),
+         valued("rate", "Sampling rate (default %1, the only one that Pellion plays as intended).",
+                "Hz", usual.samplingRate),
          valued("bits", "Per sample: 8, 16 or 24 (default %1).", "bits", usual.bitsPerSample),
          valued("channels", "1 or 2, with the same sound in both (default %1).", "count",
                 usual.channelCount),

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/TargetEncoding.h"
 
-#include "tools/target/RiffWalk.h"
+#include "tools/target/RiffContents.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,12 +45,12 @@ int codeOf(double sample, int bitsPerSample, MinimumCode minimumCode) {
 
 } // namespace
 
-std::optional<ClippedSample> firstClippedSample(const QVector<double>& samples) {
-    const auto* const clipped = std::find_if(samples.cbegin(), samples.cend(),
-                                             [](double sample) { return std::abs(sample) > 1; });
-    if (clipped == samples.cend())
+std::optional<SampleBeyondFullScale> firstSampleBeyondFullScale(const QVector<double>& samples) {
+    const auto* const beyond = std::find_if(samples.cbegin(), samples.cend(),
+                                            [](double sample) { return std::abs(sample) > 1; });
+    if (beyond == samples.cend())
         return std::nullopt;
-    return ClippedSample{static_cast<int>(clipped - samples.cbegin()), *clipped};
+    return SampleBeyondFullScale{static_cast<int>(beyond - samples.cbegin()), *beyond};
 }
 
 CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe,

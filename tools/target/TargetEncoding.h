@@ -8,23 +8,23 @@
 #include <optional>
 
 /// A sample beyond full scale.
-struct ClippedSample {
+struct SampleBeyondFullScale {
     int number;   ///< Counted from 0.
     double value; ///< Full scale being -1 to +1.
 };
 
 /// Returns the first sample beyond full scale, if there is one.
-std::optional<ClippedSample> firstClippedSample(const QVector<double>& samples);
+std::optional<SampleBeyondFullScale> firstSampleBeyondFullScale(const QVector<double>& samples);
 
 /// Whether a sample of -1 is written as the lowest code.
 enum class MinimumCode { Avoided, Used };
 
 /// Returns a canonical WAV file of the recipe's rate, bits and channels, each channel of which
-/// holds the samples. Its samples are not converted back.
+/// holds the samples. CWav::samples stays empty.
 ///
-/// A sample x, from -1 to +1, becomes the integer nearest to x 2^(bits - 1), halves away from zero,
-/// but no greater than 2^(bits - 1) - 1, since +1 has no code of its own. Nor is it lower than the
-/// negative of that, unless the lowest code may be used, which the program reads as +1 at 24 bits:
-/// +1 and -1 are thus written one step below full scale.
+/// A sample s, from -1 to +1, becomes the integer nearest to s x 2^(bits - 1), halves away from
+/// zero, at most 2^(bits - 1) - 1, since +1 has no code of its own. The lowest integer is the
+/// negative of that or, with MinimumCode::Used, -2^(bits - 1), which the program reads as +1 at 24
+/// bits.
 CWav encodedTarget(const QVector<double>& samples, const TargetRecipe& recipe,
                    MinimumCode minimumCode = MinimumCode::Avoided);

@@ -40,50 +40,50 @@ int answer(const MakeRequest& request) {
     const QVector<double> samples = targetSound(request.recipe);
     if (samples.isEmpty()) {
         printError(QStringLiteral("the sound is silent: nothing was written"));
-        return notDone;
+        return exitNotDone;
     }
-    if (const auto clipped = firstClippedSample(samples)) {
+    if (const auto beyond = firstSampleBeyondFullScale(samples)) {
         printError(
             QStringLiteral("sample %1, counted from 0, would be %2 and full scale is 1: nothing "
                            "was written; lower the level")
-                .arg(clipped->number)
-                .arg(clipped->value, 0, 'f', 6));
-        return notDone;
+                .arg(beyond->number)
+                .arg(beyond->value, 0, 'f', 6));
+        return exitNotDone;
     }
     const CWav wav = encodedTarget(samples, request.recipe);
     const QString problem = writeTarget(wav, request.fileName, request.existing);
     if (!problem.isEmpty()) {
         printError(problem);
-        return notDone;
+        return exitNotDone;
     }
     const bool isNoise = request.recipe.kind == SoundKind::Noise;
     const QString seed = isNoise ? QStringLiteral(", seed %1").arg(request.recipe.seed) : QString();
     printMade(request.fileName, wav, samples, seed);
     printFindings(request.fileName);
-    return done;
+    return exitDone;
 }
 
 int answer(const ConvertRequest& request) {
     const Inspection source = inspect(request.sourceName);
     if (!source.isOpened) {
         printError(QStringLiteral("%1 cannot be opened as a regular file").arg(request.sourceName));
-        return notDone;
+        return exitNotDone;
     }
     const Conversion conversion = convert(source, request.gainDecibels);
     if (!conversion.problem.isEmpty()) {
         printError(QStringLiteral("%1: %2").arg(request.sourceName, conversion.problem));
-        return notDone;
+        return exitNotDone;
     }
     const QString problem = writeTarget(conversion.wav, request.fileName, request.existing);
     if (!problem.isEmpty()) {
         printError(problem);
-        return notDone;
+        return exitNotDone;
     }
     for (const QString& step : conversion.steps)
         std::cout << step.toStdString() << '\n';
     printMade(request.fileName, conversion.wav, conversion.samples);
     printFindings(request.fileName);
-    return done;
+    return exitDone;
 }
 
 int answer(const InfoRequest& request) {
@@ -105,7 +105,7 @@ int answer(const InfoRequest& request) {
     else if (request.fileNames.size() > 1)
         std::cout << "\nRead as intended: " << good << " of " << request.fileNames.size()
                   << " files\n";
-    return good == request.fileNames.size() ? done : notDone;
+    return good == request.fileNames.size() ? exitDone : exitNotDone;
 }
 
 } // namespace
@@ -120,11 +120,11 @@ int main(int argc, char** argv) {
         const int status = std::visit([](const auto& request) { return answer(request); },
                                       parseCommandLine(QCoreApplication::arguments()));
         std::cout.flush();
-        return std::cout ? status : notDone;
+        return std::cout ? status : exitNotDone;
     } catch (const std::bad_alloc&) {
         printError(QStringLiteral("not enough memory"));
     } catch (const std::exception& exception) {
         printError(QString::fromUtf8(exception.what()));
     }
-    return notDone;
+    return exitNotDone;
 }

@@ -1,6 +1,6 @@
-// Walks through the chunks of a WAV file.
+// The chunks of a WAV file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/target/RiffWalk.h"
+#include "tools/target/RiffContents.h"
 
 #include <QIODevice>
 #include <QtEndian>
@@ -50,24 +50,24 @@ std::optional<RiffFormat> formatIn(const QByteArray& content) {
 
 } // namespace
 
-const RiffChunk* RiffWalk::find(const QByteArray& wanted) const {
+const RiffChunk* RiffContents::find(const QByteArray& wanted) const {
     const auto* const found =
         std::find_if(chunks.cbegin(), chunks.cend(),
                      [&](const RiffChunk& chunk) { return chunk.identifier == wanted; });
     return found == chunks.cend() ? nullptr : found;
 }
 
-RiffWalk walkRiff(QIODevice& file) {
-    RiffWalk walk;
+RiffContents readRiff(QIODevice& file) {
+    RiffContents riff;
     const QByteArray head = bytesAt(file, 0, riffHeaderBytes);
-    walk.fileSize = file.size();
-    walk.identifier = head.left(identifierBytes);
+    riff.fileSize = file.size();
+    riff.identifier = head.left(identifierBytes);
     if (head.size() >= chunkHeaderBytes)
-        walk.declaredSize = numberAt<quint32>(head, identifierBytes);
-    walk.form = head.mid(chunkHeaderBytes);
+        riff.declaredSize = numberAt<quint32>(head, identifierBytes);
+    riff.form = head.mid(chunkHeaderBytes);
     qint64 position = head.size();
-    const bool isWalkable = walk.form == "WAVE" && walk.identifier != "RIFX";
-    while (isWalkable && walk.chunks.size() < maximumChunks) {
+    const bool isWalkable = riff.form == "WAVE" && riff.identifier != "RIFX";
+    while (isWalkable && riff.chunks.size() < maximumChunks) {
         const QByteArray header = bytesAt(file, position, chunkHeaderBytes);
         RiffChunk chunk;
         chunk.identifier = header.left(identifierBytes);
@@ -75,16 +75,16 @@ RiffWalk walkRiff(QIODevice& file) {
             break;
         chunk.declaredSize = numberAt<quint32>(header, identifierBytes);
         chunk.offset = position + chunkHeaderBytes;
-        chunk.heldSize = std::min<qint64>(chunk.declaredSize, walk.fileSize - chunk.offset);
-        walk.chunks.append(chunk);
+        chunk.heldSize = std::min<qint64>(chunk.declaredSize, riff.fileSize - chunk.offset);
+        riff.chunks.append(chunk);
         // Chunks begin at even offsets; at the end of a file the padding byte is often missing.
-        position = std::min(chunk.offset + chunk.heldSize + chunk.heldSize % 2, walk.fileSize);
+        position = std::min(chunk.offset + chunk.heldSize + chunk.heldSize % 2, riff.fileSize);
     }
-    walk.bytesAfterData = walk.fileSize - position;
-    if (const RiffChunk* chunk = walk.find("fmt "))
-        walk.format = formatIn(
+    riff.bytesAfterChunks = riff.fileSize - position;
+    if (const RiffChunk* chunk = riff.find("fmt "))
+        riff.format = formatIn(
             bytesAt(file, chunk->offset, std::min<qint64>(chunk->heldSize, extensibleFormatBytes)));
-    if (const RiffChunk* chunk = walk.find("fact"); chunk != nullptr && chunk->heldSize >= 4)
-        walk.declaredFrames = numberAt<quint32>(bytesAt(file, chunk->offset, 4), 0);
-    return walk;
+    if (const RiffChunk* chunk = riff.find("fact"); chunk != nullptr && chunk->heldSize >= 4)
+        riff.declaredFrames = numberAt<quint32>(bytesAt(file, chunk->offset, 4), 0);
+    return riff;
 }

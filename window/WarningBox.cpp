@@ -1,6 +1,6 @@
 // Shows the warnings of the signal library in boxes, in every program that links this file.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "window/Warnings.h"
+#include "window/WarningBox.h"
 #include "signal/WarningReport.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-// Walks through the chunks of a WAV file.
+// The chunks of a WAV file.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
@@ -41,13 +41,13 @@ struct RiffFormat {
 };
 
 /// The chunks of a file, and what they declare.
-struct RiffWalk {
+struct RiffContents {
     qint64 fileSize = 0;      ///< Bytes.
     QByteArray identifier;    ///< The first four bytes; "RIFF" in a valid file.
     quint32 declaredSize = 0; ///< Bytes of the file after this field, as it says.
     QByteArray form;          ///< The bytes from 8 to 11; "WAVE" in a valid file.
     QVector<RiffChunk> chunks;
-    qint64 bytesAfterData = 0; ///< Bytes at the end that are not a chunk.
+    qint64 bytesAfterChunks = 0; ///< Bytes at the end that are not a chunk.
     std::optional<RiffFormat> format;
     /// Samples of each channel by the fact chunk; 0 when it does not say.
     quint32 declaredFrames = 0;
@@ -58,5 +58,5 @@ struct RiffWalk {
 
 /// Walks through a file from its beginning to its end, whatever size its own header says. A chunk
 /// that the end of the file cuts off is the last one. If a file is not WAVE or not little-endian,
-/// or has more chunks than any program writes, the rest counts as bytesAfterData.
-RiffWalk walkRiff(QIODevice& file);
+/// or has more chunks than any program writes, the rest counts as bytesAfterChunks.
+RiffContents readRiff(QIODevice& file);

@@ -1,6 +1,6 @@
 // The problems of a WAV file in words, and the command that fixes them.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tools/target/FileFindings.h"
+#include "tools/target/FindingsAndFix.h"
 
 #include "base/NumberTexts.h"
 #include "base/Numbers.h"
@@ -20,14 +20,14 @@ namespace {
 /// What the program does with a file in which it does not find the sound.
 QString programsAnswer(const Inspection& inspection, bool isLoaded) {
     if (!isLoaded)
-        return QStringLiteral("The program refuses it (\"%1\") and goes on with the earlier "
+        return QStringLiteral("Pellion refuses it (\"%1\") and goes on with the earlier "
                               "target, if there is one.")
             .arg(inspection.programMessage);
     if (!isUsableTarget(inspection.program, playedRate))
-        return QStringLiteral("The program cannot play it (\"Unusable WAV file: %1\") and goes on "
+        return QStringLiteral("Pellion cannot play it (\"Unusable WAV file: %1\") and goes on "
                               "with the earlier target, if there is one.")
             .arg(inspection.fileName);
-    return QStringLiteral("The program takes the %1 bytes from byte 44 on for the sound.")
+    return QStringLiteral("Pellion takes the %1 bytes from byte 44 on for the sound.")
         .arg(inspection.program.header.dataSize);
 }
 
@@ -63,7 +63,7 @@ void addRateFinding(Inspection& inspection, qint64 samples, quint32 samplingRate
     const double ratio = double(playedRate) / samplingRate;
     inspection.findings.append(
         {QStringLiteral("Its sampling rate is %1 Hz.").arg(samplingRate),
-         QStringLiteral("The program plays it at %1 Hz without conversion: %2 Hz in it are heard "
+         QStringLiteral("Pellion plays it at %1 Hz without conversion: %2 Hz in it are heard "
                         "as %3 Hz (%4 cents).%5")
              .arg(playedRate)
              .arg(exampleFrequency)
@@ -75,10 +75,10 @@ void addRateFinding(Inspection& inspection, qint64 samples, quint32 samplingRate
 void addChannelFinding(Inspection& inspection, int channels) {
     if (channels > 2)
         inspection.findings.append({QStringLiteral("It has %1 channels.").arg(channels),
-                                    QStringLiteral("The program plays silence in its place.")});
+                                    QStringLiteral("Pellion plays silence in its place.")});
     else if (channels == 2 &&
              channelOf(inspection.intended, 0) != channelOf(inspection.intended, 1))
-        inspection.notes << QStringLiteral("The program plays the left of its two channels.");
+        inspection.notes << QStringLiteral("Pellion plays the left of its two channels.");
 }
 
 /// The program shows the duration in hundredths of a millisecond, and plays as many samples as fit
@@ -89,11 +89,11 @@ void addLengthFinding(Inspection& inspection, qint64 samples, quint32 samplingRa
         return;
     const double seconds = double(samples) / samplingRate;
     inspection.findings.append(
-        {QStringLiteral("Its %1 samples are %2 ms long, which the program shows as %3 ms.")
+        {QStringLiteral("Its %1 samples are %2 ms long, which Pellion shows as %3 ms.")
              .arg(samples)
              .arg(seconds * millisecondsPerSecond, 0, 'f', 3)
              .arg(millisecondsText(seconds)),
-         QStringLiteral("The program plays as many samples as the duration shown holds, %1, and "
+         QStringLiteral("Pellion plays as many samples as the duration shown holds, %1, and "
                         "leaves out the last %2.")
              .arg(played)
              .arg(samples - played)});
@@ -104,8 +104,8 @@ void addMinimumCodeFinding(Inspection& inspection) {
     if (count == 0)
         return;
     inspection.findings.append(
-        {QStringLiteral("It has the lowest code of 24 bits, which means -1 (%1 times).").arg(count),
-         QStringLiteral("The program reads it as +1: a click.")});
+        {QStringLiteral("It has the lowest code of 24 bits, which means -1, %1 times.").arg(count),
+         QStringLiteral("Pellion reads it as +1: a click.")});
 }
 
 bool isReadAlike(const Inspection& inspection) {
@@ -132,7 +132,7 @@ void addSoundFindings(Inspection& inspection) {
     addLengthFinding(inspection, samples, header.samplingRate);
     if (inspection.findings.isEmpty() && !isReadAlike(inspection))
         inspection.findings.append({QStringLiteral("Its chunks contradict its first 44 bytes."),
-                                    QStringLiteral("The program uses those 44 bytes.")});
+                                    QStringLiteral("Pellion uses those 44 bytes.")});
 }
 
 /// Quotes a file's name for the shell, so that it is one word and not taken for an option.
@@ -161,9 +161,9 @@ QString fixCommand(const QString& fileName) {
 void addFindings(Inspection& inspection, bool isLoaded) {
     addHeaderFindings(inspection, isLoaded);
     addSoundFindings(inspection);
-    inspection.notes += headerNotes(inspection.walk);
+    inspection.notes += headerNotes(inspection.riff);
     if (!inspection.fileName.endsWith(QLatin1String(".wav"), Qt::CaseInsensitive))
-        inspection.notes << QStringLiteral("Its name does not end in .wav, so the program's dialog "
+        inspection.notes << QStringLiteral("Its name does not end in .wav, so Pellion's dialog "
                                            "does not show it.");
     if (!inspection.isAsIntended() && conversionProblem(inspection.intended).isEmpty())
         inspection.fix = fixCommand(inspection.fileName);
