@@ -51,7 +51,7 @@ def read_run(folder):
 
 
 def measured(runs, value):
-    """Returns a value of each run as one."""
+    """Returns the median of a value over the runs, with its range."""
     return Measured(map(value, runs))
 
 
@@ -137,7 +137,7 @@ class Preparations:
                      [[self.label(file), *self.cells(file, counters)] for file in self.files])
 
     def in_transforms(self, target):
-        """Returns the program's own work, in units of FFTW's transform of 2^18 values."""
+        """Returns the program's own time, in units of FFTW's transform of 2^18 values."""
         return measured(self.runs, lambda run: (
             1000 * run["preparation"][target]["own"] / run["fft"]["repeated/18"]["fftw estimate"]))
 
@@ -219,7 +219,7 @@ def responses(reliability):
             titles = cells
         elif titles and cells[0].isdigit():
             rows[int(cells[0])] = dict(zip(titles, cells))
-    if not rows or not {"click (ms)", "own share (ms)"} <= set(titles):
+    if not rows or not {"click (ms)", "own time (ms)"} <= set(titles):
         raise LookupError("docs/reliability.md does not give what a response costs")
     return rows
 
@@ -236,8 +236,8 @@ def responses_table(rows):
 
 
 def response_goals(rows):
-    """Of the longest responses."""
-    longest = {count: float(row["own share (ms)"].split("/")[1]) for count, row in rows.items()}
+    """Returns the values of the goals: those of the longest responses."""
+    longest = {count: float(row["own time (ms)"].split("/")[1]) for count, row in rows.items()}
     return {f"response_{count}": {"": Measured([longest[count]])} if count in longest else {}
             for count in (10, 2000)}
 
