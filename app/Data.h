@@ -3,7 +3,7 @@
 #pragma once
 
 #include "app/Record.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 #include <QString>
 #include <QStringList>

@@ -3,7 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "base/NumberTexts.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 #include <QCheckBox>
 #include <QComboBox>

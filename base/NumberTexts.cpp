@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/NumberTexts.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 QString millisecondsText(double durationSeconds) {
     return QString::number(durationSeconds * millisecondsPerSecond, 'f', 2);

@@ -4,7 +4,7 @@
 
 #include "DynArray.h"
 #include "FFTReal.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 #include <algorithm>
 #include <cmath>

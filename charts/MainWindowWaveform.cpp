@@ -3,7 +3,7 @@
 #include "app/MainWindow.h"
 
 #include "base/AvxRegisters.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "charts/ChartParts.h"
 #include "charts/ChartPoints.h"
 

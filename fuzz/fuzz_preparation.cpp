@@ -12,7 +12,7 @@
 // Each input is prepared twice, first in a window without a target, then after a valid one.
 #include "app/MainWindow.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "fuzz/Harness.h"
 #include "tests/support/PlainReading.h"
 

@@ -4,7 +4,7 @@
 // An input is the content of a file. Findings are crashes, memory errors and every difference from
 // a plain reading of the same bytes: header, data and samples after loading, after conversions of a
 // header that a caller has changed, and in the files written back.
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "fuzz/Harness.h"
 #include "sound/CWav.h"
 #include "tests/support/PlainReading.h"

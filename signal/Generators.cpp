@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "signal/OstrelClasses.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "signal/PointCount.h"
 #include "signal/RandomGenerator.h"
 

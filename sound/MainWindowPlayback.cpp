@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "sound/PlayedSound.h"
 #include "sound/PresentationPause.h"
 #include "sound/Sinusoid.h"

@@ -4,7 +4,7 @@
 
 #include "base/HugePages.h"
 #include "base/NumberTexts.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "sound/TargetSamples.h"
 
 #include <QFileDialog>

@@ -3,7 +3,7 @@
 #include "sound/TargetSamples.h"
 
 #include "base/NumberTexts.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "charts/AmplitudeSpectrum.h"
 #include "sound/CWav.h"
 

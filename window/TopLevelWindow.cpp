@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window/TopLevelWindow.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 #include <QGuiApplication>
 #include <QScreen>

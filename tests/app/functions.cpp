@@ -3,7 +3,7 @@
 #include "test_app.h"
 
 #include "base/NumberTexts.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "window/TopLevelWindow.h"
 
 #include <QLocale>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "test_target_tool.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "tools/target/Conversion.h"
 #include "tools/target/Inspection.h"
 #include "tools/target/IntendedSound.h"

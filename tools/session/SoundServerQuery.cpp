@@ -1,6 +1,6 @@
 // Asking the sound server by its own tools.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "tools/session/SoundAnswers.h"
 
 #include <QDeadlineTimer>

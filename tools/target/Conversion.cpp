@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/Conversion.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "sound/TargetSamples.h"
 #include "tools/target/HeaderObjections.h"
 #include "tools/target/IntendedSound.h"

@@ -3,7 +3,7 @@
 #include "tools/target/FindingsAndFix.h"
 
 #include "base/NumberTexts.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "sound/TargetSamples.h"
 #include "tools/target/Conversion.h"
 #include "tools/target/HeaderObjections.h"

@@ -3,7 +3,7 @@
 #include "tools/target/InfoReport.h"
 
 #include "base/NumberTexts.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "signal/OstrelClasses.h"
 #include "sound/TargetSamples.h"
 #include "tools/target/IntendedSound.h"

@@ -3,7 +3,7 @@
 #include "tools/target/Inspection.h"
 
 #include "base/NumberTexts.h"
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "sound/RegularFile.h"
 #include "tools/target/DecodedSound.h"
 #include "tools/target/FindingsAndFix.h"

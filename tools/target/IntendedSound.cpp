@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/IntendedSound.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 #include <QIODevice>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 #include <QVector>
 

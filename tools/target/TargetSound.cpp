@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/target/TargetSound.h"
 
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 #include "signal/OstrelClasses.h"
 #include "signal/RandomGenerator.h"
 #include "tools/target/Levels.h"

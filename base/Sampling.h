@@ -1,4 +1,4 @@
-// Numbers of the settings: limits, truncation and sample counts.
+// The sampling rate, sample counts, and the constants and rounding of both.
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 

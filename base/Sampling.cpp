@@ -1,6 +1,6 @@
-// Numbers of the settings: limits, truncation and sample counts.
+// The sampling rate, sample counts, and the constants and rounding of both.
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/Numbers.h"
+#include "base/Sampling.h"
 
 #include <algorithm>
 #include <cmath>
