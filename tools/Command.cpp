@@ -64,3 +64,11 @@ int answer(const UsageError& error) {
     printError(QStringLiteral("see --help"));
     return exitUnusable;
 }
+
+int finishOutput(int status) {
+    std::cout.flush();
+    if (std::cout)
+        return status;
+    printError(QStringLiteral("standard output cannot be written"));
+    return exitNotDone;
+}

@@ -41,3 +41,7 @@ void printError(const QString& text);
 /// Print a text or an error, and return the exit status.
 int answer(const TextRequest& request);
 int answer(const UsageError& error);
+
+/// Flushes standard output; returns the given exit status, or exitNotDone after an error message if
+/// not everything could be written.
+int finishOutput(int status);

@@ -87,6 +87,16 @@ void TestSessionUsage::onlyTheWindowNeedsADisplay() {
     QCOMPARE(run.status, 2);
 }
 
+/// As on a full disk.
+void TestSessionUsage::outputThatCannotBeWrittenIsAnError() {
+    QProcess shell;
+    shell.start("sh", {"-c", "'" PELLION_SESSION "' --version >/dev/full"});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.readAllStandardError(),
+             QByteArray("pellion-session: standard output cannot be written\n"));
+    QCOMPARE(shell.exitCode(), 1);
+}
+
 void TestSessionUsage::manualDescribesTheOptionsOfTheHelp() {
     const SessionHome home;
     const QString help =

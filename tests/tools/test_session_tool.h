@@ -114,6 +114,7 @@ private slots:
     void helpHasExamplesThatWork_data();
     void helpHasExamplesThatWork();
     void onlyTheWindowNeedsADisplay();
+    void outputThatCannotBeWrittenIsAnError();
     void manualDescribesTheOptionsOfTheHelp();
     void manualIsWellFormed();
 };

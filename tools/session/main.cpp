@@ -123,10 +123,8 @@ int main(int argc, char** argv) {
     // The journals are in the program's data folder.
     QCoreApplication::setApplicationName(QStringLiteral("pellion"));
     try {
-        const int status = std::visit([](const auto& request) { return answer(request); },
-                                      parseSessionCommandLine(QCoreApplication::arguments()));
-        std::cout.flush();
-        return std::cout ? status : exitNotDone;
+        return finishOutput(std::visit([](const auto& request) { return answer(request); },
+                                       parseSessionCommandLine(QCoreApplication::arguments())));
     } catch (const std::exception& exception) {
         printError(QString::fromUtf8(exception.what()));
     }

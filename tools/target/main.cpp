@@ -117,10 +117,8 @@ int main(int argc, char** argv) {
         argv[0] = name;
     const QCoreApplication application(argc, argv);
     try {
-        const int status = std::visit([](const auto& request) { return answer(request); },
-                                      parseCommandLine(QCoreApplication::arguments()));
-        std::cout.flush();
-        return std::cout ? status : exitNotDone;
+        return finishOutput(std::visit([](const auto& request) { return answer(request); },
+                                       parseCommandLine(QCoreApplication::arguments())));
     } catch (const std::bad_alloc&) {
         printError(QStringLiteral("not enough memory"));
     } catch (const std::exception& exception) {
